@@ -1,0 +1,193 @@
+#include "alarm/AlarmEditorRules.h"
+
+#include <algorithm>
+
+#include "support/Number.h"
+
+namespace {
+
+constexpr std::size_t kDateLength = 10;  // of "dd/mm/yyyy", wildcards or not
+
+constexpr std::array<std::int16_t, 37> kRepeatEntries{0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
+                                                      13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25,
+                                                      26, 27, 28, 29, 30, 35, 40, 45, 50, 55, 60};
+
+constexpr std::array<TextView, 5> kUnitCodes{u"", kMinutes, kHours, kDays, kMonths};
+
+bool isDigits(TextView text) {
+    return !text.empty() &&
+           std::all_of(text.begin(), text.end(), [](char16_t c) { return c >= u'0' && c <= u'9'; });
+}
+
+/// The date so many days later (or earlier); as it is when that leaves the years 1 to 9999.
+Text movedByDays(TextView date, std::int64_t days) {
+    const Date moved = dateOfDay(dayNumber(parseDate(date)) + days);
+    return moved.year < 1 || moved.year > 9999 ? Text(date) : dateText(moved);
+}
+
+/// Whether the choice names a repeat step that counts.
+bool choosesRepeat(const EditorChoice& choice) {
+    const bool number = choice.cboRepeat == -1 ? choice.repeatKept >= 1 : choice.cboRepeat >= 1;
+    return number && !unitCode(choice.cboDay).empty();
+}
+
+/// Whether the day list holds units at this moment, not weekdays.
+bool inUnitMode(const EditorChoice& choice) {
+    return choice.cboRepeat != 0;
+}
+
+/// The weekday 0..8 that counts: several days without one ticked are none.
+std::int16_t chosenWeekday(const EditorChoice& choice) {
+    if (inUnitMode(choice) || choice.cboDay < 1 || choice.cboDay > kSeveralWeekdays) return 0;
+    const bool anyTicked =
+        std::find(choice.chkWeek.begin(), choice.chkWeek.end(), true) != choice.chkWeek.end();
+    if (choice.cboDay == kSeveralWeekdays && !anyTicked) return 0;
+    return static_cast<std::int16_t>(choice.cboDay);
+}
+
+}  // namespace
+
+// --- Opening ----------------------------------------------------------------------------------------------
+
+Text editorDate(const AlarmRule& rule, Now now) {
+    Text today = dateText(dateOf(now.at));
+    if (!hasAlarm(rule)) return today;
+    if (rule.eachday) return u" **/**/****";
+    if (rule.eachmonth) {
+        const Text day = rule.alarmday.substr(0, 2);
+        return twoDigits(leadingInt16(day)) + u"/**/****";
+    }
+    if (rule.eachyear) return rule.alarmdaymonth + u"/****";
+    return isDateText(rule.AlarmDate) ? rule.AlarmDate : today;
+}
+
+Text editorTime(const AlarmRule& rule, Now now) {
+    return hasAlarm(rule) ? rule.AlarmTime : timeText(timeOf(now.at));
+}
+
+// --- The date label ---------------------------------------------------------------------------------------
+
+Text datePart(TextView label) {
+    const std::size_t first = label.find_first_not_of(u' ');
+    if (first == TextView::npos) return {};
+    label.remove_prefix(first);
+    return Text(label.substr(0, label.find(u' ')));
+}
+
+Text dateAndTime(TextView date, TimeOfDay time) {
+    return Text(date) + u" " + timeText(time);
+}
+
+bool holdsWildcards(TextView label) {
+    return label.find(u'*') != TextView::npos;
+}
+
+std::optional<DatePart> datePartAt(Twips x) {
+    for (const DatePartArea& area : kDatePartAreas) {
+        if (x >= area.left && x <= area.right) return area.part;
+    }
+    return {};
+}
+
+Text toggled(TextView label, DatePart part, Now now) {
+    Text date = datePart(label);
+    Text today = dateText(dateOf(now.at));
+    if (date.size() != kDateLength) return today;
+    const TextView shown = date;
+    const TextView day = shown.substr(0, 2);
+    const TextView month = shown.substr(3, 2);
+    const TextView year = shown.substr(6, 4);
+    const bool hasDay = isDigits(day);
+    const bool hasMonth = hasDay && isDigits(month);
+    switch (part) {
+        case DatePart::Day:
+            return hasDay ? Text(u"**/**/****") : today;
+        case DatePart::Month:
+            if (!hasDay) return today;
+            return Text(day) + (hasMonth ? Text(u"/**/****") : today.substr(2));
+        case DatePart::Year:
+            if (!hasDay) return today;
+            if (!hasMonth) return Text(day) + today.substr(2);
+            return Text(day) + u"/" + Text(month) + (isDigits(year) ? Text(u"/****") : today.substr(5));
+    }
+    return date;
+}
+
+// --- Scroll bars ------------------------------------------------------------------------------------------
+
+EditorClock scrolled(const EditorClock& shown, ClockPart part, int position) {
+    TimeOfDay time = shown.time;
+    switch (part) {
+        case ClockPart::Hours:
+            time.hours = position;
+            break;
+        case ClockPart::Minutes:
+            time.minutes = position;
+            break;
+        case ClockPart::Seconds:
+            time.seconds = position;
+            break;
+    }
+    // An instant carries on its own: what lies before day 0 or after it is the turn of the date.
+    const Instant turned = instantOf(dateOfDay(0), time);
+    const std::int64_t days = dayNumber(dateOf(turned));
+    const bool moves = days != 0 && isDateText(shown.date);
+    return {moves ? movedByDays(shown.date, days) : shown.date, timeOf(turned)};
+}
+
+Text dateAtPosition(int position, Now now) {
+    return movedByDays(dateText(dateOf(now.at)), position);
+}
+
+int positionOfDate(TextView date, Now now) {
+    const std::int64_t days = dayNumber(parseDate(date)) - dayNumber(dateOf(now.at));
+    return static_cast<int>(std::clamp<std::int64_t>(days, kDateBar.low, kDateBar.high));
+}
+
+// --- Lists ------------------------------------------------------------------------------------------------
+
+std::span<const std::int16_t> repeatEntries() {
+    return kRepeatEntries;
+}
+
+Text repeatEntryText(int index) {
+    if (index < 1 || index >= static_cast<int>(kRepeatEntries.size())) return {};
+    return decimal(kRepeatEntries[static_cast<std::size_t>(index)]);
+}
+
+int repeatIndex(std::int16_t number) {
+    if (number < 1) return 0;
+    const auto found = std::find(kRepeatEntries.begin(), kRepeatEntries.end(), number);
+    return found == kRepeatEntries.end() ? -1 : static_cast<int>(found - kRepeatEntries.begin());
+}
+
+TextView unitCode(int index) {
+    if (index < 1 || index >= static_cast<int>(kUnitCodes.size())) return {};
+    return kUnitCodes[static_cast<std::size_t>(index)];
+}
+
+int unitIndex(TextView code) {
+    const auto found = std::find(kUnitCodes.begin(), kUnitCodes.end(), code);
+    return found == kUnitCodes.end() ? 0 : static_cast<int>(found - kUnitCodes.begin());
+}
+
+// --- Start ------------------------------------------------------------------------------------------------
+
+bool needsFullDate(const EditorChoice& choice) {
+    return holdsWildcards(choice.data) && (inUnitMode(choice) || choice.cboDay >= 1);
+}
+
+EditorAlarm editorResult(const EditorChoice& choice) {
+    EditorAlarm alarm;
+    alarm.AlarmTime = choice.time;
+    alarm.Mute = choice.chkMute;
+    if (choosesRepeat(choice)) {
+        alarm.RepeatNumber =
+            choice.cboRepeat == -1 ? choice.repeatKept : leadingInt16(repeatEntryText(choice.cboRepeat));
+        alarm.RepeatEvery = unitCode(choice.cboDay);
+    }
+    alarm.AlarmWeekday = chosenWeekday(choice);
+    if (alarm.AlarmWeekday == kSeveralWeekdays) alarm.FlagWeekday = choice.chkWeek;
+    if (alarm.AlarmWeekday == 0) alarm.AlarmDate = datePart(choice.data);
+    return alarm;
+}

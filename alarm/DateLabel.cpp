@@ -1,0 +1,205 @@
+#include "alarm/DateLabel.h"
+
+#include <windowsx.h>
+
+#include "storage/bas_LogError.h"
+#include "support/Window.h"
+
+namespace {
+
+constexpr const char16_t* kClass = u"fmsgDate";
+constexpr Twips kTimeGap{90};  // between the year's place and the time
+
+constexpr int kParts = static_cast<int>(kDatePartAreas.size());
+
+int px(Twips twips) {
+    return toPx(twips, screenDpi()).n;
+}
+
+RECT areaOf(int index, int height) {
+    const DatePartArea& area = kDatePartAreas[static_cast<std::size_t>(index)];
+    return {px(area.left), 0, px(area.right), height};
+}
+
+int timeLeft() {
+    return px(kDatePartAreas.back().right + kTimeGap);
+}
+
+int widthIn(HFONT font, TextView text) {
+    const WindowDc screen(nullptr);
+    const Selected selected(screen, font);
+    SIZE extent{};
+    GetTextExtentPoint32W(screen, wideData(text), static_cast<int>(text.size()), &extent);
+    return static_cast<int>(extent.cx);
+}
+
+/// Whether the digits of a font stay within their places.
+bool fits(HFONT font) {
+    const RECT day = areaOf(0, 0);
+    const RECT year = areaOf(2, 0);
+    return widthIn(font, u"00") <= day.right - day.left && widthIn(font, u"0000") <= year.right - year.left;
+}
+
+void draw(HDC dc, TextView text, RECT area, UINT align) {
+    DrawTextW(dc, wideData(text), static_cast<int>(text.size()), &area,
+              align | DT_SINGLELINE | DT_VCENTER | DT_NOCLIP | DT_NOPREFIX);
+}
+
+}  // namespace
+
+void registerDateLabel() {
+    registerClass(kClass, formProc<DateLabel>, 0);
+}
+
+HWND createDateLabel(DateLabel& label, HWND form, int id, HFONT font) {
+    const auto menu = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
+    const HWND window =
+        CreateWindowExW(0, wide(kClass), L"", WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP | WS_BORDER, 0, 0, 0, 0,
+                        form, menu, GetModuleHandleW(nullptr), &label);
+    SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    return window;
+}
+
+int DateLabel::widthOf(HFONT font) {
+    return timeLeft() + widthIn(font, u"00:00:00") + px(kTimeGap);
+}
+
+LRESULT DateLabel::onMessage(UINT message, WPARAM wp, LPARAM lp) {
+    switch (message) {
+        case WM_PAINT:
+            paint();
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_SETFONT:
+            setFont(reinterpret_cast<HFONT>(wp));
+            return 0;
+        case WM_GETFONT:
+            return reinterpret_cast<LRESULT>(font_);
+        case WM_SETTEXT: {
+            const LRESULT set = DefWindowProcW(hwnd, message, wp, lp);
+            InvalidateRect(hwnd, nullptr, FALSE);
+            return set;
+        }
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            InvalidateRect(hwnd, nullptr, FALSE);
+            return 0;
+        case WM_GETDLGCODE:
+            return DLGC_WANTARROWS |
+                   DLGC_WANTCHARS;  // a blank is a click here, not a letter that seeks a mnemonic
+        case WM_KEYDOWN:
+            if (onKey(wp)) return 0;
+            break;
+        case WM_LBUTTONDOWN: {
+            SetFocus(hwnd);
+            if ((wp & (MK_SHIFT | MK_CONTROL)) != 0) return 0;
+            const int x = GET_X_LPARAM(lp);
+            if (const auto part = datePartAt(toTwips(Px{x}, screenDpi()))) {
+                chosen_ = static_cast<int>(*part);
+                clicked(*part);
+            }
+            return 0;
+        }
+        case WM_MOUSEMOVE:
+            onMouseMove();
+            return 0;
+        case WM_MOUSELEAVE:
+            inside_ = false;
+            hovered(false);
+            return 0;
+        case WM_NCDESTROY: {
+            const HWND gone = std::exchange(hwnd, nullptr);
+            return DefWindowProcW(gone, message, wp, lp);
+        }
+        default:
+            break;
+    }
+    return DefWindowProcW(hwnd, message, wp, lp);
+}
+
+void DateLabel::onEscaped(UINT message) noexcept {
+    WriteLog(u"DateLabel", u"message failed", static_cast<std::int64_t>(message));
+}
+
+bool DateLabel::onKey(WPARAM key) {
+    switch (key) {
+        case VK_LEFT:
+        case VK_RIGHT:
+            chosen_ = (chosen_ + (key == VK_LEFT ? kParts - 1 : 1)) % kParts;
+            InvalidateRect(hwnd, nullptr, FALSE);
+            return true;
+        case VK_SPACE:
+            clicked(kDatePartAreas[static_cast<std::size_t>(chosen_)].part);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void DateLabel::onMouseMove() {
+    if (inside_) return;
+    inside_ = true;
+    TRACKMOUSEEVENT track{sizeof(track), TME_LEAVE, hwnd, 0};
+    TrackMouseEvent(&track);
+    hovered(true);
+}
+
+// The places of the digits are fixed, the dialog's font is not: the size nearest to it that fills them.
+void DateLabel::setFont(HFONT font) {
+    font_ = font;
+    LOGFONTW face{};
+    if (GetObjectW(font, sizeof(face), &face) == 0 || face.lfHeight >= 0) return;
+    const LONG most = face.lfHeight + face.lfHeight / 3;
+    const LONG step = fits(font) ? -1 : 1;
+    for (face.lfHeight += step; face.lfHeight < 0 && face.lfHeight >= most; face.lfHeight += step) {
+        UniqueFont next(CreateFontIndirectW(&face));
+        if (!next || (step < 0 && !fits(next.get()))) return;
+        fitted_ = std::move(next);
+        if (step > 0 && fits(fitted_.get())) return;
+    }
+}
+
+void DateLabel::paint() {
+    const BufferedPaint paint(hwnd);
+    const HDC dc = paint.dc();
+    const RECT& client = paint.client();
+    FillRect(dc, &client, GetSysColorBrush(COLOR_WINDOW));
+    const Selected digits(dc, fitted_ ? fitted_.get() : font_);
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+
+    const Text label = windowText(hwnd);
+    const Text date = datePart(label);
+    const int height = static_cast<int>(client.bottom);
+    if (date.size() == 10) {  // "dd/mm/yyyy"
+        const TextView text = date;
+        const TextView parts[] = {text.substr(0, 2), text.substr(3, 2), text.substr(6)};
+        for (int i = 0; i < kParts; ++i) {
+            draw(dc, parts[i], areaOf(i, height), DT_CENTER);
+            if (i == 0) continue;
+            RECT between = areaOf(i - 1, height);
+            between.left = between.right;
+            between.right = areaOf(i, height).left;
+            draw(dc, u"/", between, DT_CENTER);
+        }
+        const std::size_t end = label.find(date) + date.size();
+        RECT rest = client;
+        rest.left = timeLeft();
+        const Text time =
+            label.substr(label.find_first_not_of(u' ', end) == Text::npos ? label.size() : end + 1);
+        const Selected plain(dc, font_);
+        SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
+        draw(dc, time, rest, DT_LEFT);
+    } else {
+        RECT all = client;
+        all.left = areaOf(0, height).left;
+        draw(dc, label, all, DT_LEFT);
+    }
+    if (GetFocus() == hwnd) {
+        RECT focus = areaOf(chosen_, height);
+        InflateRect(&focus, 1, -px(Twips{30}));
+        SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+        DrawFocusRect(dc, &focus);
+    }
+}

@@ -1,0 +1,39 @@
+// The date of the alarm editor: a label whose day, month and year stand at fixed places and can be clicked.
+#pragma once
+
+#include <functional>
+
+#include "alarm/AlarmEditorRules.h"
+#include "support/Handles.h"
+
+/// Lives as long as its window or longer. The window's text is the date, with the time behind it where there
+/// is one; what is drawn is that text, its parts in the areas of kDatePartAreas. By keyboard Left and Right
+/// choose a part and Space clicks it.
+struct DateLabel {
+    std::function<void(DatePart)> clicked;
+    std::function<void(bool)> hovered;  ///< the mouse came or went
+
+    /// Room in pixels for the date alone, and for a time behind it in `font`.
+    static int widthOf(HFONT font);
+
+    LRESULT onMessage(UINT message, WPARAM wp, LPARAM lp);
+    static void onEscaped(UINT message) noexcept;
+
+    HWND hwnd = nullptr;
+
+private:
+    void paint();
+    bool onKey(WPARAM key);
+    void onMouseMove();
+    void setFont(HFONT font);
+
+    HFONT font_ = nullptr;  ///< of the dialog
+    UniqueFont fitted_;     ///< the same in a size whose digits fill their places; empty: its own size does
+    int chosen_ = 0;        ///< part that the keyboard is on
+    bool inside_ = false;   ///< the mouse is over the label
+};
+
+void registerDateLabel();
+
+/// Creates the window of a label. Null when Windows refuses.
+HWND createDateLabel(DateLabel& label, HWND form, int id, HFONT font);

@@ -1,0 +1,21 @@
+// One running copy a user: in this session, and on one store across sessions.
+#pragma once
+
+#include "support/Handles.h"
+
+/// Held while the program runs.
+struct SingleInstance {
+    UniqueHandle session;   ///< this session's copy
+    UniqueHandle registry;  ///< the user's registry notes, across sessions
+    UniqueHandle folder;    ///< the data folder, across sessions
+};
+
+/// Takes the session's mutex. False when another copy holds it (also one that runs with more rights).
+bool claimSession(SingleInstance& instance);
+
+/// Takes the mutex of the store: of the user's settings, or of the data folder. False when a copy in another
+/// session holds it.
+bool claimStore(SingleInstance& instance, bool useRegistry, const Text& folder);
+
+/// Finds the running copy's hidden tray window and asks it to show that it runs. True when there was one.
+bool wakeRunningCopy();

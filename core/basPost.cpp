@@ -1,0 +1,462 @@
+#include "core/basPost.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/Columns.h"
+#include "note/bas_GetWorkArea.h"
+#include "support/Clock.h"
+#include "support/Number.h"
+
+namespace {
+
+constexpr TextView kSection = u"setting";
+constexpr int kCascadeStep = 24;  // pixels from one new note to the next
+
+Text defaultTitle(int number) {
+    return u"- " + decimal(number) + u" -";
+}
+
+/// Cancels the system's own dialog over a note, the choice of a colour. The quit message alone can end it as
+/// if the colour had been confirmed.
+BOOL CALLBACK cancelSystemDialog(HWND window, LPARAM note) noexcept {
+    constexpr ULONG_PTR kDialogClass = 0x8002;
+    const bool overNote = GetWindow(window, GW_OWNER) == reinterpret_cast<HWND>(note);
+    if (overNote && GetClassLongPtrW(window, GCW_ATOM) == kDialogClass) {
+        SendMessageW(window, WM_COMMAND, IDCANCEL, 0);
+    }
+    return TRUE;
+}
+
+/// Where new note `number` begins: cascading in the work area of the monitor with the mouse.
+POINT cascadePlace(int number, int width, int height) {
+    POINT mouse{};
+    GetCursorPos(&mouse);
+    const int x = static_cast<int>(mouse.x);
+    const int y = static_cast<int>(mouse.y);
+    const PxRect work = workAreaAt({x, y, x + 1, y + 1});
+    const int steps = std::max(1, std::min(work.width() - width, work.height() - height) / kCascadeStep);
+    const int offset = (number - 1) % steps * kCascadeStep;
+    return {work.left + offset, work.top + offset};
+}
+
+}  // namespace
+
+basPost::basPost() {
+    fillHost();
+}
+
+void basPost::fillHost() {
+    host.store = &store;
+    host.settings = &settings;
+    host.dialog = &dialog;
+    host.look = &look;
+    host.Notes = &Notes;
+    host.newNote = [this] { return NewNote(); };
+    host.hideAll = [this] { ToggleHideAll(); };
+    host.iconizeAll = [this] { ToggleIconizeAll(); };
+    host.exitProgram = [this] { ExitProgram(); };
+    host.realign = [this] { Realign(); };
+    host.notesChanged = [this] { NotesChanged(); };
+    host.remove = [this](fpost& note) { RemoveNote(note); };
+    host.commitEdits = [this] { CommitEdits(); };
+    host.allHidden = [this] { return AllHidden; };
+    host.allIconized = [this] { return AllIconized; };
+    host.showAgain = [this] { AllHidden = false; };
+    host.storeFlag = [this](const char16_t* key, bool flag) { storeFlag(key, flag); };
+    host.now = [] { return localNow(); };
+    host.ask = [this](const Text& prompt, long buttons, const Text& title) {
+        return MsgBoxExt(prompt, buttons, title);
+    };
+    store.saveFailed = [this] { reportSaveFailure(); };
+    dialog.noteWindows = [this] {
+        std::vector<HWND> windows;
+        for (const fpost* note : Notes)
+            windows.push_back(note->hwnd);
+        return windows;
+    };
+    dialog.ownerWindow = [this] { return tray.hwnd; };
+    dialog.now = host.now;
+}
+
+bool basPost::createTray() {
+    TrayHost functions;
+    functions.state = [this] { return trayState(); };
+    functions.titles = [this] { return titles(); };
+    // Until the notes are loaded, a command from outside would act on a desk that only looks empty.
+    functions.dialogOpen = [this] { return dialog.open() || !live_; };
+    functions.newNote = [this] { NewNote(); };
+    functions.toggleHideAll = [this] { ToggleHideAll(); };
+    functions.toggleIconizeAll = [this] { ToggleIconizeAll(); };
+    functions.toggleAlignAll = [this] { ToggleAlignAll(); };
+    functions.toggleEasyAlign = [this] { ToggleEasyAlign(); };
+    functions.switchStore = [this] { SwitchStore(); };
+    functions.about = [this] { dialog.about(); };
+    functions.exitProgram = [this] { ExitProgram(); };
+    functions.openNote = [this](int slot) { OpenNote(slot); };
+    functions.defaultAction = [this] {
+        dialog.unload();
+        ToggleHideAll();
+    };
+    functions.alreadyRunning = [this] { sayAlreadyRunning(); };
+    functions.commitEdits = [this] { CommitEdits(); };
+    functions.endSession = [this] { EndSession(); };
+    functions.showSaveFailure = [this] { showSaveFailure(); };
+    return tray.create(std::move(functions));
+}
+
+// --- Numbers, flags and counts ----------------------------------------------------------------------------
+
+void basPost::Renumber() {
+    NoteSlots.fill(nullptr);
+    for (std::size_t i = 0; i < Notes.size(); ++i) {
+        Notes[i]->number = static_cast<int>(i) + 1;
+        NoteSlots[i] = Notes[i];
+    }
+}
+
+int basPost::ClosedCount() const {
+    return static_cast<int>(
+        std::count_if(Notes.begin(), Notes.end(), [](const fpost* n) { return n->record.closed; }));
+}
+
+int basPost::IconizedCount() const {
+    return static_cast<int>(
+        std::count_if(Notes.begin(), Notes.end(), [](const fpost* n) { return n->record.iconized; }));
+}
+
+void basPost::NotesChanged() {
+    if (bulk_ > 0) return;
+    if (everyNoteClosed()) AllHidden = true;
+    if (Count() > 1) AllIconized = everyNoteIconized();
+}
+
+bool basPost::holds(const fpost* note) const {
+    return std::find(Notes.begin(), Notes.end(), note) != Notes.end();
+}
+
+std::vector<NoteRecord*> basPost::records() const {
+    std::vector<NoteRecord*> list;
+    for (fpost* note : Notes)
+        list.push_back(&note->record);
+    return list;
+}
+
+void basPost::storeFlag(const char16_t* key, bool flag) const {
+    saveSetting(store.registry.settings, kSection, key, boolText(flag));
+}
+
+// --- Start ------------------------------------------------------------------------------------------------
+
+bool basPost::LoadNotes(int count) {
+    for (int number = 1; number <= count; ++number) {
+        NoteRecord record;
+        store.load(number, record, settings);
+        fpost* const note = fpost::open(host, tray.hwnd, number, record);
+        if (note == nullptr) {
+            MsgBoxExt(u"Windows has no room for all notes now. Close some programs and start Kardel again.",
+                      MB_ICONERROR);
+            return false;
+        }
+        Notes.push_back(note);
+        NoteSlots[static_cast<std::size_t>(number - 1)] = note;
+        note->ArmAfterLoad();
+        if (!note->Closed()) note->show(false);
+    }
+    AllHidden = everyNoteClosed();
+    AllIconized = everyNoteIconized();
+    localFilesMark = !store.UseRegistry;
+    live_ = true;
+    if (settings.AlignAll) AutoPosition();
+    return true;
+}
+
+// --- New note ---------------------------------------------------------------------------------------------
+
+NoteRecord basPost::freshRecord(int number) const {
+    NoteRecord record;
+    record.Titolo = defaultTitle(number);
+    record.backcolor = kDesignColor;
+    record.memo = 0;
+    const Twips width = shownWidth(0, settings.DefaultWidth);
+    const Twips height = shownHeight(0, settings.DefaultHeight);
+    const PxRect work = GetWorkArea();
+    record.width = std::min(width.n, look.twips(work.width()));
+    record.height = std::min(height.n, look.twips(work.height()));
+    const POINT at = cascadePlace(number, look.px(width), look.px(height));
+    record.x = look.twips(static_cast<int>(at.x));
+    record.y = look.twips(static_cast<int>(at.y));
+    return record;
+}
+
+bool basPost::NewNote() {
+    if (dialog.open()) return false;
+    if (Count() >= kMaxNotes) {
+        MsgBoxExt(u"You have got the # 50 kardel. To add new other you before need to delete one old.",
+                  MB_ICONERROR);
+        return false;
+    }
+    CommitEdits();
+    const Settings& stored = store.registry.settings;
+    settings.DefaultWidth = defaultSize(settingOr(stored, kSection, u"defaultwidth", u""), kDefaultWidth);
+    settings.DefaultHeight = defaultSize(settingOr(stored, kSection, u"defaultheight", u""), kDefaultHeight);
+
+    const int number = Count() + 1;
+    const NoteRecord record = freshRecord(number);
+    fpost* const note = fpost::open(host, tray.hwnd, number, record);
+    if (note == nullptr) return false;
+    if (!store.create(number, note->record)) note->oweEverything();
+    Notes.push_back(note);
+    Renumber();
+    note->show(true);
+    AllHidden = false;
+    AllIconized = false;
+    if (Count() >= 2 && settings.AlignAll) AutoPosition();
+    note->store({NoteField::Width, NoteField::Height, NoteField::X, NoteField::Y});
+    return true;
+}
+
+// --- All notes at once ------------------------------------------------------------------------------------
+
+void basPost::ToggleHideAll() {
+    if (Notes.empty()) return;
+    CommitEdits();
+    AllHidden = !AllHidden;
+    {
+        const Bulk bulk(*this);
+        const std::vector<fpost*> walk = Notes;
+        for (fpost* note : walk) {
+            if (!holds(note)) continue;  // silenced and gone with an earlier one
+            if (note->Alarming && note->SoundStop()) continue;
+            if (AllHidden) {
+                note->hide();
+            } else {
+                showAgain(*note);
+            }
+        }
+    }
+    if (!AllHidden && settings.AlignAll) AutoPosition();
+}
+
+void basPost::showAgain(fpost& note) {
+    if (note.record.closed) {
+        note.record.closed = false;
+        note.store({NoteField::Closed});
+    }
+    // Place, size and z-order as they are stored: another program may have changed them meanwhile.
+    NoteRecord stored;
+    if (store.load(note.number, stored, settings)) {
+        note.record.topmost = stored.topmost;
+        note.record.x = stored.x;
+        note.record.y = stored.y;
+        note.record.width = stored.width;
+        if (!note.record.iconized) note.record.height = stored.height;
+    }
+    note.restoreIfMinimized();
+    note.place();
+    note.show(false);
+}
+
+void basPost::ToggleIconizeAll() {
+    if (Notes.empty()) return;
+    CommitEdits();
+    AllIconized = !AllIconized;
+    {
+        const Bulk bulk(*this);
+        const std::vector<fpost*> walk = Notes;
+        for (fpost* note : walk) {
+            if (!holds(note)) continue;
+            note->restoreIfMinimized();
+            if (note->record.iconized == AllIconized) continue;
+            note->record.iconized = AllIconized;
+            note->IconizeForm();
+            if (holds(note)) note->store({NoteField::Iconized});
+        }
+    }
+    if (settings.AlignAll) AutoPosition();
+}
+
+void basPost::Realign() {
+    if (live_ && bulk_ == 0 && settings.AlignAll) AutoPosition();
+}
+
+void basPost::AutoPosition() {
+    const Bulk bulk(*this);  // placing notes must not ask for the next re-alignment
+    std::vector<ColumnNote> before;
+    for (fpost* note : Notes) {
+        note->restoreIfMinimized();
+        before.push_back({note->Left(), note->Top(), note->Width(), note->Height(), note->visible()});
+    }
+    const double twipsPerPixel = static_cast<double>(kTwipsPerInch) / look.dpi;
+    const std::vector<ColumnPlace> after = automaticPosition(before, GetWorkArea(), twipsPerPixel);
+    for (std::size_t i = 0; i < after.size(); ++i) {
+        if (!after[i].moved) continue;
+        fpost& note = *Notes[i];
+        const bool same = note.record.x == after[i].left && note.record.y == after[i].top;
+        note.moveTo(after[i].left, after[i].top);
+        if (!same) note.store({NoteField::X, NoteField::Y});
+    }
+}
+
+void basPost::ToggleAlignAll() {
+    settings.AlignAll = !settings.AlignAll;
+    storeFlag(u"AlignAll", settings.AlignAll);
+    if (settings.AlignAll) {
+        settings.EasyAlign = false;  // for this run: its key keeps what it holds
+        AutoPosition();
+    }
+    for (fpost* note : Notes)
+        note->store({NoteField::X, NoteField::Y});
+}
+
+void basPost::ToggleEasyAlign() {
+    settings.EasyAlign = !settings.EasyAlign;
+    storeFlag(u"EasyAlign", settings.EasyAlign);
+    if (settings.EasyAlign) settings.AlignAll = false;  // for this run: its key keeps what it holds
+}
+
+void basPost::OpenNote(int slot) {
+    if (slot < 0 || slot >= kMaxNotes) return;
+    fpost* const note = NoteSlots[static_cast<std::size_t>(slot)];
+    if (note == nullptr) return;
+    if (note->record.closed) {
+        note->record.closed = false;
+        note->store({NoteField::Closed});
+    }
+    AllHidden = false;
+    note->restoreIfMinimized();
+    note->place();
+    note->show(true);
+    SetWindowPos(note->hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
+void basPost::RemoveNote(fpost& note) {
+    const auto found = std::find(Notes.begin(), Notes.end(), &note);
+    if (found == Notes.end()) return;
+    const int number = note.number;
+    Notes.erase(found);
+    note.hide();
+    const std::vector<NoteRecord*> remaining = records();
+    store.remove(number, remaining, settings);
+    Renumber();
+    AllHidden = everyNoteClosed() || (AllHidden && !Notes.empty());
+    AllIconized = everyNoteIconized();
+}
+
+// --- Store switch -----------------------------------------------------------------------------------------
+
+void basPost::SwitchStore() {
+    CommitEdits();
+    localFilesMark = !localFilesMark;
+    constexpr long kButtons = MB_OKCANCEL | MB_ICONERROR | MB_DEFBUTTON2;
+    const std::vector<NoteRecord*> all = records();
+    if (localFilesMark) {
+        const Text prompt =
+            u"Do you want to use the local files 'KARDEL.HDR', 'KARDEL.DAT' and 'MEMO'?\r\r"
+            u"For this setting to have effect, the program must be restarted.";
+        // Cancel leaves the mark on: the next click follows the mark.
+        if (MsgBoxExt(prompt, kButtons, u"Use the local files?") != IDOK) return;
+        store.switchToFiles(all);
+        // Only when the notes stand in the files: a start that looked there in vain would show none of them.
+        if (store.UseRegistry && !store.switchPending) return;
+        settings.UseRegistry = false;
+        // And the next start must not copy them once more.
+        saveSetting(store.registry.settings, kSection, u"ImportDAT", u"1");
+        storeFlag(u"UseRegistry", false);
+        return;
+    }
+    const Text prompt = u"For this setting to have effect, the program must be restarted.";
+    if (MsgBoxExt(prompt, kButtons, u"Don't use the local files?") != IDOK) {
+        localFilesMark = true;
+        return;
+    }
+    settings.UseRegistry = true;
+    if (!store.switchToRegistry(all, settings)) settings.UseRegistry = false;
+}
+
+// --- Messages ---------------------------------------------------------------------------------------------
+
+int basPost::MsgBoxExt(const Text& Prompt, long Buttons, const Text& Title) {
+    return dialog.MsgBoxExt(Prompt, Buttons, Title);
+}
+
+void basPost::reportSaveFailure() {
+    if (failureShown_) return;
+    failureShown_ = true;
+    // Posted: a save runs inside a focus change, where a box would bounce the focus and save again.
+    PostMessageW(tray.hwnd, fTray::kSaveFailed, 0, 0);
+}
+
+void basPost::showSaveFailure() {
+    failureShown_ = false;
+    MsgBoxExt(u"An error has occurred on saving the memo, possible data lost.", MB_ICONERROR);
+}
+
+void basPost::sayAlreadyRunning() {
+    if (runningShown_) {
+        dialog.bringForward();
+        return;
+    }
+    runningShown_ = true;
+    MsgBoxExt(u"Kardel application is already running.", MB_ICONERROR);
+    runningShown_ = false;
+}
+
+// --- The end ----------------------------------------------------------------------------------------------
+
+void basPost::CommitEdits() {
+    const std::vector<fpost*> walk = Notes;
+    for (fpost* note : walk) {
+        if (!holds(note)) continue;
+        note->CommitEdits();
+        note->storeUnsaved();
+    }
+}
+
+void basPost::ExitProgram() {
+    CommitEdits();
+    dialog.unload();
+    for (const fpost* note : Notes)
+        EnumThreadWindows(GetCurrentThreadId(), cancelSystemDialog, reinterpret_cast<LPARAM>(note->hwnd));
+    // Modal loops that run at this moment (a question, a menu, a drag) end with the quit message and unwind;
+    // the windows go after the outermost loop. Some of them swallow the message, hence the flag beside it.
+    ending = true;
+    PostQuitMessage(0);
+}
+
+void basPost::EndSession() {
+    CommitEdits();
+    for (fpost* note : Notes)
+        note->StopRinging();
+}
+
+void basPost::Teardown() {
+    live_ = false;
+    const std::vector<fpost*> walk = Notes;
+    Notes.clear();
+    NoteSlots.fill(nullptr);
+    for (const fpost* note : walk)
+        DestroyWindow(note->hwnd);
+    dialog.unload();
+    tray.destroy();
+}
+
+// --- What the tray shows ----------------------------------------------------------------------------------
+
+std::vector<Text> basPost::titles() const {
+    std::vector<Text> list;
+    for (const fpost* note : Notes)
+        list.push_back(note->Titolo());
+    return list;
+}
+
+TrayMenuState basPost::trayState() const {
+    TrayMenuState state;
+    state.notes = Count();
+    state.allHidden = AllHidden;
+    state.allIconized = AllIconized;
+    state.alignAll = settings.AlignAll;
+    state.easyAlign = settings.EasyAlign;
+    state.localFiles = localFilesMark;
+    return state;
+}

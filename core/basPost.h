@@ -1,0 +1,107 @@
+// The collection of notes and the commands that act on all of them. Owns the settings, the store and
+// everything the notes share; lives from start to Exit.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "core/TrayMenu.h"
+#include "core/fTray.h"
+#include "note/NoteHost.h"
+#include "note/NoteLook.h"
+#include "note/fmsg.h"
+#include "note/fpost.h"
+#include "storage/NoteStore.h"
+
+struct basPost {
+    basPost();
+
+    /// Makes note `Count` + 1, stores and shows it. False at the limit (the user is told) and while a dialog
+    /// is open.
+    bool NewNote();
+    /// "Hide All" / "Show All". Showing also reopens closed notes.
+    void ToggleHideAll();
+    /// "Iconize All" / "Restore All".
+    void ToggleIconizeAll();
+    /// Lays the visible notes out in columns and stores what moved.
+    void AutoPosition();
+    void ToggleAlignAll();
+    void ToggleEasyAlign();
+    /// The tray's "Use local files": asks, copies every note to the other store, and keeps both in step until
+    /// the program ends.
+    void SwitchStore();
+    /// Shows the note of a slot (0..49) in front, reopening it. An empty slot is ignored.
+    void OpenNote(int slot);
+    /// Takes a note out of collection and store and renumbers the rest. Its window goes by itself.
+    void RemoveNote(fpost& note);
+    /// Ends every open edit, keeping its text.
+    void CommitEdits();
+    /// Ends the program: open edits are kept, and the message loop ends whatever runs in it.
+    void ExitProgram();
+    /// The session ends: nothing may ask, nothing may wait.
+    void EndSession();
+
+    /// Creates the hidden tray window, which owns every note. The icon comes later.
+    bool createTray();
+    /// Creates the windows of notes 1..`count` from the store and shows those that are not closed.
+    /// False, after telling the user, when Windows has no room for them all: going on with some of them would
+    /// make the next new note overwrite one that is not there.
+    bool LoadNotes(int count);
+    /// Destroys every window of the program.
+    void Teardown();
+
+    int Count() const { return static_cast<int>(Notes.size()); }
+    int ClosedCount() const;
+    int IconizedCount() const;
+    bool everyNoteClosed() const { return !Notes.empty() && ClosedCount() == Count(); }
+    bool everyNoteIconized() const { return !Notes.empty() && IconizedCount() == Count(); }
+
+    int MsgBoxExt(const Text& Prompt, long Buttons, const Text& Title = u"Kardel");
+    /// "An error has occurred on saving the memo", once, after the handler that met it has ended.
+    void reportSaveFailure();
+    void showSaveFailure();
+    /// A second start found this copy: its icon is still there.
+    void sayAlreadyRunning();
+
+    TrayMenuState trayState() const;
+    std::vector<Text> titles() const;
+
+    GlobalSettings settings;
+    NoteStore store;
+    NoteHost host;
+    NoteLook look;
+    fmsg dialog;
+    fTray tray;
+
+    std::vector<fpost*> Notes;                  ///< note n is Notes[n - 1]
+    std::array<fpost*, kMaxNotes> NoteSlots{};  ///< the same, slot n - 1; null beyond the last note
+    bool AllHidden = false;
+    bool AllIconized = false;
+    bool ending = false;         ///< Exit was chosen: the message loop ends at its next turn
+    bool localFilesMark = true;  ///< check mark of "Use local files"; not always the store in force
+
+private:
+    void fillHost();
+    void Renumber();
+    /// Captions and flags after a note's title, closed or iconized state changed.
+    void NotesChanged();
+    void Realign();
+    void storeFlag(const char16_t* key, bool flag) const;
+    bool holds(const fpost* note) const;
+    NoteRecord freshRecord(int number) const;
+    void showAgain(fpost& note);
+    std::vector<NoteRecord*> records() const;
+
+    bool live_ = false;  ///< the collection is whole: automatic position may run
+    int bulk_ = 0;       ///< depth of commands that walk all notes; single re-alignments wait for their end
+    bool failureShown_ = false;
+    bool runningShown_ = false;
+
+    struct Bulk {
+        explicit Bulk(basPost& desk) : desk_(desk) { ++desk_.bulk_; }
+        ~Bulk() { --desk_.bulk_; }
+        Bulk(const Bulk&) = delete;
+        Bulk& operator=(const Bulk&) = delete;
+        basPost& desk_;
+    };
+};

@@ -1,0 +1,240 @@
+#include "core/fTray.h"
+
+#include <bit>
+#include <utility>
+
+#include "core/basTrayIcon.h"
+#include "core/bas_WinVersion.h"
+#include "resources/resource.h"
+#include "storage/NoteRecord.h"
+#include "storage/bas_LogError.h"
+#include "support/Handles.h"
+
+static_assert(IDM_DYN2_LAST - IDM_DYN2 + 1 == kMaxNotes);
+
+namespace {
+
+constexpr const char16_t* kClass = u"ThunderRT6FormDC";
+constexpr const char16_t* kTitle = u"kardel:trayicon";
+
+/// What each place in the menu does; null for separators and the hidden help.
+constexpr std::function<void()> TrayHost::*kActions[kTrayItems] = {
+    &TrayHost::newNote,           // 0
+    nullptr,                      // separator
+    &TrayHost::toggleHideAll,     // 2
+    &TrayHost::toggleIconizeAll,  // 3
+    nullptr,                      // separator
+    &TrayHost::toggleAlignAll,    // 5
+    &TrayHost::toggleEasyAlign,   // 6
+    nullptr,                      // separator
+    &TrayHost::switchStore,       // 8
+    nullptr,                      // separator
+    nullptr,                      // the hidden help
+    &TrayHost::about,             // 11
+    nullptr,                      // separator
+    &TrayHost::exitProgram,       // 13
+};
+
+/// Lets a message through to a window of a program that runs with more rights than its sender.
+void allowFromBelow(HWND window, UINT message) {
+    using ChangeFilter = BOOL(WINAPI*)(HWND, UINT, DWORD, void*);
+    constexpr DWORD kAllow = 1;
+    const HMODULE library = GetModuleHandleW(L"user32.dll");
+    const FARPROC address =
+        library == nullptr ? nullptr : GetProcAddress(library, "ChangeWindowMessageFilterEx");
+    if (address != nullptr) std::bit_cast<ChangeFilter>(address)(window, message, kAllow, nullptr);
+}
+
+void append(HMENU menu, const TrayMenuItem& item) {
+    if (!item.visible) return;
+    UINT flags = item.separator() ? MF_SEPARATOR : MF_STRING;
+    if (!item.enabled) flags |= MF_GRAYED;
+    if (item.checked) flags |= MF_CHECKED;
+    AppendMenuW(menu, flags, item.id, wide(item.caption));
+    if (item.isDefault) SetMenuDefaultItem(menu, item.id, FALSE);
+}
+
+UniqueMenu filledMenu(const std::vector<TrayMenuItem>& items) {
+    UniqueMenu menu(CreatePopupMenu());
+    for (const TrayMenuItem& item : items)
+        append(menu.get(), item);
+    return menu;
+}
+
+}  // namespace
+
+// --- The window -------------------------------------------------------------------------------------------
+
+bool fTray::create(TrayHost functions) {
+    host = std::move(functions);
+    taskbarCreated_ = RegisterWindowMessageW(L"TaskbarCreated");
+    registerClass(kClass, formProc<fTray>, 0);
+    // An ordinary top-level window that is never shown: a message-only one hears neither of a new task bar
+    // nor of the end of the session, and no second start would find it.
+    return CreateWindowExW(WS_EX_TOOLWINDOW, wide(kClass), L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                           GetModuleHandleW(nullptr), this) != nullptr;
+}
+
+bool fTray::addIcon() {
+    if (!TrayIconEnsure(hwnd)) return false;
+    const bool TrayReady = TrayHook(hwnd);
+    SetWindowTextW(hwnd, wide(kTitle));
+    return TrayReady;
+}
+
+void fTray::destroy() {
+    if (hwnd == nullptr) return;
+    TrayUnhook(hwnd);
+    TrayIconDelete(hwnd);
+    DestroyWindow(hwnd);
+}
+
+bool fTray::TrayHook(HWND tray) {
+    windows = QueryWinVersion();
+    if (savedProcedure_ != nullptr) return true;
+    for (const UINT message : {static_cast<UINT>(WM_SECONDSTART), taskbarCreated_}) {
+        allowFromBelow(tray, message);
+    }
+    const LONG_PTR before = SetWindowLongPtrW(tray, GWLP_WNDPROC, std::bit_cast<LONG_PTR>(&fTray::trayProc));
+    savedProcedure_ = std::bit_cast<WNDPROC>(before);
+    return before != 0;
+}
+
+void fTray::TrayUnhook(HWND tray) {
+    if (savedProcedure_ == nullptr) return;
+    SetWindowLongPtrW(tray, GWLP_WNDPROC, std::bit_cast<LONG_PTR>(savedProcedure_));
+    savedProcedure_ = nullptr;
+}
+
+LRESULT CALLBACK fTray::trayProc(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept {
+    fTray* const form = formOf<fTray>(window);
+    if (form == nullptr) return DefWindowProcW(window, message, wp, lp);
+    try {
+        return form->onTrayMessage(message, wp, lp);
+    } catch (...) {
+        onEscaped(message);
+        return 0;
+    }
+}
+
+void fTray::onEscaped(UINT message) noexcept {
+    WriteLog(u"fTray", u"An error escaped a message handler.", message);
+}
+
+// --- Messages ---------------------------------------------------------------------------------------------
+
+LRESULT fTray::onTrayMessage(UINT message, WPARAM wp, LPARAM lp) {
+    const HWND window = hwnd;  // a handler may end the program
+    const WNDPROC saved = savedProcedure_;
+    if (message == WM_SYSCOMMAND) return DefWindowProcW(window, message, wp, lp);
+    if (message == WM_SECONDSTART) {
+        const LRESULT result = DefWindowProcW(window, message, wp, lp);
+        onSecondStart();
+        return result;
+    }
+    if (message == WM_TRAYICON && wp == TRAYICON_ID) {
+        onIcon(static_cast<UINT>(lp));
+        return DefWindowProcW(window, message, wp, lp);
+    }
+    if (message == taskbarCreated_ && taskbarCreated_ != 0) TrayIconAdd(window);
+    return CallWindowProcW(saved, window, message, wp, lp);
+}
+
+LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
+    switch (message) {
+        case WM_COMMAND:
+            onCommand(LOWORD(wp));
+            return 0;
+        case kSaveFailed:
+            host.showSaveFailure();
+            return 0;
+        case WM_CLOSE:
+            host.exitProgram();
+            return 0;
+        case WM_QUERYENDSESSION:
+            host.commitEdits();
+            return TRUE;
+        case WM_ENDSESSION:
+            if (wp != FALSE) {
+                host.endSession();
+                TrayIconDelete(hwnd);
+            }
+            return 0;
+        case WM_NCDESTROY: {
+            const LRESULT result = DefWindowProcW(hwnd, message, wp, lp);
+            hwnd = nullptr;
+            return result;
+        }
+        default:
+            return DefWindowProcW(hwnd, message, wp, lp);
+    }
+}
+
+void fTray::onIcon(UINT mouseMessage) {
+    switch (mouseMessage) {
+        case WM_LBUTTONDOWN:
+            swallowUp_ = false;
+            break;
+        case WM_LBUTTONUP:
+            // A double click comes as release, double click, release: its second release is no click of its
+            // own.
+            if (!std::exchange(swallowUp_, false) && actsOnClick(windows)) host.defaultAction();
+            break;
+        case WM_LBUTTONDBLCLK:
+            swallowUp_ = true;
+            if (actsOnDoubleClick(windows)) host.defaultAction();
+            break;
+        case WM_RBUTTONUP:
+            popUp();
+            break;
+        default:
+            break;
+    }
+}
+
+void fTray::onSecondStart() {
+    const bool restored = TrayIconAdd(hwnd);
+    ReplyMessage(0);  // the other copy ends now, not when the box below is answered
+    if (!restored) host.alreadyRunning();
+}
+
+// --- The menu ---------------------------------------------------------------------------------------------
+
+TrayMenuState fTray::menuState() const {
+    TrayMenuState state = host.state();
+    state.dialogOpen = host.dialogOpen();
+    return state;
+}
+
+void fTray::popUp() {
+    const TrayMenuState state = menuState();
+    UniqueMenu list = filledMenu(openMenu(host.titles(), state));
+    const UniqueMenu mnupop(CreatePopupMenu());
+    // The submenu belongs to the menu from here on and goes with it.
+    const bool taken = AppendMenuW(mnupop.get(), MF_POPUP | MF_STRING, reinterpret_cast<UINT_PTR>(list.get()),
+                                   L"Open") != FALSE;
+    if (taken) static_cast<void>(list.release());
+    for (const TrayMenuItem& item : trayMenu(state))
+        append(mnupop.get(), item);
+
+    POINT mouse{};
+    GetCursorPos(&mouse);
+    const HWND window = hwnd;
+    SetForegroundWindow(window);  // otherwise a click elsewhere would not close the menu
+    TrackPopupMenu(mnupop.get(), TPM_RIGHTBUTTON, mouse.x, mouse.y, 0, window, nullptr);
+    PostMessageW(window, WM_NULL, 0, 0);  // otherwise the next menu would close at once
+}
+
+void fTray::onCommand(unsigned id) {
+    if (id >= IDM_DYN && id <= IDM_DYN_LAST) mnuDyn_Click(static_cast<int>(id - IDM_DYN));
+    if (id >= IDM_DYN2 && id <= IDM_DYN2_LAST) mnuDyn2_Click(static_cast<int>(id - IDM_DYN2));
+}
+
+void fTray::mnuDyn_Click(int Index) {
+    if (!trayCommandAllowed(menuState(), Index)) return;
+    if (const auto action = kActions[Index]; action != nullptr) (host.*action)();
+}
+
+void fTray::mnuDyn2_Click(int Index) {
+    if (openAllowed(menuState(), Index)) host.openNote(Index);
+}

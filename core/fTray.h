@@ -1,0 +1,79 @@
+// The hidden window behind the tray icon: the icon's clicks, the menu, a second start, the end of the
+// session. It owns every other window of the program.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "core/TrayMenu.h"
+#include "core/WinVersion.h"
+#include "support/Window.h"
+
+/// What the tray asks of the collection. All set before create().
+struct TrayHost {
+    std::function<TrayMenuState()> state;       ///< `dialogOpen` comes from the function below
+    std::function<std::vector<Text>()> titles;  ///< of every note, in the order of their numbers
+    std::function<bool()> dialogOpen;
+
+    std::function<void()> newNote;
+    std::function<void()> toggleHideAll;
+    std::function<void()> toggleIconizeAll;
+    std::function<void()> toggleAlignAll;
+    std::function<void()> toggleEasyAlign;
+    std::function<void()> switchStore;
+    std::function<void()> about;
+    std::function<void()> exitProgram;
+    std::function<void(int slot)> openNote;  ///< slot 0..49, only for a note that exists
+
+    std::function<void()>
+        defaultAction;  ///< a click on the icon: ends an open dialog, then Hide All / Show All
+    std::function<void()> alreadyRunning;   ///< a second start while the icon is there
+    std::function<void()> commitEdits;      ///< the session may end: nothing typed may be lost
+    std::function<void()> endSession;       ///< the session ends
+    std::function<void()> showSaveFailure;  ///< answers a posted kSaveFailed
+};
+
+struct fTray {
+    /// Posted by the collection to itself: a save failed inside a handler that must end first.
+    static constexpr UINT kSaveFailed = WM_APP + 1;
+
+    fTray() = default;
+    ~fTray() { destroy(); }
+    fTray(const fTray&) = delete;
+    fTray& operator=(const fTray&) = delete;
+
+    /// Creates the hidden window, without icon and title yet. False when Windows refuses.
+    bool create(TrayHost functions);
+    /// Adds the icon and, the first time, takes the window procedure over and sets the title by which a
+    /// second start finds this copy. False while the shell is not ready.
+    bool addIcon();
+    /// Removes icon and window. Harmless without them.
+    void destroy();
+
+    /// The commands of the menu, by their place (0..13) and by the note's slot (0..49). What is greyed,
+    /// hidden or not in the menu does nothing.
+    void mnuDyn_Click(int Index);
+    void mnuDyn2_Click(int Index);
+
+    LRESULT onMessage(UINT message, WPARAM wp, LPARAM lp);
+    static void onEscaped(UINT message) noexcept;
+
+    HWND hwnd = nullptr;
+    TrayHost host;
+    WinClass windows;  ///< decides which click counts; known once the icon is there
+
+private:
+    static LRESULT CALLBACK trayProc(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept;
+    LRESULT onTrayMessage(UINT message, WPARAM wp, LPARAM lp);
+    bool TrayHook(HWND tray);
+    void TrayUnhook(HWND tray);
+    void onIcon(UINT mouseMessage);
+    void onSecondStart();
+    void onCommand(unsigned id);
+    void popUp();
+    TrayMenuState menuState() const;
+
+    WNDPROC savedProcedure_ = nullptr;  ///< null when none is replaced
+    UINT taskbarCreated_ = 0;           ///< what a new task bar broadcasts
+    bool swallowUp_ = false;            ///< the next button release belongs to a double click
+};

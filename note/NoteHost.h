@@ -1,0 +1,39 @@
+// What a note may ask of the desk it lies on. The collection fills this in; a note never looks further up.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "storage/NoteStore.h"
+#include "support/DateTime.h"
+
+struct fmsg;
+struct fpost;
+struct NoteLook;
+
+struct NoteHost {
+    NoteStore* store = nullptr;
+    GlobalSettings* settings = nullptr;
+    fmsg* dialog = nullptr;
+    const NoteLook* look = nullptr;
+    const std::vector<fpost*>* Notes = nullptr;  ///< in the order of their numbers
+
+    std::function<bool()> newNote;     ///< makes and shows a note; false at the limit
+    std::function<void()> hideAll;     ///< Hide All / Show All
+    std::function<void()> iconizeAll;  ///< Iconize All / Restore All
+    std::function<void()> exitProgram;
+    std::function<void()> realign;  ///< automatic position, when it is on and no bulk command runs
+    std::function<void()>
+        notesChanged;  ///< a title, a closed or an iconized state changed: lists and captions follow
+    std::function<void(fpost&)> remove;  ///< takes the note out of collection and store, and renumbers
+    std::function<void()> commitEdits;   ///< ends every open edit, keeping its text
+    std::function<bool()> allHidden;
+    std::function<bool()> allIconized;
+    std::function<void()> showAgain;  ///< the desk is no longer all hidden: a note rings
+    std::function<void(const char16_t* key, bool flag)> storeFlag;  ///< one flag of section "setting"
+    std::function<Now()> now;
+
+    /// "Are you sure"-type questions and messages; the answer is the platform's code. Defaults: the program's
+    /// box.
+    std::function<int(const Text& prompt, long buttons, const Text& title)> ask;
+};

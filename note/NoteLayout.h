@@ -1,0 +1,77 @@
+// Where the parts of a note stand: the table of design data, and the rectangles for a client size.
+#pragma once
+
+#include "support/Units.h"
+
+/// A rectangle in pixels; right and bottom lie outside.
+struct PxRect {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+    constexpr int width() const { return right - left; }
+    constexpr int height() const { return bottom - top; }
+    bool operator==(const PxRect&) const = default;
+};
+
+/// A rectangle in twips, both ends included: a hot area of a part, in the part's own coordinates.
+struct HotArea {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+    constexpr bool contains(Twips x, Twips y) const {
+        return x.n >= left && x.n <= right && y.n >= top && y.n <= bottom;
+    }
+};
+
+/// Design data of the note window. The pictures are drawn from the same hot areas that take the clicks, so
+/// they cannot drift apart at any scaling.
+namespace design {
+inline constexpr Twips kBorder{15};         ///< line around the note, outside the client area
+inline constexpr Twips kStripHeight{270};   ///< title strip
+inline constexpr Twips kIconizedExtra{30};  ///< an iconized note is the strip and its two borders
+inline constexpr Twips kLeadWidth{480};     ///< room of the buttons: the title begins here
+inline constexpr Twips kButtonsWidth{465};  ///< lbl2
+inline constexpr Twips kPicWidth{270};
+inline constexpr Twips kMargin{60};    ///< nota.Left, and the bottom margin
+inline constexpr Twips kNotaTop{315};  ///< below the strip and the line under it
+inline constexpr Twips kGripWidth{270};
+inline constexpr Twips kGripHeight{255};
+inline constexpr Twips kTimeHeight{240};
+inline constexpr Twips kTimeText{30};  ///< where the strip's text begins, from left and top
+inline constexpr Twips kTitleGap{30};  ///< between the title's editor and the delete picture
+
+inline constexpr HotArea kIconizeButton{15, 30, 195, 250};
+inline constexpr HotArea kCloseButton{255, 30, 450, 250};
+inline constexpr HotArea kDeleteButton{0, 0, kPicWidth.n, 225};
+inline constexpr HotArea kWidthArrow{120, 0, 255, 120};
+inline constexpr HotArea kHeightArrow{0, 105, 120, 240};
+
+inline constexpr Twips kMinWidth{1130};
+inline constexpr Twips kMinHeight{705};
+
+inline constexpr int kFontPoints = 9;
+inline constexpr const char16_t* kFontName = u"Segoe UI";
+}  // namespace design
+
+/// Places of the parts in client coordinates.
+struct NoteRects {
+    PxRect lbl, lbl2, pic, nota, txtNota, txtTitle, pic2, pic_time;
+};
+
+/// Lays the parts out in a client area of `width` x `height` pixels at `dpi`. No rectangle is ever inside
+/// out. An iconized note has its grip in the strip, left of the delete picture. `titleHeight` is the height
+/// in pixels of a line in the title's font, so that title and title editor stand at the same place.
+NoteRects layoutNote(int width, int height, bool iconized, int dpi, int titleHeight);
+
+/// Height of an iconized note's window.
+inline constexpr Twips kIconizedHeight = design::kStripHeight + design::kIconizedExtra;
+
+/// The size in twips at which a stored size is shown: the default for 0 or less, then at least the minimum
+/// of 1130 x 705 twips.
+Twips shownWidth(std::int32_t stored, float defaultWidth);
+Twips shownHeight(std::int32_t stored, float defaultHeight);
+
+/// The rectangle moved so that the title strip (its first `strip` pixels) can be reached in `work`.
+PxRect movedInto(PxRect window, const PxRect& work, int strip);

@@ -1,0 +1,24 @@
+// What all notes share to be drawn: the screen's scaling, fonts, cursors.
+#pragma once
+
+#include <array>
+
+#include "note/NoteLayout.h"
+#include "support/Handles.h"
+
+struct NoteLook {
+    int dpi = USER_DEFAULT_SCREEN_DPI;
+    UniqueFont body;
+    UniqueFont title;
+    int titleHeight = 0;               ///< of a line in the title font, pixels
+    std::array<HCURSOR, 4> cursors{};  ///< resources 101 to 104; shared, never destroyed
+    HCURSOR arrow = nullptr;
+
+    int px(Twips t) const { return toPx(t, dpi).n; }
+    int twips(int pixels) const { return toTwips(Px{pixels}, dpi).n; }
+    /// Cursor of a resource number; the arrow for 0 and for one that could not be loaded.
+    HCURSOR cursor(int number) const;
+};
+
+/// Fonts and cursors for the screen's scaling.
+NoteLook loadNoteLook();

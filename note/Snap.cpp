@@ -1,0 +1,57 @@
+#include "note/Snap.h"
+
+#include <algorithm>
+
+namespace {
+
+bool isNear(int edge, int other) {
+    return edge >= other - kSnapTolerance && edge <= other + kSnapTolerance;
+}
+
+PxRect shifted(const PxRect& rect, int x, int y) {
+    return {rect.left + x, rect.top + y, rect.right + x, rect.bottom + y};
+}
+
+/// Both in coordinates of the monitor, whose corner is 0, 0. Left and top are compared with the monitor's
+/// edge but land on the work area's; each rule sees the rectangle as the rules before it left it.
+void snapToScreen(PxRect& r, const PxRect& work) {
+    if (r.left < kSnapTolerance) {
+        r.right = r.width();
+        r.left = work.left;
+    }
+    if (r.top < kSnapTolerance) {
+        r.bottom = r.height();
+        r.top = work.top;
+    }
+    if (r.right > work.right - kSnapTolerance) r = shifted(r, work.right - r.right, 0);
+    if (r.bottom > work.bottom - kSnapTolerance) r = shifted(r, 0, work.bottom - r.bottom);
+}
+
+bool snapToNote(PxRect& r, const PxRect& note) {
+    const bool beside = r.top <= note.bottom + kSnapTolerance && r.bottom >= note.top - kSnapTolerance;
+    const bool stacked = r.left <= note.right + kSnapTolerance && r.right >= note.left - kSnapTolerance;
+    if (beside && isNear(r.left, note.right)) {
+        r = shifted(r, note.right - r.left, 0);
+    } else if (beside && isNear(r.right, note.left)) {
+        r = shifted(r, note.left - r.right, 0);
+    } else if (stacked && isNear(r.top, note.bottom)) {
+        r = shifted(r, 0, note.bottom - r.top);
+    } else if (stacked && isNear(r.bottom, note.top)) {
+        r = shifted(r, 0, note.top - r.bottom);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool snap(PxRect& moving, const SnapScreen& screen, std::span<const PxRect> notes) {
+    const PxRect before = moving;
+    PxRect local = shifted(moving, -screen.left, -screen.top);
+    snapToScreen(local, shifted(screen.work, -screen.left, -screen.top));
+    moving = shifted(local, screen.left, screen.top);
+    if (std::any_of(notes.begin(), notes.end(), [&](const PxRect& n) { return snapToNote(moving, n); }))
+        return true;
+    return moving != before;
+}

@@ -1,0 +1,52 @@
+#include "note/bas_DialogColor.h"
+
+#include <commdlg.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace {
+
+// Windows silently refuses a record of another size.
+#ifdef _WIN64
+static_assert(sizeof(CHOOSECOLORA) == 72);
+#else
+static_assert(sizeof(CHOOSECOLORA) == 36);
+#endif
+
+constexpr std::size_t kCustomColors = 16;
+
+/// The user's own colours, kept for the whole run.
+std::array<COLORREF, kCustomColors>& customColors() {
+    static std::array<COLORREF, kCustomColors> colors = [] {
+        std::array<COLORREF, kCustomColors> paper{};
+        std::fill(paper.begin(), paper.end(), kWhite);
+        return paper;
+    }();
+    return colors;
+}
+
+UINT_PTR CALLBACK nameDialog(HWND dialog, UINT message, WPARAM, LPARAM lp) {
+    if (message == WM_INITDIALOG) {
+        const auto* request = reinterpret_cast<const CHOOSECOLORA*>(lp);
+        SetWindowTextA(dialog, reinterpret_cast<LPCSTR>(request->lCustData));
+    }
+    return 0;  // the dialog's own handling follows
+}
+
+}  // namespace
+
+std::optional<Rgb> ChooseColorDialog(HWND owner, Rgb color, const char* title) {
+    const char* const caption = std::string_view(title) == kNoDialogTitle ? "Color" : title;
+    CHOOSECOLORA request{};
+    request.lStructSize = sizeof(request);
+    request.hwndOwner = owner;
+    request.rgbResult = color;
+    request.lpCustColors = customColors().data();
+    request.Flags = CC_RGBINIT | CC_ENABLEHOOK;
+    request.lCustData = reinterpret_cast<LPARAM>(caption);
+    request.lpfnHook = nameDialog;
+    if (ChooseColorA(&request) == FALSE) return std::nullopt;
+    return request.rgbResult;
+}

@@ -1,0 +1,15 @@
+// The system's colour dialog.
+#pragma once
+
+#include <optional>
+
+#include "note/NoteColor.h"
+#include "support/WinText.h"
+
+/// Stands for "no title given": the dialog is then called "Color".
+inline constexpr const char* kNoDialogTitle = "#A#O";
+
+/// Lets the user choose a colour in a dialog owned by `owner`, beginning with `color`. Colours that the user
+/// mixes are offered again until the program ends. Empty when cancelled. The owner may be gone when it
+/// returns.
+std::optional<Rgb> ChooseColorDialog(HWND owner, Rgb color, const char* title = kNoDialogTitle);

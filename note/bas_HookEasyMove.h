@@ -1,0 +1,44 @@
+// The window procedures that look on while a note is dragged, and snap it.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "note/NoteLayout.h"
+#include "support/WinText.h"
+
+/// Replaces a window's procedure for one drag and puts it back at the end of the scope, or when the window
+/// goes during the drag. Lives on the stack around the system's move loop.
+class MoveHook {
+public:
+    enum class Kind {
+        EasyMove,     ///< snaps
+        AlignedMove,  ///< snaps when `easyAlign` says so; the desk keeps its notes in columns
+    };
+    struct Desk {
+        bool easyAlign = false;
+        int leastWidth = 0;  ///< pixels; snapping never leaves the note smaller
+        int leastHeight = 0;
+        /// Rectangles of the other visible notes, in the order of their numbers; asked at every step.
+        std::function<std::vector<PxRect>()> others;
+    };
+
+    MoveHook(HWND window, Kind kind, Desk desk);
+    ~MoveHook();
+    MoveHook(const MoveHook&) = delete;
+    MoveHook& operator=(const MoveHook&) = delete;
+
+private:
+    static LRESULT CALLBACK EasyMoveProc(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept;
+    static LRESULT CALLBACK AlignedMoveProc(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept;
+    static LRESULT passOn(HWND window, UINT message, WPARAM wp, LPARAM lp);
+    LRESULT onMoving(WPARAM wp, RECT& proposed) const;
+    void putBack();
+
+    HWND window_;
+    Desk desk_;
+    WNDPROC before_ = nullptr;
+    PxRect workArea_;
+    int width_ = 0;  ///< pixels, at the start of the drag
+    int height_ = 0;
+};

@@ -1,0 +1,526 @@
+// The note window itself: creation, properties, geometry, and the plumbing from messages to methods. What the
+// user does with it stands in fpostEdit, fpostMove, fpostMenu, fpostAlarm and fpostRemove, its looks in
+// fpostPaint.
+#include "note/fpost.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <string>
+
+#include "note/bas_GetWorkArea.h"
+#include "resources/resource.h"
+#include "storage/bas_LogError.h"
+
+namespace {
+
+constexpr const char16_t* kNoteClass = u"fpost";
+constexpr const char16_t* kPartClass = u"KardelPart";
+constexpr Text::value_type kTitleLead[] = u"     ";
+
+constexpr UINT kUnload = WM_APP + 1;
+constexpr UINT kRestore = WM_APP + 2;
+
+LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) noexcept {
+    fpost* const note = formOf<fpost>(GetParent(part));
+    if (note == nullptr) return DefWindowProcW(part, message, wp, lp);
+    try {
+        return note->onPart(part, message, wp, lp);
+    } catch (...) {
+        fpost::onEscaped(message);
+        return 0;
+    }
+}
+
+LRESULT CALLBACK editorProc(HWND editor, UINT message, WPARAM wp, LPARAM lp) noexcept {
+    const auto native = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(editor, GWLP_USERDATA));
+    fpost* const note = formOf<fpost>(GetParent(editor));
+    if (note == nullptr) return CallWindowProcW(native, editor, message, wp, lp);
+    try {
+        return note->onEditor(editor, message, wp, lp);
+    } catch (...) {
+        fpost::onEscaped(message);
+        return 0;
+    }
+}
+
+Rgb systemColor(int index) {
+    return GetSysColor(index);
+}
+
+}  // namespace
+
+void registerNoteClasses() {
+    registerClass(kNoteClass, formProc<fpost>, 0);
+    registerClass(kPartClass, partProc, CS_DBLCLKS);
+}
+
+void fpost::onEscaped(UINT message) noexcept {
+    WriteLog(u"fpost", u"An error escaped a message handler.", message);
+}
+
+// --- Creation and destruction ---------------------------------------------------------------------------
+
+fpost* fpost::open(NoteHost& host, HWND owner, int number, const NoteRecord& stored) {
+    bool freed = false;
+    auto* note = new fpost;
+    note->host = &host;
+    note->number = number;
+    note->freed = &freed;
+    note->take(stored);
+    // Made where and as it will be seen: fifty notes at log-on are laid out once each, not twice. A tool
+    // window owned by the hidden tray window: no button in the task bar, none of 50 entries in Alt+Tab.
+    const PxRect at = note->shownRect();
+    const HWND window = CreateWindowExW(WS_EX_TOOLWINDOW, wide(kNoteClass), wide(stored.Titolo),
+                                        WS_POPUP | WS_CLIPCHILDREN, at.left, at.top, at.width(), at.height(),
+                                        owner, nullptr, GetModuleHandleW(nullptr), note);
+    if (window == nullptr) {
+        WriteLog(u"fpost", u"A note window could not be created.", static_cast<std::int64_t>(GetLastError()));
+        if (!freed) delete note;
+        return nullptr;
+    }
+    note->freed = nullptr;
+    return note;
+}
+
+bool fpost::createParts() {
+    const HINSTANCE program = GetModuleHandleW(nullptr);
+    const NoteRects at = partRects();
+    const auto child = [&](LPCWSTR kind, DWORD style, int id, const Text& text, const PxRect& rect) {
+        return CreateWindowExW(0, kind, wide(text), WS_CHILD | WS_CLIPSIBLINGS | style, rect.left, rect.top,
+                               rect.width(), rect.height(), hwnd,
+                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program, nullptr);
+    };
+    const auto editor = [&](DWORD style, int id, HFONT font, const PxRect& rect) {
+        const HWND window = child(L"EDIT", style, id, u"", rect);
+        if (window == nullptr) return window;
+        const auto native = reinterpret_cast<LONG_PTR>(editorProc);
+        SetWindowLongPtrW(window, GWLP_USERDATA, GetWindowLongPtrW(window, GWLP_WNDPROC));
+        SetWindowLongPtrW(window, GWLP_WNDPROC, native);
+        SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+        SendMessageW(window, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
+        return window;
+    };
+    const LPCWSTR part = wide(kPartClass);
+    // Made from the top of the z order down: who is made first gets the press where parts overlap.
+    lbl2 = child(part, WS_VISIBLE, ID_LBL2, u"Iconize, close", at.lbl2);
+    pic = child(part, WS_VISIBLE, ID_PIC, u"Delete", at.pic);
+    pic2 = child(part, WS_VISIBLE, ID_PIC2, u"Resize", at.pic2);
+    txtTitle = editor(ES_AUTOHSCROLL, ID_TXTTITLE, host->look->title.get(), at.txtTitle);
+    lbl = child(part, WS_VISIBLE, ID_LBL, kTitleLead + record.Titolo, at.lbl);
+    txtNota = editor(ES_MULTILINE | ES_AUTOVSCROLL, ID_TXTNOTA, host->look->body.get(), at.txtNota);
+    pic_time = child(part, 0, ID_PIC_TIME, u"", at.pic_time);
+    const DWORD bodyShown = record.iconized ? 0 : WS_VISIBLE;
+    nota = child(part, bodyShown, ID_NOTA, withLineBreaks(record.Nota), at.nota);
+    const auto parts = {lbl, lbl2, pic, nota, txtNota, txtTitle, pic2, pic_time};
+    if (std::any_of(parts.begin(), parts.end(), [](HWND window) { return window == nullptr; })) return false;
+    tBackColor(Backcol());
+    if (record.topmost) applyTopmost();
+    return true;
+}
+
+void fpost::unload() {
+    PostMessageW(hwnd, kUnload, 0, 0);
+}
+
+// --- What is stored and what is shown -------------------------------------------------------------------
+
+void fpost::take(const NoteRecord& stored) {
+    record = stored;
+    if (!record.backcolor) record.backcolor = kDesignColor;
+    alarm = ruleOf(record);
+}
+
+void fpost::apply(const NoteRecord& stored) {
+    take(stored);
+    Titolo(record.Titolo);
+    setWindowText(nota, withLineBreaks(record.Nota));
+    tBackColor(Backcol());
+    place();
+    applyTopmost();
+}
+
+bool fpost::store(std::initializer_list<NoteField> fields) {
+    for (const NoteField field : fields) {
+        if (std::find(unsaved.begin(), unsaved.end(), field) == unsaved.end()) unsaved.push_back(field);
+    }
+    const bool done = host->store->set(number, record, unsaved);
+    if (done) unsaved.clear();
+    return done;
+}
+
+void fpost::oweEverything() {
+    unsaved.clear();
+    for (const NoteFieldRow& row : noteFields())
+        unsaved.push_back(row.field);
+}
+
+void fpost::storeUnsaved() {
+    if (!unsaved.empty()) store({});
+}
+
+void fpost::Titolo(const Text& title) {
+    record.Titolo = title;
+    setWindowText(hwnd, title);
+    setWindowText(lbl, kTitleLead + title);
+}
+
+Rgb fpost::Backcol() const {
+    return shownColor(record.backcolor.value_or(kDesignColor), systemColor);
+}
+
+void fpost::Backcol(std::int32_t color) {
+    record.backcolor = color;
+    tBackColor(Backcol());
+}
+
+void fpost::tBackColor(Rgb color) {
+    if (shownBack == color && backBrush) return;
+    shownBack = color;
+    backBrush.reset(CreateSolidBrush(color));
+    editBrush.reset(CreateSolidBrush(editorGround(color)));
+    repaint();
+}
+
+void fpost::repaint() const {
+    if (!visible()) return;
+    RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_FRAME);
+}
+
+// --- Geometry -------------------------------------------------------------------------------------------
+
+PxRect fpost::windowRect() const {
+    RECT rect{};
+    GetWindowRect(hwnd, &rect);
+    return pxRect(rect);
+}
+
+int fpost::Left() const {
+    return host->look->twips(windowRect().left);
+}
+
+int fpost::Top() const {
+    return host->look->twips(windowRect().top);
+}
+
+int fpost::Width() const {
+    return host->look->twips(windowRect().width());
+}
+
+int fpost::Height() const {
+    return host->look->twips(windowRect().height());
+}
+
+int fpost::pWidth() const {
+    return shownWidth(record.width, host->settings->DefaultWidth).n;
+}
+
+int fpost::pHeight() const {
+    return shownHeight(record.height, host->settings->DefaultHeight).n;
+}
+
+void fpost::pWidth(int twips) {
+    record.width = twips;
+    const int height = windowRect().height();
+    SetWindowPos(hwnd, nullptr, 0, 0, host->look->px(Twips{pWidth()}), height,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void fpost::pHeight(int twips) {
+    record.height = twips;
+    if (record.iconized) return;  // its window is as high as the strip until it is restored
+    const int width = windowRect().width();
+    SetWindowPos(hwnd, nullptr, 0, 0, width, host->look->px(Twips{pHeight()}),
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+PxRect fpost::shownRect() const {
+    const NoteLook& look = *host->look;
+    const int left = look.px(Twips{record.x});
+    const int top = look.px(Twips{record.y});
+    const int strip = look.px(kIconizedHeight);
+    PxRect rect{left, top, left + look.px(Twips{pWidth()}), top + look.px(Twips{pHeight()})};
+    // Whatever size was stored, a note is at most as large as the desktop it lies on.
+    const PxRect work = workAreaAt({left, top, left + strip, top + strip});
+    rect.right = left + std::min(rect.width(), work.width());
+    rect.bottom = record.iconized ? top + strip : top + std::min(rect.height(), work.height());
+    const PxRect title{rect.left, rect.top, rect.right, rect.top + strip};
+    // A note that has never had a size has never had a place either: it comes up where it can be used.
+    const bool fresh = record.width <= 0 && record.height <= 0;
+    if (fresh || !isOnScreen(title)) rect = movedInto(rect, workAreaAt(rect), strip);
+    return rect;
+}
+
+void fpost::place() {
+    const PxRect rect = shownRect();
+    if (rect == windowRect()) return;
+    SetWindowPos(hwnd, nullptr, rect.left, rect.top, rect.width(), rect.height(),
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}
+
+void fpost::moveTo(int left, int top) {
+    record.x = left;
+    record.y = top;
+    place();
+}
+
+NoteRects fpost::partRects() {
+    RECT client{};
+    GetClientRect(hwnd, &client);
+    laidWidth = client.right;
+    laidHeight = client.bottom;
+    return layoutNote(client.right, client.bottom, record.iconized, host->look->dpi, host->look->titleHeight);
+}
+
+void fpost::layout() {
+    const NoteRects at = partRects();
+    const std::pair<HWND, const PxRect*> places[] = {
+        {lbl, &at.lbl},         {lbl2, &at.lbl2},         {pic, &at.pic},   {nota, &at.nota},
+        {txtNota, &at.txtNota}, {txtTitle, &at.txtTitle}, {pic2, &at.pic2}, {pic_time, &at.pic_time}};
+    HDWP batch = BeginDeferWindowPos(static_cast<int>(std::size(places)));
+    for (const auto& [part, rect] : places) {
+        if (Help && part == txtNota) continue;
+        if (batch == nullptr) break;  // out of memory: the parts stay where they were
+        batch = DeferWindowPos(batch, part, nullptr, rect->left, rect->top, rect->width(), rect->height(),
+                               SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    if (batch != nullptr) EndDeferWindowPos(batch);
+    ShowWindow(nota, record.iconized ? SW_HIDE : SW_SHOWNA);
+    if (record.iconized) ShowWindow(pic_time, SW_HIDE);
+}
+
+void fpost::onSize(WPARAM kind) {
+    if (kind == SIZE_MINIMIZED) {
+        // Not from inside the minimising itself: that would run the layout in the middle of it.
+        PostMessageW(hwnd, kRestore, 0, 0);
+        return;
+    }
+    RECT client{};
+    GetClientRect(hwnd, &client);
+    if (client.right == laidWidth && client.bottom == laidHeight) return;
+    layout();
+    repaint();
+    if (!record.iconized && visible()) host->realign();
+}
+
+void fpost::restoreIfMinimized() {
+    if (IsIconic(hwnd) != FALSE) ShowWindow(hwnd, SW_SHOWNOACTIVATE);
+}
+
+void fpost::show(bool activate) {
+    ShowWindow(hwnd, activate ? SW_SHOW : SW_SHOWNOACTIVATE);
+    applyTopmost();
+    if (activate) SetForegroundWindow(hwnd);
+}
+
+void fpost::hide() {
+    ShowWindow(hwnd, SW_HIDE);
+}
+
+bool fpost::visible() const {
+    return IsWindowVisible(hwnd) != FALSE;
+}
+
+// --- Messages -------------------------------------------------------------------------------------------
+
+LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
+    switch (message) {
+        case WM_CREATE:
+            return createParts() ? 0 : -1;
+        case WM_NCDESTROY:
+            if (freed != nullptr) *freed = true;
+            delete this;
+            return 0;
+        case WM_DESTROY:
+            stopCountdown();
+            StopRinging();
+            return 0;
+        case WM_CLOSE:  // a polite kill or Alt+F4 must neither lose a note nor mark it closed
+            return 0;
+        case kUnload:
+            DestroyWindow(hwnd);
+            return 0;
+        case kRestore:
+            restoreIfMinimized();
+            return 0;
+        case WM_NCCALCSIZE: {
+            auto* rect = reinterpret_cast<RECT*>(lp);  // the first of three when wp is TRUE
+            const int border = host->look->px(design::kBorder);
+            InflateRect(rect, -border, -border);
+            return 0;
+        }
+        case WM_NCPAINT:
+            paintFrame();
+            return 0;
+        case WM_NCACTIVATE:  // no caption whose colour would change
+            return TRUE;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT:
+            paint();
+            return 0;
+        case WM_SIZE:
+            onSize(wp);
+            return 0;
+        case WM_SYSCOMMAND:
+            if ((wp & 0xFFF0) == SC_MINIMIZE || (wp & 0xFFF0) == SC_MAXIMIZE) return 0;
+            break;
+        case WM_DISPLAYCHANGE:
+        case WM_SETTINGCHANGE:
+            // A note whose monitor went is shown where it can be reached; its stored place waits for the
+            // monitor to come back.
+            place();
+            break;
+        case WM_SYSCOLORCHANGE:
+            if (!Alarming) tBackColor(Backcol());
+            break;
+        case WM_CTLCOLOREDIT:
+            SetTextColor(reinterpret_cast<HDC>(wp), inkOn(editorGround(shownBack)));
+            SetBkColor(reinterpret_cast<HDC>(wp), editorGround(shownBack));
+            return reinterpret_cast<LRESULT>(editBrush.get());
+        case WM_KEYDOWN:
+            if (onKeyDown(wp)) return 0;
+            break;
+        case WM_SYSKEYDOWN:
+            if (wp == VK_F10 && GetKeyState(VK_SHIFT) < 0) {
+                OpenMenu();
+                return 0;
+            }
+            break;
+        case WM_CONTEXTMENU:  // the menu key was answered when it went down
+            return 0;
+        case WM_COMMAND:
+            if (lp == 0) command(LOWORD(wp));
+            if (lp != 0 && HIWORD(wp) == EN_UPDATE) keepWithinStore(reinterpret_cast<HWND>(lp));
+            return 0;
+        case WM_TIMER:
+            if (wp == IDT_ALARM) tmr_Timer();
+            return 0;
+        default:
+            break;
+    }
+    return DefWindowProcW(hwnd, message, wp, lp);
+}
+
+LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
+    switch (message) {
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT:
+            paintPart(part);
+            return 0;
+        case WM_SETTEXT: {
+            const LRESULT result = DefWindowProcW(part, message, wp, lp);
+            InvalidateRect(part, nullptr, FALSE);
+            return result;
+        }
+        case WM_SETCURSOR:
+            if (part == lbl2 || part == pic || part == pic2) wantTips();
+            setPartCursor(part);
+            return TRUE;
+        case WM_NOTIFY:
+            fillTip(*reinterpret_cast<NMHDR*>(lp));
+            return 0;
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+        case WM_LBUTTONUP:
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK:
+        case WM_RBUTTONUP:
+            onMouse(part, message, GET_X_LPARAM(lp), GET_Y_LPARAM(lp));
+            return 0;
+        case WM_CONTEXTMENU:
+            return 0;
+        default:
+            return DefWindowProcW(part, message, wp, lp);
+    }
+}
+
+// --- Mouse: the one table of what a press on each part does ----------------------------------------------
+
+void fpost::onMouse(HWND part, UINT message, int xPx, int yPx) {
+    const Twips x{host->look->twips(xPx)};
+    const Twips y{host->look->twips(yPx)};
+    const bool rightDown = message == WM_RBUTTONDOWN || message == WM_RBUTTONDBLCLK;
+    const bool doubled = message == WM_LBUTTONDBLCLK;
+    const bool leftDown = message == WM_LBUTTONDOWN || doubled;
+    if (leftDown || rightDown) {
+        // A label does not take the focus by itself; an open edit ends before the press does anything.
+        const HWND window = hwnd;
+        SetFocus(hwnd);
+        CommitEdits();
+        if (formOf<fpost>(window) == nullptr) return;
+    }
+    if (message == WM_LBUTTONDOWN) swallowDoubleClick = false;
+    if (doubled && swallowDoubleClick) {  // its first half silenced the alarm and means nothing more
+        swallowDoubleClick = false;
+        return;
+    }
+    const bool plain =
+        GetKeyState(VK_SHIFT) >= 0 && GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_MENU) >= 0;
+
+    if (part == lbl || part == nota) {
+        if (doubled) {
+            if (part == lbl) {
+                toggleIconized();
+            } else if (!Help) {
+                EditForm();
+            }
+        } else if (leftDown && plain) {
+            swallowDoubleClick = Alarming;
+            DragWindow();
+        } else if (message == WM_RBUTTONUP) {
+            if (part == nota || record.iconized) {
+                OpenMenu();
+            } else {
+                EditCaption();
+            }
+        }
+    } else if (part == lbl2) {
+        if (leftDown && design::kIconizeButton.contains(x, y)) {
+            toggleIconized();
+        } else if (leftDown && design::kCloseButton.contains(x, y)) {
+            CloseForm();
+        } else if (message == WM_RBUTTONUP) {
+            OpenMenu();
+        }
+    } else if (part == pic) {
+        if (leftDown && design::kDeleteButton.contains(x, y)) {
+            DeleteForm(false);
+        } else if (message == WM_RBUTTONUP) {
+            OpenMenu();
+        }
+    } else if (part == pic2) {
+        if (leftDown || rightDown) gripPress(x.n, y.n, rightDown);
+    } else if (part == pic_time) {
+        if (leftDown && Alarming) {
+            SoundStop();
+        } else if (leftDown) {
+            DragWindow();
+        } else if (rightDown) {
+            ShowCountdown = !ShowCountdown;
+            placeStripText();
+        }
+    }
+}
+
+void fpost::setPartCursor(HWND part) {
+    POINT at{};
+    GetCursorPos(&at);
+    ScreenToClient(part, &at);
+    const Twips x{host->look->twips(at.x)};
+    const Twips y{host->look->twips(at.y)};
+    currentCursor = 0;
+    if (part == lbl2 && (design::kIconizeButton.contains(x, y) || design::kCloseButton.contains(x, y))) {
+        currentCursor = IDC_BUTTON;
+    } else if (part == pic && design::kDeleteButton.contains(x, y)) {
+        currentCursor = IDC_BUTTON;
+    } else if (part == pic2 && design::kWidthArrow.contains(x, y)) {
+        currentCursor = IDC_RESIZE_WIDTH;
+    } else if (part == pic2 && design::kHeightArrow.contains(x, y) && !record.iconized) {
+        currentCursor = IDC_RESIZE_HEIGHT;
+    } else if (resizeMode) {
+        currentCursor = resizeCursor;
+    }
+    SetCursor(host->look->cursor(currentCursor));
+}

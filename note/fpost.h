@@ -1,0 +1,203 @@
+// One note on the desktop: a borderless window, its eight parts, and what is stored of it. Alive from open()
+// to WM_NCDESTROY. Geometry in twips unless a name says px.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "alarm/AlarmRule.h"
+#include "note/NoteColor.h"
+#include "note/NoteHost.h"
+#include "note/NoteLayout.h"
+#include "note/NoteLook.h"
+#include "note/NoteMenu.h"
+#include "storage/NoteFields.h"
+#include "support/Window.h"
+
+struct fpost {
+    /// Creates the window of note `number`, hidden, with the record's contents. Null when Windows refuses.
+    static fpost* open(NoteHost& host, HWND owner, int number, const NoteRecord& stored);
+
+    // --- What the collection does with a note -------------------------------------------------------------
+    /// Takes a newly read record over: title, text, colour, place, size, state, alarm.
+    void apply(const NoteRecord& stored);
+    /// Shows the note where it is. Without activation the keyboard stays where it is.
+    void show(bool activate);
+    void hide();
+    bool visible() const;
+    /// Puts the window where its logical geometry and state want it; rescues a note that is on no monitor.
+    void place();
+    /// Window rectangle in twips, as it is on screen.
+    int Left() const;
+    int Top() const;
+    int Width() const;
+    int Height() const;
+    /// Moves the window, and the logical place with it. Nothing is stored.
+    void moveTo(int left, int top);
+    /// Stores fields of the record in the store in force, with those that it refused before.
+    bool store(std::initializer_list<NoteField> fields);
+    /// The store holds nothing of the note yet: the next save writes all of it.
+    void oweEverything();
+    /// Tries once more what the store refused.
+    void storeUnsaved();
+    /// Undoes a minimising by the system.
+    void restoreIfMinimized();
+    /// Destroys the window from a posted message: deletes start inside the note's own handlers.
+    void unload();
+
+    // --- Alarm: countdown and ringing (fpostAlarm.cpp) ----------------------------------------------------
+    /// Stops the ringing and arms the next occurrence. True when that deleted the note.
+    bool SoundStop();
+    /// Only the first half: timer, sound and flashing end.
+    void StopRinging();
+    /// Settles the alarm of a note that was just read; starts the countdown.
+    void ArmAfterLoad();
+    /// Places and fills the time strip, or hides it when there is nothing to count.
+    void ShowAlarmStrip();
+    void startCountdown();
+    void stopCountdown();
+    void tmr_Timer();
+    void ring();
+    void flashTick();
+    void mnuAlarm();
+    /// Writes the whole rule to the store.
+    void storeAlarm();
+    /// Ends the alarm for good, on screen and in the store.
+    void ClearAlarm();
+    void toggleSetting(bool GlobalSettings::*flag, const char16_t* key);
+
+    // --- Menu and keys (fpostMenu.cpp) --------------------------------------------------------------------
+    void OpenMenu();
+    NoteMenuInput menuInput(const AlarmRule& rule) const;
+    /// The alarm as the store holds it at this moment; the one in memory when it cannot be read.
+    AlarmRule storedAlarm() const;
+    AlarmRule ruleOf(const NoteRecord& stored) const;
+    void command(unsigned id);
+    /// A key on the note or one of its editors. True when it was the note's.
+    bool onKeyDown(WPARAM key);
+
+    // --- Editing (fpostEdit.cpp) --------------------------------------------------------------------------
+    void EditForm();
+    void EditCaption();
+    void SaveNote();
+    void CancelNote();
+    void SaveCaption(bool Apply);
+    /// Ends whichever edit is open, keeping its text.
+    void CommitEdits();
+    void CheckTitleWidth();
+    void FitWidth();
+    void FitHeight();
+    Text WrappedText() const;
+
+    // --- Moving, resizing, iconizing (fpostMove.cpp) ------------------------------------------------------
+    void DragWindow();
+    void ResizeWidth(float Delta);
+    void ResizeHeight(float Delta);
+    /// Applies `Iconized` to the window.
+    void IconizeForm();
+    void toggleIconized();
+    void toggleTopmost();
+    void applyTopmost() const;
+    void setResizeMode(bool on);
+    void gripPress(int x, int y, bool rightButton);
+    bool resizeKey(WPARAM key);
+
+    // --- Colour, close, delete (fpostRemove.cpp) ----------------------------------------------------------
+    void mnuColor();
+    void CloseForm();
+    void DeleteForm(bool Silent);
+
+    // --- Properties ---------------------------------------------------------------------------------------
+    int pWidth() const;
+    void pWidth(int twips);
+    int pHeight() const;
+    void pHeight(int twips);
+    const Text& Titolo() const { return record.Titolo; }
+    void Titolo(const Text& title);
+    Rgb Backcol() const;
+    void Backcol(std::int32_t color);
+    Rgb tBackColor() const { return shownBack; }
+    void tBackColor(Rgb color);
+    bool Iconized() const { return record.iconized; }
+    bool Closed() const { return record.closed; }
+    bool TopMost() const { return record.topmost; }
+
+    LRESULT onMessage(UINT message, WPARAM wp, LPARAM lp);
+    LRESULT onPart(HWND part, UINT message, WPARAM wp, LPARAM lp);
+    LRESULT onEditor(HWND editor, UINT message, WPARAM wp, LPARAM lp);
+    static void onEscaped(UINT message) noexcept;
+
+    HWND hwnd = nullptr;
+    HWND lbl = nullptr, lbl2 = nullptr, pic = nullptr, nota = nullptr, txtNota = nullptr, txtTitle = nullptr,
+         pic2 = nullptr, pic_time = nullptr;
+
+    NoteHost* host = nullptr;
+    int number = 0;     ///< N, 1..50; set by the collection alone, never kept across an event
+    NoteRecord record;  ///< what is stored; the window only shows it
+    AlarmRule alarm;
+
+    bool Help = false;          ///< shows the built-in help instead of a stored note
+    bool Alarming = false;      ///< rings now
+    bool ShowCountdown = true;  ///< the strip shows the time left, else the due time
+    int Tickcount = 0;          ///< flash ticks since the sound last started, 0..5
+    UINT_PTR flashTimer = 0;    ///< id of the running flash timer, 0 when none
+    bool bodyBeingEdited = false;
+    bool titleBeingEdited = false;
+    bool resizeMode = false;
+    bool beingDeleted = false;  ///< out of the collection; only its window still goes
+    int currentCursor = 0;      ///< resource number of the cursor shown, 0 the arrow
+
+private:
+    void take(const NoteRecord& stored);
+    bool createParts();
+    PxRect shownRect() const;
+    NoteRects partRects();
+    void layout();
+    void onSize(WPARAM kind);
+    void paint();
+    void paintFrame();
+    void paintPart(HWND part);
+    void paintTitle(HDC dc, const RECT& area) const;
+    void paintBody(HDC dc, const RECT& area) const;
+    void paintStrip(HDC dc, const RECT& area) const;
+    void endBodyEdit();
+    /// Whether what is typed goes into the files, now or with a pending switch.
+    bool endsInFiles() const;
+    void setStoreLimit(HWND editor, std::size_t fileLimit) const;
+    bool onEditorKey(HWND editor, WPARAM key);
+    bool onEditorCharacter(HWND editor, WPARAM character);
+    void keepWithinStore(HWND editor);
+    void onMouse(HWND part, UINT message, int xPx, int yPx);
+    void setPartCursor(HWND part);
+    void repaint() const;
+    Text stripText() const;
+    void placeStripText();
+    PxRect windowRect() const;
+    void wantTips();
+    void fillTip(NMHDR& header) const;
+    // Moving, resizing, iconizing
+    void runMoveLoop();
+    std::vector<PxRect> otherVisibleNotes() const;
+    void showResizeCursor(int cursor);
+    void showIconized();
+    std::int32_t storedHeight() const;
+
+    LONG laidWidth = 0;  ///< client size in pixels that the parts are laid out for
+    LONG laidHeight = 0;
+    HWND tips = nullptr;  ///< tooltips of the pictures; owned by the note's window
+    Rgb shownBack = kDesignColor;
+    UniqueBrush backBrush;
+    UniqueBrush editBrush;
+    Text lastGoodEdit;               ///< what the open editor held when it last fitted into the store
+    std::vector<NoteField> unsaved;  ///< what the store refused: the next save tries again
+    int resizeCursor = 0;            ///< cursor of the keyboard resize mode, 0 outside it
+    bool* freed = nullptr;           ///< told when the window goes while it is still being created
+    enum class OneShotKey : unsigned char { None, Save, NewLine, BlankLine, Cancel };
+    OneShotKey oneShot = OneShotKey::None;
+    bool swallowDoubleClick = false;
+    bool counting = false;     ///< the countdown timer runs
+    bool loopRunning = false;  ///< the grip's press-and-hold loop
+};
+
+/// Registers the window classes of the note and its parts.
+void registerNoteClasses();

@@ -1,0 +1,182 @@
+// A note's alarm on screen: the countdown in the time strip, the ringing, and what ends it. When it is due
+// next is alarm/AlarmRule's to say.
+#include "alarm/AlarmText.h"
+#include "alarm/bas_PlaySound.h"
+#include "note/fmsg.h"
+#include "note/fpost.h"
+#include "resources/resource.h"
+
+namespace {
+
+constexpr UINT kTick = 500;             // ms, countdown and flashing alike
+constexpr int kTicksBetweenSounds = 6;  // flash ticks: the sound starts every three seconds
+
+void CALLBACK AlarmTimerProc(HWND window, UINT message, UINT_PTR, DWORD) noexcept {
+    // A tick may still be on its way when the note goes or has been silenced.
+    fpost* const note = formOf<fpost>(window);
+    if (note == nullptr || note->flashTimer == 0) return;
+    try {
+        note->flashTick();
+    } catch (...) {
+        fpost::onEscaped(message);
+    }
+}
+
+}  // namespace
+
+AlarmRule fpost::ruleOf(const NoteRecord& stored) const {
+    // A registry value is the word alone, the files' field of ten characters contains it.
+    const bool exact = host->store->UseRegistry;
+    return ruleFromRecord(stored, exact ? IntervalReading::Exact : IntervalReading::Contained);
+}
+
+// --- Arming -----------------------------------------------------------------------------------------------
+
+void fpost::ArmAfterLoad() {
+    if (Help) return;
+    if (armAfterLoad(alarm, host->now())) {
+        storeRule(record, alarm);
+        store({NoteField::AlarmDate, NoteField::AlarmTime});
+    }
+    startCountdown();
+}
+
+void fpost::startCountdown() {
+    if (alarm.due && !Alarming) {
+        SetTimer(hwnd, IDT_ALARM, kTick, nullptr);
+        counting = true;
+    } else {
+        stopCountdown();
+    }
+    ShowAlarmStrip();
+}
+
+void fpost::stopCountdown() {
+    if (counting) KillTimer(hwnd, IDT_ALARM);
+    counting = false;
+}
+
+void fpost::ShowAlarmStrip() {
+    const bool shown = (alarm.due || Alarming) && !record.iconized && !bodyBeingEdited && !Help;
+    placeStripText();
+    ShowWindow(pic_time, shown ? SW_SHOWNA : SW_HIDE);
+}
+
+Text fpost::stripText() const {
+    if (!alarm.due) return {};
+    return ShowCountdown ? countdownText(*alarm.due, host->now()) : dueText(alarm);
+}
+
+void fpost::placeStripText() {
+    setWindowText(pic_time, stripText());
+}
+
+// --- Countdown and ringing --------------------------------------------------------------------------------
+
+void fpost::tmr_Timer() {
+    if (!counting || !alarm.due) return;  // a late tick of a stopped timer
+    const Now now = host->now();
+    if (!isBefore(now, *alarm.due)) {
+        ring();
+        return;
+    }
+    host->dialog->showCountdown(hwnd, countdownText(*alarm.due, now));
+    if (ShowCountdown) placeStripText();
+}
+
+void fpost::ring() {
+    stopCountdown();
+    Alarming = true;
+    if (record.iconized && host->settings->RestoreWhenPlay) {
+        // Not through IconizeForm, which would silence the alarm that is just beginning.
+        record.iconized = false;
+        store({NoteField::Iconized});
+        showIconized();
+    }
+    ShowAlarmStrip();
+    host->showAgain();
+    if (record.closed) {
+        record.closed = false;
+        store({NoteField::Closed});
+    }
+    host->notesChanged();
+    if (!visible()) {  // a note that rings must be there to be silenced
+        place();
+        show(false);
+    }
+    if (!alarm.Mute) PlayAlarmSound(IDW_ALARM, true);
+    Tickcount = 0;
+    tBackColor(kWhite);
+    flashTimer = SetTimer(hwnd, IDT_FLASH, kTick, AlarmTimerProc);
+}
+
+void fpost::flashTick() {
+    tBackColor(tBackColor() != kWhite ? kWhite : Backcol());
+    if (alarm.Mute) return;
+    if (++Tickcount < kTicksBetweenSounds) return;
+    Tickcount = 0;
+    PlayAlarmSound(IDW_ALARM, true);
+}
+
+void fpost::StopRinging() {
+    if (!Alarming && flashTimer == 0) return;
+    Alarming = false;
+    if (flashTimer != 0) KillTimer(hwnd, IDT_FLASH);
+    flashTimer = 0;
+    tBackColor(Backcol());
+    StopAlarmSound();
+}
+
+bool fpost::SoundStop() {
+    StopRinging();
+    switch (rearm(alarm, host->now())) {
+        case Rearmed::OneShotOver:
+            ClearAlarm();
+            if (host->settings->DontDeleteWhenPlay) return false;
+            DeleteForm(true);
+            return true;
+        case Rearmed::Armed:
+        case Rearmed::NotAhead:
+            break;
+    }
+    storeAlarm();
+    startCountdown();
+    return false;
+}
+
+// --- Setting and clearing ---------------------------------------------------------------------------------
+
+void fpost::storeAlarm() {
+    storeRule(record, alarm);
+    store({NoteField::AlarmDate, NoteField::Interval, NoteField::AlarmDay, NoteField::AlarmDayMonth,
+           NoteField::AlarmTime, NoteField::AlarmWeekday, NoteField::AlarmRepeatNumber,
+           NoteField::AlarmRepeatEvery, NoteField::Mute, NoteField::Weekday0, NoteField::Weekday1,
+           NoteField::Weekday2, NoteField::Weekday3, NoteField::Weekday4, NoteField::Weekday5,
+           NoteField::Weekday6});
+}
+
+void fpost::ClearAlarm() {
+    stopCountdown();
+    clearAlarm(alarm);
+    ShowAlarmStrip();
+    storeRule(record, alarm);
+    store({NoteField::AlarmTime, NoteField::AlarmDate, NoteField::AlarmWeekday, NoteField::AlarmRepeatNumber,
+           NoteField::AlarmRepeatEvery, NoteField::Mute, NoteField::Interval, NoteField::AlarmDay,
+           NoteField::AlarmDayMonth});
+}
+
+void fpost::mnuAlarm() {
+    if (host->dialog->open()) return;
+    const HWND window = hwnd;
+    const AlarmEdit edit = host->dialog->editAlarm(alarm, window, host->now());
+    // Meanwhile the note may have rung, been stopped and gone.
+    if (formOf<fpost>(window) != this || beingDeleted || edit.AlarmStart == edit.AlarmStop) return;
+    StopRinging();
+    if (edit.AlarmStop) {
+        ClearAlarm();
+        return;
+    }
+    alarm = ruleFromEditor(edit.alarm, host->now());
+    storeAlarm();
+    startCountdown();
+}

@@ -1,0 +1,166 @@
+// The context menu, its commands, and the keys of a note.
+#include "note/fpost.h"
+#include "resources/resource.h"
+
+namespace {
+
+UniqueMenu popupOf(const std::vector<NoteMenuItem>& items) {
+    UniqueMenu menu(CreatePopupMenu());
+    for (const NoteMenuItem& item : visibleItems(items)) {
+        const UINT flags = (item.id == 0 ? MF_SEPARATOR : MF_STRING) | (item.checked ? MF_CHECKED : 0U) |
+                           (item.enabled ? MF_ENABLED : MF_GRAYED);
+        AppendMenuW(menu.get(), flags, item.id, wide(item.caption));
+    }
+    return menu;
+}
+
+bool isDown(int key) {
+    return GetKeyState(key) < 0;
+}
+
+}  // namespace
+
+NoteMenuInput fpost::menuInput(const AlarmRule& rule) const {
+    NoteMenuInput input;
+    input.iconized = record.iconized;
+    input.topmost = record.topmost;
+    input.resizeMode = resizeMode;
+    input.bodyBeingEdited = bodyBeingEdited;
+    input.titleBeingEdited = titleBeingEdited;
+    input.alarmValid = rule.due.has_value();
+    input.alarmPast = rule.due && !isBefore(host->now(), *rule.due);
+    input.alarmOneOff = isOneOff(rule);
+    input.restoreWhenPlay = host->settings->RestoreWhenPlay;
+    input.dontDeleteWhenPlay = host->settings->DontDeleteWhenPlay;
+    input.allHidden = host->allHidden();
+    input.allIconized = host->allIconized();
+    return input;
+}
+
+AlarmRule fpost::storedAlarm() const {
+    if (host->store->UseRegistry) return alarm;
+    NoteRecord stored;
+    if (!host->store->load(number, stored, *host->settings)) return alarm;
+    AlarmRule rule = ruleOf(stored);
+    armAfterLoad(rule, host->now());
+    return rule;
+}
+
+void fpost::OpenMenu() {
+    if (Help) return;
+    CommitEdits();
+    applyTopmost();
+    // The menu shows what is stored, also when another program put it there.
+    const std::vector<NoteMenuItem> items = noteMenu(menuInput(storedAlarm()));
+    const UniqueMenu menu = popupOf(items);
+    POINT at{};
+    GetCursorPos(&at);
+    const HWND window = hwnd;
+    SetForegroundWindow(window);  // without it a click elsewhere would not close the menu
+    const UINT flags = TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON;
+    const BOOL chosen = TrackPopupMenu(menu.get(), flags, at.x, at.y, 0, window, nullptr);
+    // The note may have gone meanwhile (an alarm, Exit); and a command that deletes it must not run inside
+    // the menu's own loop.
+    if (formOf<fpost>(window) == nullptr) return;
+    PostMessageW(window, WM_NULL, 0, 0);
+    if (chosen != 0) PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(chosen), 0);
+}
+
+void fpost::command(unsigned id) {
+    if (Help || beingDeleted || !commandAllowed(noteMenu(menuInput(alarm)), id)) return;
+    // Edit ends the other editor by itself and leaves its own as it is.
+    if (id != IDM_EDIT) CommitEdits();
+    switch (id) {
+        case IDM_NEW:
+            host->newNote();
+            break;
+        case IDM_EDIT:
+            if (record.iconized) {
+                EditCaption();
+            } else {
+                EditForm();
+            }
+            break;
+        case IDM_COLOR:
+            mnuColor();
+            break;
+        case IDM_ALARM:
+            mnuAlarm();
+            break;
+        case IDM_REWHENPLAY:
+            toggleSetting(&GlobalSettings::RestoreWhenPlay, u"RestoreWhenPlay");
+            break;
+        case IDM_CLOSE:
+            CloseForm();
+            break;
+        case IDM_DELETE:
+            DeleteForm(false);
+            break;
+        case IDM_DONTDELETE:
+            toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
+            break;
+        case IDM_TOPMOST:
+            toggleTopmost();
+            break;
+        case IDM_RESIZE:
+            setResizeMode(!resizeMode);
+            break;
+        case IDM_ICONIZE:
+            toggleIconized();
+            break;
+        case IDM_HIDEALL:
+            host->hideAll();
+            break;
+        case IDM_ICONIZEALL:
+            host->iconizeAll();
+            break;
+        case IDM_EXIT:
+            host->exitProgram();
+            break;
+        default:
+            break;
+    }
+}
+
+bool fpost::onKeyDown(WPARAM key) {
+    if (Help) {
+        if (key != VK_ESCAPE) return false;
+        unload();
+        return true;
+    }
+    const bool shift = isDown(VK_SHIFT);
+    const bool control = isDown(VK_CONTROL);
+    const bool alt = isDown(VK_MENU);
+    const bool none = !shift && !control && !alt;
+    if (resizeMode && resizeKey(key)) return true;
+    switch (key) {
+        case VK_DELETE:
+            if (!none || bodyBeingEdited || titleBeingEdited) return false;
+            command(IDM_DELETE);
+            return true;
+        case 'N':
+            // Exactly Ctrl: AltGr is Ctrl+Alt and types letters on many keyboards.
+            if (!control || alt || shift) return false;
+            command(IDM_NEW);
+            return true;
+        case VK_APPS:
+            OpenMenu();
+            return true;
+        case VK_F2:
+            if (!none) return false;
+            command(IDM_EDIT);
+            return true;
+        case VK_F4:
+            if (!none) return false;
+            command(IDM_ALARM);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void fpost::toggleSetting(bool GlobalSettings::*flag, const char16_t* key) {
+    bool& value = host->settings->*flag;
+    value = !value;
+    host->storeFlag(key, value);
+}

@@ -1,0 +1,245 @@
+// Moving, resizing, iconizing and the place in the stack of windows.
+#include <cmath>
+#include <utility>
+
+#include "note/ResizeRules.h"
+#include "note/bas_GetWorkArea.h"
+#include "note/bas_HookEasyMove.h"
+#include "note/fpost.h"
+#include "resources/resource.h"
+
+namespace {
+
+constexpr float kGripStep = 15;      // twips a round of the press-and-hold loop
+constexpr float kGripPause = 0.01F;  // seconds between two rounds
+constexpr float kKeyStep = 30;       // twips an arrow key
+constexpr float kWideKeyStep = 180;  // with Ctrl
+
+/// Waits while the windows answer their events. False when the program is to end.
+bool Pause(float Seconds) {
+    constexpr float kMsPerSecond = 1000;
+    return pumpFor(static_cast<DWORD>(std::lround(Seconds * kMsPerSecond)));
+}
+
+/// Whether a mouse button is down at this moment, wherever the pointer is and whoever got the message.
+bool isHeld(bool rightButton) {
+    const bool swapped = GetSystemMetrics(SM_SWAPBUTTON) != 0;
+    return GetAsyncKeyState(rightButton != swapped ? VK_RBUTTON : VK_LBUTTON) < 0;
+}
+
+}  // namespace
+
+// --- Moving -----------------------------------------------------------------------------------------------
+
+void fpost::DragWindow() {
+    if (Alarming) {
+        SoundStop();
+        return;
+    }
+    const HWND window = hwnd;
+    CommitEdits();
+    if (formOf<fpost>(window) != this || beingDeleted) return;
+    setResizeMode(false);
+    // A message about an edit that could not be stored may have outlasted the press: the system's move loop
+    // would then hold the note until the next click.
+    if (GetKeyState(VK_LBUTTON) >= 0) return;
+
+    const PxRect before = windowRect();
+    runMoveLoop();
+    if (formOf<fpost>(window) != this || beingDeleted) return;
+    currentCursor = 0;
+    SetCursor(host->look->cursor(currentCursor));
+    const PxRect after = windowRect();
+    // A click alone stores nothing: a note shown elsewhere because its monitor is away keeps its real place.
+    if (after.left == before.left && after.top == before.top) return;
+    record.x = Left();
+    record.y = Top();
+    if (host->store->UseRegistry) host->store->storeCount(static_cast<int>(host->Notes->size()));
+    store({NoteField::X, NoteField::Y});
+}
+
+void fpost::runMoveLoop() {
+    const HWND window = hwnd;
+    const bool alignAll = host->settings->AlignAll;
+    const bool easyAlign = host->settings->EasyAlign;
+    currentCursor = IDC_MOVING;
+    SetCursor(host->look->cursor(currentCursor));
+    ReleaseCapture();
+    const auto drag = [window] {
+        // Returns when the button is up. The press goes with it, so that the note stays under the pointer.
+        SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, static_cast<LPARAM>(GetMessagePos()));
+    };
+    if (!alignAll && !easyAlign) {
+        drag();
+        return;
+    }
+    MoveHook::Desk desk;
+    desk.easyAlign = easyAlign;
+    desk.leastWidth = host->look->px(design::kMinWidth);
+    desk.leastHeight = host->look->px(record.iconized ? kIconizedHeight : design::kMinHeight);
+    desk.others = [this] { return otherVisibleNotes(); };
+    const MoveHook hook(window, alignAll ? MoveHook::Kind::AlignedMove : MoveHook::Kind::EasyMove,
+                        std::move(desk));
+    drag();
+}
+
+std::vector<PxRect> fpost::otherVisibleNotes() const {
+    std::vector<PxRect> rects;
+    rects.reserve(host->Notes->size());
+    for (const fpost* note : *host->Notes) {
+        if (note != this && note->visible()) rects.push_back(note->windowRect());
+    }
+    return rects;
+}
+
+// --- Resizing ---------------------------------------------------------------------------------------------
+
+void fpost::ResizeWidth(float Delta) {
+    // What is on screen is resized: a stored size larger than the desktop is shown smaller than it is.
+    const NoteLook& look = *host->look;
+    const PxRect rect = windowRect();
+    const int size = look.px(Twips{pWidth()}) == rect.width() ? pWidth() : look.twips(rect.width());
+    const ResizeAxis axis{Twips{look.twips(rect.left)}, Twips{size},
+                          Twips{look.twips(workAreaAt(rect).right)}, design::kMinWidth};
+    const Twips wanted = resized(axis, Twips{static_cast<std::int32_t>(std::lround(Delta))});
+    if (wanted != axis.size) pWidth(wanted.n);
+}
+
+void fpost::ResizeHeight(float Delta) {
+    if (record.iconized) return;
+    const NoteLook& look = *host->look;
+    const PxRect rect = windowRect();
+    const int size = look.px(Twips{pHeight()}) == rect.height() ? pHeight() : look.twips(rect.height());
+    const ResizeAxis axis{Twips{look.twips(rect.top)}, Twips{size},
+                          Twips{look.twips(workAreaAt(rect).bottom)}, design::kMinHeight};
+    const Twips wanted = resized(axis, Twips{static_cast<std::int32_t>(std::lround(Delta))});
+    if (wanted != axis.size) pHeight(wanted.n);
+}
+
+void fpost::setResizeMode(bool on) {
+    if (resizeMode == on) return;
+    resizeMode = on;
+    showResizeCursor(on ? IDC_RESIZE_WIDTH : 0);
+}
+
+void fpost::showResizeCursor(int cursor) {
+    resizeCursor = cursor;
+    currentCursor = cursor;
+    SetCursor(host->look->cursor(cursor));
+}
+
+void fpost::gripPress(int x, int y, bool rightButton) {
+    if (loopRunning) return;
+    const bool width = design::kWidthArrow.contains(Twips{x}, Twips{y});
+    const bool height = !width && design::kHeightArrow.contains(Twips{x}, Twips{y}) && !record.iconized;
+    if (!width && !height) return;
+
+    const HWND window = hwnd;
+    const HWND grip = pic2;
+    const std::int32_t widthBefore = record.width;
+    const std::int32_t heightBefore = record.height;
+    const float step = rightButton || GetKeyState(VK_SHIFT) < 0 ? -kGripStep : kGripStep;
+    loopRunning = true;
+    setResizeMode(true);
+    showResizeCursor(width ? IDC_RESIZE_WIDTH : IDC_RESIZE_HEIGHT);
+    // The grip moves away from under the pointer: with the capture its release arrives all the same. Another
+    // window that takes the capture, a dialog for one, ends the loop.
+    SetCapture(grip);
+    for (bool goOn = true; goOn;) {
+        if (width) {
+            ResizeWidth(step);
+        } else {
+            ResizeHeight(step);
+        }
+        goOn = Pause(kGripPause);
+        if (formOf<fpost>(window) != this) return;  // deleted, or the program ends
+        goOn =
+            goOn && !beingDeleted && resizeMode && visible() && GetCapture() == grip && isHeld(rightButton);
+    }
+    loopRunning = false;
+    if (GetCapture() == grip) ReleaseCapture();
+    setResizeMode(false);
+    if (beingDeleted || (record.width == widthBefore && record.height == heightBefore)) return;
+    store({NoteField::Width, NoteField::Height});
+}
+
+bool fpost::resizeKey(WPARAM key) {
+    const std::int32_t widthBefore = record.width;
+    const std::int32_t heightBefore = record.height;
+    const float step = GetKeyState(VK_CONTROL) < 0 ? kWideKeyStep : kKeyStep;
+    switch (key) {
+        case VK_LEFT:
+        case VK_RIGHT:
+            showResizeCursor(IDC_RESIZE_WIDTH);
+            ResizeWidth(key == VK_LEFT ? -step : step);
+            break;
+        case VK_UP:
+        case VK_DOWN:
+            if (record.iconized) return true;
+            showResizeCursor(IDC_RESIZE_HEIGHT);
+            ResizeHeight(key == VK_UP ? -step : step);
+            break;
+        case VK_RETURN:
+            setResizeMode(false);
+            return true;
+        default:
+            return false;
+    }
+    if (record.width != widthBefore || record.height != heightBefore) {
+        store({NoteField::Width, NoteField::Height});
+    }
+    return true;
+}
+
+// --- Iconizing --------------------------------------------------------------------------------------------
+
+void fpost::toggleIconized() {
+    const HWND window = hwnd;
+    CommitEdits();
+    if (formOf<fpost>(window) != this || beingDeleted) return;
+    record.iconized = !record.iconized;
+    IconizeForm();
+    if (beingDeleted) return;  // it rang, and its time being over took it away
+    store({NoteField::Iconized});
+    host->notesChanged();
+    host->realign();
+}
+
+void fpost::IconizeForm() {
+    if (Alarming && SoundStop()) return;
+    showIconized();
+}
+
+void fpost::showIconized() {
+    if (!record.iconized) record.height = storedHeight();
+    place();
+    if (record.iconized) return;
+    ShowAlarmStrip();
+}
+
+std::int32_t fpost::storedHeight() const {
+    // What the store holds now counts, also when another program put it there; without a usable figure the
+    // note keeps the height that it remembers.
+    GlobalSettings noDefault = *host->settings;
+    noDefault.DefaultHeight = 0;
+    NoteRecord stored;
+    const bool found = host->store->load(number, stored, noDefault) && stored.height > 0;
+    return found ? stored.height : record.height;
+}
+
+// --- Always on top ----------------------------------------------------------------------------------------
+
+void fpost::toggleTopmost() {
+    record.topmost = !record.topmost;
+    applyTopmost();
+    store({NoteField::Topmost});
+}
+
+void fpost::applyTopmost() const {
+    // A note that is not on top and is not to be stays where it is among the others.
+    const bool isTopmost = (GetWindowLongPtrW(hwnd, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+    if (!record.topmost && !isTopmost) return;
+    // The hidden owner keeps its place in the stack, and the keyboard stays where the user has it.
+    SetWindowPos(hwnd, record.topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}

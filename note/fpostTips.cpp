@@ -1,0 +1,64 @@
+// Tooltips of the pictures: what a press on them does.
+#include "note/fpost.h"
+// Needs windows.h before it.
+#include <commctrl.h>
+
+namespace {
+
+enum Tip : UINT_PTR { kTipIconize = 1, kTipClose, kTipDelete, kTipWidth, kTipHeight };
+
+void addTip(HWND tips, HWND part, UINT_PTR tip, const HotArea& area, const NoteLook& look) {
+    TOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V2_SIZE;
+    tool.uFlags = TTF_SUBCLASS;
+    tool.hwnd = part;
+    tool.uId = tip;
+    tool.rect = {look.px(Twips{area.left}), look.px(Twips{area.top}), look.px(Twips{area.right}),
+                 look.px(Twips{area.bottom})};
+    tool.lpszText = LPSTR_TEXTCALLBACKW;
+    SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+}  // namespace
+
+void fpost::wantTips() {
+    if (tips != nullptr) return;
+    // Made when the mouse first comes over a picture: fifty notes at log-on need none.
+    tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
+                           CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, hwnd, nullptr,
+                           GetModuleHandleW(nullptr), nullptr);
+    if (tips == nullptr) return;
+    addTip(tips, lbl2, kTipIconize, design::kIconizeButton, *host->look);
+    addTip(tips, lbl2, kTipClose, design::kCloseButton, *host->look);
+    addTip(tips, pic, kTipDelete, design::kDeleteButton, *host->look);
+    addTip(tips, pic2, kTipWidth, design::kWidthArrow, *host->look);
+    addTip(tips, pic2, kTipHeight, design::kHeightArrow, *host->look);
+}
+
+void fpost::fillTip(NMHDR& header) const {
+    if (header.code != TTN_GETDISPINFOW) return;
+    Text text;
+    switch (header.idFrom) {
+        case kTipIconize:
+            text = record.iconized ? u"Restore" : u"Iconize";
+            break;
+        case kTipClose:
+            text = u"Close";
+            break;
+        case kTipDelete:
+            text = u"Delete";
+            break;
+        case kTipWidth:
+            text = u"Wider; with Shift or the right button narrower";
+            break;
+        case kTipHeight:
+            if (!record.iconized) text = u"Taller; with Shift or the right button shorter";
+            break;
+        default:
+            break;
+    }
+    auto& info = reinterpret_cast<NMTTDISPINFOW&>(header);
+    const std::size_t length =
+        text.copy(reinterpret_cast<char16_t*>(info.szText), std::size(info.szText) - 1);
+    info.szText[length] = L'\0';
+}

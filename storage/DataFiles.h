@@ -1,0 +1,113 @@
+// The three local files: KARDEL.HDR (one header record), KARDEL.DAT (one 215-byte record a note) and MEMO
+// (one 1024-byte record a body). All numbers little-endian, texts in the ANSI code page padded with blanks.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "storage/Files.h"
+#include "storage/NoteFields.h"
+#include "storage/NoteRecord.h"
+#include "storage/RegistryStore.h"
+#include "support/Text.h"
+
+inline constexpr std::u16string_view kHeaderFile = u"KARDEL.HDR";
+inline constexpr std::u16string_view kNoteFile = u"KARDEL.DAT";
+inline constexpr std::u16string_view kMemoFile = u"MEMO";
+
+inline constexpr std::size_t kHeaderLength = 10;
+inline constexpr std::size_t kRecordLength = 215;
+inline constexpr std::size_t kMemoLength = 1024;
+inline constexpr std::size_t kTitleLength = 128;  ///< bytes of a title in its record
+inline constexpr std::size_t kMemoNumberAt = 53;  ///< offset of the body's record number in a record
+
+/// The running program's version as a header holds it. Older layouts are told by a smaller number, so a
+/// program that called itself less than 1.25 would "upgrade" its own files at the next start.
+inline constexpr float kProgramVersion = 1.28F;
+static_assert(kProgramVersion >= 1.25F);
+
+struct DataHeader {
+    std::int32_t count = 1;  ///< number of note records
+    std::int16_t flag = 0;   ///< stored as 0 whatever it is; nothing reads the stored one
+    float version = kProgramVersion;
+};
+
+std::string encodeHeader(const DataHeader& header);
+/// False unless `bytes` are all ten bytes of a header.
+bool decodeHeader(std::string_view bytes, DataHeader& header);
+
+struct EncodedRecord {
+    std::string bytes;        ///< kRecordLength bytes
+    bool lost = false;        ///< a text was cut or holds characters outside the code page
+    bool unmappable = false;  ///< the latter
+};
+EncodedRecord encodeRecord(const CodePage& page, const NoteRecord& record);
+/// Reads as many fields as `bytes` has; the missing rest reads as zero bytes. The body is not in there.
+NoteRecord decodeRecord(const CodePage& page, std::string_view bytes);
+
+/// Puts one field of `record` into the bytes of a record; all others stay as they are. The body has no place
+/// there and is skipped.
+void encodeFieldInto(const CodePage& page, const NoteRecord& record, NoteField field, EncodedRecord& into);
+
+/// The number of the body's record within a record's bytes.
+std::int32_t memoNumberOf(std::string_view bytes);
+void setMemoNumber(std::string& bytes, std::int32_t number);
+
+/// What a new record holds before any field is set: blank texts, MEMO number 1, the design colour.
+void ClearNoteRecord(NoteRecord& record);
+
+struct MemoResult {
+    bool done = false;
+    bool lost = false;              ///< the body was cut or holds characters outside the code page
+    bool unmappable = false;        ///< the latter
+    std::int32_t recordNumber = 0;  ///< the record that holds the body now
+};
+
+/// Record access to the files. No file stays open between calls.
+struct DataFiles {
+    Files files;
+    CodePage page;
+
+    /// Reads the header. Absent file: in registry mode `header` becomes a fresh one in memory only, with the
+    /// flag -1; otherwise a header is created, and beside an existing KARDEL.DAT it counts that file's
+    /// records. Failed, or less than a whole header: `header` is untouched. `existed` tells whether there was
+    /// a file.
+    IoStatus ReadHeader(DataHeader& header, bool UseRegistry, bool& existed) const;
+    /// Writes the header with the running program's version and the flag 0.
+    bool WriteHeader(DataHeader& header) const;
+
+    /// Record numbers begin at 1. A record beyond the end of the file, or of a file that is not there, reads
+    /// as zero bytes with status Absent.
+    IoStatus GetNoteRecord(int recordNumber, NoteRecord& record) const;
+    /// `lost` tells whether a text was cut or holds characters outside the code page.
+    bool PutNoteRecord(int recordNumber, const NoteRecord& record, bool* lost = nullptr) const;
+
+    /// The same as bytes, always kRecordLength of them when read, for changes that leave all else alone.
+    IoStatus GetRecordBytes(int recordNumber, std::string& bytes) const;
+    bool PutRecordBytes(int recordNumber, std::string_view bytes) const;
+
+    /// The body without trailing blanks; a number outside the file reads as "" with status Absent.
+    IoStatus ReadMemo(std::int32_t recordNumber, Text& body) const;
+    /// Writes a body padded or cut to 1024 bytes. A number below 1 or beyond the record after the last
+    /// appends a record; the number used is in the result.
+    MemoResult WriteMemo(std::int32_t recordNumber, TextView body) const;
+
+    /// Removes KARDEL.DAT and MEMO; the header stays.
+    void DeleteDataFiles() const;
+
+    /// Whole records in KARDEL.DAT (a short last one counts) and in MEMO.
+    LengthResult noteRecords() const;
+    LengthResult memoRecords() const;
+
+    bool exists(TextView name) const;
+};
+
+/// Adds one note to the images of both files that are being built: the body goes to the end of `memoImage`,
+/// its record number into the record, the record to the end of `datImage`. True unless text was lost.
+bool AppendRecordPair(const CodePage& page, std::string& datImage, std::string& memoImage, NoteRecord record);
+
+/// Fills a record (and its body, in `Nota`) from the note's section in the settings store. `slot` is 0..49. A
+/// size that is missing there is 0; the days of a pattern stay only where its kind uses them. Failed:
+/// `record` is untouched.
+IoStatus CopyRegistryNoteToRecord(const RegistryStore& registry, int slot, NoteRecord& record);

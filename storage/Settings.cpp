@@ -1,0 +1,11 @@
+#include "storage/Settings.h"
+
+Text settingOr(const Settings& settings, TextView section, TextView key, TextView fallback) {
+    SettingResult stored = settings.get(section, key);
+    return stored.status == IoStatus::Done ? std::move(stored.text) : Text(fallback);
+}
+
+bool saveSetting(const Settings& settings, TextView section, TextView key, const Text& text) {
+    const KeyText value{Text(key), text};
+    return settings.set(section, std::span(&value, 1));
+}

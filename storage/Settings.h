@@ -1,0 +1,46 @@
+// The per-user settings store of the application: sections of named texts. Windows keeps it in the registry
+// (`userSettings`), tests in memory; every change of it goes through here.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "storage/Files.h"
+#include "support/Text.h"
+
+using KeyText = std::pair<Text, Text>;  ///< key and its text
+
+struct SettingResult {
+    IoStatus status = IoStatus::Failed;
+    Text text;  ///< empty unless Done
+};
+
+struct SectionResult {
+    IoStatus status = IoStatus::Failed;  ///< Absent: no such section
+    std::vector<KeyText> values;
+};
+
+struct Settings {
+    std::function<SettingResult(TextView section, TextView key)> get;
+    /// Every value of a section, read in one go.
+    std::function<SectionResult(TextView section)> readSection;
+    /// Writes the values in their order; false when one could not be written.
+    std::function<bool(TextView section, std::span<const KeyText> values)> set;
+    std::function<bool(TextView section, TextView key)> removeValue;
+    std::function<bool(TextView section)> removeSection;
+    /// Names of all sections of the application.
+    std::function<std::vector<Text>()> sections;
+    /// Removes the application's key with everything below it.
+    std::function<bool()> removeAll;
+};
+
+/// The text of a value, or `fallback` when it is missing or cannot be read. Keys are compared without case.
+Text settingOr(const Settings& settings, TextView section, TextView key, TextView fallback);
+
+/// Writes one value.
+bool saveSetting(const Settings& settings, TextView section, TextView key, const Text& text);
+
+/// The settings of the user who runs the program, application "Kardel".
+Settings userSettings();

@@ -1,0 +1,26 @@
+// The error log: one line a failure, appended to a text file beside the program.
+#pragma once
+
+#include <cstdint>
+
+#include "support/DateTime.h"
+#include "support/Text.h"
+
+/// Where the log goes. Empty fields mean: the program's folder, its file name in capitals with ".log", no
+/// tag.
+struct LogPlace {
+    Text folder;
+    Text name;
+    Text tag;
+};
+extern LogPlace logPlace;
+
+/// One line of the log, without the line end.
+Text logLine(const LogPlace& place, Now now, TextView procedure, TextView message, std::int64_t errorNumber,
+             TextView detail);
+
+/// Appends a line. Creates the folder (one level) when it is missing. Never fails: a line that cannot be
+/// written is lost.
+void WriteLog(TextView procedure, TextView message, std::int64_t errorNumber, TextView detail = {});
+
+bool FolderExists(const Text& path);

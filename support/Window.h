@@ -1,0 +1,47 @@
+// From a window procedure to a method of a form.
+#pragma once
+
+#include "support/WinText.h"
+
+/// Registers a window class once per process and answers its name for CreateWindowExW. A class that is
+/// there already is left as it is.
+void registerClass(const char16_t* name, WNDPROC procedure, UINT style);
+
+/// Window procedure of a form: `Form` has a member `hwnd`, a method `LRESULT onMessage(UINT, WPARAM, LPARAM)`
+/// and a static method `void onEscaped(UINT) noexcept`, the last barrier: an exception must not travel
+/// through Windows. The Form* is the last argument of CreateWindowExW; it stays attached until WM_NCDESTROY,
+/// in which onMessage may free the form at its very end.
+template <class Form>
+LRESULT CALLBACK formProc(HWND hwnd, UINT message, WPARAM wp, LPARAM lp) noexcept {
+    if (message == WM_NCCREATE) {
+        auto* fresh = static_cast<Form*>(reinterpret_cast<const CREATESTRUCTW*>(lp)->lpCreateParams);
+        fresh->hwnd = hwnd;
+        SetWindowLongPtrW(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(fresh));
+    }
+    auto* form = reinterpret_cast<Form*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
+    if (form == nullptr) return DefWindowProcW(hwnd, message, wp, lp);  // e.g. an early WM_GETMINMAXINFO
+    if (message == WM_NCDESTROY) SetWindowLongPtrW(hwnd, GWLP_USERDATA, 0);
+    try {
+        return form->onMessage(message, wp, lp);
+    } catch (...) {
+        Form::onEscaped(message);
+        return 0;
+    }
+}
+
+/// The form behind a window, or null.
+template <class Form>
+Form* formOf(HWND hwnd) {
+    return reinterpret_cast<Form*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
+}
+
+/// Dots per inch of the screen. The program is aware of the system's scaling, so one figure holds for every
+/// rectangle that it sees.
+int screenDpi();
+
+/// Processes the messages that wait now. False when WM_QUIT was among them; it is posted again, so that the
+/// outer loop sees it too.
+bool pumpPending();
+
+/// Lets messages through until `ms` milliseconds have passed on the monotonic clock. False on WM_QUIT.
+bool pumpFor(DWORD ms);

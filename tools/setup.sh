@@ -1,0 +1,52 @@
+# shellcheck shell=bash disable=SC2034
+# Shared by ./run, ./test and ./bench: gets a Debian 12 machine ready and builds. Sourced, with the root of the
+# checkout as current folder.
+
+# What drives the desk imports Debian's Python packages: another Python on the path would lack them.
+PYTHON=/usr/bin/python3
+
+PACKAGES=(
+    ca-certificates git cmake ninja-build g++ clang clang-format clang-tidy googletest
+    g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
+    wine64 xvfb openbox trayer xdotool x11-utils imagemagick
+    fonts-dejavu-core fonts-liberation locales faketime pulseaudio pulseaudio-utils
+    python3 python3-pytest python3-pil python3-xlib
+    nsis debootstrap
+)
+LOCALES=(it_IT ja_JP)
+
+say() { printf '%s\n' "$*" >&2; }
+
+# Runs a command as root.
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# Installs the packages that are missing; does nothing, and needs no network, when all are there.
+setup_packages() {
+    local missing=() package name
+    for package in "${PACKAGES[@]}"; do
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    done
+    if [ ${#missing[@]} -gt 0 ]; then
+        say "Installing ${missing[*]}"
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq update &&
+            as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -y --no-install-recommends install \
+                "${missing[@]}" >/dev/null || return 1
+    fi
+    for name in "${LOCALES[@]}"; do
+        locale -a | grep -qx "$name.utf8" || as_root localedef -i "$name" -f UTF-8 "$name.UTF-8" || return 1
+    done
+}
+
+# Configures and builds presets: build win64 host
+build() {
+    local preset
+    for preset in "$@"; do
+        if [ ! -f "build/$preset/build.ninja" ]; then
+            cmake --preset "$preset" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; return 1; }
+        fi
+        cmake --build --preset "$preset" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; return 1; }
+    done
+}
+mkdir -p build
