@@ -1,0 +1,48 @@
+#!/usr/bin/env python3
+"""Looks at a built Kardel.exe from outside: only Windows' own DLLs in its import table, hardened, with its
+resources, and no larger than it may be. Usage: exe.py Kardel.exe win64|win32. Exits 1 with a line a problem."""
+import re
+import subprocess
+import sys
+
+SYSTEM_DLLS = {
+    "advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
+    "shell32.dll", "user32.dll", "winmm.dll",
+}
+LARGEST = 500 * 1024
+
+
+def problems(exe, arch):
+    tool = {"win64": "x86_64", "win32": "i686"}[arch] + "-w64-mingw32-objdump"
+    text = subprocess.run([tool, "-p", exe], check=True, capture_output=True, text=True).stdout
+    for dll in sorted(set(name.lower() for name in re.findall(r"DLL Name: (\S+)", text))):
+        if dll not in SYSTEM_DLLS:
+            yield f"{exe} needs {dll}, which is no part of Windows"
+    flags = {"DYNAMIC_BASE": "ASLR", "NX_COMPAT": "DEP"}
+    if arch == "win64":
+        flags["HIGH_ENTROPY_VA"] = "64-bit ASLR"
+    for flag, meaning in flags.items():
+        if flag not in text:
+            yield f"{exe} is not linked with {meaning}"
+    if not re.search(r"Subsystem\s+00000002", text):
+        yield f"{exe} is no Windows GUI program"
+    with open(exe, "rb") as file:
+        data = file.read()
+    if len(data) > LARGEST:
+        yield f"{exe} has {len(data)} bytes, more than {LARGEST}"
+    for wanted in (b"asInvoker", b"Microsoft.Windows.Common-Controls", b">true</dpiAware>", b"longPathAware"):
+        if wanted not in data:
+            yield f"{exe} has no {wanted.decode()} in its manifest"
+    if b"activeCodePage" in data:
+        yield f"{exe} changes the code page, which would make existing data files unreadable"
+
+
+def main():
+    found = list(problems(sys.argv[1], sys.argv[2]))
+    for problem in found:
+        print(problem)
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,381 @@
+#include "core/StartSettings.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/storage/Samples.h"
+
+namespace {
+
+/// A start over stores in memory.
+struct Start {
+    Desk desk{false};
+    bool answerDelete = false;
+    bool othersUseIt = false;
+    int questions = 0;
+    int failures = 0;
+    GlobalSettings settings;
+    StartState state;
+
+    void set(TextView key, const Text& text) { desk.settings.put(u"setting", key, text); }
+    Text stored(TextView key) { return desk.settings.text(u"setting", key); }
+
+    void run() {
+        desk.store.UseRegistry = false;
+        desk.store.header = DataHeader();
+        settings = GlobalSettings();
+        StartQuestions asked;
+        asked.deleteLocalFiles = [this] {
+            ++questions;
+            return answerDelete;
+        };
+        asked.claimStore = [this](bool) { return !othersUseIt; };
+        asked.saveFailed = [this] { ++failures; };
+        state = settleStart(desk.store, settings, asked);
+    }
+
+    /// The local files as a program with these notes left them.
+    void seedFiles(std::vector<NoteRecord> notes) {
+        desk.open(false);
+        desk.createAll(notes);
+    }
+
+    void seedRegistry(std::vector<NoteRecord> notes) {
+        desk.store.UseRegistry = true;
+        desk.createAll(notes);
+        desk.store.UseRegistry = false;
+    }
+
+    Start() { desk.folder.content.clear(); }
+};
+
+TEST(FirstStart, WritesEveryDefaultBack) {
+    Start start;
+    start.run();
+    for (const TextView key :
+         {u"AlignAll", u"EasyAlign", u"RestoreWhenPlay", u"DontDeleteWhenPlay", u"UseRegistry"}) {
+        EXPECT_EQ(start.stored(key), u"False") << std::string(key.begin(), key.end());
+    }
+    EXPECT_EQ(start.stored(u"defaultwidth"), u"2910");
+    EXPECT_EQ(start.stored(u"defaultheight"), u"1890");
+    EXPECT_EQ(start.stored(u"count"), u"(none)");
+    EXPECT_EQ(start.stored(u"ImportDAT"), u"(none)");
+}
+
+TEST(FirstStart, MakesOneFreshNoteInTheFiles) {
+    Start start;
+    start.run();
+    EXPECT_EQ(start.state.Count, 1);
+    NoteRecord fresh;
+    ClearNoteRecord(fresh);
+    EXPECT_EQ(start.desk.file(kNoteFile), encodeRecord(westernPage(), fresh).bytes);
+    EXPECT_EQ(start.desk.file(kMemoFile), std::string(kMemoLength, ' '));
+    EXPECT_EQ(start.failures, 0);
+}
+
+TEST(FirstStart, TellsTheUserWhenTheFolderCannotBeWritten) {
+    Start start;
+    start.desk.changes->allFail = true;
+    start.run();
+    EXPECT_EQ(start.state.Count, 1);
+    EXPECT_TRUE(start.state.usable);
+    EXPECT_EQ(start.failures, 1);
+}
+
+TEST(StoredFlags, AreReadAndLeftAsTheyAre) {
+    Start start;
+    start.set(u"AlignAll", u"s\u00EC");
+    start.set(u"EasyAlign", u"falso");
+    start.set(u"RestoreWhenPlay", u"-1");
+    start.set(u"DontDeleteWhenPlay", u"rubbish");
+    start.run();
+    EXPECT_TRUE(start.settings.AlignAll);
+    EXPECT_FALSE(start.settings.EasyAlign);
+    EXPECT_TRUE(start.settings.RestoreWhenPlay);
+    EXPECT_FALSE(start.settings.DontDeleteWhenPlay);
+    EXPECT_EQ(start.stored(u"AlignAll"), u"s\u00EC");
+    EXPECT_EQ(start.stored(u"DontDeleteWhenPlay"), u"rubbish");
+}
+
+TEST(ChoiceOfStore, FollowsTheWord) {
+    for (const TextView word : {u"Yes", u"SI", u"vero", u"1"}) {
+        Start start;
+        start.set(u"UseRegistry", Text(word));
+        start.run();
+        EXPECT_TRUE(start.desk.store.UseRegistry) << std::string(word.begin(), word.end());
+        EXPECT_EQ(start.stored(u"UseRegistry"), word);
+    }
+    for (const TextView word : {u"No", u"falso", u"0", u"abc"}) {
+        Start start;
+        start.set(u"UseRegistry", Text(word));
+        start.run();
+        EXPECT_FALSE(start.desk.store.UseRegistry) << std::string(word.begin(), word.end());
+    }
+}
+
+TEST(RegistryMode, CreatesNoFile) {
+    Start start;
+    start.set(u"UseRegistry", u"True");
+    start.run();
+    EXPECT_TRUE(start.desk.folder.content.empty());
+    EXPECT_EQ(start.questions, 0);
+}
+
+TEST(RegistryMode, CountIsHeldBetweenOneAndFifty) {
+    constexpr std::pair<TextView, int> kCases[] = {{u"0", 1},          {u"", 1},     {u"-7", 1},
+                                                   {u"abc", 1},        {u"12", 12},  {u"75", 50},
+                                                   {u"999999999", 50}, {u"1e99", 50}};
+    for (const auto& [text, expected] : kCases) {
+        Start start;
+        start.set(u"UseRegistry", u"True");
+        start.set(u"count", Text(text));
+        start.run();
+        EXPECT_EQ(start.state.Count, expected) << std::string(text.begin(), text.end());
+    }
+}
+
+TEST(DefaultSizes, ZeroIsReplacedOtherNonsenseIsKept) {
+    Start start;
+    start.set(u"defaultwidth", u"0");
+    start.set(u"defaultheight", u"-100");
+    start.run();
+    EXPECT_EQ(start.stored(u"defaultwidth"), u"2910");
+    EXPECT_EQ(start.settings.DefaultWidth, 2910);
+    EXPECT_EQ(start.stored(u"defaultheight"), u"-100");
+    EXPECT_EQ(start.settings.DefaultHeight, -100);
+}
+
+TEST(LeftOverFiles, AnswerNoReturnsToThem) {
+    Start start;
+    start.seedFiles(sampleNotes(3));
+    start.set(u"UseRegistry", u"True");
+    const auto before = start.desk.folder.content;
+    start.run();
+    EXPECT_EQ(start.questions, 1);
+    EXPECT_FALSE(start.desk.store.UseRegistry);
+    EXPECT_EQ(start.stored(u"UseRegistry"), u"False");
+    EXPECT_EQ(start.state.Count, 3);
+    EXPECT_EQ(start.desk.folder.content, before);
+}
+
+TEST(LeftOverFiles, AnswerYesDeletesAllThree) {
+    Start start;
+    start.seedFiles(sampleNotes(2));
+    start.set(u"UseRegistry", u"True");
+    start.answerDelete = true;
+    start.run();
+    EXPECT_TRUE(start.desk.store.UseRegistry);
+    EXPECT_TRUE(start.desk.folder.content.empty());
+    start.run();
+    EXPECT_EQ(start.questions, 1) << "the question must not come back";
+}
+
+TEST(LeftOverFiles, AnswerNoWithADamagedHeaderHidesNoNoteAtTheNextStart) {
+    Start start;
+    start.seedFiles(sampleNotes(5));
+    start.desk.file(kHeaderFile).resize(4);
+    start.set(u"UseRegistry", u"True");
+    start.run();
+    EXPECT_EQ(start.state.Count, 5);
+    start.run();
+    EXPECT_EQ(start.state.Count, 5);
+}
+
+TEST(LeftOverFiles, AnswerNoBringsOlderFilesUpToDateFirst) {
+    Start start;
+    start.desk.file(kHeaderFile) = encodeHeader({2, 0, 1.2F});
+    start.desk.file(kNoteFile) = std::string(2 * 195, ' ');
+    start.set(u"UseRegistry", u"True");
+    start.run();
+    EXPECT_EQ(start.desk.file(kNoteFile).size(), 2 * kRecordLength);
+    EXPECT_EQ(start.state.Count, 2);
+}
+
+TEST(LeftOverFiles, AnswerNoIsRefusedWhileAnotherSessionUsesThem) {
+    Start start;
+    start.seedFiles(sampleNotes(2));
+    start.set(u"UseRegistry", u"True");
+    start.othersUseIt = true;
+    const auto before = start.desk.folder.content;
+    start.run();
+    EXPECT_FALSE(start.state.usable);
+    EXPECT_EQ(start.stored(u"UseRegistry"), u"True");
+    EXPECT_EQ(start.desk.folder.content, before);
+}
+
+TEST(RegistryMode, StrayFilesOfNoKnownLayoutDoNotStopTheStart) {
+    Start start;
+    start.set(u"UseRegistry", u"True");
+    start.desk.file(kNoteFile) = std::string(333, 'x');
+    start.answerDelete = true;
+    start.run();
+    EXPECT_TRUE(start.state.usable);
+    EXPECT_EQ(start.questions, 1);
+}
+
+TEST(LeftOverFiles, AnyOneOfThemAsks) {
+    for (const TextView name : {kHeaderFile, kNoteFile, kMemoFile}) {
+        Start start;
+        start.set(u"UseRegistry", u"True");
+        start.desk.file(name) = name == kHeaderFile ? encodeHeader({}) : std::string(kRecordLength, ' ');
+        start.answerDelete = true;
+        start.run();
+        EXPECT_EQ(start.questions, 1);
+    }
+}
+
+TEST(FileMode, MissingNoteFileMeansOneNote) {
+    Start start;
+    start.desk.file(kHeaderFile) = encodeHeader({12, 0, kProgramVersion});
+    start.run();
+    EXPECT_EQ(start.state.Count, 1);
+}
+
+TEST(FileMode, TheSmallerOfHeaderAndFileCounts) {
+    for (const std::int32_t counted : {2, 40}) {
+        Start start;
+        start.seedFiles(sampleNotes(4));
+        start.desk.file(kHeaderFile) = encodeHeader({counted, 0, kProgramVersion});
+        start.run();
+        EXPECT_EQ(start.state.Count, std::min(counted, 4));
+    }
+}
+
+TEST(FileMode, NonsenseCountsMeanOne) {
+    for (const std::int32_t counted : {0, -5, INT32_MIN}) {
+        Start start;
+        start.seedFiles(sampleNotes(4));
+        start.desk.file(kHeaderFile) = encodeHeader({counted, 0, kProgramVersion});
+        start.run();
+        EXPECT_EQ(start.state.Count, 1);
+    }
+}
+
+TEST(FileMode, LostHeaderCountsTheRecords) {
+    Start start;
+    start.seedFiles(sampleNotes(7));
+    start.desk.folder.content.erase(Text(kHeaderFile));
+    start.run();
+    EXPECT_EQ(start.state.Count, 7);
+    EXPECT_EQ(start.desk.file(kHeaderFile), encodeHeader({7, 0, kProgramVersion}));
+}
+
+TEST(FileMode, HeaderThatIsTooShortOrLockedHidesNoNote) {
+    Start start;
+    start.seedFiles(sampleNotes(5));
+    start.desk.file(kHeaderFile).resize(4);
+    start.run();
+    EXPECT_EQ(start.state.Count, 5);
+    start.desk.folder.locked.insert(Text(kHeaderFile));
+    start.run();
+    EXPECT_EQ(start.state.Count, 5);
+}
+
+TEST(Import, CopiesRegistryNotesIntoNewFilesOnce) {
+    Start start;
+    std::vector<NoteRecord> notes = sampleNotes(5);
+    start.seedRegistry(notes);
+    start.run();
+    EXPECT_EQ(start.state.Count, 5);
+    EXPECT_EQ(start.stored(u"ImportDAT"), u"1");
+    EXPECT_EQ(start.stored(u"count"), u"(none)");
+    for (int number = 1; number <= 5; ++number) {
+        NoteRecord loaded;
+        ASSERT_TRUE(start.desk.store.load(number, loaded, start.settings));
+        EXPECT_EQ(storeFree(loaded), storeFree(notes[static_cast<std::size_t>(number - 1)]));
+    }
+    start.run();
+    EXPECT_EQ(start.state.Count, 5) << "a second start must not import again";
+}
+
+TEST(Import, GoesBehindANoteThatIsThere) {
+    Start start;
+    std::vector<NoteRecord> mine = sampleNotes(1);
+    mine[0].Nota = u"my own body";
+    start.seedFiles(mine);
+    start.seedRegistry(sampleNotes(3));
+    start.desk.file(kHeaderFile) = encodeHeader({1, 0, kProgramVersion});
+    start.run();
+    EXPECT_EQ(start.state.Count, 4);
+    NoteRecord first;
+    start.desk.store.load(1, first, start.settings);
+    EXPECT_EQ(first.Nota, u"my own body");
+}
+
+TEST(Import, StaysInTheRegistryWhenTheFilesCannotBeWritten) {
+    Start start;
+    start.seedRegistry(sampleNotes(3));
+    start.desk.folder.changes = std::make_shared<Changes>();
+    start.desk.folder.changes->allFail = true;
+    start.run();
+    EXPECT_TRUE(start.desk.store.UseRegistry);
+    EXPECT_EQ(start.state.Count, 3);
+    EXPECT_EQ(start.failures, 1);
+    EXPECT_EQ(start.stored(u"count"), u"3");
+    EXPECT_EQ(start.stored(u"ImportDAT"), u"(none)");
+}
+
+TEST(Import, EndlessCountEndsAtFifty) {
+    Start start;
+    start.set(u"count", u"999999999");
+    start.run();
+    EXPECT_LE(start.state.Count, kMaxNotes);
+}
+
+TEST(Upgrade, FailureEndsTheStartAndLeavesTheFilesAlone) {
+    Start start;
+    start.desk.file(kHeaderFile) = encodeHeader({1, 0, 1.2F});
+    start.desk.file(kNoteFile) = std::string(195, ' ');
+    const auto before = start.desk.folder.content;
+    start.desk.changes->allFail = true;
+    start.run();
+    EXPECT_FALSE(start.state.usable);
+    EXPECT_EQ(start.failures, 1);
+    EXPECT_EQ(start.desk.folder.content, before);
+}
+
+/// Texts that a user, another program or a damaged disk may have left in any value.
+Text hostileText(Dice& dice) {
+    const std::uint32_t kind = dice.roll(4);
+    if (kind == 0)
+        return dice.oneOf({u"", u"True", u"-1", u"0", u"1e999", u"-1e999", u"99999999999999999999"});
+    if (kind == 1) return decimal(dice.number());
+    Text text;
+    for (std::uint32_t i = dice.roll(40); i > 0; --i)
+        text += static_cast<char16_t>(dice.roll(65535) + 1);
+    if (kind == 3 && dice.roll(20) == 0) text = Text(100000, u'9');
+    return text;
+}
+
+TEST(HostileStores, FiveThousandStartsSettleOnSomethingUsable) {
+    Dice dice(20260101);
+    for (int round = 0; round < 5000; ++round) {
+        Start start;
+        for (const TextView key :
+             {u"AlignAll", u"EasyAlign", u"RestoreWhenPlay", u"DontDeleteWhenPlay", u"UseRegistry", u"count",
+              u"ImportDAT", u"defaultwidth", u"defaultheight"}) {
+            if (dice.coin()) start.set(key, hostileText(dice));
+        }
+        for (int number = 1; number <= 3; ++number) {
+            for (const NoteFieldRow& row : noteFields()) {
+                if (row.key != nullptr && dice.coin()) {
+                    start.desk.settings.put(noteSection(number), row.key, hostileText(dice));
+                }
+            }
+        }
+        for (const TextView name : {kHeaderFile, kNoteFile, kMemoFile}) {
+            if (dice.roll(3) == 0) start.desk.file(name) = dice.bytes(dice.roll(2500));
+        }
+        start.answerDelete = dice.coin();
+        start.run();
+        ASSERT_GE(start.state.Count, 1);
+        ASSERT_LE(start.state.Count, kMaxNotes);
+        if (!start.state.usable) continue;
+        for (int number = 1; number <= start.state.Count; ++number) {
+            NoteRecord note;
+            start.desk.store.load(number, note, start.settings);
+            ASSERT_LE(note.Titolo.size(), 100000U);
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,177 @@
+#include "core/TrayMenu.h"
+
+#include <gtest/gtest.h>
+
+#include "resources/resource.h"
+
+namespace {
+
+TrayMenuState someNotes() {
+    TrayMenuState state;
+    state.notes = 3;
+    return state;
+}
+
+TrayMenuItem item(const TrayMenuState& state, int index) {
+    return trayMenu(state).at(static_cast<std::size_t>(index));
+}
+
+/// Places of the commands that may run.
+std::vector<int> allowed(const TrayMenuState& state) {
+    std::vector<int> indexes;
+    for (int i = -2; i < kTrayItems + 100; ++i) {
+        if (trayCommandAllowed(state, i)) indexes.push_back(i);
+    }
+    return indexes;
+}
+
+TEST(TrayMenu, HasItsFourteenEntriesInOrder) {
+    const std::vector<Text> expected = {u"New Kardel",
+                                        u"-",
+                                        u"Hide All",
+                                        u"Iconize All",
+                                        u"-",
+                                        u"Automatic position",
+                                        u"Easy alignment",
+                                        u"-",
+                                        u"Use local files",
+                                        u"-",
+                                        u"Quick Help\tF1",
+                                        u"About...",
+                                        u"-",
+                                        u"Exit"};
+    const std::vector<TrayMenuItem> items = trayMenu(someNotes());
+    ASSERT_EQ(items.size(), expected.size());
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        EXPECT_EQ(items[i].caption, expected[i]) << i;
+        EXPECT_EQ(items[i].id, 400 + i);
+        EXPECT_EQ(items[i].separator(), expected[i] == u"-") << i;
+    }
+}
+
+TEST(TrayMenu, NeverShowsQuickHelp) {
+    EXPECT_FALSE(item(someNotes(), 10).visible);
+    EXPECT_FALSE(item(someNotes(), 10).enabled);
+}
+
+TEST(TrayMenu, ShowsHideAllBoldAndNothingElse) {
+    for (const TrayMenuItem& entry : trayMenu(someNotes())) {
+        EXPECT_EQ(entry.isDefault, entry.id == IDM_DYN + 2) << entry.id;
+    }
+}
+
+TEST(TrayMenu, RunsTheCommandsOfALiveDeskAndNoSeparator) {
+    EXPECT_EQ(allowed(someNotes()), (std::vector<int>{0, 2, 3, 5, 6, 8, 11, 13}));
+}
+
+TEST(TrayMenu, CaptionsFollowTheDesk) {
+    TrayMenuState state = someNotes();
+    state.allHidden = true;
+    EXPECT_EQ(item(state, 2).caption, u"Show All");
+    EXPECT_EQ(item(state, 3).caption, u"Iconize All");
+    state.allHidden = false;
+    state.allIconized = true;
+    EXPECT_EQ(item(state, 2).caption, u"Hide All");
+    EXPECT_EQ(item(state, 3).caption, u"Restore All");
+}
+
+TEST(TrayMenu, WithoutNotesThereIsNothingToHideIconizeOrPlace) {
+    EXPECT_EQ(allowed(TrayMenuState{}), (std::vector<int>{0, 6, 8, 11, 13}));
+    TrayMenuState first;
+    first.notes = 1;  // the first new note brings the three back
+    EXPECT_EQ(allowed(first), (std::vector<int>{0, 2, 3, 5, 6, 8, 11, 13}));
+}
+
+TEST(TrayMenu, AutomaticPositionAndEasyAlignmentExcludeEachOther) {
+    TrayMenuState state = someNotes();
+    state.alignAll = true;
+    EXPECT_TRUE(item(state, 5).checked && item(state, 5).enabled);
+    EXPECT_TRUE(!item(state, 6).checked && !item(state, 6).enabled);
+    state.alignAll = false;
+    state.easyAlign = true;
+    EXPECT_TRUE(!item(state, 5).checked && !item(state, 5).enabled);
+    EXPECT_TRUE(item(state, 6).checked && item(state, 6).enabled);
+}
+
+TEST(TrayMenu, WithBothStoredOnBothAreCheckedAndGrey) {
+    TrayMenuState state = someNotes();
+    state.alignAll = true;
+    state.easyAlign = true;
+    for (const int index : {5, 6}) {
+        EXPECT_TRUE(item(state, index).checked) << index;
+        EXPECT_FALSE(trayCommandAllowed(state, index)) << index;
+    }
+}
+
+TEST(TrayMenu, ChecksUseLocalFiles) {
+    TrayMenuState state = someNotes();
+    EXPECT_FALSE(item(state, 8).checked);
+    state.localFiles = true;
+    EXPECT_TRUE(item(state, 8).checked);
+}
+
+TEST(TrayMenu, OnlyHideAllAndExitRunWhileAQuestionIsOpen) {
+    TrayMenuState state = someNotes();
+    state.dialogOpen = true;
+    EXPECT_EQ(allowed(state), (std::vector<int>{2, 13}));
+    EXPECT_FALSE(openAllowed(state, 0));
+}
+
+// --- Open -------------------------------------------------------------------------------------------------
+
+TEST(OpenMenu, ListsEveryNoteByTitle) {
+    TrayMenuState state;
+    state.notes = 2;
+    const std::vector<TrayMenuItem> items = openMenu({u"Milk", u""}, state);
+    ASSERT_EQ(items.size(), 2U);
+    EXPECT_EQ(items[0].caption, u"Milk");
+    EXPECT_EQ(items[0].id, 500U);
+    EXPECT_TRUE(items[0].enabled);
+    EXPECT_EQ(items[1].caption, u"- 2 -");
+    EXPECT_EQ(items[1].id, 501U);
+}
+
+TEST(OpenMenu, SaysNoneWithoutNotes) {
+    const std::vector<TrayMenuItem> items = openMenu({}, TrayMenuState{});
+    ASSERT_EQ(items.size(), 1U);
+    EXPECT_EQ(items[0].caption, u"(none)");
+    EXPECT_FALSE(items[0].enabled);
+    EXPECT_FALSE(openAllowed(TrayMenuState{}, 0));
+}
+
+TEST(OpenMenu, OpensOnlyNotesThatExist) {
+    EXPECT_TRUE(openAllowed(someNotes(), 0));
+    EXPECT_TRUE(openAllowed(someNotes(), 2));
+    EXPECT_FALSE(openAllowed(someNotes(), 3));
+    EXPECT_FALSE(openAllowed(someNotes(), -1));
+}
+
+struct Caption {
+    const char* name;
+    Text title;
+    Text shown;
+};
+
+TEST(OpenMenu, ShowsAnyTitleOnOneLine) {
+    const Caption cases[] = {
+        {"Plain", u"Shopping", u"Shopping"},
+        {"Accented", u"Caff\u00e8", u"Caff\u00e8"},
+        {"Ampersand", u"Salt & pepper", u"Salt && pepper"},
+        {"Only ampersands", u"&&", u"&&&&"},
+        {"Tab", u"a\tb", u"a b"},
+        {"Line break", u"a\r\nb", u"a  b"},
+        {"Bell, which would align right", u"a\ab", u"a b"},
+        {"Hyphen, no separator of its own", u"- 7", u"- 7"},
+        {"Empty", u"", u"- 7 -"},
+        {"Blanks only", u"   ", u"- 7 -"},
+        {"Tab only", u"\t", u"- 7 -"},
+        {"Just fits", Text(80, u'x'), Text(80, u'x')},
+        {"Too long", Text(5000, u'x'), Text(79, u'x') + u'\u2026'},
+        {"Too long, with ampersands whole", Text(100, u'&'), Text(158, u'&') + u'\u2026'},
+        {"Cut in front of a pair", Text(78, u'x') + u"\U0001F600\U0001F600", Text(78, u'x') + u'\u2026'},
+    };
+    for (const Caption& c : cases)
+        EXPECT_EQ(openCaption(c.title, 7), c.shown) << c.name;
+}
+
+}  // namespace

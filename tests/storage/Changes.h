@@ -1,0 +1,21 @@
+// Counts what is changed in the stores of a test, and lets one change fail or end the program.
+#pragma once
+
+#include <memory>
+
+/// Thrown where the program ends in the middle of its work: the change at hand does not happen any more.
+struct ProgramEnd {};
+
+struct Changes {
+    int made = 0;
+    int endAt = -1;   ///< number of the change (from 0) at which the program ends
+    int failAt = -1;  ///< number of the change that fails
+    bool allFail = false;
+
+    /// Called before every change: false when it fails.
+    bool next() {
+        if (made == endAt) throw ProgramEnd();
+        return made++ != failAt && !allFail;
+    }
+};
+using SharedChanges = std::shared_ptr<Changes>;

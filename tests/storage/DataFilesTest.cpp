@@ -1,0 +1,460 @@
+#include "storage/DataFiles.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/storage/Samples.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+struct DataFilesTest : testing::Test {
+    MemoryFiles folder;
+    DataFiles data{folder.files(), westernPage()};
+
+    std::string& file(TextView name) { return folder.content[Text(name)]; }
+};
+
+// --- Bytes, written by hand
+// -----------------------------------------------------------------------------------
+
+TEST_F(DataFilesTest, TheHeaderIsTenBytes) {
+    DataHeader header;
+    header.count = 258;
+    header.flag = -1;
+    // 1.28 as a 32-bit float is hex 3FA3D70A.
+    EXPECT_EQ(encodeHeader(header), "\x02\x01\x00\x00\x00\x00\x0A\xD7\xA3\x3F"s);
+}
+
+TEST_F(DataFilesTest, AHeaderIsReadBack) {
+    DataHeader header;
+    ASSERT_TRUE(decodeHeader("\x0C\x00\x00\x00\xFF\xFF\x00\x00\xA0\x3F"s, header));
+    EXPECT_EQ(header.count, 12);
+    EXPECT_EQ(header.flag, -1);
+    EXPECT_EQ(header.version, 1.25F);
+}
+
+TEST_F(DataFilesTest, LessThanAWholeHeaderIsNone) {
+    for (std::size_t length = 0; length < kHeaderLength; ++length) {
+        DataHeader header;
+        header.count = 77;
+        EXPECT_FALSE(decodeHeader(std::string(length, '\1'), header));
+        EXPECT_EQ(header.count, 77);
+    }
+}
+
+/// A record in which every field differs from its neighbours.
+std::string handWrittenRecord() {
+    std::string bytes =
+        "*         "        // alarm date
+        "07:30:00"          // alarm time
+        "05"                // day
+        "24/12"             // day and month
+        "\xFF\xFF\x80\x00"  // colour 8454143
+        "\xFF\xFF"          // closed
+        "\x62\x07\x00\x00"  // height 1890
+        "\x00\x00"          // not iconized
+        "eachyear  "        // interval
+        "\xE2\xFF\xFF\xFF"  // x -30
+        "\xFF\xFF"          // mute
+        "\x03\x00\x00\x00"  // body in record 3
+        "Caf\xE9"s;         // title
+    bytes += std::string(128 - 4, ' ');
+    bytes +=
+        "\x2C\x01\x00\x00"                                            // y 300
+        "\xFF\xFF"                                                    // topmost
+        "\x5E\x0B\x00\x00"                                            // width 2910
+        "\x08\x00"                                                    // weekday 8
+        "\xFE\xFF"                                                    // repeat count -2
+        "MM"                                                          // repeat unit
+        "\xFF\xFF\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\xFF\xFF"s;  // Monday and Sunday
+    return bytes;
+}
+
+NoteRecord handWrittenNote() {
+    NoteRecord note;
+    note.Titolo = u"Caf\u00e9";
+    note.backcolor = 8454143;
+    note.x = -30;
+    note.y = 300;
+    note.width = 2910;
+    note.height = 1890;
+    note.topmost = true;
+    note.closed = true;
+    note.mute = true;
+    note.alarmdate = u"*";
+    note.alarmtime = u"07:30:00";
+    note.alarmday = u"05";
+    note.alarmdaymonth = u"24/12";
+    note.interval = u"eachyear";
+    note.alarmweekday = 8;
+    note.alarmrepeatnumber = -2;
+    note.alarmrepeatevery = u"MM";
+    note.weekdays = {true, false, false, false, false, false, true};
+    note.memo = 3;
+    return note;
+}
+
+TEST_F(DataFilesTest, ARecordIsWrittenByteForByte) {
+    const EncodedRecord encoded = encodeRecord(westernPage(), handWrittenNote());
+    EXPECT_EQ(encoded.bytes, handWrittenRecord());
+    EXPECT_EQ(encoded.bytes.size(), 215U);
+    EXPECT_FALSE(encoded.lost);
+}
+
+TEST_F(DataFilesTest, ARecordIsReadByteForByte) {
+    EXPECT_EQ(decodeRecord(westernPage(), handWrittenRecord()), handWrittenNote());
+}
+
+TEST_F(DataFilesTest, AFreshRecordIsBlankLightYellowWithBodyOne) {
+    NoteRecord note;
+    note.Titolo = u"old";
+    ClearNoteRecord(note);
+    std::string expected = std::string(25, ' ') + "\xFF\xFF\x80\x00"s + std::string(8, '\0') +
+                           std::string(10, ' ') + std::string(6, '\0') + "\x01\x00\x00\x00"s +
+                           std::string(128, ' ') + std::string(14, '\0') + "  "s + std::string(14, '\0');
+    EXPECT_EQ(encodeRecord(westernPage(), note).bytes, expected);
+}
+
+TEST_F(DataFilesTest, RandomRecordsComeBackWholeInEveryCodePage) {
+    for (const CodePage& page : {westernPage(), kanaPage(), utf8Page()}) {
+        Dice dice(7);
+        for (int round = 0; round < 300; ++round) {
+            NoteRecord note = randomNote(dice, page);
+            note.memo = dice.number();
+            const EncodedRecord encoded = encodeRecord(page, note);
+            EXPECT_FALSE(encoded.lost);
+            note.Nota.clear();
+            EXPECT_EQ(decodeRecord(page, encoded.bytes), note) << "page " << page.id << " round " << round;
+        }
+    }
+}
+
+TEST_F(DataFilesTest, OneFieldIsPutIntoARecordAndNoOtherByteMoves) {
+    Dice dice(3);
+    for (const NoteFieldRow& row : noteFields()) {
+        EncodedRecord encoded;
+        encoded.bytes = dice.bytes(kRecordLength);
+        const std::string before = encoded.bytes;
+        encodeFieldInto(westernPage(), handWrittenNote(), row.field, encoded);
+        const std::string whole = handWrittenRecord();
+        std::string expected = before;
+        expected.replace(row.offset, row.width, whole.substr(row.offset, row.width));
+        EXPECT_EQ(encoded.bytes, expected) << "offset " << row.offset;
+    }
+}
+
+TEST_F(DataFilesTest, ATextEndsAtTheFirstZeroByteAndLosesItsBlanks) {
+    std::string bytes = handWrittenRecord();
+    bytes.replace(57, 8, "Two  \0zz"s);
+    EXPECT_EQ(decodeRecord(westernPage(), bytes).Titolo, u"Two");
+}
+
+TEST_F(DataFilesTest, TheKindIsFoundAnywhereInTheIntervalField) {
+    std::string bytes = handWrittenRecord();
+    bytes.replace(37, 10, " eachday  ");
+    EXPECT_EQ(decodeRecord(westernPage(), bytes).interval, u"eachday");
+}
+
+TEST_F(DataFilesTest, ATitleIsCutAtItsWidthAndSaysSo) {
+    NoteRecord note;
+    note.Titolo = Text(128, u'x');
+    EXPECT_FALSE(encodeRecord(westernPage(), note).lost);
+    note.Titolo += u'y';
+    const EncodedRecord cut = encodeRecord(westernPage(), note);
+    EXPECT_TRUE(cut.lost);
+    EXPECT_FALSE(cut.unmappable);
+    EXPECT_EQ(decodeRecord(westernPage(), cut.bytes).Titolo, Text(128, u'x'));
+}
+
+TEST_F(DataFilesTest, ADoubleByteCharacterIsNeverCutInHalf) {
+    NoteRecord note;
+    note.Titolo = u"x" + Text(64, u'\u3042');
+    const EncodedRecord cut = encodeRecord(kanaPage(), note);
+    EXPECT_EQ(decodeRecord(kanaPage(), cut.bytes).Titolo, u"x" + Text(63, u'\u3042'));
+    EXPECT_EQ(cut.bytes[57 + 127], ' ');
+}
+
+TEST_F(DataFilesTest, ACharacterOutsideTheCodePageIsTold) {
+    NoteRecord note;
+    note.Titolo = u"\u0416";
+    const EncodedRecord encoded = encodeRecord(westernPage(), note);
+    EXPECT_TRUE(encoded.lost);
+    EXPECT_TRUE(encoded.unmappable);
+    EXPECT_EQ(decodeRecord(westernPage(), encoded.bytes).Titolo, u"?");
+}
+
+// --- Header file
+// ------------------------------------------------------------------------------------------------
+
+TEST_F(DataFilesTest, AMissingHeaderInRegistryModeCreatesNoFile) {
+    DataHeader header;
+    header.count = 9;
+    bool existed = true;
+    EXPECT_EQ(data.ReadHeader(header, true, existed), IoStatus::Absent);
+    EXPECT_FALSE(existed);
+    EXPECT_EQ(header.count, 1);
+    EXPECT_EQ(header.flag, -1);
+    EXPECT_TRUE(folder.content.empty());
+}
+
+TEST_F(DataFilesTest, AMissingHeaderInFileModeIsCreated) {
+    DataHeader header;
+    bool existed = true;
+    EXPECT_EQ(data.ReadHeader(header, false, existed), IoStatus::Absent);
+    EXPECT_FALSE(existed);
+    EXPECT_EQ(file(kHeaderFile), "\x01\x00\x00\x00\x00\x00\x0A\xD7\xA3\x3F"s);
+}
+
+TEST_F(DataFilesTest, ALostHeaderCountsTheRecordsThatAreThere) {
+    file(kNoteFile) = std::string(12 * kRecordLength, 'x');
+    DataHeader header;
+    bool existed = true;
+    data.ReadHeader(header, false, existed);
+    EXPECT_EQ(header.count, 12);
+    EXPECT_EQ(file(kHeaderFile)[0], 12);
+}
+
+TEST_F(DataFilesTest, NoHeaderIsMadeWhileTheRecordsCannotBeCounted) {
+    folder.locked.insert(Text(kNoteFile));
+    DataHeader header;
+    header.count = 9;
+    bool existed = true;
+    EXPECT_EQ(data.ReadHeader(header, false, existed), IoStatus::Failed);
+    EXPECT_EQ(header.count, 9);
+    EXPECT_FALSE(folder.content.contains(Text(kHeaderFile)));
+}
+
+TEST_F(DataFilesTest, AHeaderThatCannotBeReadLeavesTheOneInMemory) {
+    for (const std::size_t length : {0U, 9U}) {
+        file(kHeaderFile) = std::string(length, '\1');
+        DataHeader header;
+        header.count = 9;
+        bool existed = false;
+        EXPECT_EQ(data.ReadHeader(header, false, existed), IoStatus::Failed);
+        EXPECT_TRUE(existed);
+        EXPECT_EQ(header.count, 9);
+        EXPECT_EQ(file(kHeaderFile).size(), length);
+    }
+}
+
+TEST_F(DataFilesTest, WritingTheHeaderStampsTheProgramsVersion) {
+    DataHeader header;
+    header.count = 3;
+    header.version = 1.1F;
+    ASSERT_TRUE(data.WriteHeader(header));
+    DataHeader read;
+    bool existed = false;
+    EXPECT_EQ(data.ReadHeader(read, false, existed), IoStatus::Done);
+    EXPECT_EQ(read.version, kProgramVersion);
+    EXPECT_EQ(read.count, 3);
+}
+
+// --- Records
+// ----------------------------------------------------------------------------------------------------
+
+TEST_F(DataFilesTest, ARecordBeyondTheEndIsZero) {
+    file(kNoteFile) = handWrittenRecord();
+    NoteRecord note;
+    note.Titolo = u"old";
+    EXPECT_EQ(data.GetNoteRecord(2, note), IoStatus::Absent);
+    EXPECT_EQ(note.Titolo, u"");
+    EXPECT_EQ(note.backcolor, 0);
+    EXPECT_EQ(note.width, 0);
+    EXPECT_EQ(note.memo, 0);
+    EXPECT_FALSE(note.topmost);
+}
+
+TEST_F(DataFilesTest, ARecordOfAMissingFileOrABadNumberIsZero) {
+    NoteRecord note;
+    EXPECT_EQ(data.GetNoteRecord(1, note), IoStatus::Absent);
+    EXPECT_EQ(note.backcolor, 0);
+    EXPECT_EQ(data.GetNoteRecord(0, note), IoStatus::Absent);
+    EXPECT_EQ(data.GetNoteRecord(-5, note), IoStatus::Absent);
+    EXPECT_FALSE(data.PutNoteRecord(0, note));
+}
+
+TEST_F(DataFilesTest, AFailedReadIsNotData) {
+    file(kNoteFile) = handWrittenRecord();
+    folder.locked.insert(Text(kNoteFile));
+    NoteRecord note;
+    note.Titolo = u"kept";
+    EXPECT_EQ(data.GetNoteRecord(1, note), IoStatus::Failed);
+    EXPECT_EQ(note.Titolo, u"kept");
+}
+
+TEST_F(DataFilesTest, RecordTwoIsTheSecondTwoHundredFifteenBytes) {
+    ASSERT_TRUE(data.PutNoteRecord(2, handWrittenNote()));
+    EXPECT_EQ(file(kNoteFile), std::string(kRecordLength, '\0') + handWrittenRecord());
+    NoteRecord note;
+    EXPECT_EQ(data.GetNoteRecord(2, note), IoStatus::Done);
+    EXPECT_EQ(note, handWrittenNote());
+}
+
+TEST_F(DataFilesTest, ARecordCutShortKeepsTheFieldsItHas) {
+    file(kNoteFile) = handWrittenRecord().substr(0, 190);
+    NoteRecord note;
+    EXPECT_EQ(data.GetNoteRecord(1, note), IoStatus::Done);
+    EXPECT_EQ(note.Titolo, u"Caf\u00e9");
+    EXPECT_EQ(note.width, 0);
+}
+
+// --- Bodies
+// -----------------------------------------------------------------------------------------------------
+
+TEST_F(DataFilesTest, ABodyWithoutANumberGoesToTheEnd) {
+    MemoResult result = data.WriteMemo(0, u"first");
+    EXPECT_TRUE(result.done);
+    EXPECT_EQ(result.recordNumber, 1);
+    data.WriteMemo(0, u"second");
+    data.WriteMemo(-7, u"third");
+    result = data.WriteMemo(0, u"fourth");
+    EXPECT_EQ(result.recordNumber, 4);
+    EXPECT_EQ(file(kMemoFile).size(), 4 * kMemoLength);
+    Text body;
+    EXPECT_EQ(data.ReadMemo(3, body), IoStatus::Done);
+    EXPECT_EQ(body, u"third");
+}
+
+TEST_F(DataFilesTest, AWildNumberNeverMakesAHugeFile) {
+    const MemoResult result = data.WriteMemo(2000000000, u"body");
+    EXPECT_TRUE(result.done);
+    EXPECT_EQ(result.recordNumber, 1);
+    EXPECT_EQ(file(kMemoFile).size(), kMemoLength);
+}
+
+TEST_F(DataFilesTest, ABodyIsPaddedWithBlanks) {
+    data.WriteMemo(1, u"caf\u00e9");
+    EXPECT_EQ(file(kMemoFile), "caf\xE9"s + std::string(1020, ' '));
+}
+
+TEST_F(DataFilesTest, ABodyOfTheFullLengthSurvivesAndOneMoreCharacterIsLost) {
+    const Text full = Text(1023, u'x') + u'z';
+    MemoResult result = data.WriteMemo(1, full);
+    EXPECT_FALSE(result.lost);
+    Text body;
+    data.ReadMemo(1, body);
+    EXPECT_EQ(body, full);
+    result = data.WriteMemo(1, full + u'!');
+    EXPECT_TRUE(result.lost);
+    EXPECT_FALSE(result.unmappable);
+    data.ReadMemo(1, body);
+    EXPECT_EQ(body, full);
+}
+
+TEST_F(DataFilesTest, BlanksAtTheEndOfABodyAreLostOnReading) {
+    data.WriteMemo(1, u"  two \r\n lines   ");
+    Text body;
+    data.ReadMemo(1, body);
+    EXPECT_EQ(body, u"  two \r\n lines");
+}
+
+TEST_F(DataFilesTest, ABodyNumberOutsideTheFileReadsAsNothing) {
+    data.WriteMemo(1, u"only");
+    for (const std::int32_t number : {0, -1, 2, 2000000000}) {
+        Text body = u"old";
+        EXPECT_EQ(data.ReadMemo(number, body), IoStatus::Absent) << number;
+        EXPECT_EQ(body, u"");
+    }
+}
+
+TEST_F(DataFilesTest, ABodyThatCannotBeWrittenIsTold) {
+    folder.changes->allFail = true;
+    EXPECT_FALSE(data.WriteMemo(1, u"body").done);
+    folder.changes->allFail = false;
+    folder.locked.insert(Text(kMemoFile));
+    EXPECT_FALSE(data.WriteMemo(1, u"body").done);
+}
+
+// --- Files
+// ------------------------------------------------------------------------------------------------------
+
+TEST_F(DataFilesTest, DeletingTheDataFilesLeavesTheHeader) {
+    file(kHeaderFile) = file(kNoteFile) = file(kMemoFile) = "x";
+    data.DeleteDataFiles();
+    EXPECT_TRUE(data.exists(kHeaderFile));
+    EXPECT_FALSE(data.exists(kNoteFile));
+    EXPECT_FALSE(data.exists(kMemoFile));
+}
+
+TEST_F(DataFilesTest, ALockedFileExists) {
+    folder.locked.insert(Text(kNoteFile));
+    EXPECT_TRUE(data.exists(kNoteFile));
+}
+
+TEST_F(DataFilesTest, AShortLastRecordCountsAsANoteButNotAsABody) {
+    for (std::size_t length = 0; length <= 3 * kRecordLength + 1; ++length) {
+        file(kNoteFile) = std::string(length, 'x');
+        EXPECT_EQ(data.noteRecords().bytes, (length + 214) / 215);
+    }
+    for (std::size_t length = 0; length <= 3 * kMemoLength + 1; ++length) {
+        file(kMemoFile) = std::string(length, 'x');
+        EXPECT_EQ(data.memoRecords().bytes, length / 1024);
+    }
+}
+
+TEST_F(DataFilesTest, PairsOfAnImagePointToTheirOwnBodies) {
+    std::string dat;
+    std::string memo;
+    for (NoteRecord note : sampleNotes(3))
+        EXPECT_TRUE(AppendRecordPair(westernPage(), dat, memo, note));
+    file(kNoteFile) = dat;
+    file(kMemoFile) = memo;
+    EXPECT_EQ(dat.size(), 3 * kRecordLength);
+    EXPECT_EQ(memo.size(), 3 * kMemoLength);
+    for (int n = 1; n <= 3; ++n) {
+        NoteRecord note;
+        data.GetNoteRecord(n, note);
+        EXPECT_EQ(note.memo, n);
+        data.ReadMemo(note.memo, note.Nota);
+        EXPECT_EQ(note.Nota, u"Body " + decimal(n) + u"\r\nsecond line");
+    }
+}
+
+// --- Copies from the registry
+// -------------------------------------------------------------------------------------
+
+struct CopyFromRegistry : testing::Test {
+    MemorySettings memory;
+    RegistryStore registry{memory.settings(), englishWeekdayKeys()};
+
+    NoteRecord copied(const Text& interval) {
+        memory.put(u"kardel-1", u"alarmdate", interval.empty() ? u"01/02/2030" : u"*");
+        memory.put(u"kardel-1", u"interval", interval);
+        memory.put(u"kardel-1", u"alarmday", u"09");
+        memory.put(u"kardel-1", u"alarmdaymonth", u"24/12");
+        NoteRecord note;
+        EXPECT_EQ(CopyRegistryNoteToRecord(registry, 0, note), IoStatus::Done);
+        EXPECT_EQ(note.interval, interval);
+        return note;
+    }
+};
+
+TEST_F(CopyFromRegistry, KeepsTheDaysThatThePatternUses) {
+    EXPECT_EQ(copied(u"eachday").alarmday, u"");
+    EXPECT_EQ(copied(u"eachday").alarmdaymonth, u"");
+    EXPECT_EQ(copied(u"eachmonth").alarmday, u"09");
+    EXPECT_EQ(copied(u"eachmonth").alarmdaymonth, u"");
+    EXPECT_EQ(copied(u"eachyear").alarmday, u"");
+    EXPECT_EQ(copied(u"eachyear").alarmdaymonth, u"24/12");
+    EXPECT_EQ(copied(u"").alarmday, u"");
+    EXPECT_EQ(copied(u"").alarmdaymonth, u"");
+}
+
+TEST_F(CopyFromRegistry, AMissingSizeStaysTheDefaultAndAMissingColourTheDesigns) {
+    NoteRecord note;
+    EXPECT_EQ(CopyRegistryNoteToRecord(registry, 0, note), IoStatus::Absent);
+    EXPECT_EQ(note.width, 0);
+    EXPECT_EQ(note.height, 0);
+    EXPECT_EQ(note.backcolor, kDesignColor);
+}
+
+TEST_F(CopyFromRegistry, AFailedReadLeavesTheRecordAlone) {
+    memory.locked.insert(u"kardel-1");
+    NoteRecord note;
+    note.Titolo = u"kept";
+    EXPECT_EQ(CopyRegistryNoteToRecord(registry, 0, note), IoStatus::Failed);
+    EXPECT_EQ(note.Titolo, u"kept");
+}
+
+}  // namespace

@@ -1,0 +1,277 @@
+// Deleting a note, interrupted and disturbed at every point.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/storage/Samples.h"
+
+namespace {
+
+constexpr int kMostNotes = 6;
+
+/// A desk of notes from which one is to go.
+struct Removal {
+    Desk desk;
+    bool inRegistry;
+    int number;
+    std::vector<NoteRecord> notes;      ///< as loaded
+    std::vector<NoteRecord> remaining;  ///< without the one that goes
+
+    Removal(bool registry, int total, int which) : desk(registry), inRegistry(registry), number(which) {
+        std::vector<NoteRecord> made = sampleNotes(total);
+        desk.createAll(made);
+        desk.settings.put(u"setting", u"ImportDAT", u"1");
+        desk.open(registry);
+        notes = desk.loadAll();
+        remaining = notes;
+        remaining.erase(remaining.begin() + (which - 1));
+    }
+
+    bool run() {
+        const std::vector<NoteRecord*> pointers = pointersTo(remaining);
+        return desk.store.remove(number, pointers, desk.global);
+    }
+
+    /// What the next start finds.
+    std::vector<NoteRecord> found() {
+        desk.open(inRegistry);
+        std::vector<NoteRecord> loaded = desk.loadAll();
+        for (NoteRecord& note : loaded)
+            note = storeFree(note);
+        return loaded;
+    }
+
+    void expectDense() {
+        std::vector<NoteRecord> expected;
+        for (const NoteRecord& note : remaining)
+            expected.push_back(storeFree(note));
+        expectDense(expected);
+    }
+
+    void expectDense(const std::vector<NoteRecord>& expected) {
+        if (remaining.empty()) {
+            EXPECT_FALSE(desk.hasFile(kNoteFile));
+            EXPECT_FALSE(desk.hasFile(kMemoFile));
+            EXPECT_EQ(desk.settings.find(u"kardel-1"), nullptr);
+            return;
+        }
+        EXPECT_EQ(found(), expected);
+        EXPECT_EQ(desk.count(), static_cast<int>(remaining.size()));
+        if (inRegistry) {
+            EXPECT_EQ(desk.settings.content.size(), remaining.size() + 1);  // and "setting"
+        } else {
+            EXPECT_EQ(desk.file(kNoteFile).size(), remaining.size() * kRecordLength);
+            EXPECT_EQ(desk.file(kMemoFile).size(), remaining.size() * kMemoLength);
+        }
+    }
+
+    void expectNoneLost(const std::string& where) {
+        const std::vector<NoteRecord> loaded = found();
+        for (const NoteRecord& note : remaining) {
+            NoteRecord wanted = storeFree(note);
+            wanted.readOnly = false;
+            EXPECT_NE(std::find(loaded.begin(), loaded.end(), wanted), loaded.end())
+                << where << ": lost the note with x " << note.x;
+        }
+        EXPECT_LE(loaded.size(), remaining.size() + 1) << where;
+    }
+};
+
+struct RemoveNote : testing::TestWithParam<bool> {
+    template <class Test>
+    void forEveryNote(Test test) {
+        for (int total = 1; total <= kMostNotes; ++total) {
+            for (int number = 1; number <= total; ++number)
+                test(total, number);
+        }
+    }
+    static std::string named(int total, int number, int at) {
+        return "note " + std::to_string(number) + " of " + std::to_string(total) + ", change " +
+               std::to_string(at);
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Stores, RemoveNote, testing::Values(true, false),
+                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+
+TEST_P(RemoveNote, LeavesTheOthersInOrderWithoutAGap) {
+    forEveryNote([&](int total, int number) {
+        Removal removal(GetParam(), total, number);
+        EXPECT_TRUE(removal.run());
+        EXPECT_EQ(removal.desk.told, 0);
+        removal.expectDense();
+    });
+}
+
+TEST_P(RemoveNote, EndedAtAnyPointLosesNoOtherNote) {
+    forEveryNote([&](int total, int number) {
+        for (int at = 0;; ++at) {
+            Removal removal(GetParam(), total, number);
+            removal.desk.changes->endAt = at;
+            bool ended = false;
+            try {
+                removal.run();
+            } catch (const ProgramEnd&) {
+                ended = true;
+            }
+            removal.expectNoneLost(named(total, number, at));
+            if (!ended) break;
+        }
+    });
+}
+
+TEST_P(RemoveNote, WithOneFailedChangeLosesNoOtherNoteEvenWhenTheyAreEditedAfterwards) {
+    forEveryNote([&](int total, int number) {
+        for (int at = 0;; ++at) {
+            Removal removal(GetParam(), total, number);
+            removal.desk.changes->failAt = at;
+            removal.run();
+            const bool reached = removal.desk.changes->made > at;
+            removal.desk.changes->failAt = -1;
+            for (std::size_t i = 0; i < removal.remaining.size(); ++i) {
+                NoteRecord& note = removal.remaining[i];
+                if (note.readOnly) continue;
+                note.Nota = u"edited " + note.Titolo;
+                removal.desk.store.set(static_cast<int>(i) + 1, note, {NoteField::Nota});
+            }
+            removal.expectNoneLost(named(total, number, at));
+            if (!reached) break;
+        }
+    });
+}
+
+TEST_P(RemoveNote, AfterAnInterruptionTheNextDeletionLeavesADenseStore) {
+    for (int at = 0; at < 40; ++at) {
+        Removal removal(GetParam(), 4, 2);
+        removal.desk.changes->endAt = at;
+        try {
+            removal.run();
+        } catch (const ProgramEnd&) {
+        }
+        removal.desk.open(GetParam());
+        removal.notes = removal.desk.loadAll();
+        removal.number = 1;
+        removal.remaining.assign(removal.notes.begin() + 1, removal.notes.end());
+        EXPECT_TRUE(removal.run());
+        // The interruption may have left a note half moved; its rule is completed when it is saved.
+        const std::vector<NoteRecord> found = removal.found();
+        ASSERT_EQ(found.size(), removal.remaining.size());
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            EXPECT_EQ(found[i].Titolo + found[i].Nota,
+                      removal.remaining[i].Titolo + removal.remaining[i].Nota);
+        }
+        removal.expectDense(found);
+    }
+}
+
+TEST_P(RemoveNote, ThatCannotBeDoneAtAllIsToldAndChangesNothing) {
+    Removal removal(GetParam(), 4, 2);
+    const auto filesBefore = removal.desk.folder.content;
+    removal.desk.changes->allFail = true;
+    EXPECT_FALSE(removal.run());
+    EXPECT_EQ(removal.desk.told, 1);
+    EXPECT_EQ(removal.desk.folder.content, filesBefore);
+    EXPECT_FALSE(removal.remaining[0].readOnly);
+    EXPECT_TRUE(removal.remaining[1].readOnly);
+    EXPECT_TRUE(removal.remaining[2].readOnly);
+    for (NoteRecord& note : removal.remaining)
+        note.readOnly = false;
+    removal.expectNoneLost("nothing could be changed");
+}
+
+TEST(RemoveNoteFromRegistry, MovesANoteThatCouldNotBeReadUnseen) {
+    Removal removal(true, 3, 1);
+    removal.desk.settings.put(u"kardel-2", u"later release", u"kept");
+    removal.remaining[0] = NoteRecord();
+    removal.remaining[0].readOnly = true;
+    EXPECT_TRUE(removal.run());
+    EXPECT_EQ(removal.desk.settings.text(u"kardel-1", u"Titolo"), u"Title 2");
+    EXPECT_EQ(removal.desk.settings.text(u"kardel-1", u"later release"), u"kept");
+    EXPECT_EQ(removal.desk.settings.text(u"kardel-2", u"Titolo"), u"Title 3");
+}
+
+TEST(RemoveNoteFromRegistry, StopsBeforeANoteThatStillCannotBeRead) {
+    Removal removal(true, 3, 1);
+    removal.remaining[1] = NoteRecord();
+    removal.remaining[1].readOnly = true;
+    removal.desk.settings.locked.insert(u"kardel-3");
+    EXPECT_FALSE(removal.run());
+    EXPECT_EQ(removal.desk.changes->made, 0);
+    EXPECT_EQ(removal.desk.told, 1);
+    EXPECT_TRUE(removal.remaining[0].readOnly);
+}
+
+TEST(RemoveNoteFromRegistry, RewritesTheSettingsFromMemoryAndLeavesOthers) {
+    Removal removal(true, 2, 1);
+    removal.desk.settings.put(u"setting", u"AlignAll", u"False");
+    removal.desk.global.AlignAll = true;
+    removal.desk.global.DefaultWidth = 3000;
+    EXPECT_TRUE(removal.run());
+    EXPECT_EQ(removal.desk.settings.text(u"setting", u"count"), u"1");
+    EXPECT_EQ(removal.desk.settings.text(u"setting", u"AlignAll"), u"True");
+    EXPECT_EQ(removal.desk.settings.text(u"setting", u"defaultwidth"), u"3000");
+    EXPECT_EQ(removal.desk.settings.text(u"setting", u"UseRegistry"), u"True");
+    EXPECT_EQ(removal.desk.settings.text(u"setting", u"ImportDAT"), u"1");
+}
+
+TEST(RemoveNoteFromRegistry, LeavesNoEmptyNoteWhereTheCountCannotBeWritten) {
+    Removal removal(true, 3, 1);
+    Settings& settings = removal.desk.store.registry.settings;
+    const auto inner = settings.set;
+    settings.set = [inner](TextView section, std::span<const KeyText> values) {
+        return section != u"setting" && inner(section, values);
+    };
+    EXPECT_FALSE(removal.run());
+    EXPECT_EQ(removal.desk.told, 1);
+    EXPECT_EQ(removal.desk.settings.text(u"setting", u"count"), u"3");
+    removal.expectNoneLost("the count is the old one");
+    for (const NoteRecord& note : removal.found())
+        EXPECT_NE(note.Titolo, u"");
+}
+
+TEST(RemoveNoteFromRegistry, ClearsSectionsThatAreNoNotesAnyMore) {
+    Removal removal(true, 3, 3);
+    removal.desk.settings.put(u"kardel-17", u"Titolo", u"stale");
+    EXPECT_TRUE(removal.run());
+    removal.expectDense();
+}
+
+TEST(RemoveNoteFromFiles, KeepsABodyThatAnotherNoteShares) {
+    Removal removal(false, 4, 2);
+    std::string record = removal.desk.file(kNoteFile).substr(3 * kRecordLength, kRecordLength);
+    setMemoNumber(record, 2);  // the fourth note borrows the second's body
+    removal.desk.file(kNoteFile).replace(3 * kRecordLength, kRecordLength, record);
+    EXPECT_TRUE(removal.run());
+    const std::vector<NoteRecord> left = removal.found();
+    ASSERT_EQ(left.size(), 3U);
+    EXPECT_EQ(left[0].Nota, u"Body 1\r\nsecond line");
+    EXPECT_EQ(left[1].Nota, u"Body 3\r\nsecond line");
+    EXPECT_EQ(left[2].Nota, u"Body 2\r\nsecond line");
+    EXPECT_EQ(removal.desk.file(kMemoFile).size(), 3 * kMemoLength);
+}
+
+TEST(RemoveNoteFromFiles, ErasesTheDeletedText) {
+    for (int number = 1; number <= 3; ++number) {
+        Removal removal(false, 3, number);
+        EXPECT_TRUE(removal.run());
+        const std::string gone = "Body " + std::to_string(number);
+        EXPECT_EQ(removal.desk.file(kMemoFile).find(gone), std::string::npos);
+    }
+}
+
+TEST(RemoveNoteFromFiles, DropsBodiesThatNobodyPointsTo) {
+    Removal removal(false, 3, 1);
+    removal.desk.store.files.WriteMemo(0, u"orphan");
+    removal.desk.store.files.WriteMemo(0, u"orphan");
+    EXPECT_TRUE(removal.run());
+    removal.expectDense();
+}
+
+TEST(RemoveNoteFromFiles, CarriesANoteThatCouldNotBeReadAlong) {
+    Removal removal(false, 3, 1);
+    removal.remaining[0] = NoteRecord();
+    removal.remaining[0].readOnly = true;
+    EXPECT_TRUE(removal.run());
+    EXPECT_EQ(removal.found().at(0).Titolo, u"Title 2");
+}
+
+}  // namespace

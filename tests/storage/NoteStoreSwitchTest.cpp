@@ -1,0 +1,473 @@
+// Switching the store, and the copy of registry notes into new local files.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/storage/Samples.h"
+
+namespace {
+
+std::vector<NoteRecord> storeFree(std::vector<NoteRecord> notes) {
+    for (NoteRecord& note : notes)
+        note = storeFree(note);
+    return notes;
+}
+
+std::vector<NoteRecord> randomNotes(int count, unsigned seed) {
+    Dice dice(seed);
+    std::vector<NoteRecord> notes;
+    for (int i = 0; i < count; ++i)
+        notes.push_back(randomNote(dice, westernPage()));
+    return notes;
+}
+
+/// What the user does between the switch and the restart: edits, a new note, a deletion.
+void live(Desk& desk, std::vector<NoteRecord>& notes) {
+    notes[0].Nota = u"edited after the switch";
+    desk.store.set(1, notes[0], {NoteField::Nota});
+    notes[1].x = 4711;
+    desk.store.set(2, notes[1], {NoteField::X});
+    NoteRecord fresh;
+    fresh.Titolo = u"made after the switch";
+    fresh.backcolor = kDesignColor;
+    notes.push_back(fresh);
+    desk.store.create(static_cast<int>(notes.size()), notes.back());
+    notes.erase(notes.begin() + 2);
+    const std::vector<NoteRecord*> remaining = pointersTo(notes);
+    desk.store.remove(3, remaining, desk.global);
+}
+
+// --- To the files
+// ---------------------------------------------------------------------------------------------
+
+TEST(SwitchToFiles, BringsEveryNoteOver) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = randomNotes(kMaxNotes, 31);
+    desk.createAll(notes);
+    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
+    EXPECT_TRUE(desk.store.switchPending);
+    EXPECT_EQ(desk.told, 0);
+    EXPECT_EQ(desk.file(kMemoFile).size(), kMaxNotes * kMemoLength);
+    desk.open(false);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+}
+
+TEST(SwitchToFiles, LeavesNothingOfOlderFiles) {
+    Desk desk(true);
+    desk.file(kNoteFile) = std::string(9 * kRecordLength, 'x');
+    desk.file(kMemoFile) = std::string(9 * kMemoLength, 'x');
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    desk.createAll(notes);
+    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
+    desk.open(false);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+}
+
+TEST(SwitchToFiles, WhatIsChangedUntilTheRestartIsThereAfterIt) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(4);
+    desk.createAll(notes);
+    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
+    desk.global.UseRegistry = false;
+    live(desk, notes);
+    EXPECT_EQ(desk.told, 0);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));  // the store in force
+    EXPECT_EQ(desk.settings.text(u"setting", u"UseRegistry"), u"False");
+    desk.open(false);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+}
+
+TEST(SwitchToFiles, TextThatDoesNotFitIsToldOnceAndTheSectionsKept) {
+    for (const bool tooLong : {true, false}) {
+        Desk desk(true);
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        notes[0].Nota = tooLong ? Text(1025, u'x') : Text(u"\u0416");
+        notes[2].Titolo = tooLong ? Text(129, u'x') : Text(u"\u0416");
+        desk.createAll(notes);
+        EXPECT_FALSE(desk.store.switchToFiles(pointersTo(notes)));
+        EXPECT_EQ(desk.told, 1);
+        EXPECT_TRUE(desk.store.switchPending);
+        EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+    }
+}
+
+TEST(SwitchToFiles, ThatFailsAnywhereLeavesTheRegistryInForce) {
+    for (int at = 0; at < 3; ++at) {
+        Desk desk(true);
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        desk.createAll(notes);
+        desk.changes->made = 0;
+        desk.changes->failAt = at;
+        EXPECT_FALSE(desk.store.switchToFiles(pointersTo(notes)));
+        EXPECT_FALSE(desk.store.switchPending);
+        EXPECT_EQ(desk.told, 1);
+        EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+    }
+}
+
+TEST(SwitchToFiles, ReadsAgainANoteThatCouldNotBeRead) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    desk.createAll(notes);
+    std::vector<NoteRecord> shown = notes;
+    shown[1] = NoteRecord();
+    shown[1].readOnly = true;
+    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(shown)));
+    desk.settings.locked.insert(u"kardel-2");
+    EXPECT_FALSE(desk.store.switchToFiles(pointersTo(shown)));
+    desk.open(false);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+}
+
+TEST(SwitchToFiles, WithoutAnyNoteLeavesNoRecords) {
+    Desk desk(true);
+    desk.file(kNoteFile) = std::string(kRecordLength, 'x');
+    EXPECT_TRUE(desk.store.switchToFiles({}));
+    EXPECT_FALSE(desk.hasFile(kNoteFile));
+    EXPECT_FALSE(desk.hasFile(kMemoFile));
+}
+
+// --- To the registry
+// ------------------------------------------------------------------------------------------
+
+TEST(SwitchToRegistry, BringsEveryNoteOver) {
+    Desk desk(false);
+    std::vector<NoteRecord> notes = randomNotes(kMaxNotes, 32);
+    desk.createAll(notes);
+    desk.settings.put(u"kardel-3", u"interval", u"stale");
+    desk.settings.put(u"setting", u"ImportDAT", u"1");
+    desk.global.EasyAlign = true;
+    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    EXPECT_EQ(desk.settings.text(u"setting", u"count"), u"50");
+    EXPECT_EQ(desk.settings.text(u"setting", u"UseRegistry"), u"True");
+    EXPECT_EQ(desk.settings.text(u"setting", u"EasyAlign"), u"True");
+    EXPECT_EQ(desk.settings.text(u"setting", u"defaultwidth"), u"2910");
+    EXPECT_EQ(desk.settings.text(u"setting", u"ImportDAT"), u"(none)");
+    desk.open(true);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+}
+
+TEST(SwitchToRegistry, WhatIsChangedUntilTheRestartIsThereAfterIt) {
+    Desk desk(false);
+    std::vector<NoteRecord> notes = sampleNotes(4);
+    desk.createAll(notes);
+    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    desk.global.UseRegistry = true;
+    live(desk, notes);
+    EXPECT_EQ(desk.told, 0);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+    EXPECT_EQ(desk.settings.text(u"setting", u"UseRegistry"), u"True");
+    desk.open(true);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+}
+
+TEST(SwitchToRegistry, EndedAtAnyPointTheNextStartFindsEveryNote) {
+    for (int at = 0;; ++at) {
+        Desk desk(false);
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        desk.createAll(notes);
+        desk.changes->made = 0;
+        desk.changes->endAt = at;
+        bool ended = false;
+        try {
+            desk.store.switchToRegistry(pointersTo(notes), desk.global);
+        } catch (const ProgramEnd&) {
+            ended = true;
+        }
+        desk.open(ParseBool(desk.settings.text(u"setting", u"UseRegistry")));
+        EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes)) << "ended at change " << at;
+        if (!ended) break;
+    }
+}
+
+TEST(SwitchToRegistry, ThatFailsAnywhereNeverTakesForce) {
+    for (int at = 1; at < 60; ++at) {
+        Desk desk(false);
+        std::vector<NoteRecord> notes = sampleNotes(2);
+        desk.createAll(notes);
+        desk.changes->made = 0;
+        desk.changes->failAt = at;
+        const bool done = desk.store.switchToRegistry(pointersTo(notes), desk.global);
+        EXPECT_EQ(done, desk.changes->made <= at) << at;
+        EXPECT_EQ(desk.store.switchPending, done);
+        EXPECT_EQ(desk.told, done ? 0 : 1);
+        desk.open(ParseBool(desk.settings.text(u"setting", u"UseRegistry")));
+        EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes)) << at;
+    }
+}
+
+TEST(SwitchToRegistry, RefusesWhileANoteCannotBeRead) {
+    Desk desk(false);
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    desk.createAll(notes);
+    desk.settings.put(u"setting", u"defaultwidth", u"3000");
+    notes[1] = NoteRecord();
+    notes[1].readOnly = true;
+    desk.folder.locked.insert(Text(kNoteFile));
+    EXPECT_FALSE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    EXPECT_EQ(desk.settings.text(u"setting", u"defaultwidth"), u"3000");
+    desk.folder.locked.clear();
+    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    EXPECT_EQ(desk.settings.text(u"kardel-2", u"Titolo"), u"Title 2");
+}
+
+// --- There and back in one run
+// ----------------------------------------------------------------------------------
+
+TEST(SwitchBack, ToTheRegistryInForceCreatesNoFiles) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    desk.createAll(notes);
+    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    EXPECT_TRUE(desk.folder.content.empty());
+    desk.open(true);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+}
+
+TEST(SwitchBack, ToTheRegistryInForceIsSafeAtEveryPointAndKeepsOtherSettings) {
+    for (int at = 0;; ++at) {
+        Desk desk(true);
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        desk.createAll(notes);
+        desk.settings.put(u"kardel-9", u"Titolo", u"stale");
+        desk.settings.put(u"setting", u"ImportDAT", u"1");
+        desk.changes->made = 0;
+        desk.changes->endAt = at;
+        bool ended = false;
+        try {
+            desk.store.switchToRegistry(pointersTo(notes), desk.global);
+        } catch (const ProgramEnd&) {
+            ended = true;
+        }
+        desk.open(true);
+        EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes)) << "ended at change " << at;
+        EXPECT_EQ(desk.settings.text(u"setting", u"ImportDAT"), u"1");
+        if (ended) continue;
+        EXPECT_EQ(desk.settings.find(u"kardel-9"), nullptr);
+        break;
+    }
+}
+
+TEST(SwitchBack, EndsThePendingSwitch) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    desk.createAll(notes);
+    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
+    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    EXPECT_FALSE(desk.store.switchPending);
+    const auto files = desk.folder.content;
+    notes[0].x = 1;
+    desk.store.set(1, notes[0], {NoteField::X});
+    EXPECT_EQ(desk.folder.content, files);
+}
+
+TEST(SwitchBack, ToTheFilesInForceLeavesNoCountForAnImport) {
+    Desk desk(false);
+    std::vector<NoteRecord> notes = sampleNotes(1);
+    desk.createAll(notes);
+    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    const auto files = desk.folder.content;
+    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
+    EXPECT_FALSE(desk.store.switchPending);
+    EXPECT_EQ(desk.settings.text(u"setting", u"count"), u"(none)");
+    EXPECT_EQ(desk.folder.content, files);
+}
+
+TEST(RoundTrip, FilesToRegistryToFilesKeepsFiftyFullNotes) {
+    Desk desk(false);
+    const std::vector<NoteRecord> notes = randomNotes(kMaxNotes, 33);
+    std::vector<NoteRecord> made = notes;
+    desk.createAll(made);
+    desk.open(false);
+    std::vector<NoteRecord> inFiles = desk.loadAll();
+    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(inFiles), desk.global));
+    desk.folder.content.clear();
+    desk.open(true);
+    std::vector<NoteRecord> inRegistry = desk.loadAll();
+    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(inRegistry)));
+    desk.settings.content.clear();
+    desk.open(false);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+}
+
+// --- Import
+// -----------------------------------------------------------------------------------------------------
+
+/// Notes that the registry holds, under a program that uses the local files.
+struct ImportDesk {
+    Desk desk{true};
+    std::vector<NoteRecord> notes;
+
+    explicit ImportDesk(int count) : notes(sampleNotes(count)) {
+        desk.createAll(notes);
+        desk.open(false);
+    }
+
+    std::vector<NoteRecord> found() {
+        desk.open(false);
+        return storeFree(desk.loadAll());
+    }
+};
+
+TEST(Import, CopiesTheRegistrysNotesIntoNewFiles) {
+    ImportDesk import(12);
+    EXPECT_TRUE(import.desk.store.importRegistryNotes(12));
+    EXPECT_EQ(import.desk.store.header.count, 12);
+    EXPECT_EQ(import.found(), storeFree(import.notes));
+    EXPECT_EQ(import.desk.file(kMemoFile).size(), 12 * kMemoLength);
+}
+
+TEST(Import, KeepsTheAlarmsOfEveryKind) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = randomNotes(kMaxNotes, 41);
+    desk.createAll(notes);
+    desk.open(false);
+    EXPECT_TRUE(desk.store.importRegistryNotes(kMaxNotes));
+    desk.open(false);
+    EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+}
+
+TEST(Import, OfAnAbsurdCountStopsAtFifty) {
+    ImportDesk import(2);
+    EXPECT_TRUE(import.desk.store.importRegistryNotes(999999999));
+    EXPECT_EQ(import.desk.store.header.count, 50);
+    EXPECT_EQ(import.desk.file(kNoteFile).size(), 50 * kRecordLength);
+}
+
+TEST(Import, OfNothingIsNone) {
+    ImportDesk import(1);
+    EXPECT_FALSE(import.desk.store.importRegistryNotes(0));
+    EXPECT_FALSE(import.desk.store.importRegistryNotes(-5));
+    EXPECT_FALSE(import.desk.hasFile(kNoteFile));
+}
+
+TEST(Import, ReplacesAnEmptyFirstNote) {
+    ImportDesk import(3);
+    NoteRecord empty;
+    ClearNoteRecord(empty);
+    import.desk.store.files.WriteMemo(1, u"");
+    import.desk.store.files.PutNoteRecord(1, empty);
+    EXPECT_TRUE(import.desk.store.importRegistryNotes(3));
+    EXPECT_EQ(import.found(), storeFree(import.notes));
+}
+
+struct ImportBehindANote : testing::Test {
+    ImportDesk import{3};
+    NoteRecord first;
+
+    void SetUp() override { seed(import); }
+
+    void seed(ImportDesk& into) {
+        first.Titolo = u"the user's own";
+        first.Nota = u"with a body";
+        first.backcolor = 255;
+        into.desk.store.create(1, first);
+        into.desk.changes->made = 0;
+    }
+    std::vector<NoteRecord> all() {
+        std::vector<NoteRecord> notes = storeFree(import.notes);
+        notes.insert(notes.begin(), storeFree(first));
+        return notes;
+    }
+};
+
+TEST_F(ImportBehindANote, AddsTheRegistrysNotes) {
+    EXPECT_TRUE(import.desk.store.importRegistryNotes(3));
+    EXPECT_EQ(import.desk.store.header.count, 4);
+    EXPECT_EQ(import.found(), all());
+}
+
+TEST_F(ImportBehindANote, StopsAtFiftyInAll) {
+    EXPECT_TRUE(import.desk.store.importRegistryNotes(50));
+    EXPECT_EQ(import.desk.store.header.count, 50);
+    EXPECT_EQ(import.found().at(0), storeFree(first));
+}
+
+TEST_F(ImportBehindANote, EndedAtAnyPointLosesNothingAndIsDoneAgain) {
+    for (int at = 0; at < 3; ++at) {
+        ImportDesk again(3);
+        seed(again);
+        again.desk.changes->endAt = at;
+        EXPECT_THROW(again.desk.store.importRegistryNotes(3), ProgramEnd);
+        EXPECT_EQ(again.found(), (std::vector<NoteRecord>{storeFree(first)})) << at;
+        EXPECT_TRUE(again.desk.store.importRegistryNotes(3));
+        EXPECT_EQ(again.found(), all()) << at;
+    }
+}
+
+TEST_F(ImportBehindANote, FailedAnywhereLeavesTheFilesAsTheyWere) {
+    for (int at = 0; at < 3; ++at) {
+        ImportDesk again(3);
+        seed(again);
+        const auto before = again.desk.folder.content;
+        again.desk.changes->failAt = at;
+        EXPECT_FALSE(again.desk.store.importRegistryNotes(3)) << at;
+        EXPECT_EQ(again.desk.folder.content, before) << at;
+        EXPECT_EQ(again.desk.store.header.count, 1);
+    }
+}
+
+TEST(Import, EndedAtAnyPointIsDoneAgainWithoutDoubles) {
+    for (int at = 0; at < 3; ++at) {
+        ImportDesk import(3);
+        import.desk.changes->endAt = at;
+        EXPECT_THROW(import.desk.store.importRegistryNotes(3), ProgramEnd);
+        import.desk.open(false);
+        EXPECT_TRUE(import.desk.store.importRegistryNotes(3));
+        EXPECT_EQ(import.found(), storeFree(import.notes)) << at;
+    }
+}
+
+TEST(Import, FailedAnywhereLeavesNoFiles) {
+    for (int at = 0; at < 3; ++at) {
+        ImportDesk import(3);
+        import.desk.changes->failAt = at;
+        EXPECT_FALSE(import.desk.store.importRegistryNotes(3)) << at;
+        EXPECT_FALSE(import.desk.hasFile(kNoteFile)) << at;
+        EXPECT_FALSE(import.desk.hasFile(kMemoFile)) << at;
+    }
+}
+
+TEST(Import, ThatDoesNotReadBackIsNone) {
+    ImportDesk import(3);
+    Files& files = import.desk.store.files.files;
+    const auto inner = files.read;
+    bool damaged = false;
+    files.read = [&](TextView name, std::uint64_t offset, std::size_t size) {
+        ReadResult read = inner(name, offset, size);
+        // The medium returns one wrong byte of the last body.
+        if (name == kMemoFile && read.bytes.size() == 3 * kMemoLength) {
+            read.bytes.back() = 'x';
+            damaged = true;
+        }
+        return read;
+    };
+    EXPECT_FALSE(import.desk.store.importRegistryNotes(3));
+    EXPECT_TRUE(damaged);
+    EXPECT_EQ(import.desk.store.header.count, 1);
+}
+
+TEST(Import, WaitsWhileASectionOrTheFilesCannotBeRead) {
+    ImportDesk import(3);
+    import.desk.settings.locked.insert(u"kardel-2");
+    EXPECT_FALSE(import.desk.store.importRegistryNotes(3));
+    import.desk.settings.locked.clear();
+    import.desk.folder.locked.insert(Text(kNoteFile));
+    EXPECT_FALSE(import.desk.store.importRegistryNotes(3));
+    EXPECT_EQ(import.desk.changes->made, 0);
+}
+
+TEST(Import, OfATextThatDoesNotFitIsTold) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    notes[1].Nota = Text(1100, u'x');
+    desk.createAll(notes);
+    desk.open(false);
+    EXPECT_TRUE(desk.store.importRegistryNotes(2));
+    EXPECT_EQ(desk.told, 1);
+    EXPECT_EQ(desk.settings.text(u"kardel-2", u"Nota"), notes[1].Nota);
+    desk.open(false);
+    EXPECT_EQ(desk.loadAll().at(1).Nota, Text(1024, u'x'));
+}
+
+}  // namespace

@@ -1,0 +1,206 @@
+#include "storage/Upgrade.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/storage/Samples.h"
+
+namespace {
+
+struct OldFiles {
+    MemoryFiles folder;
+    DataFiles data{folder.files(), westernPage()};
+
+    std::string& file(TextView name) { return folder.content[Text(name)]; }
+    bool has(TextView name) const { return folder.content.contains(Text(name)); }
+
+    void seed(float version, std::size_t recordLength, int count) {
+        file(kHeaderFile) = encodeHeader({count, 0, version});
+        file(kNoteFile) = oldRecords(recordLength, count);
+        file(kMemoFile) = std::string(kMemoLength * static_cast<std::size_t>(count), 'm');
+    }
+
+    /// Records as an older release wrote them: the present ones cut off.
+    static std::string oldRecords(std::size_t recordLength, int count) {
+        std::string bytes;
+        for (NoteRecord note : sampleNotes(count)) {
+            note.memo = count - note.x / 15 + 1;
+            bytes += encodeRecord(westernPage(), note).bytes.substr(0, recordLength);
+        }
+        return bytes;
+    }
+
+    /// What the upgrade must make of them.
+    static std::string expected(std::size_t recordLength, int count) {
+        std::string bytes;
+        const std::string old = oldRecords(recordLength, count);
+        for (std::size_t at = 0; at < old.size(); at += recordLength) {
+            std::string record = old.substr(at, recordLength);
+            while (record.size() < 199)
+                record += '\0';
+            if (record.size() == 199) record += "  ";
+            while (record.size() < kRecordLength)
+                record += '\0';
+            bytes += record;
+        }
+        return bytes;
+    }
+};
+
+struct Layout {
+    float version;
+    std::size_t length;
+    TextView temporary;
+};
+constexpr Layout kLayouts[] = {{0.5F, 195, u"KARDEL121.DAT"},  {1.2099F, 195, u"KARDEL121.DAT"},
+                               {1.21F, 197, u"KARDEL122.DAT"}, {1.2199F, 197, u"KARDEL122.DAT"},
+                               {1.22F, 201, u"KARDEL125.DAT"}, {1.2499F, 201, u"KARDEL125.DAT"}};
+
+TEST(UpgradeDataFiles, RewritesEveryOlderLayoutByteForByte) {
+    for (const Layout& layout : kLayouts) {
+        OldFiles old;
+        old.seed(layout.version, layout.length, 4);
+        EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done) << layout.version;
+        EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(layout.length, 4)) << layout.version;
+        EXPECT_EQ(old.file(kHeaderFile), encodeHeader({4, 0, kProgramVersion}));
+        EXPECT_EQ(old.file(kMemoFile), std::string(4 * kMemoLength, 'm'));
+        EXPECT_FALSE(old.has(layout.temporary));
+    }
+}
+
+TEST(UpgradeDataFiles, LeavesThePresentLayoutAlone) {
+    for (const float version : {1.25F, 1.28F, 2.0F}) {
+        OldFiles files;
+        files.seed(version, kRecordLength, 3);
+        const auto before = files.folder.content;
+        EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+        EXPECT_EQ(files.folder.content, before);
+        EXPECT_EQ(files.folder.changes->made, 0);
+    }
+}
+
+TEST(UpgradeDataFiles, KeepsEachNotesBodyNumber) {
+    OldFiles old;
+    old.seed(1.2F, 195, 3);
+    UpgradeDataFiles(old.data);
+    for (int number = 1; number <= 3; ++number) {
+        NoteRecord note;
+        old.data.GetNoteRecord(number, note);
+        EXPECT_EQ(note.memo, 4 - number);
+    }
+}
+
+TEST(UpgradeDataFiles, FileOfNoRecordsStaysEmptyAndGetsItsHeader) {
+    OldFiles old;
+    old.seed(1.2F, 195, 0);
+    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+    EXPECT_EQ(old.file(kNoteFile), "");
+    EXPECT_EQ(old.file(kHeaderFile), encodeHeader({0, 0, kProgramVersion}));
+}
+
+TEST(UpgradeDataFiles, CreatesNothingWhereThereIsNothing) {
+    OldFiles none;
+    EXPECT_EQ(UpgradeDataFiles(none.data), Upgraded::NotNeeded);
+    EXPECT_TRUE(none.folder.content.empty());
+    none.file(kHeaderFile) = encodeHeader({1, 0, 1.2F});
+    EXPECT_EQ(UpgradeDataFiles(none.data), Upgraded::NotNeeded);
+    EXPECT_FALSE(none.has(kNoteFile));
+    EXPECT_EQ(none.file(kHeaderFile), encodeHeader({1, 0, kProgramVersion}));
+}
+
+TEST(UpgradeDataFiles, HeaderThatCannotBeReadIsNoOldVersion) {
+    OldFiles files;
+    files.seed(1.28F, kRecordLength, 3);
+    files.file(kHeaderFile).resize(0);
+    const auto before = files.folder.content;
+    EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+    EXPECT_EQ(files.folder.content, before);
+    files.folder.locked.insert(Text(kHeaderFile));
+    EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+    EXPECT_EQ(files.folder.content, before);
+}
+
+TEST(UpgradeDataFiles, PresentRecordsUnderAnOldHeaderStayAsTheyAre) {
+    OldFiles files;
+    files.seed(1.2F, kRecordLength, 3);
+    const std::string before = files.file(kNoteFile);
+    EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+    EXPECT_EQ(files.file(kNoteFile), before);
+    EXPECT_EQ(files.file(kHeaderFile), encodeHeader({3, 0, kProgramVersion}));
+}
+
+TEST(UpgradeDataFiles, ShortLastRecordIsNotDropped) {
+    OldFiles old;
+    old.seed(1.2F, 195, 3);
+    old.file(kNoteFile).resize(2 * 195 + 100);
+    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+    EXPECT_EQ(old.file(kNoteFile).size(), 3 * kRecordLength);
+}
+
+TEST(UpgradeDataFiles, LostHeaderBesideOldRecordsIsTakenFromTheLength) {
+    for (const std::size_t length : {std::size_t{195}, std::size_t{197}, std::size_t{201}}) {
+        OldFiles old;
+        old.seed(1.0F, length, 4);
+        old.folder.content.erase(Text(kHeaderFile));
+        EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+        EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(length, 4));
+        EXPECT_EQ(old.file(kHeaderFile), encodeHeader({4, 0, kProgramVersion}));
+    }
+    OldFiles odd;
+    odd.file(kNoteFile) = std::string(333, 'x');
+    const auto before = odd.folder.content;
+    EXPECT_EQ(UpgradeDataFiles(odd.data), Upgraded::Failed);
+    EXPECT_EQ(odd.folder.content, before);
+}
+
+TEST(UpgradeDataFiles, EndedAtAnyChangeTheNextStartFinishesIt) {
+    for (const Layout& layout : kLayouts) {
+        int points = 0;
+        for (bool ended = true; ended; ++points) {
+            OldFiles old;
+            old.seed(layout.version, layout.length, 4);
+            old.folder.changes->endAt = points;
+            ended = false;
+            try {
+                UpgradeDataFiles(old.data);
+            } catch (const ProgramEnd&) {
+                ended = true;
+            }
+            old.folder.changes->endAt = -1;
+            EXPECT_NE(UpgradeDataFiles(old.data), Upgraded::Failed);
+            EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(layout.length, 4)) << points;
+            EXPECT_EQ(old.file(kHeaderFile), encodeHeader({4, 0, kProgramVersion}));
+            EXPECT_FALSE(old.has(layout.temporary));
+        }
+        EXPECT_EQ(points, 4) << "temporary file, header, rename, and once through";
+    }
+}
+
+TEST(UpgradeDataFiles, LongerStaleTemporaryFileLeavesNothingBehind) {
+    OldFiles old;
+    old.seed(1.2F, 195, 2);
+    old.file(u"KARDEL121.DAT") = std::string(9 * kRecordLength, 's');
+    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+    EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(195, 2));
+}
+
+TEST(UpgradeDataFiles, StaleTemporaryFileNeverReplacesPresentNotes) {
+    OldFiles files;
+    files.seed(1.28F, kRecordLength, 3);
+    files.file(u"KARDEL121.DAT") = std::string(4 * kRecordLength, 's');
+    const std::string before = files.file(kNoteFile);
+    EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+    EXPECT_EQ(files.file(kNoteFile), before);
+}
+
+TEST(UpgradeDataFiles, FailedChangeLeavesTheNotesReadable) {
+    for (int point = 0; point < 3; ++point) {
+        OldFiles old;
+        old.seed(1.22F, 201, 3);
+        old.folder.changes->failAt = point;
+        EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Failed);
+        EXPECT_NE(UpgradeDataFiles(old.data), Upgraded::Failed);
+        EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(201, 3));
+    }
+}
+
+}  // namespace

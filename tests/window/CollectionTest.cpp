@@ -1,0 +1,514 @@
+// The collection on a live desktop session, in both stores: what its commands do to windows, flags and store.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <utility>
+
+#include "resources/resource.h"
+#include "tests/window/TestNotes.h"
+
+namespace {
+
+/// Every behaviour below must be the same in both stores.
+class Collection : public testing::TestWithParam<bool> {
+protected:
+    std::unique_ptr<TestNotes> run(std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
+        return std::make_unique<TestNotes>(GetParam(), std::move(notes), settings);
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Stores, Collection, testing::Bool(),
+                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+
+std::vector<NoteRecord> manyNotes(int count) {
+    std::vector<NoteRecord> notes;
+    for (int i = 1; i <= count; ++i)
+        notes.push_back(plainNote(u"n" + decimal(i), 300 * i, 150 * i));
+    return notes;
+}
+
+NoteRecord with(NoteRecord note, bool NoteRecord::*flag) {
+    note.*flag = true;
+    return note;
+}
+
+/// What the start would count.
+int storedCount(TestNotes& desk) {
+    if (!desk.desk->store.UseRegistry) return desk.desk->store.header.count;
+    const Text* const count = desk.registry.find(u"setting", u"count");
+    return count == nullptr ? 0 : static_cast<int>(leadingInt32(*count));
+}
+
+bool trayAllows(const TestNotes& desk, int index) {
+    return trayCommandAllowed(desk.desk->trayState(), index);
+}
+
+Text trayCaption(const TestNotes& desk, int index) {
+    return trayMenu(desk.desk->trayState())[static_cast<std::size_t>(index)].caption;
+}
+
+/// The caption in a note's own menu.
+Text noteCaption(fpost& note, unsigned id) {
+    for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm))) {
+        if (item.id == id) return item.caption;
+    }
+    return {};
+}
+
+/// Answers the next dialog with its close box as soon as the message loop runs, and counts it.
+struct DialogCloser {
+    static inline fmsg* dialog = nullptr;
+    static inline int closed = 0;
+    UINT_PTR timer = 0;
+
+    explicit DialogCloser(TestNotes& desk) {
+        dialog = &desk.desk->dialog;
+        closed = 0;
+        timer = SetTimer(nullptr, 0, 20, closeOpenOne);
+    }
+    ~DialogCloser() {
+        KillTimer(nullptr, timer);
+        dialog = nullptr;
+    }
+    DialogCloser(const DialogCloser&) = delete;
+    DialogCloser& operator=(const DialogCloser&) = delete;
+
+private:
+    static void CALLBACK closeOpenOne(HWND, UINT, UINT_PTR, DWORD) {
+        if (dialog == nullptr || !dialog->open()) return;
+        ++closed;
+        PostMessageW(dialog->hwnd, WM_CLOSE, 0, 0);
+    }
+};
+
+// --- New note ---------------------------------------------------------------------------------------------
+
+TEST_P(Collection, ANewNoteIsStoredAsItStands) {
+    const auto desk = run({plainNote(u"a")});
+    ASSERT_TRUE(desk->desk->NewNote());
+    fpost& note = desk->note(2);
+    const NoteRecord stored = desk->stored(2);
+    EXPECT_EQ(storedCount(*desk), 2);
+    EXPECT_EQ(stored.Titolo, u"- 2 -");
+    EXPECT_EQ(stored.Nota, u"");
+    EXPECT_EQ(stored.x, note.Left());
+    EXPECT_EQ(stored.y, note.Top());
+    EXPECT_EQ(stored.width, note.Width());
+    EXPECT_EQ(stored.height, note.Height());
+    EXPECT_EQ(desk->stored(1).Nota, u"body of a");
+    EXPECT_EQ(desk->desk->titles(), (std::vector<Text>{u"a", u"- 2 -"}));
+    EXPECT_EQ(desk->desk->NoteSlots[1], &note);
+}
+
+TEST_P(Collection, ANewNoteTakesTheSizeThatIsSetNow) {
+    const auto desk = run({plainNote(u"a")});
+    const Settings settings = desk->registry.settings();
+    saveSetting(settings, u"setting", u"defaultwidth", u"4500");
+    saveSetting(settings, u"setting", u"defaultheight", u"3000.6");
+    ASSERT_TRUE(desk->desk->NewNote());
+    EXPECT_EQ(desk->stored(2).width, 4500);
+    EXPECT_EQ(desk->note(2).Width(), 4500);
+    EXPECT_NEAR(desk->note(2).Height(), 3000, 15);
+}
+
+TEST_P(Collection, TheFiftyFirstNoteIsRefusedAndNothingIsWritten) {
+    const auto desk = run(manyNotes(50));
+    const auto files = desk->folder.content;
+    const int made = desk->registry.changes ? desk->registry.changes->made : 0;
+    const DialogCloser closer(*desk);
+    EXPECT_FALSE(desk->desk->NewNote());
+    EXPECT_EQ(DialogCloser::closed, 1);
+    EXPECT_EQ(desk->desk->Count(), 50);
+    EXPECT_EQ(storedCount(*desk), 50);
+    EXPECT_EQ(desk->folder.content, files);
+    EXPECT_EQ(desk->registry.changes ? desk->registry.changes->made : 0, made);
+}
+
+TEST_P(Collection, TheFirstNoteAfterAllWereDeletedEnablesTheCommandsAgain) {
+    const auto desk = run({plainNote(u"a")});
+    desk->note(1).DeleteForm(true);
+    pumpPending();
+    for (const int command : {tray::kHideAll, tray::kIconizeAll, tray::kAlignAll}) {
+        EXPECT_FALSE(trayAllows(*desk, command)) << command;
+    }
+    EXPECT_FALSE(openAllowed(desk->desk->trayState(), 0));
+    ASSERT_TRUE(desk->desk->NewNote());
+    for (const int command : {tray::kHideAll, tray::kIconizeAll, tray::kAlignAll}) {
+        EXPECT_TRUE(trayAllows(*desk, command)) << command;
+    }
+    EXPECT_TRUE(openAllowed(desk->desk->trayState(), 0));
+    EXPECT_EQ(desk->stored(1).Titolo, u"- 1 -");
+    EXPECT_EQ(desk->stored(1).Nota, u"");
+}
+
+TEST_P(Collection, ANewNoteOnAHiddenDeskTurnsTheCaptionsAndLeavesTheOthersHidden) {
+    const auto desk = run({plainNote(u"a"), plainNote(u"b")});
+    desk->desk->ToggleHideAll();
+    ASSERT_TRUE(desk->desk->NewNote());
+    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Hide All");
+    EXPECT_EQ(noteCaption(desk->note(1), IDM_HIDEALL), u"Hide All");
+    EXPECT_FALSE(desk->note(1).visible());
+    EXPECT_FALSE(desk->note(2).visible());
+    EXPECT_TRUE(desk->note(3).visible());
+    EXPECT_FALSE(desk->stored(1).closed);
+}
+
+TEST_P(Collection, ANewNoteOnAnIconizedDeskTurnsTheCaptions) {
+    const auto desk = run({plainNote(u"a"), plainNote(u"b")});
+    desk->desk->ToggleIconizeAll();
+    ASSERT_TRUE(desk->desk->NewNote());
+    EXPECT_EQ(trayCaption(*desk, tray::kIconizeAll), u"Iconize All");
+    EXPECT_EQ(noteCaption(desk->note(1), IDM_ICONIZEALL), u"Iconize All");
+    EXPECT_TRUE(desk->note(1).Iconized());
+    EXPECT_FALSE(desk->note(3).Iconized());
+}
+
+TEST_P(Collection, WithAutomaticPositionASecondNoteStandsUnderTheFirst) {
+    GlobalSettings settings;
+    settings.AlignAll = true;
+    const auto desk = run({plainNote(u"a", 4500, 3000)}, settings);
+    ASSERT_TRUE(desk->desk->NewNote());
+    EXPECT_EQ(desk->note(2).Left(), 4500);
+    EXPECT_EQ(desk->note(2).Top(), 3000 + 2250);
+    EXPECT_EQ(desk->stored(2).x, 4500);
+    EXPECT_EQ(desk->stored(2).y, 3000 + 2250);
+}
+
+TEST_P(Collection, NewNotesCascadeInsteadOfCoveringEachOther) {
+    const auto desk = run({});
+    std::set<std::pair<int, int>> places;
+    for (int i = 0; i < 6; ++i) {
+        ASSERT_TRUE(desk->desk->NewNote());
+        places.insert({desk->note(i + 1).Left(), desk->note(i + 1).Top()});
+    }
+    EXPECT_EQ(places.size(), 6U);
+}
+
+TEST_P(Collection, ANewNoteEndsTheEditThatIsOpenAndKeepsItsText) {
+    const auto desk = run({plainNote(u"a")});
+    desk->note(1).EditForm();
+    SetWindowTextW(desk->note(1).txtNota, L"half a thought");
+    ASSERT_TRUE(desk->desk->NewNote());
+    EXPECT_EQ(desk->stored(1).Nota, u"half a thought");
+    EXPECT_FALSE(desk->note(1).bodyBeingEdited);
+}
+
+TEST(CollectionRegistry, ALeftOverSectionLendsNothingToANewNote) {
+    TestNotes desk(true, {plainNote(u"a")});
+    NoteRecord ghost = plainNote(u"ghost");
+    ghost.closed = true;
+    ghost.alarmdate = u"*";
+    ghost.interval = u"eachday";
+    ghost.alarmtime = u"13:00:00";
+    desk.desk->store.registry.SaveNoteToRegistry(2, ghost);
+    ASSERT_TRUE(desk.desk->NewNote());
+    const NoteRecord stored = desk.stored(2);
+    EXPECT_FALSE(stored.closed);
+    EXPECT_EQ(stored.interval, u"");
+    EXPECT_EQ(stored.alarmtime, u"");
+    EXPECT_EQ(stored.Nota, u"");
+}
+
+// --- Hide All and Show All --------------------------------------------------------------------------------
+
+TEST_P(Collection, HideAllHidesEveryNoteAndStoresNothing) {
+    const auto desk = run(manyNotes(3));
+    std::vector<NoteRecord> before;
+    for (int n = 1; n <= 3; ++n)
+        before.push_back(desk->stored(n));
+    desk->desk->ToggleHideAll();
+    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Show All");
+    for (int n = 1; n <= 3; ++n) {
+        EXPECT_FALSE(desk->note(n).visible());
+        EXPECT_EQ(noteCaption(desk->note(n), IDM_HIDEALL), u"Show All");
+        EXPECT_EQ(desk->stored(n), before[static_cast<std::size_t>(n - 1)]);
+    }
+}
+
+TEST_P(Collection, HiddenNotesAreNotClosedByALaterFullSave) {
+    const auto desk = run(manyNotes(3));
+    desk->desk->ToggleHideAll();
+    desk->note(1).DeleteForm(true);  // stores the notes behind it under new numbers
+    pumpPending();
+    EXPECT_EQ(desk->desk->Count(), 2);
+    EXPECT_FALSE(desk->stored(1).closed);
+    EXPECT_FALSE(desk->stored(2).closed);
+    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Show All");
+}
+
+TEST_P(Collection, ShowAllReopensClosedNotes) {
+    const auto desk =
+        run({with(plainNote(u"a"), &NoteRecord::closed), with(plainNote(u"b"), &NoteRecord::closed)});
+    ASSERT_EQ(trayCaption(*desk, tray::kHideAll), u"Show All");
+    desk->desk->ToggleHideAll();
+    for (int n = 1; n <= 2; ++n) {
+        EXPECT_TRUE(desk->note(n).visible());
+        EXPECT_FALSE(desk->stored(n).closed);
+    }
+    EXPECT_EQ(desk->desk->ClosedCount(), 0);
+    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Hide All");
+}
+
+TEST_P(Collection, ShowAllReappliesWhatIsStored) {
+    const auto desk = run({plainNote(u"a")});
+    desk->desk->ToggleHideAll();
+    NoteRecord changed = desk->stored(1);
+    changed.x = 4500;
+    changed.y = 6000;
+    changed.width = 3750;
+    changed.height = 3000;
+    changed.topmost = true;
+    desk->desk->store.save(1, changed);
+    ShowWindow(desk->note(1).hwnd, SW_SHOWMINNOACTIVE);
+    desk->desk->ToggleHideAll();
+    const fpost& note = desk->note(1);
+    EXPECT_FALSE(IsIconic(note.hwnd));
+    EXPECT_EQ(note.Left(), 4500);
+    EXPECT_EQ(note.Top(), 6000);
+    EXPECT_EQ(note.Width(), 3750);
+    EXPECT_EQ(note.Height(), 3000);
+    EXPECT_NE(GetWindowLongPtrW(note.hwnd, GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+}
+
+TEST_P(Collection, ShowAllKeepsAnIconizedNoteIconizedAndItsFullHeight) {
+    const auto desk = run({with(plainNote(u"a"), &NoteRecord::iconized), plainNote(u"b")});
+    const int strip = desk->note(1).Height();
+    desk->desk->ToggleHideAll();
+    desk->desk->ToggleHideAll();
+    EXPECT_EQ(desk->note(1).Height(), strip);
+    EXPECT_EQ(desk->note(2).Height(), 2250);
+    EXPECT_EQ(desk->stored(1).height, 2250);
+    desk->note(1).toggleIconized();
+    EXPECT_EQ(desk->note(1).Height(), 2250);
+}
+
+TEST(CollectionRegistry, FieldsMissingAtShowAllReadAsTheirFallbacks) {
+    TestNotes desk(true, {with(plainNote(u"a"), &NoteRecord::topmost)});
+    desk.desk->ToggleHideAll();
+    for (const TextView key : {u"x", u"y", u"width", u"height", u"topmost"}) {
+        desk.registry.settings().removeValue(u"kardel-1", key);
+    }
+    desk.desk->ToggleHideAll();
+    const fpost& note = desk.note(1);
+    EXPECT_EQ(note.Left(), 0);
+    EXPECT_EQ(note.Top(), 0);
+    EXPECT_EQ(note.Width(), 2910) << "a note without a size has the usual one";
+    EXPECT_EQ(note.Height(), 1890);
+    EXPECT_FALSE(note.TopMost());
+}
+
+TEST_P(Collection, HideAllKeepsTheTextBeingTyped) {
+    const auto desk = run({plainNote(u"a")});
+    desk->note(1).EditForm();
+    SetWindowTextW(desk->note(1).txtNota, L"typed");
+    desk->desk->ToggleHideAll();
+    EXPECT_EQ(desk->stored(1).Nota, u"typed");
+    EXPECT_FALSE(desk->note(1).visible());
+}
+
+/// Notes 1 and 3 ring, both with an alarm that comes once.
+std::unique_ptr<TestNotes> ringing(bool useRegistry, bool keepThem) {
+    GlobalSettings settings;
+    settings.DontDeleteWhenPlay = keepThem;
+    std::vector<NoteRecord> notes = manyNotes(4);
+    for (const std::size_t at : {std::size_t{0}, std::size_t{2}}) {
+        notes[at].alarmdate = u"15/06/2026";
+        notes[at].alarmtime = u"12:00:10";
+    }
+    auto desk = std::make_unique<TestNotes>(useRegistry, std::move(notes), settings);
+    desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
+    for (const int n : {1, 3})
+        desk->note(n).tmr_Timer();
+    return desk;
+}
+
+TEST_P(Collection, HideAllSilencesRingingNotesAndRemovesThoseWhoseAlarmIsOver) {
+    const auto desk = ringing(GetParam(), false);
+    ASSERT_TRUE(desk->note(1).Alarming && desk->note(3).Alarming);
+    desk->desk->ToggleHideAll();
+    pumpPending();
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"n2", u"n4"}));
+    for (int n = 1; n <= 2; ++n) {
+        EXPECT_FALSE(desk->note(n).visible());
+        EXPECT_EQ(desk->note(n).number, n);
+    }
+    EXPECT_EQ(desk->stored(1).Titolo, u"n2");
+    EXPECT_EQ(desk->stored(2).Titolo, u"n4");
+    EXPECT_EQ(storedCount(*desk), 2);
+    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Show All");
+}
+
+TEST_P(Collection, HideAllSilencesRingingNotesThatAreToBeKept) {
+    const auto desk = ringing(GetParam(), true);
+    desk->desk->ToggleHideAll();
+    pumpPending();
+    ASSERT_EQ(desk->desk->Count(), 4);
+    for (int n = 1; n <= 4; ++n) {
+        EXPECT_FALSE(desk->note(n).Alarming) << n;
+        EXPECT_FALSE(desk->note(n).visible()) << n;
+    }
+    EXPECT_EQ(desk->stored(1).alarmdate, u"");
+}
+
+TEST_P(Collection, CommandsOnAnEmptyDeskDoNothing) {
+    const auto desk = run({});
+    desk->desk->ToggleHideAll();
+    desk->desk->ToggleIconizeAll();
+    desk->desk->AutoPosition();
+    EXPECT_FALSE(desk->desk->AllHidden);
+    EXPECT_FALSE(desk->desk->AllIconized);
+}
+
+// --- Iconize All and Restore All --------------------------------------------------------------------------
+
+TEST_P(Collection, IconizeAllShrinksAndRestoreAllBringsBack) {
+    const auto desk = run({plainNote(u"a"), with(plainNote(u"b"), &NoteRecord::iconized), plainNote(u"c")});
+    desk->desk->ToggleIconizeAll();
+    EXPECT_EQ(trayCaption(*desk, tray::kIconizeAll), u"Restore All");
+    EXPECT_EQ(desk->desk->IconizedCount(), 3);
+    for (int n = 1; n <= 3; ++n) {
+        EXPECT_TRUE(desk->stored(n).iconized) << n;
+        EXPECT_EQ(desk->stored(n).height, 2250) << n;
+        EXPECT_EQ(noteCaption(desk->note(n), IDM_ICONIZEALL), u"Restore All");
+    }
+    desk->desk->ToggleIconizeAll();
+    EXPECT_EQ(trayCaption(*desk, tray::kIconizeAll), u"Iconize All");
+    EXPECT_EQ(desk->desk->IconizedCount(), 0);
+    for (int n = 1; n <= 3; ++n) {
+        EXPECT_FALSE(desk->stored(n).iconized) << n;
+        EXPECT_EQ(desk->note(n).Height(), 2250) << n;
+    }
+}
+
+TEST_P(Collection, IconizeAllRestoresNotesThatTheSystemMinimised) {
+    const auto desk = run(manyNotes(2));
+    ShowWindow(desk->note(2).hwnd, SW_MINIMIZE);
+    desk->desk->ToggleIconizeAll();
+    EXPECT_FALSE(IsIconic(desk->note(2).hwnd));
+    EXPECT_EQ(desk->note(2).Height(), desk->note(1).Height());
+    EXPECT_EQ(desk->stored(2).x, 600);
+}
+
+// --- Automatic position -----------------------------------------------------------------------------------
+
+TEST_P(Collection, AutomaticPositionStacksTheVisibleNotesAndStoresThem) {
+    GlobalSettings settings;
+    std::vector<NoteRecord> notes = manyNotes(4);
+    notes[1].closed = true;
+    const auto desk = run(notes, settings);
+    desk->desk->ToggleAlignAll();
+    EXPECT_EQ(desk->note(3).Top(), 150 + 2250);
+    EXPECT_EQ(desk->note(4).Top(), 150 + 2 * 2250);
+    EXPECT_EQ(desk->stored(3).y, 150 + 2250);
+    EXPECT_EQ(desk->stored(4).x, 300);
+    EXPECT_EQ(desk->stored(2).x, 600) << "a hidden note stays where it was";
+    EXPECT_EQ(*desk->registry.find(u"setting", u"AlignAll"), u"True");
+}
+
+TEST_P(Collection, ThePlacesAreStoredForEveryReasonToLayOutAgain) {
+    GlobalSettings settings;
+    settings.AlignAll = true;
+    const auto desk = run(manyNotes(3), settings);
+    const auto storedBelow = [&desk](int high, int low) {
+        return desk->stored(low).y == desk->note(high).Top() + desk->note(high).Height();
+    };
+    EXPECT_TRUE(storedBelow(1, 2) && storedBelow(2, 3)) << "at the start";
+    desk->desk->ToggleIconizeAll();
+    EXPECT_TRUE(storedBelow(1, 2) && storedBelow(2, 3)) << "iconized";
+    desk->desk->ToggleIconizeAll();
+    EXPECT_TRUE(storedBelow(1, 2) && storedBelow(2, 3)) << "restored";
+    desk->note(2).CloseForm();
+    EXPECT_TRUE(storedBelow(1, 3)) << "one closed";
+    desk->desk->ToggleHideAll();
+    desk->desk->ToggleHideAll();
+    EXPECT_TRUE(storedBelow(1, 2) && storedBelow(2, 3)) << "all shown";
+}
+
+TEST_P(Collection, TheTwoAlignmentsAreNeverBothOnInARun) {
+    const auto desk = run(manyNotes(2));
+    desk->desk->ToggleEasyAlign();
+    EXPECT_FALSE(trayAllows(*desk, tray::kAlignAll));
+    desk->desk->ToggleEasyAlign();
+    EXPECT_TRUE(trayAllows(*desk, tray::kAlignAll));
+    desk->desk->ToggleAlignAll();
+    EXPECT_FALSE(trayAllows(*desk, tray::kEasyAlign));
+    EXPECT_FALSE(desk->desk->settings.EasyAlign);
+}
+
+TEST_P(Collection, TurningOneAlignmentOnLeavesTheKeyOfTheOtherAlone) {
+    GlobalSettings settings;
+    settings.EasyAlign = true;
+    const auto desk = run(manyNotes(2), settings);
+    saveSetting(desk->registry.settings(), u"setting", u"EasyAlign", u"True");
+    desk->desk->ToggleAlignAll();
+    EXPECT_FALSE(desk->desk->settings.EasyAlign);
+    EXPECT_EQ(*desk->registry.find(u"setting", u"EasyAlign"), u"True");
+    EXPECT_EQ(*desk->registry.find(u"setting", u"AlignAll"), u"True");
+}
+
+TEST_P(Collection, BothAlignmentsStoredAsOnAreBothCheckedAndGrey) {
+    GlobalSettings settings;
+    settings.AlignAll = true;
+    settings.EasyAlign = true;
+    const auto desk = run(manyNotes(2), settings);
+    const std::vector<TrayMenuItem> menu = trayMenu(desk->desk->trayState());
+    for (const int command : {tray::kAlignAll, tray::kEasyAlign}) {
+        EXPECT_TRUE(menu[static_cast<std::size_t>(command)].checked) << command;
+        EXPECT_FALSE(menu[static_cast<std::size_t>(command)].enabled) << command;
+    }
+}
+
+// --- Open -------------------------------------------------------------------------------------------------
+
+TEST_P(Collection, OpeningAClosedNoteClearsItsFlagForGood) {
+    const auto desk = run({plainNote(u"a"), with(plainNote(u"b"), &NoteRecord::closed)});
+    desk->desk->OpenNote(1);
+    EXPECT_TRUE(desk->note(2).visible());
+    EXPECT_FALSE(desk->stored(2).closed);
+    EXPECT_EQ(desk->desk->ClosedCount(), 0);
+    desk->desk->store.save(2, desk->note(2).record);
+    EXPECT_FALSE(desk->stored(2).closed);
+}
+
+TEST_P(Collection, OpeningOneOfAllClosedNotesBringsHideAllBack) {
+    const auto desk =
+        run({with(plainNote(u"a"), &NoteRecord::closed), with(plainNote(u"b"), &NoteRecord::closed)});
+    desk->desk->OpenNote(0);
+    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Hide All");
+    EXPECT_TRUE(desk->stored(2).closed);
+}
+
+TEST_P(Collection, OpeningASlotWithoutANoteDoesNothing) {
+    const auto desk = run({plainNote(u"a")});
+    for (const int slot : {-1, 1, 49, 50, 1000})
+        desk->desk->OpenNote(slot);
+    EXPECT_EQ(desk->desk->Count(), 1);
+}
+
+// --- The end ----------------------------------------------------------------------------------------------
+
+TEST_P(Collection, TheEndOfTheSessionKeepsTextAndARingingNote) {
+    const auto desk = ringing(GetParam(), false);
+    desk->note(2).EditForm();
+    SetWindowTextW(desk->note(2).txtNota, L"typed at log-off");
+    EXPECT_EQ(SendMessageW(desk->desk->tray.hwnd, WM_QUERYENDSESSION, 0, 0), TRUE);
+    SendMessageW(desk->desk->tray.hwnd, WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(desk->stored(2).Nota, u"typed at log-off");
+    EXPECT_EQ(desk->desk->Count(), 4);
+    EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026") << "it rings again at the next start";
+    EXPECT_FALSE(desk->note(1).Alarming);
+}
+
+TEST_P(Collection, ExitNeverDeletesARingingNote) {
+    auto desk = ringing(GetParam(), false);
+    desk->desk->ExitProgram();
+    MSG message{};
+    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    desk->desk->Teardown();
+    EXPECT_EQ(storedCount(*desk), 4);
+    EXPECT_EQ(desk->stored(1).Titolo, u"n1");
+    EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026");
+    EXPECT_EQ(desk->stored(3).alarmtime, u"12:00:10");
+}
+
+}  // namespace

@@ -1,0 +1,424 @@
+#include <gtest/gtest.h>
+
+#include "resources/resource.h"
+#include "tests/window/TestNotes.h"
+
+namespace {
+
+/// Every behaviour below must be the same in both stores.
+class NoteWindow : public testing::TestWithParam<bool> {
+protected:
+    std::unique_ptr<TestNotes> run(std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
+        return std::make_unique<TestNotes>(GetParam(), std::move(notes), settings);
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Stores, NoteWindow, testing::Bool(),
+                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+
+Rgb pixelOf(HWND window, int x, int y) {
+    UpdateWindow(window);
+    const WindowDc dc(window);
+    return GetPixel(dc, x, y);
+}
+
+// --- Geometry and the store -------------------------------------------------------------------------------
+
+TEST_P(NoteWindow, SavedWhileMinimisedKeepsItsPlaceAndSize) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    ShowWindow(note.hwnd, SW_MINIMIZE);
+    desk->desk->store.save(1, note.record);
+    const NoteRecord stored = desk->stored(1);
+    EXPECT_EQ(stored.x, 1500);
+    EXPECT_EQ(stored.y, 1500);
+    EXPECT_EQ(stored.width, 3000);
+    EXPECT_EQ(stored.height, 2250);
+}
+
+TEST_P(NoteWindow, SystemMinimiseIsUndoneAtOnce) {
+    const auto desk = run({plainNote(u"a")});
+    const HWND window = desk->note(1).hwnd;
+    const RECT before = rectOf(window);
+    ShowWindow(window, SW_MINIMIZE);
+    pumpPending();
+    EXPECT_FALSE(IsIconic(window));
+    const RECT after = rectOf(window);
+    EXPECT_TRUE(EqualRect(&before, &after));
+    SendMessageW(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+    EXPECT_FALSE(IsIconic(window));
+}
+
+TEST_P(NoteWindow, SavedWhileIconizedKeepsItsFullSize) {
+    NoteRecord iconized = plainNote(u"a");
+    iconized.iconized = true;
+    const auto desk = run({iconized});
+    fpost& note = desk->note(1);
+    EXPECT_EQ(rectOf(note.hwnd).bottom - rectOf(note.hwnd).top, desk->desk->look.px(kIconizedHeight));
+    desk->desk->store.save(1, note.record);
+    EXPECT_EQ(desk->stored(1).height, 2250);
+    EXPECT_EQ(desk->stored(1).width, 3000);
+}
+
+TEST_P(NoteWindow, NonsenseSizesAreShownUsablyAndStayStored) {
+    NoteRecord tiny = plainNote(u"tiny");
+    tiny.width = 5;
+    tiny.height = 5;
+    NoteRecord none = plainNote(u"none");
+    none.width = 0;
+    none.height = -7;
+    NoteRecord huge = plainNote(u"huge");
+    huge.width = 2000000000;
+    huge.height = 2000000000;
+    const auto desk = run({tiny, none, huge});
+    EXPECT_EQ(desk->note(1).Width(), desk->desk->look.twips(desk->desk->look.px(design::kMinWidth)));
+    EXPECT_EQ(desk->note(2).Width(), 2910);
+    EXPECT_EQ(desk->note(2).Height(), 1890);
+    EXPECT_LE(rectOf(desk->note(3).hwnd).right - rectOf(desk->note(3).hwnd).left,
+              GetSystemMetrics(SM_CXSCREEN));
+    EXPECT_EQ(desk->stored(1).width, 5);
+    EXPECT_EQ(desk->stored(3).width, 2000000000);
+}
+
+TEST_P(NoteWindow, RescuedNoteKeepsItsStoredPlace) {
+    const auto desk = run({plainNote(u"far", -900000, 900000)});
+    EXPECT_GE(desk->note(1).Left(), 0);
+    EXPECT_EQ(desk->note(1).record.x, -900000);
+    EXPECT_EQ(desk->stored(1).y, 900000);
+}
+
+TEST_P(NoteWindow, DeletePictureNeverLeavesTheNote) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    for (int width = 3000; width >= 1130; width -= 10) {
+        note.pWidth(width);
+        RECT client{};
+        GetClientRect(note.hwnd, &client);
+        RECT picture = rectOf(note.pic);
+        MapWindowPoints(nullptr, note.hwnd, reinterpret_cast<POINT*>(&picture), 2);
+        ASSERT_EQ(picture.right, client.right) << width;
+        ASSERT_GE(picture.left, 0) << width;
+    }
+}
+
+// --- Colours ----------------------------------------------------------------------------------------------
+
+TEST_P(NoteWindow, PaintingSetsAllSevenSurfaces) {
+    NoteRecord record = plainNote(u"a");
+    record.alarmdate = u"01/01/2030";
+    record.alarmtime = u"10:00:00";
+    const auto desk = run({record});
+    fpost& note = desk->note(1);
+    note.Backcol(0x30C0F0);
+    for (const HWND part : {note.nota, note.pic, note.pic2, note.lbl2, note.pic_time}) {
+        EXPECT_EQ(pixelOf(part, 0, 0), 0x30C0F0U) << GetDlgCtrlID(part);
+    }
+    EXPECT_EQ(pixelOf(note.lbl, 150, 0), 0x30C0F0U) << "right of the buttons that lie over it";
+    EXPECT_EQ(pixelOf(note.hwnd, 1, 60), 0x30C0F0U);
+}
+
+TEST(NoteColour, NoteWithoutOneKeepsTheDesignColour) {
+    NoteRecord record = plainNote(u"a");
+    TestNotes desk(true, {record});
+    desk.registry.find(u"kardel-1", u"backcolor")->clear();
+    desk.note(1).apply(desk.stored(1));
+    EXPECT_EQ(desk.note(1).Backcol(), static_cast<Rgb>(kDesignColor));
+    EXPECT_EQ(pixelOf(desk.note(1).nota, 0, 0), static_cast<Rgb>(kDesignColor));
+}
+
+// --- Re-alignment -----------------------------------------------------------------------------------------
+
+TEST_P(NoteWindow, ResizingANormalNoteRealignsAnIconizedOneDoesNot) {
+    GlobalSettings settings;
+    settings.AlignAll = true;
+    const auto desk = run({plainNote(u"1"), plainNote(u"2", 6000, 6000)}, settings);
+    EXPECT_EQ(desk->note(2).Top(), desk->note(1).Top() + desk->note(1).Height());
+    desk->note(1).pHeight(3000);
+    EXPECT_EQ(desk->note(2).Top(), desk->note(1).Top() + desk->note(1).Height());
+    EXPECT_EQ(desk->stored(2).y, desk->note(2).Top());
+
+    desk->note(1).toggleIconized();
+    desk->note(2).moveTo(9000, 9000);
+    desk->note(1).pWidth(2400);
+    EXPECT_EQ(desk->note(2).Left(), 9000);
+}
+
+// --- Keys, messages, menu ---------------------------------------------------------------------------------
+
+TEST_P(NoteWindow, DeleteKeyEditsInBothEditors) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.EditForm();
+    EXPECT_FALSE(note.onKeyDown(VK_DELETE));
+    note.EditCaption();
+    EXPECT_FALSE(note.onKeyDown(VK_DELETE));
+    EXPECT_EQ(desk->desk->Count(), 1);
+}
+
+TEST_P(NoteWindow, EditKeyInTheOpenEditorKeepsWhatWasTyped) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.EditForm();
+    SetWindowTextW(note.txtNota, L"typed");
+    EXPECT_TRUE(note.onKeyDown(VK_F2));
+    EXPECT_TRUE(note.bodyBeingEdited);
+    EXPECT_EQ(windowText(note.txtNota), u"typed");
+}
+
+TEST_P(NoteWindow, WhatTheStoreCannotKeepCannotBeTyped) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.EditForm();
+    // No limit is answered as the largest 32-bit number.
+    const auto body = static_cast<DWORD>(SendMessageW(note.txtNota, EM_GETLIMITTEXT, 0, 0));
+    note.EditCaption();
+    const auto title = static_cast<DWORD>(SendMessageW(note.txtTitle, EM_GETLIMITTEXT, 0, 0));
+    if (GetParam()) {
+        EXPECT_GT(body, 1000000U);
+        EXPECT_GT(title, 1000000U);
+    } else {
+        EXPECT_EQ(body, 1024U);
+        EXPECT_EQ(title, 128U);
+    }
+}
+
+TEST_P(NoteWindow, OpeningTheMenuLeavesTheAlarmCounting) {
+    NoteRecord daily = plainNote(u"daily");
+    daily.alarmdate = u"*";
+    daily.alarmtime = u"18:00:00";
+    daily.interval = u"eachday";
+    const auto desk = run({daily});
+    fpost& note = desk->note(1);
+    EXPECT_TRUE(note.menuInput(note.storedAlarm()).alarmValid);
+    EXPECT_EQ(note.alarm.due, instantOf({2026, 6, 15}, {18, 0, 0}));
+    desk->folder.locked.insert(Text(kNoteFile));
+    EXPECT_TRUE(note.menuInput(note.storedAlarm()).alarmValid) << "memory serves while the file is locked";
+}
+
+TEST_P(NoteWindow, CloseMessageIsIgnored) {
+    const auto desk = run({plainNote(u"a")});
+    SendMessageW(desk->note(1).hwnd, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(desk->note(1).visible());
+    EXPECT_FALSE(desk->stored(1).closed);
+}
+
+TEST_P(NoteWindow, PartsHaveTheirIdsAndTexts) {
+    const auto desk = run({plainNote(u"title")});
+    const fpost& note = desk->note(1);
+    const std::pair<HWND, int> parts[] = {{note.lbl, ID_LBL},         {note.lbl2, ID_LBL2},
+                                          {note.pic, ID_PIC},         {note.nota, ID_NOTA},
+                                          {note.txtNota, ID_TXTNOTA}, {note.txtTitle, ID_TXTTITLE},
+                                          {note.pic2, ID_PIC2},       {note.pic_time, ID_PIC_TIME}};
+    for (const auto& [window, id] : parts) {
+        EXPECT_EQ(GetDlgCtrlID(window), id);
+        EXPECT_EQ(GetParent(window), note.hwnd);
+    }
+    EXPECT_EQ(windowText(note.lbl), u"     title");
+    EXPECT_EQ(windowText(note.nota), u"body of title");
+}
+
+TEST_P(NoteWindow, HiddenCommandsDoNothing) {
+    const auto desk = run({plainNote(u"a")});
+    SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_DONTDELETE, 0);
+    EXPECT_FALSE(desk->desk->settings.DontDeleteWhenPlay);
+    SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_TOPMOST, 0);
+    EXPECT_TRUE(desk->stored(1).topmost);
+}
+
+// --- Failures ---------------------------------------------------------------------------------------------
+
+/// Whether the collection posted the message about a failed save.
+bool tookFailureReport(HWND tray) {
+    MSG message{};
+    return PeekMessageW(&message, tray, fTray::kSaveFailed, fTray::kSaveFailed, PM_REMOVE) != FALSE;
+}
+
+TEST_P(NoteWindow, FailedSaveKeepsTheTextAndTheNextSaveTriesAgain) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    auto fullDisk = std::make_unique<FullDisk>(*desk);
+    note.EditForm();
+    SetWindowTextW(note.txtNota, L"typed while the disk was full");
+    note.SaveNote();
+    EXPECT_TRUE(tookFailureReport(desk->desk->tray.hwnd));
+    EXPECT_EQ(windowText(note.nota), u"typed while the disk was full");
+    EXPECT_EQ(desk->stored(1).Nota, u"body of a");
+
+    fullDisk.reset();
+    note.EditForm();
+    note.SaveNote();
+    EXPECT_EQ(desk->stored(1).Nota, u"typed while the disk was full");
+}
+
+TEST_P(NoteWindow, ExitTriesOnceMoreWhatTheStoreRefused) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    auto fullDisk = std::make_unique<FullDisk>(*desk);
+    note.EditForm();
+    SetWindowTextW(note.txtNota, L"typed while the disk was full");
+    note.SaveNote();
+    note.toggleTopmost();
+    fullDisk.reset();
+    desk->desk->CommitEdits();
+    EXPECT_EQ(desk->stored(1).Nota, u"typed while the disk was full");
+    EXPECT_TRUE(desk->stored(1).topmost);
+}
+
+TEST_P(NoteWindow, NoteWhoseCreationFailedIsCountedOnceASaveWorks) {
+    const auto desk = run({plainNote(u"a")});
+    auto fullDisk = std::make_unique<FullDisk>(*desk);
+    ASSERT_TRUE(desk->desk->NewNote());
+    fullDisk.reset();
+    desk->note(2).toggleTopmost();
+    EXPECT_EQ(desk->stored(2).Titolo, u"- 2 -");
+    DataHeader header;
+    if (GetParam()) {
+        EXPECT_EQ(desk->registry.text(u"setting", u"count"), u"2");
+    } else {
+        ASSERT_TRUE(decodeHeader(desk->folder.content[Text(kHeaderFile)], header));
+        EXPECT_EQ(header.count, 2);
+    }
+}
+
+TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNotDeletedEither) {
+    const auto desk = run({plainNote(u"a"), plainNote(u"b")});
+    desk->note(1).record.readOnly = true;
+    desk->note(1).DeleteForm(true);
+    EXPECT_EQ(desk->desk->Count(), 2);
+    EXPECT_EQ(desk->stored(1).Titolo, u"a");
+}
+
+TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNeverWrittenBack) {
+    const auto desk = run({plainNote(u"a")});
+    desk->folder.locked.insert(Text(kNoteFile));
+    desk->registry.locked.insert(u"kardel-1");
+    NoteRecord record;
+    EXPECT_FALSE(desk->desk->store.load(1, record, desk->desk->settings));
+    desk->note(1).apply(record);
+    desk->folder.locked.clear();
+    desk->registry.locked.clear();
+    desk->note(1).moveTo(4500, 4500);
+    desk->note(1).store({NoteField::X, NoteField::Y, NoteField::Titolo, NoteField::Nota});
+    EXPECT_EQ(desk->stored(1).x, 1500);
+    EXPECT_EQ(desk->stored(1).Titolo, u"a");
+    EXPECT_EQ(desk->stored(1).Nota, u"body of a");
+}
+
+// --- Alarms at load ---------------------------------------------------------------------------------------
+
+TEST_P(NoteWindow, MissedDailyAlarmMovesOnSilentlyAndStaysDaily) {
+    NoteRecord daily = plainNote(u"daily");
+    daily.alarmdate = u"*";
+    daily.alarmtime = u"09:00:00";
+    daily.interval = u"eachday";
+    const auto desk = run({daily});
+    const fpost& note = desk->note(1);
+    EXPECT_FALSE(note.Alarming);
+    ASSERT_TRUE(note.alarm.due.has_value());
+    EXPECT_EQ(*note.alarm.due, instantOf({2026, 6, 16}, {9, 0, 0}));
+    EXPECT_EQ(desk->stored(1).alarmdate, u"*");
+    EXPECT_EQ(desk->stored(1).interval, u"eachday");
+}
+
+TEST_P(NoteWindow, MissedRepeatIsMovedOnAndWrittenBack) {
+    NoteRecord repeat = plainNote(u"repeat");
+    repeat.alarmdate = u"14/06/2026";
+    repeat.alarmtime = u"09:00:00";
+    repeat.alarmrepeatnumber = 2;
+    repeat.alarmrepeatevery = u"hh";
+    const auto desk = run({repeat});
+    EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026");
+    EXPECT_EQ(desk->stored(1).alarmtime, u"13:00:00");
+    EXPECT_EQ(windowText(desk->note(1).pic_time), u"1:00:00");
+    EXPECT_TRUE(IsWindowVisible(desk->note(1).pic_time));
+}
+
+TEST_P(NoteWindow, WeekdayRuleWithoutADayHasNothingToWaitFor) {
+    NoteRecord weekly = plainNote(u"weekly");
+    weekly.alarmdate = u"15/06/2026";
+    weekly.alarmtime = u"09:00:00";
+    weekly.alarmweekday = 8;
+    const auto desk = run({weekly});
+    EXPECT_FALSE(desk->note(1).alarm.due.has_value());
+    EXPECT_FALSE(IsWindowVisible(desk->note(1).pic_time));
+    EXPECT_EQ(desk->stored(1).alarmweekday, 8);
+}
+
+// --- Numbers and flags of the collection
+// --------------------------------------------------------------------
+
+TEST_P(NoteWindow, CountsFollowTheNotes) {
+    NoteRecord closed = plainNote(u"closed");
+    closed.closed = true;
+    NoteRecord iconized = plainNote(u"iconized");
+    iconized.iconized = true;
+    const auto desk = run({plainNote(u"a"), closed, iconized});
+    EXPECT_EQ(desk->desk->ClosedCount(), 1);
+    EXPECT_EQ(desk->desk->IconizedCount(), 1);
+    EXPECT_FALSE(desk->desk->AllHidden);
+    EXPECT_FALSE(desk->desk->AllIconized);
+    EXPECT_FALSE(desk->note(2).visible());
+    EXPECT_EQ(desk->desk->NoteSlots[0], &desk->note(1));
+    EXPECT_EQ(desk->desk->NoteSlots[3], nullptr);
+}
+
+TEST_P(NoteWindow, AllClosedAndAllIconizedAreSeenAtTheStart) {
+    NoteRecord note = plainNote(u"a");
+    note.closed = true;
+    note.iconized = true;
+    const auto desk = run({note, note});
+    EXPECT_TRUE(desk->desk->AllHidden);
+    EXPECT_TRUE(desk->desk->AllIconized);
+}
+
+TEST_P(NoteWindow, DeskWithoutNotesIsNeitherHiddenNorIconized) {
+    const auto desk = run({});
+    EXPECT_FALSE(desk->desk->AllHidden);
+    EXPECT_FALSE(desk->desk->AllIconized);
+}
+
+// --- Text that fits the window
+// --------------------------------------------------------------------------------
+
+TEST_P(NoteWindow, LongTitleWidensTheNoteUpToTheScreen) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.CheckTitleWidth();
+    EXPECT_EQ(desk->stored(1).width, 3000);
+    note.Titolo(Text(60, u'W'));
+    note.CheckTitleWidth();
+    const int wide = desk->stored(1).width;
+    EXPECT_GT(wide, 3000);
+    EXPECT_EQ(wide, note.pWidth());
+    note.Titolo(Text(128, u'W'));
+    note.CheckTitleWidth();
+    EXPECT_LE(note.Width(), desk->desk->look.twips(GetSystemMetrics(SM_CXSCREEN)));
+}
+
+TEST_P(NoteWindow, FitsWidthAndHeightToTheBody) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.FitWidth();
+    note.FitHeight();
+    EXPECT_EQ(desk->stored(1).width, 3000) << "a short body needs no more room";
+    EXPECT_EQ(desk->stored(1).height, 2250);
+    note.record.Nota = u"one line that is certainly wider than two hundred pixels of a note";
+    note.FitWidth();
+    EXPECT_GT(desk->stored(1).width, 3000);
+    note.record.Nota = u"1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n10\r\n11\r\n12";
+    note.FitHeight();
+    EXPECT_GT(desk->stored(1).height, 2250);
+}
+
+TEST_P(NoteWindow, WrappedTextBreaksWhereTheNoteDoes) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.record.Nota = u"some words that do not fit on one line of this narrow note\r\nend";
+    const Text wrapped = note.WrappedText();
+    EXPECT_NE(wrapped.find(u"\r\n"), wrapped.rfind(u"\r\n"));
+    EXPECT_EQ(replaced(replaced(wrapped, u"\r\n", u""), u" ", u""),
+              replaced(replaced(note.record.Nota, u"\r\n", u""), u" ", u""));
+    note.record.Nota.clear();
+    EXPECT_EQ(note.WrappedText(), u"");
+}
+
+}  // namespace

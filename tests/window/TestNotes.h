@@ -1,0 +1,87 @@
+// A whole desk inside the test's own process: the real collection, notes and hidden tray window over stores
+// in memory, with a clock that stands still until the test moves it.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "core/basPost.h"
+#include "tests/storage/Samples.h"
+
+struct TestNotes {
+    MemoryFiles folder;
+    MemorySettings registry;
+    Now clock{instantOf({2026, 6, 15}, {12, 0, 0}), 0};  // a Monday
+    std::unique_ptr<basPost> desk = std::make_unique<basPost>();
+
+    explicit TestNotes(bool useRegistry, std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
+        registerNoteClasses();
+        registerDialogClasses();
+        desk->look = loadNoteLook();
+        desk->settings = settings;
+        desk->store.UseRegistry = useRegistry;
+        desk->store.registry = {registry.settings(), englishWeekdayKeys()};
+        desk->store.files = {folder.files(), westernPage()};
+        desk->host.now = [this] { return clock; };
+        for (std::size_t i = 0; i < notes.size(); ++i) {
+            desk->store.create(static_cast<int>(i) + 1, notes[i]);
+        }
+        desk->createTray();
+        desk->LoadNotes(static_cast<int>(notes.size()));
+        pumpPending();
+    }
+    ~TestNotes() { desk->Teardown(); }
+    TestNotes(const TestNotes&) = delete;
+    TestNotes& operator=(const TestNotes&) = delete;
+
+    fpost& note(int number) { return *desk->Notes[static_cast<std::size_t>(number - 1)]; }
+
+    /// What a start would find for a note now.
+    NoteRecord stored(int number) {
+        NoteRecord record;
+        desk->store.load(number, record, desk->settings);
+        return record;
+    }
+};
+
+/// Refuses every change of both stores as long as it lives.
+class FullDisk {
+public:
+    explicit FullDisk(TestNotes& desk)
+        : desk_(desk), files_(desk.folder.changes), registry_(desk.registry.changes) {
+        const auto refusing = std::make_shared<Changes>();
+        refusing->allFail = true;
+        desk_.folder.changes = refusing;
+        desk_.registry.changes = refusing;
+    }
+    ~FullDisk() {
+        desk_.folder.changes = files_;
+        desk_.registry.changes = registry_;
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    TestNotes& desk_;
+    SharedChanges files_;
+    SharedChanges registry_;
+};
+
+/// A note of ordinary size and place, in twips.
+inline NoteRecord plainNote(TextView title, int x = 1500, int y = 1500) {
+    NoteRecord note;
+    note.Titolo = title;
+    note.Nota = u"body of " + Text(title);
+    note.backcolor = kDesignColor;
+    note.x = x;
+    note.y = y;
+    note.width = 3000;
+    note.height = 2250;
+    return note;
+}
+
+inline RECT rectOf(HWND window) {
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    return rect;
+}

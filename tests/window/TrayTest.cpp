@@ -1,0 +1,464 @@
+// The tray window on a live desktop session: messages in, calls of the collection out.
+#include "core/fTray.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <initializer_list>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "core/basTrayIcon.h"
+#include "resources/resource.h"
+#include "support/WinText.h"
+
+namespace {
+
+/// The collection as far as the tray knows it: answers with what the test sets, notes what it was asked to
+/// do.
+struct FakeDesk {
+    TrayMenuState state;
+    std::vector<Text> titles{u"Milk", u"Salt & pepper", u""};
+    bool dialogOpen = false;
+    std::vector<std::string> calls;
+
+    FakeDesk() { state.notes = 3; }
+
+    TrayHost host() {
+        const auto note = [this](const char* call) { return [this, call] { calls.emplace_back(call); }; };
+        TrayHost h;
+        h.state = [this] { return state; };
+        h.titles = [this] { return titles; };
+        h.dialogOpen = [this] { return dialogOpen; };
+        h.newNote = note("new");
+        h.toggleHideAll = note("hide all");
+        h.toggleIconizeAll = note("iconize all");
+        h.toggleAlignAll = note("align all");
+        h.toggleEasyAlign = note("easy align");
+        h.switchStore = note("switch store");
+        h.about = note("about");
+        h.exitProgram = note("exit");
+        h.openNote = [this](int slot) { calls.push_back("open " + std::to_string(slot)); };
+        h.defaultAction = note("default");
+        h.alreadyRunning = note("already running");
+        h.commitEdits = note("commit");
+        h.endSession = note("end session");
+        h.showSaveFailure = note("save failure");
+        return h;
+    }
+};
+
+using Calls = std::vector<std::string>;
+
+class Tray : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(tray.create(desk.host()));
+        ASSERT_EQ(FindWindowW(L"ThunderRT6FormDC", L"kardel:trayicon"), nullptr);
+        const ULONGLONG end = GetTickCount64() + 20000;
+        while (!tray.addIcon() && GetTickCount64() < end)
+            pumpFor(100);
+        ASSERT_EQ(FindWindowW(L"ThunderRT6FormDC", L"kardel:trayicon"), tray.hwnd);
+    }
+
+    void post(UINT message, WPARAM wp, LPARAM lp) {
+        PostMessageW(tray.hwnd, message, wp, lp);
+        pumpPending();
+    }
+    void mouse(std::initializer_list<UINT> messages) {
+        for (const UINT message : messages)
+            PostMessageW(tray.hwnd, WM_TRAYICON, TRAYICON_ID, static_cast<LPARAM>(message));
+        pumpPending();
+    }
+    Calls after(WPARAM command) {
+        desk.calls.clear();
+        post(WM_COMMAND, command, 0);
+        return desk.calls;
+    }
+    bool iconIsThere() const {
+        // Adding an icon that is there is refused.
+        if (!TrayIconAdd(tray.hwnd)) return true;
+        TrayIconDelete(tray.hwnd);
+        return false;
+    }
+
+    FakeDesk desk;
+    fTray tray;
+};
+
+// --- The window -------------------------------------------------------------------------------------------
+
+TEST_F(Tray, IsAHiddenTopLevelWindow) {
+    EXPECT_EQ(IsWindowVisible(tray.hwnd), FALSE);
+    EXPECT_EQ(GetAncestor(tray.hwnd, GA_PARENT), GetDesktopWindow());  // not a message-only one
+}
+
+TEST_F(Tray, TheStartCountsAnIconThatIsThereAsAdded) {
+    EXPECT_FALSE(TrayIconAdd(tray.hwnd));
+    EXPECT_TRUE(tray.addIcon());
+    mouse({WM_LBUTTONDOWN, WM_LBUTTONUP});  // still answered once, not once a try
+    EXPECT_EQ(desk.calls, Calls{"default"});
+}
+
+/// The tray window as it was when it began to go.
+struct LastLook {
+    HWND tray = nullptr;
+    bool iconStillThere = true;
+};
+LastLook* lastLook = nullptr;
+LRESULT CALLBACK lookAtTheEnd(int code, WPARAM wp, LPARAM lp) {
+    if (code == HCBT_DESTROYWND && std::bit_cast<HWND>(wp) == lastLook->tray) {
+        lastLook->iconStillThere = TrayIconDelete(lastLook->tray);
+    }
+    return CallNextHookEx(nullptr, code, wp, lp);
+}
+
+TEST_F(Tray, TheIconGoesBeforeTheWindow) {
+    // The shell keeps the icon of a window that is gone until the mouse comes by.
+    const HWND window = tray.hwnd;
+    ASSERT_TRUE(iconIsThere());
+    LastLook end{window};
+    lastLook = &end;
+    const HHOOK hook = SetWindowsHookExW(WH_CBT, lookAtTheEnd, nullptr, GetCurrentThreadId());
+    tray.destroy();
+    UnhookWindowsHookEx(hook);
+    EXPECT_FALSE(end.iconStillThere);
+    EXPECT_EQ(IsWindow(window), FALSE);
+    EXPECT_EQ(tray.hwnd, nullptr);
+    tray.destroy();  // once more does no harm
+}
+
+// --- Clicks -----------------------------------------------------------------------------------------------
+
+TEST_F(Tray, ASingleClickActsOnce) {
+    mouse({WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP});
+    EXPECT_EQ(desk.calls, Calls{"default"});
+}
+
+TEST_F(Tray, ADoubleClickDoesNotToggleTwice) {
+    mouse({WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP});
+    EXPECT_EQ(desk.calls, Calls{"default"});
+}
+
+TEST_F(Tray, TheClickAfterADoubleClickCountsAgain) {
+    mouse({WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP, WM_LBUTTONDOWN, WM_LBUTTONUP});
+    EXPECT_EQ(desk.calls, (Calls{"default", "default"}));
+    // Also when the second release of the double click happened off the icon.
+    desk.calls.clear();
+    mouse({WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONDOWN, WM_LBUTTONUP});
+    EXPECT_EQ(desk.calls, (Calls{"default", "default"}));
+}
+
+TEST_F(Tray, OldSystemsActOnTheDoubleClick) {
+    tray.windows = classified({2, 5, 1, 2600, false});
+    mouse({WM_LBUTTONDOWN, WM_LBUTTONUP});
+    EXPECT_EQ(desk.calls, Calls{});
+    mouse({WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP});
+    EXPECT_EQ(desk.calls, Calls{"default"});
+}
+
+TEST_F(Tray, OtherIconsAndOtherMouseMessagesDoNothing) {
+    post(WM_TRAYICON, TRAYICON_ID + 1, WM_LBUTTONUP);
+    mouse({WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_RBUTTONDOWN, WM_MBUTTONUP});
+    EXPECT_EQ(desk.calls, Calls{});
+}
+
+// --- A second start, a new task bar -----------------------------------------------------------------------
+
+TEST_F(Tray, ASecondStartIsToldThatThisCopyRuns) {
+    post(WM_SECONDSTART, 0, 0);
+    EXPECT_EQ(desk.calls, Calls{"already running"});
+    EXPECT_TRUE(iconIsThere());
+}
+
+TEST_F(Tray, ASecondStartBringsAVanishedIconBackInSilence) {
+    ASSERT_TRUE(TrayIconDelete(tray.hwnd));
+    post(WM_SECONDSTART, 0, 0);
+    EXPECT_EQ(desk.calls, Calls{});
+    EXPECT_TRUE(iconIsThere());
+}
+
+struct SecondStart {
+    HWND tray = nullptr;
+    HANDLE answered = nullptr;
+};
+DWORD WINAPI startAgain(void* argument) {
+    const auto* start = static_cast<const SecondStart*>(argument);
+    SendMessageW(start->tray, WM_SECONDSTART, 0, 0);
+    SetEvent(start->answered);
+    return 0;
+}
+
+TEST_F(Tray, ASecondStartDoesNotWaitForTheMessageBox) {
+    SecondStart start{tray.hwnd, CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    bool freeWhileOpen = false;
+    tray.host.alreadyRunning = [&] {
+        freeWhileOpen = WaitForSingleObject(start.answered, 10000) == WAIT_OBJECT_0;
+    };
+    const HANDLE thread = CreateThread(nullptr, 0, startAgain, &start, 0, nullptr);
+    ASSERT_NE(thread, nullptr);
+    while (MsgWaitForMultipleObjects(1, &thread, FALSE, 20000, QS_ALLINPUT) == WAIT_OBJECT_0 + 1)
+        pumpPending();
+    EXPECT_TRUE(freeWhileOpen);
+    CloseHandle(thread);
+    CloseHandle(start.answered);
+}
+
+TEST_F(Tray, TheIconComesBackWithANewTaskBar) {
+    ASSERT_TRUE(TrayIconDelete(tray.hwnd));
+    post(RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
+    EXPECT_TRUE(iconIsThere());
+    post(RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);  // there already: no word about it
+    EXPECT_EQ(desk.calls, Calls{});
+}
+
+// --- Commands ---------------------------------------------------------------------------------------------
+
+TEST_F(Tray, EveryCommandReachesTheCollection) {
+    EXPECT_EQ(after(400), Calls{"new"});
+    EXPECT_EQ(after(402), Calls{"hide all"});
+    EXPECT_EQ(after(403), Calls{"iconize all"});
+    EXPECT_EQ(after(405), Calls{"align all"});
+    EXPECT_EQ(after(406), Calls{"easy align"});
+    EXPECT_EQ(after(408), Calls{"switch store"});
+    EXPECT_EQ(after(411), Calls{"about"});
+    EXPECT_EQ(after(413), Calls{"exit"});
+    EXPECT_EQ(after(500), Calls{"open 0"});
+    EXPECT_EQ(after(502), Calls{"open 2"});
+}
+
+TEST_F(Tray, SeparatorsHiddenEntriesAndStrangeNumbersDoNothing) {
+    for (const WPARAM command : {399U, 401U, 404U, 407U, 409U, 410U, 412U, 414U, 499U, 503U, 549U, 550U}) {
+        EXPECT_EQ(after(command), Calls{}) << command;
+    }
+}
+
+TEST_F(Tray, WhatIsGreyDoesNothing) {
+    desk.state = {};
+    for (const WPARAM command : {402U, 403U, 405U, 500U})
+        EXPECT_EQ(after(command), Calls{}) << command;
+    desk.state.notes = 1;
+    desk.state.alignAll = true;
+    desk.state.easyAlign = true;
+    for (const WPARAM command : {405U, 406U})
+        EXPECT_EQ(after(command), Calls{}) << command;
+}
+
+TEST_F(Tray, OnlyHideAllAndExitRunWhileAQuestionIsOpen) {
+    desk.dialogOpen = true;
+    for (const WPARAM command : {400U, 403U, 405U, 406U, 408U, 411U, 500U})
+        EXPECT_EQ(after(command), Calls{}) << command;
+    EXPECT_EQ(after(402), Calls{"hide all"});
+    EXPECT_EQ(after(413), Calls{"exit"});
+}
+
+TEST_F(Tray, APostedSaveFailureIsShown) {
+    post(fTray::kSaveFailed, 0, 0);
+    EXPECT_EQ(desk.calls, Calls{"save failure"});
+}
+
+// --- The popup --------------------------------------------------------------------------------------------
+
+struct Entry {
+    Text caption;
+    UINT state = 0;
+    UINT id = 0;
+    HMENU submenu = nullptr;
+};
+
+std::vector<Entry> entriesOf(HMENU menu) {
+    std::vector<Entry> entries;
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        Text caption(200, u'\0');
+        MENUITEMINFOW info{};
+        info.cbSize = sizeof(info);
+        info.fMask = MIIM_STATE | MIIM_ID | MIIM_SUBMENU | MIIM_STRING | MIIM_FTYPE;
+        info.dwTypeData = wideBuffer(caption);
+        info.cch = static_cast<UINT>(caption.size());
+        GetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &info);
+        caption.resize((info.fType & MFT_SEPARATOR) != 0 ? 0 : info.cch);
+        entries.push_back(
+            {(info.fType & MFT_SEPARATOR) != 0 ? u"-" : caption, info.fState, info.wID, info.hSubMenu});
+    }
+    return entries;
+}
+
+/// Looks at the popup while it is open, then does to it what a user would.
+struct OpenPopup {
+    std::vector<Entry> commands;
+    std::vector<Entry> notes;
+    std::vector<WPARAM> keys{VK_ESCAPE};
+};
+OpenPopup* lookingAt = nullptr;
+
+void CALLBACK look(HWND, UINT, UINT_PTR timer, DWORD) {
+    const HWND popup = FindWindowW(L"#32768", nullptr);
+    if (popup == nullptr || lookingAt == nullptr) return;  // not open yet: the next tick looks again
+    KillTimer(nullptr, timer);
+    const auto menu = reinterpret_cast<HMENU>(SendMessageW(popup, 0x01E1 /* MN_GETHMENU */, 0, 0));
+    lookingAt->commands = entriesOf(menu);
+    if (!lookingAt->commands.empty()) lookingAt->notes = entriesOf(lookingAt->commands[0].submenu);
+    for (const WPARAM key : lookingAt->keys) {
+        PostMessageW(popup, WM_KEYDOWN, key, 0);
+        PostMessageW(popup, WM_KEYUP, key, 0);
+    }
+}
+
+class TrayPopup : public Tray {
+protected:
+    OpenPopup open(std::vector<WPARAM> keys = {VK_ESCAPE}) {
+        OpenPopup seen;
+        seen.keys = std::move(keys);
+        lookingAt = &seen;
+        const UINT_PTR timer = SetTimer(nullptr, 0, 50, look);
+        mouse({WM_RBUTTONDOWN, WM_RBUTTONUP});
+        pumpPending();
+        lookingAt = nullptr;
+        KillTimer(nullptr, timer);
+        return seen;
+    }
+    static Entry find(const std::vector<Entry>& entries, UINT id) {
+        const auto found =
+            std::find_if(entries.begin(), entries.end(), [id](const Entry& e) { return e.id == id; });
+        return found == entries.end() ? Entry{} : *found;
+    }
+};
+
+TEST_F(TrayPopup, ShowsTheCommandsInOrder) {
+    std::vector<Text> captions;
+    for (const Entry& entry : open().commands)
+        captions.push_back(entry.caption);
+    const std::vector<Text> expected = {u"Open",
+                                        u"New Kardel",
+                                        u"-",
+                                        u"Hide All",
+                                        u"Iconize All",
+                                        u"-",
+                                        u"Automatic position",
+                                        u"Easy alignment",
+                                        u"-",
+                                        u"Use local files",
+                                        u"-",
+                                        u"About...",
+                                        u"-",
+                                        u"Exit"};
+    EXPECT_EQ(captions, expected);
+}
+
+TEST_F(TrayPopup, ShowsHideAllBoldAndOnlyThat) {
+    for (const Entry& entry : open().commands) {
+        EXPECT_EQ((entry.state & MFS_DEFAULT) != 0, entry.id == 402) << entry.id;
+    }
+    desk.state.allHidden = true;
+    const Entry showAll = find(open().commands, 402);
+    EXPECT_EQ(showAll.caption, u"Show All");
+    EXPECT_NE(showAll.state & MFS_DEFAULT, 0U);
+}
+
+TEST_F(TrayPopup, ChecksAndGreysAsTheDeskIsWhenItOpens) {
+    desk.state.alignAll = true;
+    desk.state.localFiles = true;
+    std::vector<Entry> commands = open().commands;
+    EXPECT_NE(find(commands, 405).state & MFS_CHECKED, 0U);
+    EXPECT_NE(find(commands, 406).state & MFS_GRAYED, 0U);
+    EXPECT_NE(find(commands, 408).state & MFS_CHECKED, 0U);
+    desk.state.alignAll = false;
+    desk.state.localFiles = false;
+    commands = open().commands;
+    EXPECT_EQ(find(commands, 405).state & MFS_CHECKED, 0U);
+    EXPECT_EQ(find(commands, 406).state & MFS_GRAYED, 0U);
+    EXPECT_EQ(find(commands, 408).state & MFS_CHECKED, 0U);
+}
+
+TEST_F(TrayPopup, ListsTheNotesAsTheyAreWhenItOpens) {
+    std::vector<Entry> notes = open().notes;
+    ASSERT_EQ(notes.size(), 3U);
+    EXPECT_EQ(notes[0].caption, u"Milk");
+    EXPECT_EQ(notes[1].caption, u"Salt && pepper");
+    EXPECT_EQ(notes[2].caption, u"- 3 -");
+    EXPECT_EQ(notes[2].id, 502U);
+
+    desk.titles.clear();
+    desk.state.notes = 0;
+    notes = open().notes;
+    ASSERT_EQ(notes.size(), 1U);
+    EXPECT_EQ(notes[0].caption, u"(none)");
+    EXPECT_NE(notes[0].state & MFS_GRAYED, 0U);
+}
+
+/// Windows of this thread in the order in which they become active.
+std::vector<HWND>* activations = nullptr;
+LRESULT CALLBACK noteActivation(int code, WPARAM wp, LPARAM lp) {
+    if (code == HCBT_ACTIVATE && activations != nullptr) activations->push_back(std::bit_cast<HWND>(wp));
+    return CallNextHookEx(nullptr, code, wp, lp);
+}
+
+TEST_F(TrayPopup, BringsItsWindowForwardSoThatAClickElsewhereClosesIt) {
+    const HWND other = CreateWindowExW(0, L"STATIC", L"other", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr,
+                                       nullptr, nullptr, nullptr);
+    SetForegroundWindow(other);
+    std::vector<HWND> active;
+    activations = &active;
+    const HHOOK hook = SetWindowsHookExW(WH_CBT, noteActivation, nullptr, GetCurrentThreadId());
+    open();
+    UnhookWindowsHookEx(hook);
+    activations = nullptr;
+    DestroyWindow(other);
+    EXPECT_NE(std::find(active.begin(), active.end(), tray.hwnd), active.end());
+}
+
+TEST_F(TrayPopup, EscapeChoosesNothingAndTheNextPopupStaysOpen) {
+    EXPECT_FALSE(open().commands.empty());
+    EXPECT_FALSE(open().commands.empty());
+    EXPECT_EQ(desk.calls, Calls{});
+}
+
+TEST_F(TrayPopup, RunsTheEntryThatIsChosen) {
+    open({VK_UP, VK_RETURN});  // the last one
+    EXPECT_EQ(desk.calls, Calls{"exit"});
+}
+
+TEST_F(TrayPopup, OpensTheNoteThatIsChosen) {
+    open({VK_DOWN, VK_RIGHT, VK_DOWN, VK_RETURN});
+    EXPECT_EQ(desk.calls, Calls{"open 1"});
+}
+
+// --- The end ----------------------------------------------------------------------------------------------
+
+TEST_F(Tray, AnEndingSessionKeepsEditsAndIsNotHeldUp) {
+    EXPECT_EQ(SendMessageW(tray.hwnd, WM_QUERYENDSESSION, 0, 0), TRUE);
+    EXPECT_EQ(desk.calls, Calls{"commit"});
+    EXPECT_TRUE(iconIsThere());
+}
+
+TEST_F(Tray, ASessionThatGoesOnChangesNothing) {
+    SendMessageW(tray.hwnd, WM_QUERYENDSESSION, 0, 0);
+    desk.calls.clear();
+    SendMessageW(tray.hwnd, WM_ENDSESSION, FALSE, 0);
+    EXPECT_EQ(desk.calls, Calls{});
+    EXPECT_TRUE(iconIsThere());
+    mouse({WM_LBUTTONDOWN, WM_LBUTTONUP});
+    EXPECT_EQ(desk.calls, Calls{"default"});
+}
+
+TEST_F(Tray, TheEndOfTheSessionTakesTheIcon) {
+    SendMessageW(tray.hwnd, WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(desk.calls, Calls{"end session"});
+    EXPECT_FALSE(iconIsThere());
+}
+
+TEST_F(Tray, APoliteKillIsExit) {
+    SendMessageW(tray.hwnd, WM_CLOSE, 0, 0);
+    EXPECT_EQ(desk.calls, Calls{"exit"});
+    EXPECT_NE(IsWindow(tray.hwnd), FALSE);  // it goes when the collection says so
+}
+
+TEST_F(Tray, AHandlerThatFailsDoesNotTakeTheProgramWithIt) {
+    tray.host.newNote = [] { throw std::bad_alloc(); };
+    EXPECT_EQ(after(400), Calls{});
+    EXPECT_EQ(after(402), Calls{"hide all"});
+}
+
+}  // namespace
