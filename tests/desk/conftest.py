@@ -1,0 +1,63 @@
+"""Fixtures of the black-box tests: one desk a run, a clean start for every test, a screenshot of every failure."""
+
+import os
+import pathlib
+import re
+import signal
+import sys
+
+import pytest
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+
+from kardel_desk import ClockUnavailable, Desk  # noqa: E402
+from kardel_desk.paths import FAILURES, program  # noqa: E402
+
+
+def pytest_addoption(parser):
+    parser.addoption("--arch", choices=("win64", "win32"), default="win64", help="which build of Kardel to try")
+
+
+def pytest_configure(config):
+    # Ended politely from outside, the run cleans up as after Ctrl+C.
+    signal.signal(signal.SIGTERM, lambda *_: os.kill(os.getpid(), signal.SIGINT))
+    arch = config.getoption("--arch")
+    if not program(arch).exists():
+        raise pytest.UsageError(f"{program(arch)} is missing: build the preset {arch} first")
+
+
+@pytest.fixture(scope="session")
+def arch(pytestconfig) -> str:
+    return pytestconfig.getoption("--arch")
+
+
+@pytest.fixture(scope="session")
+def session(arch):
+    desk = Desk(arch)
+    yield desk
+    desk.close()
+
+
+@pytest.fixture
+def desk(session):
+    """The desk, clean: no program running, nothing stored, the program alone in a new folder."""
+    session.reset()
+    yield session
+    crashes = session.crashes()
+    session.end_programs()
+    assert not crashes, "the program ended by a crash:\n" + "\n".join(crashes)
+
+
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport(item, call):
+    outcome = yield
+    report = outcome.get_result()
+    if call.excinfo is not None and call.excinfo.errisinstance(ClockUnavailable):
+        report.outcome = "skipped"
+        report.longrepr = (str(item.path), item.location[1] or 0, f"Skipped: {call.excinfo.value}")
+        return
+    desk = item.funcargs.get("session") or item.funcargs.get("desk") if hasattr(item, "funcargs") else None
+    if report.when == "call" and report.failed and desk is not None and desk.display is not None:
+        name = re.sub(r"[^\w.-]+", "_", item.name) + f"-{desk.arch}.png"
+        path = desk.screenshot(FAILURES / name)
+        report.sections.append(("screenshot", str(path)))

@@ -1,0 +1,359 @@
+"""Body and title of a note edited in place: every key, every way out, and what is stored."""
+
+import pytest
+from one_note import FAR_ALARM, LEAD, NOTE, OTHER, WIDER, hand  # noqa: F401
+
+PIC_WIDTH, GAP, BUTTONS_ROOM = 18, 2, 33  # of the title strip, in pixels; the room of the two pictures and the border
+
+
+def edit_title(hand, note):
+    """Opens the title's editor with the right button and returns it."""
+    note.click("lbl", 100, button=3)
+    editor = note.part("txtTitle")
+    hand.desk.wait(lambda: editor.visible and editor.has_focus, 5, "the title's editor")
+    return editor
+
+
+def ink(image):
+    """Where the picture is dark: letters, whatever the paper's colour."""
+    return {(x, y) for x in range(image.width) for y in range(image.height) if sum(image.getpixel((x, y))) < 300}
+
+
+def check_text_stands_still(before, after):
+    """Nothing but a blinking caret, one or two pixels wide, may differ."""
+    moved = ink(before) ^ ink(after)
+    columns = {x for x, _ in moved}
+    assert not columns or max(columns) - min(columns) < 2, f"letters moved in columns {sorted(columns)}"
+    assert ink(before), "no text on the note"
+
+
+# --- The body's keys
+
+
+def test_enter_keeps_the_body_and_closes_the_editor(desk, hand):
+    note = hand.run().note()
+    editor = note.edit()
+    desk.type(", butter")  # the caret stands at the end
+    desk.key("Return")
+    desk.wait(lambda: not editor.visible, what="the editor to close")
+    hand.wait_stored(Nota="milk and bread, butter")
+    assert note.body == "milk and bread, butter"
+    assert note.has_focus  # the keyboard stays with the note
+
+
+@pytest.mark.parametrize("chord, breaks", [("shift+Return", "\r\n"), ("ctrl+Return", "\r\n\r\n")])
+def test_line_breaks_come_at_the_caret_and_the_caret_after_them(desk, hand, chord, breaks):
+    note = hand.run().note()
+    editor = note.edit()
+    desk.key("Home", "Right", "Right", "Right", "Right", chord)
+    desk.type("x")
+    desk.wait_equal(lambda: editor.text, f"milk{breaks}x and bread")
+    assert editor.visible  # a line break is no end of the edit
+    desk.key("Return")
+    hand.wait_stored(Nota=f"milk{breaks}x and bread")
+    assert note.body == f"milk{breaks}x and bread"
+
+
+def test_a_line_break_replaces_the_selection_and_can_be_undone(desk, hand):
+    note = hand.run().note()
+    editor = note.edit()
+    desk.key("ctrl+a", "shift+Return")
+    desk.wait_equal(lambda: editor.text, "\r\n")
+    desk.key("ctrl+z")
+    desk.wait_equal(lambda: editor.text, "milk and bread")
+    desk.key("Return")
+    desk.wait(lambda: not editor.visible, what="the editor to close")
+    assert hand.stored("Nota") == "milk and bread"
+
+
+def test_esc_shows_the_old_body_and_stores_nothing(desk, hand):
+    note = hand.run({**NOTE, **FAR_ALARM}).note()
+    strip = note.part("pic_time")
+    desk.wait(lambda: strip.visible, what="the time strip")
+    editor = note.edit()
+    before = hand.store.raw()
+    desk.type("nonsense")
+    desk.wait_equal(lambda: editor.text, "milk and breadnonsense")
+    desk.key("Escape")
+    desk.wait(lambda: not editor.visible and strip.visible, what="the label and the time strip")
+    assert note.body == "milk and bread"
+    desk.click_desktop()  # nor does leaving the note keep it afterwards
+    desk.wait(lambda: not note.active)
+    assert hand.store.raw() == before
+
+
+def test_the_letter_after_a_line_break_key_is_a_letter(desk, hand):
+    """A key that was taken must not colour the next one, whichever that is."""
+    note = hand.run().note()
+    editor = note.edit()
+    desk.key("ctrl+Return", "a", "shift+Return", "b", "BackSpace", "c")
+    desk.wait_equal(lambda: editor.text, "milk and bread\r\n\r\na\r\nc")
+    assert editor.visible
+
+
+def test_an_emptied_body_is_stored_empty(desk, hand):
+    note = hand.run().note()
+    note.edit()
+    desk.key("ctrl+a", "Delete", "Return")
+    hand.wait_stored(Nota="")
+    assert note.body == ""
+
+
+def test_cut_and_paste_work_between_notes(desk, hand):
+    hand.run(NOTE, OTHER)
+    hand.note("Shopping").edit()
+    desk.key("ctrl+a", "ctrl+c", "Escape")
+    hand.note("other").edit()
+    desk.key("ctrl+a", "ctrl+v", "Return")
+    hand.wait_stored(2, Nota="milk and bread")
+    assert hand.stored("Nota", 1) == "milk and bread"
+
+
+def test_typing_goes_beyond_the_visible_lines(desk, hand):
+    note = hand.run({**NOTE, "height": 705}).note()
+    note.edit()
+    desk.key(*["shift+Return", "x"] * 8)
+    desk.key("Return")
+    hand.wait_stored(Nota="milk and bread" + "\r\nx" * 8)
+
+
+def test_no_more_is_typed_than_the_store_can_keep(desk, hand):
+    note = hand.run({**NOTE, "Nota": "x" * 1020}).note()
+    note.edit()
+    desk.type("123456789")
+    desk.key("Return")
+    hand.wait_stored(Nota="x" * 1020 + ("123456789" if hand.kind == "registry" else "1234"))
+
+
+# --- Ways into the editors
+
+
+def test_the_body_is_opened_by_double_click_key_and_menu(desk, hand):
+    note = hand.awake(hand.run().note())
+    editor = note.part("txtNota")
+    for way, begin in (("double click", lambda: note.click("nota", double=True)), ("F2", lambda: desk.key("F2")),
+                       ("menu", lambda: hand.menu(note, "Edit"))):
+        begin()
+        desk.wait(lambda: editor.visible and editor.has_focus, 5, f"the body's editor by {way}")
+        assert editor.rect == note.part("nota").rect and editor.text == "milk and bread"
+        assert not note.part("txtTitle").visible
+        desk.key("Escape")
+        desk.wait(lambda: not editor.visible, 5, "the editor to close")
+
+
+def test_an_iconized_note_opens_its_title_instead(desk, hand):
+    note = hand.awake(hand.run({**NOTE, "iconized": True}).note())
+    editor = note.part("txtTitle")
+    for title, begin in (("Shopping", lambda: desk.key("F2")), ("Shopping!", lambda: hand.menu(note, "Edit title"))):
+        begin()
+        desk.wait(lambda: editor.visible and editor.has_focus, 5, "the title's editor")
+        assert editor.text == title and not note.part("txtNota").visible
+        desk.type("!")
+        desk.key("Return")
+        hand.wait_stored(Titolo=title + "!")
+
+
+def test_the_body_does_not_jump_when_its_editor_opens(desk, hand):
+    note = hand.run({**NOTE, "Nota": "one\r\n\r\n\tthe end: gjpqy"}).note()
+    note.activate()
+    before = note.part("nota").image()
+    note.edit()
+    check_text_stands_still(before, note.part("txtNota").image())
+    desk.key("Escape")
+    desk.wait(lambda: ink(note.part("nota").image()) == ink(before), what="the same picture again")
+
+
+@pytest.mark.parametrize("iconized", [False, True])
+def test_the_title_does_not_jump_when_its_editor_opens(desk, hand, iconized):
+    note = hand.run({**NOTE, "Titolo": "Shopping gjpqy", "iconized": iconized}).note()
+    note.activate()
+    x, y, width, height = note.part("txtTitle").rect
+    area = x, y, width - 20, height  # without the grip of an iconized note, which makes room for the editor
+    before = desk.display.image(*area)
+    desk.key("F2") if iconized else edit_title(hand, note)
+    desk.wait(lambda: note.part("txtTitle").has_focus, what="the title's editor")
+    check_text_stands_still(before, desk.display.image(*area))
+
+
+# --- The title
+
+
+def test_the_titles_editor_fills_the_strip_and_hides_its_pictures(desk, hand):
+    note = hand.run().note()
+    editor = edit_title(hand, note)
+    desk.wait_equal(lambda: editor.rect.x, note.rect.x + BUTTONS_ROOM)
+    assert editor.rect.right == note.rect.right - 1 - PIC_WIDTH - GAP
+    assert not note.part("lbl2").visible and not note.part("pic").visible
+    desk.key("Escape")
+    desk.wait(lambda: note.part("lbl2").visible and note.part("pic").visible, what="the pictures back")
+
+
+def test_enter_keeps_the_title(desk, hand):
+    hand.run()
+    note = hand.note()
+    editor = edit_title(hand, note)
+    desk.type(" list")
+    desk.key("Return")
+    hand.wait_stored(Titolo="Shopping list")
+    assert not editor.visible and note.part("pic").visible
+    assert note.text == "Shopping list" and note.part("lbl").text == LEAD + "Shopping list"
+    menu = hand.kardel.tray.menu()
+    menu.choose("Open")
+    desk.wait(lambda: "Shopping list" in desk.menu().captions, what="the new title in the tray menu")
+    menu.close()
+
+
+def test_esc_keeps_the_old_title(desk, hand):
+    note = hand.run().note()
+    editor = edit_title(hand, note)
+    before = hand.store.raw()
+    desk.type("nonsense")
+    desk.wait_equal(lambda: editor.text, "Shoppingnonsense")
+    desk.key("Escape")
+    desk.wait(lambda: not editor.visible, what="the editor to close")
+    desk.click_desktop()
+    desk.wait(lambda: not note.active)
+    assert note.part("lbl").text == LEAD + "Shopping" and note.text == "Shopping"
+    assert hand.store.raw() == before
+
+
+def test_an_empty_title_leaves_only_the_lead(desk, hand):
+    note = hand.run().note()
+    edit_title(hand, note)
+    desk.key("ctrl+a", "Delete", "Return")
+    hand.wait_stored(Titolo="")
+    assert note.part("lbl").text == LEAD and note.text == ""
+    title = note.part("lbl").image().crop((34, 1, 170, 17))
+    assert len(title.getcolors()) == 1, "something stands on the strip"
+
+
+def test_a_long_title_widens_an_iconized_note_but_not_beyond_the_screen(desk, hand):
+    note = hand.run({**NOTE, "iconized": True, "x": 0}).note()
+    note.activate()
+    desk.key("F2")
+    desk.wait(lambda: note.part("txtTitle").has_focus)
+    desk.type(" and all that we need for Sunday")
+    desk.key("Return")
+    desk.wait(lambda: note.rect.width > 200, what="a wider note")
+    hand.wait_stored(width=note.rect.width * 15)
+    assert note.part("pic").rect.right == note.rect.right - 1
+    strip = note.part("lbl").image()
+    shown = [x for x, _ in ink(strip) if 34 <= x < strip.width - 40]
+    assert max(shown) < strip.width - 36 - 4  # the whole title and some room: nothing is cut
+
+    desk.key("F2")
+    desk.wait(lambda: note.part("txtTitle").has_focus)
+    desk.key("ctrl+a")
+    desk.type("W" * 130)
+    desk.key("Return")
+    desk.wait_equal(lambda: note.rect.width, 1280)
+    hand.wait_stored(width=1280 * 15)
+    assert hand.stored("Titolo") == "W" * (130 if hand.kind == "registry" else 128)  # what the store can keep
+
+
+# --- Leaving an editor by hand
+
+
+LEAVING = {
+    "desktop": lambda hand, note: hand.desk.click_desktop(),
+    "another note": lambda hand, note: hand.note("other").click("nota"),
+    "grip beside its arrows": lambda hand, note: note.click("pic2", 16, 15),
+    "time strip": lambda hand, note: note.click("pic_time", 100),
+    "menu key": lambda hand, note: (hand.desk.key("Menu"), hand.desk.menu(), hand.desk.key("Escape")),
+    "command from outside": lambda hand, note: note.command("topmost"),
+}
+BODY_ONLY = {"title strip": lambda hand, note: note.click("lbl", -40)}
+TITLE_ONLY = {"text": lambda hand, note: note.click("nota")}
+
+
+def test_leaving_the_body_in_any_way_keeps_it(desk, hand):
+    note = hand.run(NOTE, OTHER).note("Shopping")
+    body = "milk and bread"
+    for way, leave in {**LEAVING, **BODY_ONLY}.items():
+        if way == "time strip":
+            continue  # the editor lies over it
+        editor = note.edit()
+        desk.type("!")
+        body += "!"
+        desk.wait_equal(lambda: editor.text, body, 5, way)
+        leave(hand, note)
+        hand.wait_stored(Nota=body)
+        assert note.body == body and not editor.visible, way
+
+
+def test_leaving_the_title_in_any_way_keeps_it(desk, hand):
+    hand.run({**NOTE, **FAR_ALARM}, OTHER)
+    note, title = hand.note("Shopping"), "Shopping"
+    desk.wait(lambda: note.part("pic_time").visible, what="the time strip")
+    for way, leave in {**LEAVING, **TITLE_ONLY}.items():
+        editor = edit_title(hand, note)
+        desk.type("!")
+        title += "!"
+        desk.wait_equal(lambda: editor.text, title, 5, way)
+        leave(hand, note)
+        hand.wait_stored(Titolo=title)
+        assert note.text == title and not editor.visible, way
+
+
+def test_the_title_strip_stores_the_body_before_the_drag_begins(desk, hand):
+    note = hand.awake(hand.run().note())
+    note.edit()
+    desk.type("!")
+    desk.wait_equal(lambda: note.part("txtNota").text, "milk and bread!")
+    x, y = note.part("lbl").point(100)
+    desk.hands.press(x, y)
+    hand.wait_stored(Nota="milk and bread!")  # while the button is still down
+    assert hand.stored("x") == 6000
+    for step in (20, 40, 60):
+        desk.hands.move(x + step, y + step // 2)
+    desk.wait_equal(lambda: note.rect[:2], (460, 330))
+    desk.hands.release()
+    hand.wait_stored(x=6900, y=4950, Nota="milk and bread!")
+
+
+def test_the_two_editors_are_never_open_at_once(desk, hand):
+    note = hand.run().note()
+    body, title = note.edit(), note.part("txtTitle")
+    desk.type("!")
+    edit_title(hand, note)
+    assert not body.visible
+    hand.wait_stored(Nota="milk and bread!")
+    desk.type("?")
+    desk.key("F2")
+    desk.wait(lambda: body.visible and body.has_focus, what="the body's editor")
+    assert not title.visible
+    hand.wait_stored(Titolo="Shopping?")
+
+
+def test_the_grip_ends_an_edit_before_it_resizes(desk, hand):
+    note = hand.awake(hand.run().note())
+    editor = note.edit()
+    desk.type("!")
+    desk.wait_equal(lambda: editor.text, "milk and bread!")
+    note.click("pic2", *WIDER)
+    hand.wait_stored(Nota="milk and bread!")
+    desk.wait(lambda: hand.stored("width") > 3000, what="a wider note in the store")
+    assert not editor.visible
+
+
+def test_a_body_that_could_not_be_stored_is_told_and_stored_the_next_time(desk):
+    desk.seed_registry({"UseRegistry": False})
+    desk.seed_files([NOTE])
+    kardel = desk.run()
+    note, memo = kardel.note(), desk.path() / "MEMO"
+    note.edit()
+    desk.type("!")
+    kept = memo.read_bytes()
+    memo.unlink()
+    memo.mkdir()  # no program can write into it now
+    desk.key("Return")
+    box = kardel.dialog()
+    assert len(max(box.texts(), key=len)) > 20  # says what went wrong
+    memo.rmdir()
+    memo.write_bytes(kept)
+    desk.key("Return")
+    desk.wait(lambda: not kardel.dialogs(), what="the message to go")
+    assert note.body == "milk and bread!"
+    note.edit()
+    desk.key("Return")
+    desk.wait_equal(lambda: desk.read_files().notes[0]["Nota"], "milk and bread!")

@@ -1,0 +1,11 @@
+"""A desk to try Kardel on: a virtual screen with a window manager and a tray panel, a Wine prefix, and a helper
+process that looks at windows and registry from outside. See ../README.md for a tour."""
+
+from .app import Dialog, Kardel, Note, Part, Rect, Tray, Window, rgb
+from .datafiles import DataFiles, read_folder, write_folder
+from .desk import ClockUnavailable, Desk
+from .ids import IDS
+from .waiting import wait, wait_equal
+
+__all__ = ["ClockUnavailable", "DataFiles", "Desk", "Dialog", "IDS", "Kardel", "Note", "Part", "Rect", "Tray", "Window", "read_folder",
+           "rgb", "wait", "wait_equal", "write_folder"]

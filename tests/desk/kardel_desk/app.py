@@ -1,0 +1,372 @@
+"""The program under test and its windows, as a user or another program sees them."""
+
+import subprocess
+from typing import NamedTuple
+
+from .ids import IDS, command_id, part_id
+from .waiting import wait
+
+TRAY_CLASS, TRAY_TITLE = "ThunderRT6FormDC", "kardel:trayicon"
+NOTE_CLASS = "fpost"
+DIALOG_CLASSES = ("fmsg", "#32770")
+WM_COMMAND, WM_NULL = 0x0111, 0
+
+
+class Rect(NamedTuple):
+    """On the screen, in pixels."""
+    x: int
+    y: int
+    width: int
+    height: int
+
+    @property
+    def right(self) -> int:
+        return self.x + self.width
+
+    @property
+    def bottom(self) -> int:
+        return self.y + self.height
+
+    @property
+    def centre(self) -> tuple[int, int]:
+        return self.x + self.width // 2, self.y + self.height // 2
+
+
+def rgb(colour: int) -> tuple[int, int, int]:
+    """A stored colour number -> red, green, blue."""
+    return colour & 0xFF, colour >> 8 & 0xFF, colour >> 16 & 0xFF
+
+
+class Window:
+    """One window of the program. Every property is asked anew; a window that is gone raises LookupError."""
+
+    def __init__(self, desk, hwnd: int):
+        self.desk, self.hwnd = desk, hwnd
+
+    def __eq__(self, other):
+        return isinstance(other, Window) and other.hwnd == self.hwnd
+
+    def __hash__(self):
+        return hash(self.hwnd)
+
+    def __repr__(self):
+        info = self.desk.probe.ask("window", self.hwnd)
+        return f"<gone window {self.hwnd:#x}>" if info is None else \
+            f"<{info['class']} {info['text']!r} {info['rect']}{'' if info['visible'] else ' hidden'}>"
+
+    @property
+    def info(self) -> dict:
+        """Everything the helper says: class, text, rect, client, style, exstyle, owner, process, ..."""
+        info = self.desk.probe.ask("window", self.hwnd)
+        if info is None:
+            raise LookupError(f"window {self.hwnd:#x} is gone")
+        return info
+
+    @property
+    def exists(self) -> bool:
+        return self.desk.probe.ask("window", self.hwnd) is not None
+
+    @property
+    def text(self) -> str:
+        return self.desk.probe.ask("text", self.hwnd)
+
+    @property
+    def rect(self) -> Rect:
+        return Rect(*self.info["rect"])
+
+    @property
+    def visible(self) -> bool:
+        return self.info["visible"]
+
+    @property
+    def enabled(self) -> bool:
+        return self.info["enabled"]
+
+    @property
+    def topmost(self) -> bool:
+        return self.info["topmost"]
+
+    @property
+    def has_focus(self) -> bool:
+        return self.desk.probe.ask("focus")["focus"] == self.hwnd
+
+    @property
+    def active(self) -> bool:
+        return self.desk.probe.ask("focus")["foreground"] == self.hwnd
+
+    def post(self, message: int, wparam: int = 0, lparam: int = 0) -> None:
+        self.desk.probe.ask("post", self.hwnd, message, wparam, lparam)
+
+    def send(self, message: int, wparam: int = 0, lparam: int = 0, timeout: float = 5.0) -> int:
+        """The message's result. AssertionError when the window does not answer in time."""
+        answer = self.desk.probe.ask("send", self.hwnd, message, wparam, lparam, int(timeout * 1000))
+        assert answer["answered"], f"{self!r} did not answer message {message:#x} within {timeout:g} s"
+        return answer["result"]
+
+    def command(self, item: int | str) -> None:
+        """Posts a menu command: an id, or its name such as "new" or "dyn(2)"."""
+        self.post(WM_COMMAND, command_id(item))
+
+    def point(self, dx: int | None = None, dy: int | None = None) -> tuple[int, int]:
+        """A place of the window on the screen; its middle unless told. Negative counts from the right or bottom."""
+        rect = self.rect
+        x = rect.centre[0] if dx is None else (rect.x if dx >= 0 else rect.right) + dx
+        y = rect.centre[1] if dy is None else (rect.y if dy >= 0 else rect.bottom) + dy
+        return x, y
+
+    def click_at(self, dx: int | None = None, dy: int | None = None, button: int = 1, double: bool = False) -> None:
+        self.desk.hands.click(*self.point(dx, dy), button=button, double=double)
+
+    def drag_at(self, by: tuple[int, int], dx: int | None = None, dy: int | None = None, **more) -> None:
+        self.desk.hands.drag(*self.point(dx, dy), by=by, **more)
+
+    def pixel(self, dx: int | None = None, dy: int | None = None) -> tuple[int, int, int]:
+        return self.desk.pixel(*self.point(dx, dy))
+
+    def image(self):
+        """The window's place on the screen as a picture."""
+        rect = self.rect
+        return self.desk.display.image(rect.x, rect.y, rect.width, rect.height)
+
+    def parts(self) -> dict[int, "Part"]:
+        """Every child by its id."""
+        return {info["id"]: Part(self.desk, info["hwnd"]) for info in self.desk.probe.ask("children", self.hwnd)}
+
+    def part(self, name: int | str) -> "Part":
+        """A child by name ("nota", "txtTitle", "chkWeek(3)") or id."""
+        wanted = part_id(name)
+        parts = self.parts()
+        if wanted not in parts:
+            raise LookupError(f"{self!r} has no part {name!r}, only {sorted(parts)}")
+        return parts[wanted]
+
+
+class Part(Window):
+    """A child window: click() and drag() take its own places."""
+
+    def click(self, dx: int | None = None, dy: int | None = None, button: int = 1, double: bool = False) -> None:
+        self.click_at(dx, dy, button, double)
+
+    def drag(self, by: tuple[int, int], dx: int | None = None, dy: int | None = None, **more) -> None:
+        self.drag_at(by, dx, dy, **more)
+
+
+class Note(Window):
+    @property
+    def title(self) -> str:
+        return self.text
+
+    @property
+    def body(self) -> str:
+        return self.part("nota").text
+
+    @property
+    def editing(self) -> bool:
+        """Whether the body or the title is open for editing."""
+        parts = self.parts()
+        return parts[IDS["ID_TXTNOTA"]].visible or parts[IDS["ID_TXTTITLE"]].visible
+
+    @property
+    def colour(self) -> tuple[int, int, int]:
+        """The colour on the screen, taken at the left edge of the text, halfway down, where no letter stands."""
+        return self.part("nota").pixel(1, None)
+
+    def click(self, part: int | str = "nota", dx: int | None = None, dy: int | None = None, button: int = 1,
+              double: bool = False) -> None:
+        self.part(part).click(dx, dy, button, double)
+
+    def drag(self, part: int | str = "lbl", by: tuple[int, int] = (0, 0), dx: int | None = 40, dy: int | None = None,
+             **more) -> None:
+        self.part(part).drag(by, dx, dy, **more)
+
+    def activate(self) -> None:
+        """Gives the note the keyboard with a click on its title."""
+        self.click("lbl", 40)
+        wait(lambda: self.active, 5, f"{self!r} to become active")
+
+    def edit(self) -> Part:
+        """Opens the body's editor with a double click and returns it, ready for typing."""
+        self.click("nota", double=True)
+        editor = self.part("txtNota")
+        wait(lambda: editor.visible and editor.has_focus, 5, f"the editor of {self!r}")
+        return editor
+
+
+class Dialog(Window):
+    """A message box, the About box or the alarm editor."""
+
+    def press(self, button: int | str) -> None:
+        """Clicks a button, by name, id or its text ("OK", "&Yes"; "&" may be left out)."""
+        self.button(button).click()
+
+    def button(self, which: int | str) -> Part:
+        if isinstance(which, str) and which.upper() not in ("BTN1", "BTN2", "BTNOK", "BTNCANCEL"):
+            for part in self.parts().values():
+                if part.text.replace("&", "").lower() == which.replace("&", "").lower():
+                    return part
+            raise LookupError(f"{self!r} has no button {which!r}")
+        return self.part(which)
+
+    def texts(self) -> list[str]:
+        """Every text a reader sees in it."""
+        return [part.text for part in self.parts().values() if part.visible and part.text]
+
+
+class Menu:
+    """An open popup menu; `items` as dictionaries: id, text, checked, enabled, default, separator, submenu, rect."""
+
+    def __init__(self, desk, items: list[dict]):
+        self.desk, self.items = desk, items
+
+    def __repr__(self):
+        return f"<menu {self.captions}>"
+
+    @property
+    def captions(self) -> list[str]:
+        """Texts from top to bottom; "-" for a separator."""
+        return ["-" if item["separator"] else item["text"] for item in self.items]
+
+    def item(self, which: int | str) -> dict:
+        """By id, or by text without "&" and without the shortcut."""
+        for item in self.items:
+            plain = item["text"].split("\t")[0].replace("&", "")
+            if not item["separator"] and which in (item["id"], item["text"], plain):
+                return item
+        raise LookupError(f"no entry {which!r} in {self.captions}")
+
+    def choose(self, which: int | str) -> None:
+        """Clicks an entry with the mouse."""
+        self.desk.hands.click(*Rect(*self.item(which)["rect"]).centre)
+
+    def close(self) -> None:
+        """Closes it without choosing: a click elsewhere. (Its keys work only while a note has the keyboard.)"""
+        self.desk.click_desktop()
+        wait(lambda: not self.desk.menus(), 5, "the menu to close")
+
+
+class Tray:
+    """The program's icon in the tray panel, and the hidden window behind it."""
+
+    def __init__(self, desk):
+        self.desk = desk
+
+    def window(self) -> Window:
+        for info in self.desk.probe.ask("windows", TRAY_CLASS):
+            if info["text"] == TRAY_TITLE:
+                return Window(self.desk, info["hwnd"])
+        raise LookupError("no tray window")
+
+    def icon(self) -> Rect:
+        icons = self.desk.display.tray_icons()
+        if not icons:
+            raise LookupError("no icon in the tray panel")
+        return Rect(*icons[0])
+
+    @property
+    def painted(self) -> bool:
+        """Whether the icon's picture is there, which also means that it takes clicks."""
+        return len(self.desk.display.image(*self.icon()).getcolors(1 << 16)) > 1
+
+    @property
+    def icons(self) -> int:
+        """How many icons the panel shows."""
+        return len(self.desk.display.tray_icons())
+
+    def click(self, button: int = 1, double: bool = False) -> None:
+        icon = wait(self.icon, 10, "the tray icon")
+        self.desk.hands.click(*icon.centre, button=button, double=double)
+
+    def menu(self) -> Menu:
+        """Right-clicks the icon and returns the menu."""
+        self.click(3)
+        return self.desk.menu()
+
+    def command(self, item: int | str) -> None:
+        """An id (400 and up), or "dyn(2)", "dyn2(0)"."""
+        self.window().command(item)
+
+
+class Kardel:
+    """A running copy of the program."""
+
+    def __init__(self, desk, process: subprocess.Popen, folder: str, expected_notes: int, log):
+        self.desk, self.process, self.folder = desk, process, folder
+        self.tray = Tray(desk)
+        self._expected_notes, self.log = expected_notes, log
+        self.killed = False
+
+    @property
+    def alive(self) -> bool:
+        return self.process.poll() is None
+
+    def wait_ready(self, notes: int | None = None, timeout: float = 20.0) -> "Kardel":
+        """Waits until the icon is there, every note has its window, and the program takes input. `notes`: how many
+        note windows to expect, closed ones included; as many as were seeded unless told. Returns itself."""
+        expected = self._expected_notes if notes is None else notes
+
+        def ready():
+            assert self.alive, f"the program ended with code {self.process.returncode}: {self.output()}"
+            dialogs = self.dialogs()
+            assert not dialogs, f"a dialog is open: {[(d.text, d.texts()) for d in dialogs]}"
+            self.tray.window()
+            seen = len(self.notes())
+            assert seen == expected, f"{seen} of {expected} notes"
+            return True
+
+        wait(ready, timeout, "the program to be ready")
+        self.tray.window().send(WM_NULL, timeout=timeout)  # answered once start-up is over and messages are taken
+        wait(lambda: self.tray.painted, timeout, "the tray icon")
+        return self
+
+    def notes(self) -> list[Note]:
+        """Every note window, hidden ones included, by title."""
+        found = self.desk.probe.ask("windows", NOTE_CLASS)
+        return [Note(self.desk, info["hwnd"]) for info in sorted(found, key=lambda info: info["text"])]
+
+    def visible_notes(self) -> list[Note]:
+        return [note for note in self.notes() if note.visible]
+
+    def note(self, title: str | None = None) -> Note:
+        """The note with this title; without one, the only note there is. Waits a little for it."""
+        def look():
+            notes = self.notes()
+            matching = [note for note in notes if title is None or note.title == title]
+            if len(matching) != 1:
+                raise LookupError(f"{len(matching)} notes match {title!r} among {notes!r}")
+            return matching[0]
+        return wait(look, 5, f"the note {title!r}")
+
+    def stacking(self) -> list[str]:
+        """Titles of the visible notes, front to back."""
+        return [info["text"] for info in self.desk.probe.ask("windows", NOTE_CLASS) if info["visible"]]
+
+    def dialogs(self) -> list[Dialog]:
+        return [Dialog(self.desk, info["hwnd"]) for kind in DIALOG_CLASSES
+                for info in self.desk.probe.ask("windows", kind) if info["visible"]]
+
+    def dialog(self, timeout: float = 10.0) -> Dialog:
+        """Waits for a message box, the About box or the alarm editor."""
+        return wait(lambda: self.dialogs(), timeout, "a dialog")[0]
+
+    def exit(self, timeout: float = 15.0) -> int:
+        """Ends the program through the tray menu's Exit and returns its exit code."""
+        self.tray.command(IDS["IDM_DYN_LAST"])
+        return self.wait_ended(timeout)
+
+    def wait_ended(self, timeout: float = 15.0) -> int:
+        try:
+            return self.process.wait(timeout)
+        except subprocess.TimeoutExpired:
+            raise AssertionError(f"the program did not end within {timeout:g} s; "
+                                 f"dialogs: {[(d.text, d.texts()) for d in self.dialogs()]}") from None
+
+    def kill(self) -> None:
+        """Ends the program as a power cut would. The stores keep what they hold."""
+        self.killed = True
+        self.process.kill()
+        self.process.wait()
+        wait(lambda: not self.desk.probe.ask("windows", TRAY_CLASS), 10, "the killed program's windows to go")
+
+    def output(self) -> str:
+        """What it wrote to its console; a crash leaves a report there."""
+        return self.log.read_text(errors="replace") if self.log.exists() else ""

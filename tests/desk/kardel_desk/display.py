@@ -1,0 +1,178 @@
+"""The virtual screen: X server, window manager, tray panel, and what is seen on it."""
+
+import os
+import pathlib
+import subprocess
+
+from PIL import Image
+from Xlib import X
+from Xlib import display as xdisplay
+from Xlib.error import XError
+
+from . import processes
+from .waiting import wait
+
+
+class Display:
+    """Starts the screen at once. `panel_strut`: the panel keeps its place free of the work area."""
+
+    def __init__(self, work: pathlib.Path, width: int = 1280, height: int = 1024, panel_strut: bool = True):
+        self.width, self.height = width, height
+        self._work, self._panel_strut = work, panel_strut
+        self._servers: list[subprocess.Popen] = []
+        home = work / "home"
+        home.mkdir(parents=True, exist_ok=True)
+        self.env = {"PATH": os.environ.get("PATH", "/usr/bin:/bin"), "HOME": str(home), "LC_ALL": "C.UTF-8",
+                    "XDG_RUNTIME_DIR": str(home), "XDG_CONFIG_HOME": str(home), "XDG_CACHE_HOME": str(home)}
+        try:
+            self._start()
+        except BaseException:
+            self.close()
+            raise
+
+    def _start(self) -> None:
+        read_end, write_end = os.pipe()
+        server = processes.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0",
+                                  f"{self.width}x{self.height}x24", "-noreset", "-nolisten", "tcp"],
+                                 self.env, self._work / "xvfb.log", pass_fds=[write_end])
+        self._servers.append(server)
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise RuntimeError(f"Xvfb did not start: {(self._work / 'xvfb.log').read_text()}")
+        self.env["DISPLAY"] = f":{number}"
+        self.x = xdisplay.Display(self.env["DISPLAY"])
+        self.root = self.x.screen().root
+
+        self._servers.append(processes.start(["openbox", "--sm-disable"], self.env, self._work / "openbox.log"))
+        for name in ("_NET_SUPPORTING_WM_CHECK", "_NET_WORKAREA", "_NET_CLIENT_LIST"):
+            wait(lambda: self._property(self.root, name) is not None, 20, f"the window manager to set {name}")
+        self._forbid_window_manager_moves()
+
+        self._start_panel()
+
+    def _start_panel(self) -> None:
+        # A fixed width: a panel that grows with its icons moves them while Wine still notes where they are, and the
+        # icon then gets neither paint nor clicks.
+        panel = ["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "pixel", "--width", "160",
+                 "--heighttype", "pixel", "--height", "24", "--SetDockType", "true",
+                 "--SetPartialStrut", "true" if self._panel_strut else "false"]
+        for attempt in range(5):
+            self._panel = processes.start(panel, self.env, self._work / "trayer.log")
+            self._servers.append(self._panel)
+            wait(lambda: self._tray_owner() != X.NONE, 20, "the tray panel")
+            if not self._panel_strut:
+                return
+            try:
+                wait(lambda: self.workarea()[3:] not in ((), (self.height,)), 3, "the work area above the panel")
+                return
+            except AssertionError:
+                # Started in the same instant as the window manager, the panel's wish for room is sometimes missed.
+                if attempt == 4:
+                    raise
+                self._stop_panel()
+
+    def _tray_owner(self):
+        return self.x.get_selection_owner(self.x.intern_atom("_NET_SYSTEM_TRAY_S0"))
+
+    def _stop_panel(self) -> None:
+        processes.stop(self._panel)
+        self._servers.remove(self._panel)
+        wait(lambda: self._tray_owner() == X.NONE, 5, "the old panel to go")
+
+    def restart_panel(self) -> None:
+        """Ends the tray panel and starts a new, empty one, as when the shell was restarted."""
+        self._stop_panel()
+        self._start_panel()
+
+    def _forbid_window_manager_moves(self) -> None:
+        # Wine hands a drag to a window manager that offers to do it; then the program never sees WM_MOVING, which
+        # Windows always sends. Without the offer Wine moves the window itself, as Windows does.
+        supported = self.x.intern_atom("_NET_SUPPORTED")
+        offered = self.root.get_full_property(supported, X.AnyPropertyType).value
+        moves = self.x.intern_atom("_NET_WM_MOVERESIZE")
+        kept = [atom for atom in offered if atom != moves]
+        self.root.change_property(supported, self.x.intern_atom("ATOM"), 32, kept)
+        self.x.sync()
+
+    def _property(self, window, name: str):
+        try:
+            found = window.get_full_property(self.x.intern_atom(name), X.AnyPropertyType)
+        except XError:
+            return None
+        return None if found is None else found.value
+
+    def workarea(self) -> tuple[int, ...]:
+        """Left, top, width and height of the screen without the panel, as the window manager says."""
+        return tuple(self._property(self.root, "_NET_WORKAREA") or ())[:4]
+
+    def background(self, colour: tuple[int, int, int]) -> None:
+        red, green, blue = colour
+        self.root.change_attributes(background_pixel=red << 16 | green << 8 | blue)
+        self.root.clear_area()
+        self.x.sync()
+
+    def image(self, x: int = 0, y: int = 0, width: int = 0, height: int = 0) -> Image.Image:
+        """The screen as it is now, or a part of it."""
+        width, height = width or self.width - x, height or self.height - y
+        data = self.root.get_image(x, y, width, height, X.ZPixmap, 0xFFFFFFFF).data
+        return Image.frombytes("RGB", (width, height), data, "raw", "BGRX")
+
+    def pixel(self, x: int, y: int) -> tuple[int, int, int]:
+        return self.image(x, y, 1, 1).getpixel((0, 0))
+
+    def screenshot(self, path: pathlib.Path) -> pathlib.Path:
+        path = pathlib.Path(path)
+        path.parent.mkdir(parents=True, exist_ok=True)
+        self.image().save(path)
+        return path
+
+    def _managed(self) -> list:
+        """The windows that the window manager knows, the panel included."""
+        return [self.x.create_resource_object("window", number)
+                for number in self._property(self.root, "_NET_CLIENT_LIST") or []]
+
+    def tray_icons(self) -> list[tuple[int, int, int, int]]:
+        """Left, top, width and height of every icon in the panel."""
+        try:
+            for window in self._managed():
+                if "panel" in (window.get_wm_class() or ()):
+                    return sorted(self._leaves(window))
+        except XError:
+            pass  # a window went while we looked; the caller looks again
+        return []
+
+    def _leaves(self, window) -> list[tuple[int, int, int, int]]:
+        found = []
+        for child in window.query_tree().children:
+            if child.get_attributes().map_state != X.IsViewable:
+                continue
+            deeper = self._leaves(child)
+            if deeper:
+                found += deeper
+            else:
+                shape = child.get_geometry()
+                place = self.root.translate_coords(child, 0, 0)
+                if shape.width >= 8 and shape.height >= 8:
+                    found.append((place.x, place.y, shape.width, shape.height))
+        return found
+
+    def states(self, title: str) -> set[str]:
+        """The window manager's state names (such as _NET_WM_STATE_ABOVE) of the window with this title. Wine shows a
+        note to the window manager only once it has been active: LookupError before."""
+        for window in self._managed():
+            name = self._property(window, "_NET_WM_NAME")
+            if name is not None and bytes(name).decode("utf-8", "replace") == title:
+                return {self.x.get_atom_name(atom) for atom in self._property(window, "_NET_WM_STATE") or []}
+        raise LookupError(f"no window with the title {title!r} on the screen")
+
+    def close(self) -> None:
+        if hasattr(self, "x"):
+            try:
+                self.x.close()
+            except OSError:
+                pass  # the server went first
+        for server in reversed(self._servers):
+            processes.stop(server)
+        self._servers.clear()

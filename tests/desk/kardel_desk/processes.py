@@ -1,0 +1,67 @@
+"""Starting and ending the desk's processes so that none outlives it."""
+
+import ctypes
+import os
+import pathlib
+import signal
+import subprocess
+import time
+
+_libc = ctypes.CDLL(None, use_errno=True)
+_PR_SET_PDEATHSIG = 1
+
+
+def _die_with_parent() -> None:
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
+
+
+def start(command: list[str], env: dict[str, str], log: pathlib.Path, **more) -> subprocess.Popen:
+    """Starts a server of the desk; it ends with this process, however that ends."""
+    with open(log, "ab") as output:
+        return subprocess.Popen([str(word) for word in command], env=env, stdin=subprocess.DEVNULL, stdout=output,
+                                stderr=output, preexec_fn=_die_with_parent, **more)
+
+
+def stop(process: subprocess.Popen | None) -> None:
+    if process is None or process.poll() is not None:
+        return
+    process.terminate()
+    try:
+        process.wait(5)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait()
+
+
+def with_variable(name: str, value: str) -> list[int]:
+    """Ids of the processes that were started with this environment variable."""
+    wanted = f"{name}={value}".encode()
+    found = []
+    for folder in pathlib.Path("/proc").iterdir():
+        if folder.name.isdigit() and int(folder.name) != os.getpid():
+            try:
+                if wanted in (folder / "environ").read_bytes().split(b"\0"):
+                    found.append(int(folder.name))
+            except OSError:
+                pass  # gone meanwhile, or somebody else's
+    return found
+
+
+def kill_with_variable(name: str, value: str, patience: float = 5.0) -> None:
+    """Waits a little for those processes to end by themselves, then kills what is left."""
+    end = time.monotonic() + patience
+    while with_variable(name, value) and time.monotonic() < end:
+        time.sleep(0.05)
+    for process in with_variable(name, value):
+        try:
+            os.kill(process, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+
+
+def private_mounts() -> None:
+    """From here on, mounts made by this process are seen by it and its children only, and vanish with them."""
+    CLONE_NEWNS = 0x00020000
+    if _libc.unshare(CLONE_NEWNS) != 0:
+        raise OSError(ctypes.get_errno(), "cannot have private mounts")
+    subprocess.run(["mount", "--make-rprivate", "/"], check=True)

@@ -1,0 +1,44 @@
+"""Waiting for a condition; a test never sleeps and hopes."""
+
+import time
+
+PAUSE = 0.03  # seconds between two looks
+
+
+def wait(condition, timeout: float = 10.0, what: str = ""):
+    """Calls `condition` until it gives something true and returns that. A LookupError or AssertionError inside it
+    counts as "not yet". After `timeout` seconds: AssertionError with the last thing seen."""
+    end = time.monotonic() + timeout
+    while True:
+        try:
+            seen = condition()
+            if seen:
+                return seen
+        except (LookupError, AssertionError) as error:
+            seen = error
+        if time.monotonic() > end:
+            raise AssertionError(f"waited {timeout:g} s for {what or 'a condition'}; last saw: {seen!r}")
+        time.sleep(PAUSE)
+
+
+def wait_equal(look, expected, timeout: float = 10.0, what: str = ""):
+    """Calls `look` until it gives `expected`. After `timeout` seconds: AssertionError with both values."""
+    end = time.monotonic() + timeout
+    while True:
+        try:
+            seen = look()
+            if seen == expected:
+                return seen
+        except (LookupError, AssertionError) as error:
+            seen = error
+        if time.monotonic() > end:
+            raise AssertionError(f"waited {timeout:g} s for {what or 'a value'}: expected {expected!r}, last saw {seen!r}")
+        time.sleep(PAUSE)
+
+
+def stays(condition, seconds: float, what: str = ""):
+    """`condition` must hold now and at every look for `seconds`: for what must NOT happen."""
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        assert condition(), f"{what or 'a condition'} did not hold for {seconds:g} s"
+        time.sleep(PAUSE)

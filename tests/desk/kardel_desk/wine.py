@@ -1,0 +1,109 @@
+"""One Wine session on a display: its own prefix, for 64-bit or 32-bit programs.
+
+The 64-bit Wine is the system's own. The 32-bit one lives in a small i386 root folder (tools/i386-root makes it) and
+runs through chroot; callers notice nothing, since the work folder has the same path inside."""
+
+import fcntl
+import os
+import pathlib
+import shutil
+import subprocess
+
+from . import processes
+from .paths import I386_ROOT, WORK
+
+_WINE_ENV = {"WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=", "TZ": "UTC", "LC_ALL": "C.UTF-8"}
+_WINE64, _WINESERVER64 = "/usr/lib/wine/wine64", "/usr/lib/wine/wineserver"
+_WINE32, _WINESERVER32 = "/usr/lib/wine/wine", "/usr/lib/wine/wineserver"
+_mounted = False
+
+
+def available(arch: str) -> bool:
+    return arch == "win64" or (I386_ROOT / "usr/lib/wine/wine").exists()
+
+
+def _enter_i386_root() -> None:
+    global _mounted
+    if _mounted:
+        return
+    processes.private_mounts()
+    WORK.mkdir(parents=True, exist_ok=True)
+    for source in ("/proc", "/dev", "/tmp/.X11-unix", "/usr/share/fonts", "/usr/lib/locale", str(WORK)):
+        target = I386_ROOT / source.lstrip("/")
+        target.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["mount", "--rbind" if source == "/dev" else "--bind", source, target], check=True)
+    _mounted = True
+
+
+class Wine:
+    """`env` names the display and home. The prefix is a copy of a template that is made once."""
+
+    def __init__(self, arch: str, env: dict[str, str], work: pathlib.Path):
+        self.arch = arch
+        self.prefix = work / "prefix"
+        self.env = {**env, **_WINE_ENV, "WINEARCH": arch, "WINEPREFIX": str(self.prefix)}
+        if arch == "win32":
+            _enter_i386_root()
+        self._copy_template()
+        # The server stays until close(). The first call must not write into a pipe: Wine's services would inherit it
+        # and whoever reads the pipe would wait for ever.
+        self._quietly("server", "-p")
+        self._quietly("wine", "wineboot")
+
+    def _command(self, kind: str, words: list[str], folder: pathlib.Path | None = None) -> list[str]:
+        if self.arch == "win64":
+            return [_WINE64 if kind == "wine" else _WINESERVER64, *words]
+        return ["chroot", str(I386_ROOT), "/usr/bin/env", f"--chdir={folder or '/'}",
+                _WINE32 if kind == "wine" else _WINESERVER32, *words]
+
+    def _quietly(self, kind: str, *words: str, env: dict[str, str] | None = None) -> None:
+        subprocess.run(self._command(kind, list(words)), env=env or self.env, check=True, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=180)
+
+    def _copy_template(self) -> None:
+        WORK.mkdir(parents=True, exist_ok=True)
+        template = WORK / f"template-{self.arch}"
+        with open(WORK / f"template-{self.arch}.lock", "w") as lock:
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            if not (template / "complete").exists():
+                shutil.rmtree(template, ignore_errors=True)
+                template.mkdir()
+                self._make_template(template)
+        # Wine's own files are shared by hard links, which takes no time; what a session changes is copied.
+        self.prefix.mkdir(parents=True)
+        for entry in template.iterdir():
+            if entry.name == "drive_c":
+                (self.prefix / "drive_c").mkdir()
+                for folder in entry.iterdir():
+                    how = "-al" if folder.name == "windows" else "-a"
+                    subprocess.run(["cp", how, folder, self.prefix / "drive_c" / folder.name], check=True)
+            else:
+                subprocess.run(["cp", "-a", entry, self.prefix / entry.name], check=True)
+
+    def _make_template(self, template: pathlib.Path) -> None:
+        env = {**self.env, "WINEPREFIX": str(template)}
+        env.pop("DISPLAY", None)
+        self._quietly("wine", "wineboot", "-i", env=env)
+        # A program that crashes must end with a report, not wait behind a dialog.
+        self._quietly("wine", "reg", "add", r"HKCU\Software\Wine\WineDbg", "/v", "ShowCrashDialog", "/t", "REG_DWORD",
+                      "/d", "0", "/f", env=env)
+        self._quietly("server", "-w", env=env)
+        (template / "complete").touch()
+
+    def start(self, program: str, *words: str, folder: pathlib.Path | None = None, env: dict[str, str] | None = None,
+              **pipes) -> subprocess.Popen:
+        """Starts a Windows program, given by its Windows path; the process is the program itself."""
+        where = None if self.arch == "win32" else folder
+        return subprocess.Popen(self._command("wine", [program, *words], folder), cwd=where,
+                                env={**self.env, **(env or {})}, **pipes)
+
+    def path(self, windows_path: str) -> pathlib.Path:
+        """C:\\desk\\1 -> the same folder of the prefix."""
+        return self.prefix / "drive_c" / windows_path[3:].replace("\\", "/")
+
+    def close(self) -> None:
+        if self.prefix.exists():
+            subprocess.run(self._command("server", ["-k"]), env=self.env, check=False, stdin=subprocess.DEVNULL,
+                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=60)
+            processes.kill_with_variable("WINEPREFIX", str(self.prefix))
+            shutil.rmtree(self.prefix, ignore_errors=True)
