@@ -435,6 +435,7 @@ void AlarmFace::onDay() {
         return;
     }
     lastDay_ = chosen;
+    if (!unitMode_ && chosen > 0 && now.time.empty()) setWindowText(item(ID_LBLTIME), timeText({}));
     if (showWeek(!unitMode_ && chosen == kSeveralWeekdays)) {
         show(true);
         host.resized();
@@ -511,8 +512,9 @@ void AlarmFace::onScroll(HWND control, int code, int trackPosition) {
         return;
     }
     const auto part = static_cast<ClockPart>(bar->id - ID_HORE);
-    showClock(
-        scrolled({datePart(windowText(data.hwnd)), parseTime(windowText(item(ID_LBLTIME)))}, part, position));
+    const Text shown = windowText(item(ID_LBLTIME));
+    const TimeOfDay time = shown.empty() ? timeOf(host.now().at) : parseTime(shown);
+    showClock(scrolled({datePart(windowText(data.hwnd)), time}, part, position));
 }
 
 void AlarmFace::onWheel(int delta, POINT at) {

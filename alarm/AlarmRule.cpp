@@ -189,6 +189,19 @@ Date followingDate(const AlarmRule& rule, Now now) {
     return date;
 }
 
+/// The next occurrence of a rule that recurs.
+void moveOn(AlarmRule& rule, Now now) {
+    if (rule.AlarmWeekday >= 1) {
+        armWeekday(rule, now);
+    } else if (rule.RepeatNumber < 1) {
+        setDate(rule, followingDate(rule, now));
+        // The machine may have slept past that one as well: it goes on as if it had just been loaded.
+        if (!isAhead(rule, now)) arm(rule, now);
+    } else {
+        armRepeat(rule, now);
+    }
+}
+
 Text storedDate(const AlarmRule& rule) {
     return rule.DateNotSet() ? Text(kPatternDate) : rule.AlarmDate;
 }
@@ -333,15 +346,10 @@ Rearmed rearm(AlarmRule& rule, Now now) {
         clearAlarm(rule);
         return Rearmed::OneShotOver;
     }
-    if (rule.AlarmWeekday >= 1) {
-        armWeekday(rule, now);
-    } else if (rule.RepeatNumber < 1) {
-        setDate(rule, followingDate(rule, now));
-        // The machine may have slept past that one as well: it goes on as if it had just been loaded.
-        if (!isAhead(rule, now)) arm(rule, now);
-    } else {
-        armRepeat(rule, now);
-    }
+    const std::optional<Instant> rung = rule.due;
+    moveOn(rule, now);
+    // With the clock set back while it rang, the same instant lies ahead again: it has had its turn.
+    if (rung && rule.due == rung && isBefore(now, *rung)) moveOn(rule, {*rung, 1});
     if (isAhead(rule, now)) return Rearmed::Armed;
     rule.due.reset();
     return Rearmed::NotAhead;

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "alarm/bas_PlaySound.h"
 #include "core/Columns.h"
 #include "note/bas_GetWorkArea.h"
+#include "resources/resource.h"
 #include "support/Clock.h"
 #include "support/Number.h"
 
@@ -65,6 +67,8 @@ void basPost::fillHost() {
     host.showAgain = [this] { AllHidden = false; };
     host.storeFlag = [this](const char16_t* key, bool flag) { storeFlag(key, flag); };
     host.now = [] { return localNow(); };
+    host.startSound = [] { PlayAlarmSound(IDW_ALARM, true); };
+    host.stopSound = StopAlarmSound;
     host.ask = [this](const Text& prompt, long buttons, const Text& title) {
         return MsgBoxExt(prompt, buttons, title);
     };
@@ -76,7 +80,7 @@ void basPost::fillHost() {
         return windows;
     };
     dialog.ownerWindow = [this] { return tray.hwnd; };
-    dialog.now = host.now;
+    dialog.now = [this] { return host.now(); };
 }
 
 bool basPost::createTray() {

@@ -32,6 +32,8 @@ struct NoteHost {
     std::function<void()> showAgain;  ///< the desk is no longer all hidden: a note rings
     std::function<void(const char16_t* key, bool flag)> storeFlag;  ///< one flag of section "setting"
     std::function<Now()> now;
+    std::function<void()> startSound;  ///< the alarm sound, from its beginning
+    std::function<void()> stopSound;
 
     /// "Are you sure"-type questions and messages; the answer is the platform's code. Defaults: the program's
     /// box.

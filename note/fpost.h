@@ -172,6 +172,9 @@ private:
     void repaint() const;
     Text stripText() const;
     void placeStripText();
+    /// Takes over whether and how the alarm recurs by what the store holds now, also when another program put
+    /// it there. The alarm in memory stays when the store has none or cannot be read.
+    void takeStoredPattern();
     PxRect windowRect() const;
     void wantTips();
     void fillTip(NMHDR& header) const;

@@ -1,7 +1,8 @@
 // A note's alarm on screen: the countdown in the time strip, the ringing, and what ends it. When it is due
 // next is alarm/AlarmRule's to say.
+#include <algorithm>
+
 #include "alarm/AlarmText.h"
-#include "alarm/bas_PlaySound.h"
 #include "note/fmsg.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
@@ -104,7 +105,7 @@ void fpost::ring() {
         place();
         show(false);
     }
-    if (!alarm.Mute) PlayAlarmSound(IDW_ALARM, true);
+    if (!alarm.Mute) host->startSound();
     Tickcount = 0;
     tBackColor(kWhite);
     flashTimer = SetTimer(hwnd, IDT_FLASH, kTick, AlarmTimerProc);
@@ -115,7 +116,7 @@ void fpost::flashTick() {
     if (alarm.Mute) return;
     if (++Tickcount < kTicksBetweenSounds) return;
     Tickcount = 0;
-    PlayAlarmSound(IDW_ALARM, true);
+    host->startSound();
 }
 
 void fpost::StopRinging() {
@@ -124,17 +125,34 @@ void fpost::StopRinging() {
     if (flashTimer != 0) KillTimer(hwnd, IDT_FLASH);
     flashTimer = 0;
     tBackColor(Backcol());
-    StopAlarmSound();
+    host->stopSound();
+}
+
+void fpost::takeStoredPattern() {
+    // What the store has refused stands in memory alone.
+    const auto refused = std::find(unsaved.begin(), unsaved.end(), NoteField::Interval);
+    if (record.readOnly || refused != unsaved.end()) return;
+    NoteRecord stored;
+    if (!host->store->load(number, stored, *host->settings)) return;
+    const AlarmRule kept = ruleOf(stored);
+    if (!hasAlarm(kept)) return;
+    alarm.eachday = kept.eachday;
+    alarm.eachmonth = kept.eachmonth;
+    alarm.eachyear = kept.eachyear;
+    alarm.alarmday = kept.alarmday;
+    alarm.alarmdaymonth = kept.alarmdaymonth;
 }
 
 bool fpost::SoundStop() {
+    const HWND window = hwnd;
     StopRinging();
+    takeStoredPattern();
     switch (rearm(alarm, host->now())) {
         case Rearmed::OneShotOver:
             ClearAlarm();
             if (host->settings->DontDeleteWhenPlay) return false;
-            DeleteForm(true);
-            return true;
+            DeleteForm(true);  // which leaves a note alone that could not be read
+            return formOf<fpost>(window) != this || beingDeleted;
         case Rearmed::Armed:
         case Rearmed::NotAhead:
             break;

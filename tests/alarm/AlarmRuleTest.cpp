@@ -428,6 +428,33 @@ TEST(Rearm, NowEqualToTheNextInstantIsNotAhead) {
     EXPECT_EQ(shown(repeat.due), "21/11/2026 09:10:00");
 }
 
+TEST(Rearm, WhatHasRungDoesNotRingAgainWhenTheClockIsSetBack) {
+    // The night in which 03:00 becomes 02:00: silenced at 02:10 of the second time round.
+    const Now before = at(u"24/10/2026 20:00:00");
+    const Now silenced = at(u"25/10/2026 02:10:00");
+    AlarmRule weekly = weekdayRule(7, u"02:30:00", before);
+    AlarmRule repeat = repeatRule(u"25/10/2026", u"02:30:00", 1, kDays, before);
+    AlarmRule hourly = repeatRule(u"25/10/2026", u"02:30:00", 1, kHours, before);
+    for (AlarmRule* rule : {&weekly, &repeat, &hourly}) {
+        ASSERT_EQ(shown(rule->due), "25/10/2026 02:30:00");
+        EXPECT_EQ(rearm(*rule, silenced), Rearmed::Armed);
+    }
+    EXPECT_EQ(shown(weekly.due), "01/11/2026 02:30:00");
+    EXPECT_EQ(shown(repeat.due), "26/10/2026 02:30:00");
+    EXPECT_EQ(shown(hourly.due), "25/10/2026 03:30:00");
+
+    // Silenced before the midnight at which it rang.
+    AlarmRule daily = editorRule(u"**/**/****", u"00:05:00", at(u"20/11/2026 08:00:00"));
+    ASSERT_EQ(shown(daily.due), "21/11/2026 00:05:00");
+    EXPECT_EQ(rearm(daily, at(u"20/11/2026 23:40:00")), Rearmed::Armed);
+    EXPECT_EQ(shown(daily.due), "22/11/2026 00:05:00");
+
+    // A clock that ran a year ahead was put right: days that are still to come are not lost.
+    AlarmRule ahead = weekdayRule(1, u"09:00:00", at(u"16/11/2027 08:00:00"));
+    EXPECT_EQ(rearm(ahead, at(u"21/11/2026 08:00:00")), Rearmed::Armed);
+    EXPECT_EQ(shown(ahead.due), "23/11/2026 09:00:00");
+}
+
 TEST(Rearm, LastPeriodBeforeTheYear10000) {
     AlarmRule rule = editorRule(u"15/12/****", u"09:00:00", at(u"01/12/9999 08:00:00"));
     ASSERT_EQ(shown(rule.due), "15/12/9999 09:00:00");

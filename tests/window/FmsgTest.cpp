@@ -5,13 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <deque>
 #include <string>
 #include <utility>
 
 #include "note/About.h"
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
+#include "tests/window/Script.h"
 
 namespace {
 
@@ -29,58 +29,6 @@ std::string plain(const Text& text) {
 Now someMonday() {
     return {instantOf({2026, 6, 15}, {10, 20, 30}), 0};
 }
-
-/// Steps that wait for their condition, whichever modal loop runs meanwhile.
-class Script {
-public:
-    using Condition = std::function<bool()>;
-    using Action = std::function<void()>;
-
-    explicit Script(fmsg& dialog) : dialog_(dialog), end_(GetTickCount64() + kPatience) {
-        running = this;
-        timer_ = SetTimer(nullptr, 0, kTick, onTick);
-    }
-    ~Script() {
-        KillTimer(nullptr, timer_);
-        running = nullptr;
-        EXPECT_TRUE(steps_.empty()) << "the dialog was answered before the script was through";
-    }
-    Script(const Script&) = delete;
-    Script& operator=(const Script&) = delete;
-
-    void when(Condition ready, Action act) { steps_.push_back({std::move(ready), std::move(act)}); }
-
-private:
-    struct Step {
-        Condition ready;
-        Action act;
-    };
-    static constexpr UINT kTick = 10;
-    static constexpr ULONGLONG kPatience = 20000;
-
-    static void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) {
-        if (running != nullptr) running->tick();
-    }
-    void tick() {
-        if (steps_.empty()) return;
-        if (GetTickCount64() > end_) {
-            ADD_FAILURE() << steps_.size() << " steps were never reached";
-            steps_.clear();
-            dialog_.unload();
-            return;
-        }
-        if (!steps_.front().ready()) return;
-        const Action act = std::move(steps_.front().act);
-        steps_.pop_front();
-        act();
-    }
-
-    static inline Script* running = nullptr;
-    fmsg& dialog_;
-    std::deque<Step> steps_;
-    ULONGLONG end_;
-    UINT_PTR timer_ = 0;
-};
 
 class Fmsg : public testing::Test {
 protected:
@@ -483,6 +431,21 @@ TEST_F(Editor, SecondsCarryIntoMinutesAndHours) {
         closeBox();
     });
     edit(ruleAt(u"30/06/2026", u"09:59:59"));
+}
+
+TEST_F(Editor, ATimeThatIsEmptyBeginsWithNowOrMidnight) {
+    Script script(dialog);
+    script.when(shown("Set alarm"), [this] {
+        SetWindowTextW(item(ID_LBLTIME), L"");
+        scroll(ID_HMIN, SB_LINERIGHT);
+        EXPECT_EQ(text(ID_LBLTIME), "10:21:30");
+        SetWindowTextW(item(ID_LBLTIME), L"");
+        choose(ID_CBODAY, 3);
+    });
+    script.when([this] { return text(ID_LBLTIME) == "00:00:00"; }, [this] { click(ID_BTNOK); });
+    const AlarmEdit answer = edit({});
+    EXPECT_EQ(answer.alarm.AlarmWeekday, 3);
+    EXPECT_EQ(answer.alarm.AlarmTime, u"00:00:00");
 }
 
 TEST_F(Editor, ADraggedThumbStaysAtTheEndOfTheClock) {

@@ -12,6 +12,8 @@ struct TestNotes {
     MemoryFiles folder;
     MemorySettings registry;
     Now clock{instantOf({2026, 6, 15}, {12, 0, 0}), 0};  // a Monday
+    int sounds = 0;                                      ///< how often the alarm sound began
+    int silences = 0;                                    ///< how often it was ended
     std::unique_ptr<basPost> desk = std::make_unique<basPost>();
 
     explicit TestNotes(bool useRegistry, std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
@@ -23,6 +25,8 @@ struct TestNotes {
         desk->store.registry = {registry.settings(), englishWeekdayKeys()};
         desk->store.files = {folder.files(), westernPage()};
         desk->host.now = [this] { return clock; };
+        desk->host.startSound = [this] { ++sounds; };
+        desk->host.stopSound = [this] { ++silences; };
         for (std::size_t i = 0; i < notes.size(); ++i) {
             desk->store.create(static_cast<int>(i) + 1, notes[i]);
         }

@@ -1,0 +1,845 @@
+// A note's alarm on a live desktop, in both stores: counting down, ringing, what ends it, and the clock that
+// a test turns as it likes. The sound is counted, not heard.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+#include "resources/resource.h"
+#include "tests/window/Script.h"
+#include "tests/window/TestNotes.h"
+
+namespace {
+
+const Instant kDue = instantOf({2026, 6, 15}, {12, 0, 10});  // ten seconds after the desk's start
+constexpr int kTicksBetweenSounds = 6;                       // three seconds
+
+Instant later(std::int64_t seconds) {
+    return {kDue.seconds + seconds};
+}
+
+NoteRecord once(TextView title) {
+    NoteRecord note = plainNote(title);
+    note.alarmdate = u"15/06/2026";
+    note.alarmtime = u"12:00:10";
+    return note;
+}
+
+NoteRecord every(TextView title, TextView interval) {
+    NoteRecord note = once(title);
+    note.alarmdate = u"*";
+    note.interval = interval;
+    if (interval == u"eachmonth") note.alarmday = u"15";
+    if (interval == u"eachyear") note.alarmdaymonth = u"15/06";
+    return note;
+}
+
+NoteRecord repeating(TextView title, std::int16_t number, TextView unit) {
+    NoteRecord note = once(title);
+    note.alarmrepeatnumber = number;
+    note.alarmrepeatevery = unit;
+    return note;
+}
+
+NoteRecord weekly(TextView title, std::int16_t weekday) {
+    NoteRecord note = once(title);
+    note.alarmweekday = weekday;
+    return note;
+}
+
+NoteRecord with(NoteRecord note, bool NoteRecord::*flag) {
+    note.*flag = true;
+    return note;
+}
+
+std::string plain(const Text& text) {
+    return std::string(text.begin(), text.end());
+}
+
+bool stripShown(const fpost& note) {
+    return (GetWindowLongPtrW(note.pic_time, GWL_STYLE) & static_cast<LONG_PTR>(WS_VISIBLE)) != 0;
+}
+
+std::string strip(const fpost& note) {
+    return plain(windowText(note.pic_time));
+}
+
+/// A press on a part of a note, as its window hears of it.
+void press(HWND part, UINT message = WM_LBUTTONDOWN) {
+    const WPARAM button = message == WM_LBUTTONDOWN ? MK_LBUTTON : MK_RBUTTON;
+    SendMessageW(part, message, button, MAKELPARAM(4, 4));
+}
+
+/// Every behaviour below must be the same in both stores.
+class Alarm : public testing::TestWithParam<bool> {
+protected:
+    std::unique_ptr<TestNotes> run(std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
+        return std::make_unique<TestNotes>(GetParam(), std::move(notes), settings);
+    }
+    /// All of them ring: it is a second past the time at which they are due.
+    std::unique_ptr<TestNotes> ringing(std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
+        auto desk = run(std::move(notes), settings);
+        desk->clock = {later(1), 0};
+        tick(*desk);
+        for (const fpost* note : desk->desk->Notes)
+            EXPECT_TRUE(note->Alarming) << plain(note->Titolo());
+        return desk;
+    }
+    /// Half a second later, for every note that counts down.
+    static void tick(TestNotes& desk) {
+        const std::vector<fpost*> walk = desk.desk->Notes;
+        for (fpost* note : walk)
+            note->tmr_Timer();
+    }
+    static GlobalSettings keeping() {
+        GlobalSettings settings;
+        settings.DontDeleteWhenPlay = true;
+        return settings;
+    }
+    /// The note as the next start would find it.
+    static fpost& restarted(TestNotes& desk, int number) {
+        fpost& note = desk.note(number);
+        note.apply(desk.stored(number));
+        note.ArmAfterLoad();
+        return note;
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Stores, Alarm, testing::Bool(),
+                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+
+// --- Countdown --------------------------------------------------------------------------------------------
+
+TEST_P(Alarm, CountsDownInTheStripUntilItIsDue) {
+    const auto desk = run({once(u"a")});
+    const fpost& note = desk->note(1);
+    EXPECT_TRUE(stripShown(note));
+    EXPECT_EQ(strip(note), "0:00:10");
+    desk->clock = {later(-1), 999};
+    tick(*desk);
+    EXPECT_EQ(strip(note), "0:00:01");
+    EXPECT_FALSE(note.Alarming);
+    desk->clock = {kDue, 0};  // exactly due is due
+    tick(*desk);
+    EXPECT_TRUE(note.Alarming);
+}
+
+TEST_P(Alarm, TheStripIsPaintedOnlyWhenItsTextChanges) {
+    const auto desk = run({once(u"a")});
+    const fpost& note = desk->note(1);
+    UpdateWindow(note.pic_time);
+    desk->clock.ms = 500;
+    tick(*desk);
+    EXPECT_EQ(GetUpdateRect(note.pic_time, nullptr, FALSE), FALSE);
+    desk->clock = {later(-9), 0};
+    tick(*desk);
+    EXPECT_NE(GetUpdateRect(note.pic_time, nullptr, FALSE), FALSE);
+}
+
+TEST_P(Alarm, ARightClickShowsWhenItIsDueAndTheNextOneCountsAgain) {
+    const auto desk = run({once(u"a")});
+    const fpost& note = desk->note(1);
+    press(note.pic_time, WM_RBUTTONDOWN);
+    EXPECT_EQ(strip(note), "15/06/2026 12:00  h.");
+    desk->clock = {later(-5), 0};
+    tick(*desk);
+    EXPECT_EQ(strip(note), "15/06/2026 12:00  h.");
+    press(note.pic_time, WM_RBUTTONDOWN);
+    tick(*desk);
+    EXPECT_EQ(strip(note), "0:00:05");
+}
+
+TEST_P(Alarm, ALeftClickOnTheStripOfAnArmedNoteChangesNothing) {
+    const auto desk = run({once(u"a")});
+    press(desk->note(1).pic_time);
+    EXPECT_EQ(desk->note(1).alarm.due, kDue);
+    EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:10");
+}
+
+TEST_P(Alarm, WhatIsNoDateOrTimeNeverRings) {
+    NoteRecord noDate = once(u"a");
+    noDate.alarmdate = u"aa/bb/cccc";
+    NoteRecord noTime = once(u"b");
+    noTime.alarmtime = u"noon";
+    NoteRecord zeroDate = once(u"c");
+    zeroDate.alarmdate = u"00/00/0000";
+    const auto desk = run({noDate, noTime, zeroDate});
+    desk->clock = {later(100000), 0};
+    tick(*desk);
+    for (int n = 1; n <= 3; ++n) {
+        EXPECT_FALSE(desk->note(n).Alarming) << n;
+        EXPECT_FALSE(stripShown(desk->note(n))) << n;
+    }
+    EXPECT_EQ(desk->sounds, 0);
+}
+
+// --- Ringing ----------------------------------------------------------------------------------------------
+
+TEST_P(Alarm, SoundsAtOnceAndAgainEveryThreeSeconds) {
+    const auto desk = ringing({once(u"a")}, keeping());
+    fpost& note = desk->note(1);
+    EXPECT_EQ(desk->sounds, 1);
+    for (int sound = 2; sound <= 4; ++sound) {
+        for (int i = 1; i < kTicksBetweenSounds; ++i)
+            note.flashTick();
+        EXPECT_EQ(desk->sounds, sound - 1);
+        note.flashTick();
+        EXPECT_EQ(desk->sounds, sound);
+    }
+}
+
+TEST_P(Alarm, MutedItFlashesInSilence) {
+    const auto desk = ringing({with(once(u"a"), &NoteRecord::mute)}, keeping());
+    fpost& note = desk->note(1);
+    const Rgb own = note.Backcol();
+    ASSERT_NE(own, kWhite);
+    EXPECT_EQ(note.tBackColor(), kWhite);
+    for (int i = 0; i < 2 * kTicksBetweenSounds; ++i) {
+        note.flashTick();
+        EXPECT_EQ(note.tBackColor(), i % 2 == 0 ? own : kWhite) << i;
+    }
+    EXPECT_EQ(desk->sounds, 0);
+    EXPECT_TRUE(note.Alarming);
+}
+
+TEST(AlarmTimer, FlashesByItselfAndTheSoundComesAgainAfterThreeSeconds) {
+    TestNotes desk(true, {once(u"a")});
+    fpost& note = desk.note(1);
+    desk.clock = {kDue, 0};
+    const ULONGLONG start = GetTickCount64();
+    note.tmr_Timer();
+    ASSERT_EQ(desk.sounds, 1);
+    int changes = 0;
+    for (Rgb last = note.tBackColor(); desk.sounds < 2 && GetTickCount64() < start + 30000;) {
+        if (!pumpFor(5)) break;
+        if (note.tBackColor() != last) ++changes;
+        last = note.tBackColor();
+    }
+    EXPECT_EQ(desk.sounds, 2);
+    EXPECT_GE(GetTickCount64() - start, 2900U);
+    EXPECT_GE(changes, kTicksBetweenSounds / 2);
+    note.StopRinging();
+}
+
+TEST_P(Alarm, RingsOnceForOneInstant) {
+    const auto desk = ringing({once(u"a")}, keeping());
+    desk->clock = {later(60), 0};
+    tick(*desk);
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 1);
+    EXPECT_EQ(desk->note(1).Tickcount, 0);
+}
+
+TEST_P(Alarm, ARightClickWhileItRingsOnlyChangesWhatTheStripShows) {
+    const auto desk = ringing({once(u"a")});
+    fpost& note = desk->note(1);
+    EXPECT_EQ(strip(note), "0:00:00");
+    press(note.pic_time, WM_RBUTTONDOWN);
+    EXPECT_EQ(strip(note), "15/06/2026 12:00  h.");
+    EXPECT_TRUE(note.Alarming);
+    EXPECT_NE(note.flashTimer, 0U);
+    EXPECT_EQ(desk->silences, 0);
+    note.flashTick();
+    EXPECT_EQ(note.tBackColor(), note.Backcol());
+    press(note.pic_time, WM_RBUTTONDOWN);
+    EXPECT_EQ(strip(note), "0:00:00");
+    EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:10");
+}
+
+TEST_P(Alarm, TheWhiteOfTheFlashIsNeverStored) {
+    const auto desk = run({every(u"a", u"eachday"), plainNote(u"b")});
+    desk->clock = {kDue, 0};
+    tick(*desk);
+    EXPECT_EQ(desk->note(1).tBackColor(), kWhite);
+    desk->desk->store.save(1, desk->note(1).record);
+    desk->note(2).DeleteForm(true);
+    EXPECT_EQ(desk->stored(1).backcolor, kDesignColor);
+    desk->note(1).Backcol(0x00FFFF);  // another colour while it rings
+    desk->note(1).flashTick();
+    desk->note(1).flashTick();
+    press(desk->note(1).pic_time);
+    EXPECT_EQ(desk->note(1).tBackColor(), 0x00FFFFU);
+}
+
+// --- The click that ends it -------------------------------------------------------------------------------
+
+TEST_P(Alarm, AnAlarmThatCameOnceTakesItsNoteAlongWithoutAQuestion) {
+    const auto desk = ringing({once(u"a")});
+    desk->desk->NewNote();
+    const HWND window = desk->note(1).hwnd;
+    press(desk->note(1).pic_time);
+    EXPECT_FALSE(desk->desk->dialog.open());
+    EXPECT_EQ(desk->silences, 1);
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"- 2 -"}));
+    EXPECT_EQ(desk->stored(1).Titolo, u"- 2 -");
+    pumpPending();
+    EXPECT_FALSE(IsWindow(window));
+}
+
+TEST_P(Alarm, TheLastNoteGoesToo) {
+    const auto desk = ringing({once(u"a")});
+    press(desk->note(1).pic_time);
+    pumpPending();
+    EXPECT_EQ(desk->desk->Count(), 0);
+    EXPECT_FALSE(desk->desk->dialog.open());
+}
+
+TEST_P(Alarm, ANoteToBeKeptStaysAndDoesNotRingAtTheNextStart) {
+    const auto desk = ringing({once(u"a")}, keeping());
+    fpost& note = desk->note(1);
+    press(note.pic_time);
+    EXPECT_FALSE(note.Alarming);
+    EXPECT_FALSE(stripShown(note));
+    EXPECT_EQ(note.tBackColor(), note.Backcol());
+    ASSERT_EQ(desk->desk->Count(), 1);
+    const NoteRecord stored = desk->stored(1);
+    EXPECT_EQ(stored.alarmdate, u"");
+    EXPECT_EQ(stored.alarmtime, u"");
+    EXPECT_EQ(stored.Nota, u"body of a");
+    restarted(*desk, 1);
+    tick(*desk);
+    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_EQ(desk->sounds, 1);
+}
+
+TEST_P(Alarm, ANoteThatCouldNotBeReadIsSilencedAndStays) {
+    const auto desk = ringing({once(u"a")});
+    desk->note(1).record.readOnly = true;
+    EXPECT_FALSE(desk->note(1).SoundStop()) << "it did not go";
+    EXPECT_FALSE(desk->note(1).Alarming);
+    ASSERT_EQ(desk->desk->Count(), 1);
+}
+
+TEST_P(Alarm, EachDayMissedForDaysRingsOnceAndThenTomorrow) {
+    const auto desk = run({every(u"a", u"eachday")});
+    desk->clock = {later(5 * kSecondsPerDay + 3600), 0};  // five days asleep
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 1);
+    press(desk->note(1).pic_time);
+    tick(*desk);
+    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_EQ(desk->sounds, 1);
+    EXPECT_EQ(desk->note(1).alarm.due, later(6 * kSecondsPerDay));
+    EXPECT_EQ(strip(desk->note(1)), "23:00:00");
+    EXPECT_EQ(desk->stored(1).alarmdate, u"*");
+    EXPECT_EQ(desk->stored(1).interval, u"eachday");
+}
+
+TEST_P(Alarm, ASleepOverSeveralInstantsRingsOnceAndKeepsThePhase) {
+    const auto desk = run({repeating(u"a", 90, u"mm"), repeating(u"b", 2, u"hh"), repeating(u"c", 1, u"dd")});
+    desk->clock = {later(8 * 3600 + 60), 0};
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 3);
+    for (int n = 1; n <= 3; ++n)
+        press(desk->note(n).pic_time);
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 3);
+    EXPECT_EQ(desk->note(1).alarm.due, later(9 * 3600));
+    EXPECT_EQ(desk->note(2).alarm.due, later(10 * 3600));
+    EXPECT_EQ(desk->note(3).alarm.due, later(kSecondsPerDay));
+    EXPECT_EQ(desk->stored(1).alarmtime, u"21:00:10");
+    EXPECT_EQ(desk->stored(2).alarmtime, u"22:00:10");
+    EXPECT_EQ(desk->stored(3).alarmdate, u"16/06/2026");
+    EXPECT_EQ(desk->stored(1).alarmrepeatnumber, 90);
+}
+
+TEST_P(Alarm, WeekdaysAndPatternsAreStoredAsTheyGoOn) {
+    NoteRecord several = weekly(u"d", kSeveralWeekdays);
+    several.weekdays = {true, false, true, false, false, false, false};
+    const auto desk =
+        ringing({weekly(u"a", 1), every(u"b", u"eachmonth"), every(u"c", u"eachyear"), several});
+    for (int n = 1; n <= 4; ++n)
+        press(desk->note(n).pic_time);
+    EXPECT_EQ(desk->note(1).alarm.due, instantOf({2026, 6, 22}, {12, 0, 10}));
+    EXPECT_EQ(desk->stored(1).alarmdate, u"22/06/2026");
+    EXPECT_EQ(desk->stored(1).alarmweekday, 1);
+    EXPECT_EQ(desk->note(2).alarm.due, instantOf({2026, 7, 15}, {12, 0, 10}));
+    EXPECT_EQ(desk->stored(2).alarmdate, u"*");
+    EXPECT_EQ(desk->stored(2).alarmday, u"15");
+    EXPECT_EQ(desk->note(3).alarm.due, instantOf({2027, 6, 15}, {12, 0, 10}));
+    EXPECT_EQ(desk->stored(3).alarmdaymonth, u"15/06");
+    EXPECT_EQ(desk->note(4).alarm.due, instantOf({2026, 6, 17}, {12, 0, 10}));
+    for (int n = 1; n <= 4; ++n) {
+        const std::optional<Instant> due = desk->note(n).alarm.due;
+        EXPECT_EQ(restarted(*desk, n).alarm.due, due) << n;
+        EXPECT_TRUE(stripShown(desk->note(n))) << n;
+    }
+}
+
+TEST_P(Alarm, StoppedExactlyAtTheNextInstantItWaitsForNothing) {
+    const auto desk = ringing({every(u"a", u"eachmonth")});
+    desk->clock = {instantOf({2026, 7, 15}, {12, 0, 10}), 0};
+    press(desk->note(1).pic_time);
+    EXPECT_FALSE(stripShown(desk->note(1)));
+    tick(*desk);
+    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_EQ(desk->stored(1).interval, u"eachmonth") << "the next start goes on with it";
+}
+
+TEST_P(Alarm, AStoreThatRefusesDoesNotStopItFromGoingOn) {
+    const auto desk = ringing({every(u"a", u"eachday"), repeating(u"b", 1, u"hh")});
+    {
+        const FullDisk full(*desk);
+        for (int n = 1; n <= 2; ++n)
+            press(desk->note(n).pic_time);
+    }
+    for (int n = 1; n <= 2; ++n) {
+        EXPECT_FALSE(desk->note(n).Alarming) << n;
+        EXPECT_TRUE(stripShown(desk->note(n))) << n;
+    }
+    EXPECT_EQ(desk->note(1).alarm.due, later(kSecondsPerDay));
+    EXPECT_EQ(desk->note(2).alarm.due, later(3600));
+    desk->note(2).toggleTopmost();  // the next save brings it in
+    EXPECT_EQ(desk->stored(2).alarmtime, u"13:00:10");
+}
+
+TEST_P(Alarm, WhetherItRecursIsAskedOfTheStore) {
+    const auto desk = ringing({once(u"a"), every(u"b", u"eachday")});
+    NoteRecord daily = desk->stored(1);
+    daily.alarmdate = u"*";
+    daily.interval = u"eachday";
+    desk->desk->store.save(1, daily);
+    press(desk->note(1).pic_time);
+    ASSERT_EQ(desk->desk->Count(), 2) << "another program made it come every day";
+    EXPECT_EQ(desk->note(1).alarm.due, later(kSecondsPerDay));
+
+    desk->folder.locked.insert(Text(kNoteFile));
+    desk->registry.locked.insert(u"kardel-2");
+    press(desk->note(2).pic_time);
+    ASSERT_EQ(desk->desk->Count(), 2) << "a store that cannot be read makes no alarm end";
+    EXPECT_EQ(desk->note(2).alarm.due, later(kSecondsPerDay));
+}
+
+// --- Several at once --------------------------------------------------------------------------------------
+
+TEST_P(Alarm, SeveralRingAtOnceAndEachIsStoppedOnItsOwn) {
+    const auto desk = ringing({once(u"a"), every(u"b", u"eachday"), once(u"c")});
+    EXPECT_EQ(desk->sounds, 3);
+    press(desk->note(1).pic_time);
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"b", u"c"}));
+    for (int n = 1; n <= 2; ++n)
+        EXPECT_TRUE(desk->note(n).Alarming) << n;
+    // The one sound of the program ended with it: the others begin it again at their next turn.
+    for (int i = 0; i < kTicksBetweenSounds; ++i)
+        desk->note(2).flashTick();
+    EXPECT_EQ(desk->sounds, 4);
+    press(desk->note(1).pic_time);
+    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_TRUE(desk->note(2).Alarming);
+    press(desk->note(2).pic_time);
+    pumpPending();
+    ASSERT_EQ(desk->desk->Count(), 1);
+    EXPECT_EQ(desk->stored(1).Titolo, u"b");
+}
+
+TEST_P(Alarm, FiftyMissedAlarmsAllRingAndAllGo) {
+    std::vector<NoteRecord> notes;
+    for (int i = 0; i < kMaxNotes; ++i)
+        notes.push_back(once(u"n"));
+    const auto desk = ringing(notes);
+    EXPECT_EQ(desk->sounds, kMaxNotes);
+    while (desk->desk->Count() > 0)
+        press(desk->note(1).pic_time);
+    pumpPending();
+    EXPECT_EQ(desk->silences, kMaxNotes);
+}
+
+// --- Notes that are not on screen -------------------------------------------------------------------------
+
+TEST_P(Alarm, AHiddenNoteComesBackWithoutTakingTheKeyboard) {
+    const auto desk = run({once(u"a"), plainNote(u"b")});
+    desk->desk->ToggleHideAll();
+    const HWND other = CreateWindowExW(0, L"EDIT", L"other", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr,
+                                       nullptr, nullptr, nullptr);
+    SetForegroundWindow(other);
+    SetFocus(other);
+    const HWND active = GetActiveWindow();
+    desk->clock = {kDue, 0};
+    tick(*desk);
+    EXPECT_TRUE(desk->note(1).visible());
+    EXPECT_TRUE(stripShown(desk->note(1)));
+    EXPECT_FALSE(desk->note(2).visible());
+    EXPECT_EQ(GetActiveWindow(), active);
+    EXPECT_EQ(GetFocus(), other);
+    EXPECT_FALSE(desk->desk->AllHidden);
+    EXPECT_EQ(trayMenu(desk->desk->trayState())[tray::kHideAll].caption, u"Hide All");
+    DestroyWindow(other);
+}
+
+TEST_P(Alarm, AClosedNoteIsReopenedForGood) {
+    const auto desk =
+        run({with(once(u"a"), &NoteRecord::closed), with(plainNote(u"b"), &NoteRecord::closed)});
+    ASSERT_TRUE(desk->desk->AllHidden);
+    desk->clock = {kDue, 0};
+    tick(*desk);
+    EXPECT_TRUE(desk->note(1).visible());
+    EXPECT_FALSE(desk->note(1).Closed());
+    EXPECT_FALSE(desk->stored(1).closed);
+    EXPECT_FALSE(desk->desk->AllHidden);
+    EXPECT_FALSE(desk->note(2).visible());
+    EXPECT_TRUE(desk->stored(2).closed);
+}
+
+TEST_P(Alarm, AnIconizedNoteIsRestoredIfWantedAndGoesOnRinging) {
+    GlobalSettings settings;
+    settings.RestoreWhenPlay = true;
+    const auto desk = run(
+        {with(once(u"a"), &NoteRecord::iconized), with(plainNote(u"b"), &NoteRecord::iconized)}, settings);
+    ASSERT_TRUE(desk->desk->AllIconized);
+    desk->clock = {kDue, 0};
+    tick(*desk);
+    fpost& note = desk->note(1);
+    EXPECT_TRUE(note.Alarming);
+    EXPECT_EQ(desk->silences, 0);
+    ASSERT_EQ(desk->desk->Count(), 2) << "restoring it must not count as the click that ends it";
+    EXPECT_EQ(note.Height(), 2250);
+    EXPECT_TRUE(stripShown(note));
+    EXPECT_FALSE(desk->stored(1).iconized);
+    EXPECT_EQ(desk->stored(1).height, 2250);
+    EXPECT_FALSE(desk->desk->AllIconized);
+    EXPECT_EQ(trayMenu(desk->desk->trayState())[tray::kIconizeAll].caption, u"Iconize All");
+}
+
+TEST_P(Alarm, AnIconizedNoteThatStaysSmallIsStoppedOnItsTitle) {
+    GlobalSettings settings;
+    settings.RestoreWhenPlay = false;
+    const auto desk = ringing({with(every(u"a", u"eachday"), &NoteRecord::iconized)}, settings);
+    const fpost& note = desk->note(1);
+    EXPECT_TRUE(note.Iconized());
+    EXPECT_FALSE(stripShown(note)) << "it would lie outside the window";
+    EXPECT_EQ(note.tBackColor(), kWhite);
+    press(note.lbl);
+    EXPECT_FALSE(note.Alarming);
+    EXPECT_TRUE(note.Iconized());
+    EXPECT_EQ(note.alarm.due, later(kSecondsPerDay));
+    EXPECT_FALSE(stripShown(note));
+    EXPECT_TRUE(desk->stored(1).iconized);
+}
+
+// --- What else may happen while it rings ------------------------------------------------------------------
+
+TEST_P(Alarm, ClosingSilencesItAndItComesBackTheNextTime) {
+    const auto desk = ringing({every(u"a", u"eachday"), once(u"b")});
+    desk->note(1).CloseForm();
+    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_FALSE(desk->note(1).visible());
+    EXPECT_TRUE(desk->stored(1).closed);
+    desk->note(2).CloseForm();
+    pumpPending();
+    ASSERT_EQ(desk->desk->Count(), 1) << "its alarm is over";
+    desk->clock = {later(kSecondsPerDay), 1};
+    tick(*desk);
+    EXPECT_TRUE(desk->note(1).Alarming);
+    EXPECT_TRUE(desk->note(1).visible());
+}
+
+TEST_P(Alarm, IconizingSilencesIt) {
+    const auto desk = ringing({every(u"a", u"eachday"), once(u"b"), once(u"c")});
+    desk->note(1).toggleIconized();
+    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_TRUE(desk->stored(1).iconized);
+    EXPECT_EQ(desk->stored(1).height, 2250);
+    desk->note(2).toggleIconized();
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"a", u"c"}));
+    desk->desk->ToggleIconizeAll();
+    pumpPending();
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"a"}));
+    EXPECT_TRUE(desk->stored(1).iconized);
+}
+
+TEST_P(Alarm, DeletingANoteThatRingsDeletesOneNote) {
+    const auto desk = ringing({every(u"a", u"eachday"), once(u"b"), once(u"c")});
+    desk->note(2).DeleteForm(true);
+    desk->note(1).DeleteForm(true);
+    EXPECT_EQ(desk->silences, 2);
+    pumpPending();
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"c"}));
+    EXPECT_EQ(desk->stored(1).Titolo, u"c");
+    EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:10");
+    EXPECT_TRUE(desk->note(1).Alarming);
+}
+
+TEST_P(Alarm, ExitSilencesItAndLeavesTheAlarmStored) {
+    const auto desk = ringing({once(u"a"), every(u"b", u"eachday")});
+    desk->desk->Teardown();
+    EXPECT_EQ(desk->silences, 2);
+    EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026");
+    EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:10");
+    EXPECT_EQ(desk->stored(2).interval, u"eachday");
+}
+
+TEST_P(Alarm, ANoteBeingEditedRingsAndIsStoppedOnceTheTextIsKept) {
+    const auto desk = run({every(u"a", u"eachday")});
+    fpost& note = desk->note(1);
+    note.EditForm();
+    SetWindowTextW(note.txtNota, L"half a thought");
+    desk->clock = {kDue, 0};
+    tick(*desk);
+    EXPECT_TRUE(note.Alarming);
+    EXPECT_TRUE(note.bodyBeingEdited);
+    press(note.lbl);
+    EXPECT_FALSE(note.Alarming);
+    EXPECT_EQ(desk->stored(1).Nota, u"half a thought");
+    EXPECT_TRUE(stripShown(note));
+}
+
+// --- The clock --------------------------------------------------------------------------------------------
+
+TEST_P(Alarm, AClockSetBackNeitherLosesNorDoublesAnAlarm) {
+    const auto desk = run({weekly(u"a", 1), every(u"b", u"eachday"), repeating(u"c", 1, u"dd")});
+    desk->clock = {later(-3600), 0};
+    tick(*desk);
+    for (int n = 1; n <= 3; ++n)
+        EXPECT_EQ(strip(desk->note(n)), "1:00:00") << n;
+    desk->clock = {kDue, 0};
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 3);
+
+    desk->clock = {later(-1800), 0};  // set back while they ring
+    tick(*desk);
+    for (int n = 1; n <= 3; ++n) {
+        EXPECT_TRUE(desk->note(n).Alarming) << n;
+        press(desk->note(n).pic_time);
+    }
+    desk->clock = {later(1), 0};  // the same time of day once more
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 3);
+    EXPECT_EQ(desk->note(1).alarm.due, later(7 * kSecondsPerDay));
+    EXPECT_EQ(desk->note(2).alarm.due, later(kSecondsPerDay));
+    EXPECT_EQ(desk->note(3).alarm.due, later(kSecondsPerDay));
+}
+
+TEST_P(Alarm, AClockSetForwardRingsWhatItJumpedOver) {
+    const auto desk = run({once(u"a"), weekly(u"b", 1), repeating(u"c", 1, u"hh")});
+    desk->clock = {later(2 * 3600 + 60), 0};
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 3);
+    for (int n = 3; n >= 1; --n)
+        press(desk->note(n).pic_time);
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"b", u"c"}));
+    EXPECT_EQ(desk->note(1).alarm.due, later(7 * kSecondsPerDay));
+    EXPECT_EQ(desk->note(2).alarm.due, later(3 * 3600));
+    desk->clock = {kDue, 0};  // and back again: what has rung stays quiet
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 3);
+}
+
+// --- The editor of a note's alarm -------------------------------------------------------------------------
+
+class AlarmEditor : public Alarm {
+protected:
+    /// Opens the editor of note 1 and lets the script answer it.
+    static void edit(TestNotes& desk) { desk.note(1).command(IDM_ALARM); }
+    static Script::Condition opened(TestNotes& desk) {
+        return [&desk] {
+            const HWND form = desk.desk->dialog.hwnd;
+            return form != nullptr && IsWindowVisible(form) != FALSE && windowText(form) == u"Set alarm";
+        };
+    }
+    static HWND item(const TestNotes& desk, int id) { return GetDlgItem(desk.desk->dialog.hwnd, id); }
+    static std::string text(const TestNotes& desk, int id) { return plain(windowText(item(desk, id))); }
+    static void click(const TestNotes& desk, int id) { PostMessageW(item(desk, id), BM_CLICK, 0, 0); }
+    static void scroll(const TestNotes& desk, int bar, WORD code) {
+        SendMessageW(desk.desk->dialog.hwnd, WM_HSCROLL, code, reinterpret_cast<LPARAM>(item(desk, bar)));
+    }
+    static void clickYear(const TestNotes& desk) {
+        const int x = toPx(Twips{900}, screenDpi()).n;
+        SendMessageW(item(desk, ID_DATA), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, 4));
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Stores, AlarmEditor, testing::Bool(),
+                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+
+TEST_P(AlarmEditor, OnANoteWithoutAnAlarmShowsTodayAndNow) {
+    const auto desk = run({plainNote(u"a")});
+    Script script(desk->desk->dialog);
+    script.when(opened(*desk), [&] {
+        EXPECT_EQ(text(*desk, ID_DATA), "15/06/2026");
+        EXPECT_EQ(text(*desk, ID_LBLTIME), "12:00:00");
+        desk->clock = {later(-5), 0};
+        click(*desk, ID_BTNOK);
+    });
+    edit(*desk);
+    // Noon is past by now: the one time that it rings is at once.
+    EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026");
+    EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:00");
+    tick(*desk);
+    EXPECT_TRUE(desk->note(1).Alarming);
+}
+
+TEST_P(AlarmEditor, HoursTurnOverIntoTheNextDayAndBack) {
+    NoteRecord late = once(u"a");
+    late.alarmtime = u"23:30:00";
+    const auto desk = run({late});
+    struct Step {
+        WORD code;
+        TextView date, time;
+    };
+    for (const Step& step :
+         {Step{SB_LINERIGHT, u"16/06/2026", u"00:30:00"}, Step{SB_LINELEFT, u"15/06/2026", u"23:30:00"}}) {
+        Script script(desk->desk->dialog);
+        script.when(opened(*desk), [&] {
+            scroll(*desk, ID_HORE, step.code);
+            click(*desk, ID_BTNOK);
+        });
+        edit(*desk);
+        EXPECT_EQ(desk->stored(1).alarmdate, step.date);
+        EXPECT_EQ(desk->stored(1).alarmtime, step.time);
+        EXPECT_TRUE(stripShown(desk->note(1)));
+    }
+}
+
+TEST_P(AlarmEditor, TheYearClickedTwiceIsAFullDateOfThisYear) {
+    NoteRecord faraway = once(u"a");
+    faraway.alarmdate = u"15/06/2030";
+    const auto desk = run({faraway});
+    struct Step {
+        TextView date, interval, dayMonth;
+    };
+    for (const Step& step : {Step{u"*", u"eachyear", u"15/06"}, Step{u"15/06/2026", u"", u""}}) {
+        Script script(desk->desk->dialog);
+        script.when(opened(*desk), [&] {
+            clickYear(*desk);
+            click(*desk, ID_BTNOK);
+        });
+        edit(*desk);
+        const NoteRecord stored = desk->stored(1);
+        EXPECT_EQ(stored.alarmdate, step.date);
+        EXPECT_EQ(stored.interval, step.interval);
+        EXPECT_EQ(stored.alarmdaymonth, step.dayMonth);
+        EXPECT_EQ(desk->note(1).alarm.due, kDue);
+    }
+}
+
+TEST_P(AlarmEditor, ShowsTheCountdownOfItsNoteOnly) {
+    const auto desk = run({once(u"a"), repeating(u"b", 1, u"hh")});
+    Script script(desk->desk->dialog);
+    script.when(opened(*desk), [&] {
+        EXPECT_EQ(text(*desk, ID_BTNOK), "Restart");
+        desk->clock = {later(-7), 0};
+        desk->note(1).tmr_Timer();
+        desk->clock = {later(-5), 0};
+        desk->note(2).tmr_Timer();
+        EXPECT_EQ(text(*desk, ID_LBLCOUNTDOWN), "0:00:07");
+        PostMessageW(desk->desk->dialog.hwnd, WM_CLOSE, 0, 0);
+    });
+    edit(*desk);
+}
+
+TEST_P(AlarmEditor, StartOnANoteThatRingsSilencesItAndArmsTheNewAlarm) {
+    const auto desk = ringing({once(u"a")});
+    Script script(desk->desk->dialog);
+    script.when(opened(*desk), [&] {
+        EXPECT_EQ(text(*desk, ID_BTNOK), "Start");
+        scroll(*desk, ID_HORE, SB_LINERIGHT);
+        click(*desk, ID_BTNOK);
+    });
+    edit(*desk);
+    fpost& note = desk->note(1);
+    EXPECT_FALSE(note.Alarming);
+    EXPECT_EQ(note.flashTimer, 0U);
+    EXPECT_EQ(desk->silences, 1);
+    EXPECT_EQ(note.tBackColor(), note.Backcol());
+    EXPECT_EQ(strip(note), "0:59:59");
+    EXPECT_EQ(desk->stored(1).alarmtime, u"13:00:10");
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 1);
+}
+
+TEST_P(AlarmEditor, StopOnANoteThatRingsSilencesItAndKeepsTheNote) {
+    NoteRecord daily = with(every(u"a", u"eachday"), &NoteRecord::mute);
+    const auto desk = ringing({daily});
+    Script script(desk->desk->dialog);
+    script.when(opened(*desk), [&] { click(*desk, ID_BTNCANCEL); });
+    edit(*desk);
+    ASSERT_EQ(desk->desk->Count(), 1);
+    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_FALSE(stripShown(desk->note(1)));
+    const NoteRecord stored = desk->stored(1);
+    for (const Text& text : {stored.alarmdate, stored.alarmtime, stored.alarmrepeatevery, stored.interval,
+                             stored.alarmday, stored.alarmdaymonth}) {
+        EXPECT_EQ(text, u"");
+    }
+    EXPECT_EQ(stored.alarmweekday, 0);
+    EXPECT_EQ(stored.alarmrepeatnumber, 0);
+    EXPECT_FALSE(stored.mute);
+    EXPECT_EQ(stored.Nota, u"body of a");
+    EXPECT_FALSE(restarted(*desk, 1).alarm.due);
+}
+
+TEST_P(AlarmEditor, LeftWithoutStartOrStopTheNoteGoesOnRinging) {
+    const auto desk = ringing({once(u"a")});
+    Script script(desk->desk->dialog);
+    script.when(opened(*desk), [&] { PostMessageW(desk->desk->dialog.hwnd, WM_CLOSE, 0, 0); });
+    edit(*desk);
+    EXPECT_TRUE(desk->note(1).Alarming);
+    EXPECT_EQ(desk->silences, 0);
+    EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:10");
+}
+
+TEST_P(AlarmEditor, ANoteThatRingsWhileItsEditorIsOpenIsThereWhenItCloses) {
+    const auto desk = run({once(u"a")});
+    Script script(desk->desk->dialog);
+    script.when(opened(*desk), [&] {
+        desk->clock = {kDue, 0};
+        tick(*desk);
+        EXPECT_TRUE(desk->note(1).Alarming);
+        scroll(*desk, ID_HMIN, SB_LINERIGHT);
+        click(*desk, ID_BTNOK);
+    });
+    edit(*desk);
+    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_EQ(desk->note(1).alarm.due, later(60));
+}
+
+TEST_P(AlarmEditor, ANoteThatGoesWhileItsEditorIsOpenTakesNothingFromItsNeighbour) {
+    const auto desk = ringing({once(u"a"), once(u"b")}, {});
+    NoteRecord neighbour;
+    Script script(desk->desk->dialog);
+    script.when(opened(*desk), [&] {
+        EXPECT_TRUE(desk->note(1).SoundStop()) << "hiding all from the tray does that";
+        neighbour = desk->stored(1);
+        scroll(*desk, ID_HORE, SB_LINERIGHT);
+        click(*desk, ID_BTNOK);
+    });
+    edit(*desk);
+    pumpPending();
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"b"}));
+    EXPECT_TRUE(desk->note(1).Alarming);
+    EXPECT_EQ(desk->stored(1), neighbour);
+    EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:10");
+    EXPECT_TRUE(IsWindowEnabled(desk->note(1).hwnd));
+}
+
+TEST_P(AlarmEditor, EveryKindOfAlarmIsStoredAsTheUserChoseIt) {
+    const auto desk = run({plainNote(u"a")});
+    struct Row {
+        int list, index;
+        TextView date;
+        std::int16_t weekday, repeat;
+        TextView unit;
+    };
+    for (const Row& row :
+         {Row{ID_CBODAY, 3, u"17/06/2026", 3, 0, u""}, Row{ID_CBOREPEAT, 5, u"", 0, 5, u"mm"}}) {
+        desk->note(1).ClearAlarm();
+        Script script(desk->desk->dialog);
+        script.when(opened(*desk), [&] {
+            scroll(*desk, ID_HMIN, SB_LINERIGHT);
+            SendMessageW(item(*desk, row.list), CB_SETCURSEL, static_cast<WPARAM>(row.index), 0);
+            SendMessageW(desk->desk->dialog.hwnd, WM_COMMAND, MAKEWPARAM(row.list, CBN_SELCHANGE),
+                         reinterpret_cast<LPARAM>(item(*desk, row.list)));
+            SendMessageW(item(*desk, ID_CHKMUTE), BM_CLICK, 0, 0);
+            click(*desk, ID_BTNOK);
+        });
+        edit(*desk);
+        const NoteRecord stored = desk->stored(1);
+        EXPECT_EQ(stored.alarmdate, row.weekday > 0 ? Text(row.date) : Text(u"15/06/2026"));
+        EXPECT_EQ(stored.alarmtime, u"12:01:00");
+        EXPECT_EQ(stored.alarmweekday, row.weekday);
+        EXPECT_EQ(stored.alarmrepeatnumber, row.repeat);
+        EXPECT_EQ(stored.alarmrepeatevery, row.unit);
+        EXPECT_EQ(stored.interval, u"");
+        EXPECT_TRUE(stored.mute);
+    }
+}
+
+}  // namespace
