@@ -111,9 +111,10 @@ bool fpost::createParts() {
     txtNota = editor(ES_MULTILINE | ES_AUTOVSCROLL, ID_TXTNOTA, host->look->body.get(), at.txtNota);
     pic_time = child(part, 0, ID_PIC_TIME, u"", at.pic_time);
     const DWORD bodyShown = record.iconized ? 0 : WS_VISIBLE;
-    nota = child(part, bodyShown, ID_NOTA, withLineBreaks(record.Nota), at.nota);
+    nota = child(part, bodyShown, ID_NOTA, u"", at.nota);
     const auto parts = {lbl, lbl2, pic, nota, txtNota, txtTitle, pic2, pic_time};
     if (std::any_of(parts.begin(), parts.end(), [](HWND window) { return window == nullptr; })) return false;
+    showBody(withLineBreaks(record.Nota));
     tBackColor(Backcol());
     if (record.topmost) applyTopmost();
     return true;
@@ -134,7 +135,7 @@ void fpost::take(const NoteRecord& stored) {
 void fpost::apply(const NoteRecord& stored) {
     take(stored);
     Titolo(record.Titolo);
-    setWindowText(nota, withLineBreaks(record.Nota));
+    showBody(withLineBreaks(record.Nota));
     tBackColor(Backcol());
     place();
     applyTopmost();
@@ -163,6 +164,14 @@ void fpost::Titolo(const Text& title) {
     record.Titolo = title;
     setWindowText(hwnd, title);
     setWindowText(lbl, kTitleLead + title);
+}
+
+void fpost::showBody(const Text& body) {
+    setWindowText(nota, body);
+    if (bodyBeingEdited) return;  // what is being typed stays
+    SetWindowTextW(txtNota, wide(body));
+    SendMessageW(txtNota, EM_SETSEL, 0, 0);
+    SendMessageW(txtNota, EM_SCROLLCARET, 0, 0);
 }
 
 Rgb fpost::Backcol() const {
@@ -374,10 +383,13 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_SYSCOLORCHANGE:
             if (!Alarming) tBackColor(Backcol());
             break;
-        case WM_CTLCOLOREDIT:
-            SetTextColor(reinterpret_cast<HDC>(wp), inkOn(editorGround(shownBack)));
-            SetBkColor(reinterpret_cast<HDC>(wp), editorGround(shownBack));
-            return reinterpret_cast<LRESULT>(editBrush.get());
+        case WM_CTLCOLOREDIT: {
+            const bool asLabel = reinterpret_cast<HWND>(lp) == txtNota && !bodyBeingEdited;
+            const Rgb ground = asLabel ? shownBack : editorGround(shownBack);
+            SetTextColor(reinterpret_cast<HDC>(wp), inkOn(ground));
+            SetBkColor(reinterpret_cast<HDC>(wp), ground);
+            return reinterpret_cast<LRESULT>(asLabel ? backBrush.get() : editBrush.get());
+        }
         case WM_KEYDOWN:
             if (onKeyDown(wp)) return 0;
             break;

@@ -158,7 +158,7 @@ private:
     void paintFrame();
     void paintPart(HWND part);
     void paintTitle(HDC dc, const RECT& area) const;
-    void paintBody(HDC dc, const RECT& area) const;
+    void paintBody(HDC dc) const;
     void paintStrip(HDC dc, const RECT& area) const;
     void endBodyEdit();
     /// Whether what is typed goes into the files, now or with a pending switch.
@@ -170,6 +170,8 @@ private:
     void onMouse(HWND part, UINT message, int xPx, int yPx);
     void setPartCursor(HWND part);
     void repaint() const;
+    /// Shows a body: the label has its text for whoever asks, the hidden editor draws it.
+    void showBody(const Text& body);
     Text stripText() const;
     void placeStripText();
     /// Takes over whether and how the alarm recurs by what the store holds now, also when another program put

@@ -67,14 +67,15 @@ void fpost::SaveNote() {
     endBodyEdit();
     // A body from elsewhere may hold other line breaks than the editor's: only what was edited is written.
     const bool refused = std::find(unsaved.begin(), unsaved.end(), NoteField::Nota) != unsaved.end();
-    if (edited == withLineBreaks(record.Nota) && !refused) return;
-    record.Nota = edited;
-    setWindowText(nota, edited);
-    store({NoteField::Nota});
+    const bool changed = edited != withLineBreaks(record.Nota);
+    if (changed) record.Nota = edited;
+    showBody(withLineBreaks(record.Nota));
+    if (changed || refused) store({NoteField::Nota});
 }
 
 void fpost::CancelNote() {
     endBodyEdit();
+    showBody(withLineBreaks(record.Nota));
 }
 
 void fpost::EditCaption() {

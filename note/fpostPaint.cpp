@@ -142,7 +142,7 @@ void fpost::paintPart(HWND part) {
     if (part == lbl) {
         paintTitle(dc, buffer.client());
     } else if (part == nota) {
-        paintBody(dc, buffer.client());
+        paintBody(dc);
     } else if (part == pic_time) {
         paintStrip(dc, buffer.client());
     } else if (part == lbl2) {
@@ -170,14 +170,10 @@ void fpost::paintTitle(HDC dc, const RECT& area) const {
               DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS | DT_EXPANDTABS);
 }
 
-void fpost::paintBody(HDC dc, const RECT& area) const {
-    RECT rect{};
-    SendMessageW(txtNota, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&rect));
-    if (rect.right <= rect.left) rect = area;
-    const Text body = windowText(nota);
-    const Selected font(dc, host->look->body.get());
-    DrawTextW(dc, wideData(body), static_cast<int>(body.size()), &rect,
-              DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX | DT_EXPANDTABS);
+void fpost::paintBody(HDC dc) const {
+    // By the editor that will lie over the label: lines break and stand alike, so nothing moves when it
+    // opens.
+    SendMessageW(txtNota, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
 }
 
 void fpost::paintStrip(HDC dc, const RECT& area) const {

@@ -154,7 +154,7 @@ def test_an_iconized_note_opens_its_title_instead(desk, hand):
 
 
 def test_the_body_does_not_jump_when_its_editor_opens(desk, hand):
-    note = hand.run({**NOTE, "Nota": "one\r\n\r\n\tthe end: gjpqy"}).note()
+    note = hand.run({**NOTE, "Nota": "Milk, bread, and a line that wraps over\r\n\r\n\tthe end: gjpqy"}).note()
     note.activate()
     before = note.part("nota").image()
     note.edit()
