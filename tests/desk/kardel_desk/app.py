@@ -115,10 +115,15 @@ class Window:
         return x, y
 
     def click_at(self, dx: int | None = None, dy: int | None = None, button: int = 1, double: bool = False) -> None:
-        self.desk.hands.click(*self.point(dx, dy), button=button, double=double)
+        self.desk.hands.click(*self.point(dx, dy), button=button, double=double, ready=self.under_pointer)
 
     def drag_at(self, by: tuple[int, int], dx: int | None = None, dy: int | None = None, **more) -> None:
-        self.desk.hands.drag(*self.point(dx, dy), by=by, **more)
+        self.desk.hands.drag(*self.point(dx, dy), by=by, ready=self.under_pointer, **more)
+
+    def under_pointer(self) -> bool:
+        """Whether the pointer is on the window as the X server shows it, which is a little after Windows does."""
+        info = self.desk.probe.ask("window", self.hwnd)
+        return info is None or info["x11"] in self.desk.display.under_pointer()
 
     def pixel(self, dx: int | None = None, dy: int | None = None) -> tuple[int, int, int]:
         return self.desk.pixel(*self.point(dx, dy))

@@ -128,6 +128,17 @@ class Display:
         self.image().save(path)
         return path
 
+    def under_pointer(self) -> list[int]:
+        """The X windows below the pointer, from the root to the smallest."""
+        window, found = self.root, []
+        try:
+            while window != X.NONE:
+                found.append(window.id)
+                window = window.query_pointer().child
+        except XError:
+            pass  # it went while we looked
+        return found
+
     def _managed(self) -> list:
         """The windows that the window manager knows, the panel included."""
         return [self.x.create_resource_object("window", number)

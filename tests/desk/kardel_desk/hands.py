@@ -6,6 +6,7 @@ import time
 from Xlib import XK
 
 from .display import Display
+from .waiting import wait
 
 DOUBLE_CLICK_SECONDS = 0.55  # two clicks in a shorter time and within 4 pixels are one double click
 KEYBOARD_CHANGE_SECONDS = 0.3
@@ -33,27 +34,33 @@ class Hands:
         pointer = self._display.root.query_pointer()
         return pointer.root_x, pointer.root_y
 
-    def click(self, x: int, y: int, button: int = 1, double: bool = False) -> None:
-        """Clicks at a place of the screen; kept apart from the click before, so that two are never taken for one."""
+    def click(self, x: int, y: int, button: int = 1, double: bool = False, ready=None) -> None:
+        """Clicks at a place of the screen; kept apart from the click before, so that two are never taken for one.
+        `ready` is asked, with the pointer in place, until what is to be clicked is really there."""
         when, last_x, last_y = self._last_click
         pause = when + DOUBLE_CLICK_SECONDS - time.monotonic()
         if pause > 0 and abs(x - last_x) <= 4 and abs(y - last_y) <= 4:
             time.sleep(pause)
         self.move(x, y)
+        if ready:
+            wait(ready, 10, f"what is to be clicked at {x}, {y}")
         once = ["mousedown", button, "sleep", 0.02, "mouseup", button]
         self._do(*(once + ["sleep", 0.05] + once if double else once))
         self._last_click = (time.monotonic(), x, y)
 
-    def press(self, x: int, y: int, button: int = 1) -> None:
+    def press(self, x: int, y: int, button: int = 1, ready=None) -> None:
         self.move(x, y)
+        if ready:
+            wait(ready, 10, f"what is to be pressed at {x}, {y}")
         self._do("mousedown", button)
 
     def release(self, button: int = 1) -> None:
         self._do("mouseup", button)
 
-    def drag(self, x: int, y: int, by: tuple[int, int], steps: int = 8, release: bool = True) -> None:
+    def drag(self, x: int, y: int, by: tuple[int, int], steps: int = 8, release: bool = True,
+             ready=None) -> None:
         """Presses at a place, moves in `steps` steps, lets go unless told not to."""
-        self.press(x, y)
+        self.press(x, y, ready=ready)
         words: list = []
         for step in range(1, steps + 1):
             words += ["sleep", STEP, "mousemove", x + by[0] * step // steps, y + by[1] * step // steps]
