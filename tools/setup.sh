@@ -11,7 +11,7 @@ PACKAGES=(
     wine64 xvfb openbox trayer xdotool x11-utils imagemagick
     fonts-dejavu-core fonts-liberation locales faketime pulseaudio pulseaudio-utils
     python3 python3-pytest python3-pil python3-xlib
-    nsis debootstrap
+    nsis zip debootstrap
 )
 LOCALES=(it_IT ja_JP)
 

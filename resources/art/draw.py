@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Draws Kardel's icon and cursors and synthesises its alarm sound.
+"""Draws Kardel's icon, cursors and installer picture, and synthesises its alarm sound.
 
-    draw.py          writes Kardel.ico, cursor101.cur .. cursor104.cur and alarm.wav into the folder above
+    draw.py          writes Kardel.ico, cursor101.cur .. cursor104.cur and alarm.wav into the folder above, and
+                     welcome.bmp into packaging
     draw.py --check  compares what it would write with the files there; exits with 1 when one differs
 
 Only the standard library is used, and nothing depends on the clock, on fonts or on random numbers, so every run
@@ -455,6 +456,26 @@ def alarm_file():
 
 # ---------------------------------------------------------------- command
 
+def welcome_file():
+    """The picture beside the installer's first and last page, as an uncompressed Windows bitmap."""
+    width, height = 164, 314
+    size, left, top = 64, (width - 64) // 2, 56
+    sheet = icon(size)
+    rows = []
+    for y in range(height):
+        row = b''
+        for x in range(width):
+            red, green, blue = mix((226, 238, 246), (150, 186, 206), y / height)
+            if left <= x < left + size and top <= y < top + size:
+                *ink, opacity = sheet.pixels[(y - top) * size + x - left]
+                red, green, blue = mix((red, green, blue), ink, opacity)
+            row += bytes(round(value) for value in (blue, green, red))
+        rows.append(row + bytes(-len(row) % 4))
+    content = b''.join(reversed(rows))
+    return (struct.pack('<2sIHHI', b'BM', 54 + len(content), 0, 0, 54)
+            + struct.pack('<IiiHHIIiiII', 40, width, height, 1, 24, 0, len(content), 2835, 2835, 0, 0) + content)
+
+
 FILES = {
     'Kardel.ico': icon_file,
     'cursor101.cur': lambda: cursor_file(resize_width),
@@ -462,6 +483,7 @@ FILES = {
     'cursor103.cur': lambda: cursor_file(moving),
     'cursor104.cur': lambda: cursor_file(pointing_hand),
     'alarm.wav': alarm_file,
+    '../packaging/welcome.bmp': welcome_file,
 }
 
 

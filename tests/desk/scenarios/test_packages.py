@@ -1,0 +1,178 @@
+"""The installer and the portable zips: packed from the two built programs, installed, upgraded and removed."""
+
+import os
+import shutil
+import subprocess
+import zipfile
+
+import pytest
+from kardel_desk.paths import BUILD, ROOT, program
+
+UNINSTALL_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Kardel"
+NOTE = {"Titolo": "Shopping", "Nota": "milk", "x": 3000, "y": 1500}
+EPOCH = {"SOURCE_DATE_EPOCH": "1700000000"}
+
+
+def pack(folder, *words):
+    subprocess.run([ROOT / "packaging" / "pack.sh", program("win64"), program("win32"), folder, *words], check=True,
+                   env={**os.environ, **EPOCH}, stdout=subprocess.DEVNULL)
+    return folder
+
+
+@pytest.fixture(scope="module")
+def packages(arch):
+    """What is handed out. A 64-bit Wine alone runs no 32-bit installer: for it the same script makes a 64-bit one."""
+    folder = BUILD / "packages-under-test" / arch
+    yield pack(folder, *(["-XTarget amd64-unicode"] if arch == "win64" else []))
+    shutil.rmtree(folder)
+
+
+@pytest.fixture
+def setup(desk, packages):
+    """Runs the installer, silently unless told otherwise; what it installed is gone again after the test."""
+    desk.path("C:\\setup").mkdir(exist_ok=True)
+    shutil.copy(next(packages.glob("*-setup.exe")), desk.path("C:\\setup\\setup.exe"))
+
+    def run(*words):
+        process = desk.wine.start("C:\\setup\\setup.exe", *(words or ["/S"]), stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        assert process.wait(60) == 0
+
+    yield run
+    desk.end_programs()
+    desk.probe.ask("regdeltree", UNINSTALL_KEY)
+    for folder in installed_folders(desk):
+        shutil.rmtree(folder)
+
+
+def installed_folders(desk):
+    return list(desk.wine.path("C:\\users").glob("*/AppData/Local/Programs/Kardel"))
+
+
+def installed(desk):
+    """The folder that the installer chooses, as Windows names it, and as a path of this system."""
+    location = desk.probe.ask("regvalues", UNINSTALL_KEY)["InstallLocation"]
+    assert location.endswith("\\AppData\\Local\\Programs\\Kardel")
+    return location, desk.path(location)
+
+
+def uninstall(desk, folder, *words):
+    process = desk.wine.start(folder + "\\Uninstall.exe", *words, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL)
+    if words:
+        assert process.wait(60) == 0
+
+
+def test_the_program_that_fits_is_installed_for_the_user_and_starts(desk, setup):
+    setup()
+    folder, path = installed(desk)
+    assert (path / "Kardel.exe").read_bytes() == program(desk.arch).read_bytes()
+    assert not desk.probe.ask("processes", "Kardel.exe"), "a silent first installation starts nothing"
+    desk.seed_files([NOTE], folder=folder)
+    kardel = desk.run(folder=folder)
+    assert kardel.note("Shopping").body == "milk"
+    assert desk.run_value == folder + "\\Kardel.exe"
+    shown = desk.probe.ask("regvalues", UNINSTALL_KEY)
+    assert shown["DisplayName"] == "Kardel" and shown["DisplayVersion"] and shown["Publisher"]
+    assert kardel.exit() == 0
+
+
+def test_an_upgrade_ends_the_running_copy_keeps_its_open_edit_and_starts_it_again(desk, setup):
+    setup()
+    folder, path = installed(desk)
+    desk.seed_files([NOTE], folder=folder)
+    kardel = desk.run(folder=folder)
+    kardel.note("Shopping").edit()
+    desk.type(" and bread")
+    desk.wait(lambda: kardel.note("Shopping").part("txtNota").text == "milk and bread")
+    (path / "LICENSE.txt").write_text("of an older release")
+    setup()
+    assert kardel.wait_ended() == 0
+    assert "MIT" in (path / "LICENSE.txt").read_text()
+    desk.wait(lambda: desk.probe.ask("processes", "Kardel.exe"), 10, "the new copy")
+    assert desk.read_files(folder).notes[0]["Nota"] == "milk and bread"
+
+
+def test_a_copy_from_another_folder_goes_on_running(desk, setup):
+    desk.seed_files([NOTE])
+    kardel = desk.run()
+    setup()
+    assert kardel.alive and kardel.note("Shopping").visible
+
+
+def test_leaving_silently_removes_the_program_and_the_log_on_entry_and_keeps_the_notes(desk, setup):
+    setup()
+    folder, path = installed(desk)
+    desk.seed_files([NOTE], folder=folder)
+    kardel = desk.run(folder=folder)
+    uninstall(desk, folder, "/S")
+    assert kardel.wait_ended() == 0
+    desk.wait(lambda: not (path / "Uninstall.exe").exists(), 20, "the uninstaller to finish")
+    desk.wait(lambda: desk.probe.ask("regvalues", UNINSTALL_KEY) is None, 10, "the entry of the installed programs to go")
+    assert desk.run_value is None
+    assert sorted(file.name for file in path.iterdir()) == ["KARDEL.DAT", "KARDEL.HDR", "MEMO"]
+    assert desk.read_files(folder).notes[0]["Nota"] == "milk"
+
+
+def test_the_log_on_entry_of_another_copy_stays(desk, setup):
+    setup()
+    folder, path = installed(desk)
+    desk.seed_files([NOTE])
+    desk.run()
+    uninstall(desk, folder, "/S")
+    desk.wait(lambda: not path.exists(), 20, "the folder to go")
+    assert desk.run_value == desk.folder + "\\Kardel.exe"
+
+
+@pytest.mark.parametrize("answer", ["Yes", "No"])
+def test_leaving_asks_before_it_touches_notes(desk, setup, answer):
+    setup()
+    folder, path = installed(desk)
+    desk.seed_files([NOTE], folder=folder)
+    desk.set_registry("setting", {"UseRegistry": "False"})
+    uninstall(desk, folder)
+    window(desk, "Kardel Uninstall", "&Uninstall").press()
+    question = window(desk, "Kardel Uninstall", "&" + answer)
+    assert desk.path(folder).joinpath("MEMO").exists()
+    question.press()
+    if answer == "Yes":
+        desk.wait(lambda: desk.registry("setting") is None, 10, "the settings to go")
+        desk.wait(lambda: not (path / "MEMO").exists(), 10, "the notes to go")
+    window(desk, "Kardel Uninstall", "&Close").press()
+    desk.wait(lambda: not desk.probe.ask("processes", "Un_A.exe"), 10, "the uninstaller to end")
+    assert path.exists() == (answer == "No")
+    if answer == "No":
+        assert desk.read_files(folder).notes[0]["Nota"] == "milk" and desk.registry("setting")
+
+
+class window:
+    """A button of the installer's windows, once it is there to be pressed."""
+
+    def __init__(self, desk, title, button):
+        self.desk = desk
+        self.hwnd = desk.wait(lambda: self._find(title, button), 20, f"{button} of {title}")
+
+    def _find(self, title, button):
+        for found in self.desk.probe.ask("windows"):
+            if found["visible"] and found["text"].strip().startswith(title):
+                for part in self.desk.probe.ask("children", found["hwnd"]):
+                    if part["text"] == button and part["visible"] and part["enabled"]:
+                        return part["hwnd"]
+        return None
+
+    def press(self):
+        self.desk.probe.ask("post", self.hwnd, 0x00F5, 0, 0)  # BM_CLICK
+
+
+def test_the_portable_zips_hold_each_program_alone_with_its_licence(packages):
+    for arch in ("win64", "win32"):
+        (path,) = packages.glob(f"*-{arch}.zip")
+        with zipfile.ZipFile(path) as file:
+            assert sorted(file.namelist()) == [f"{path.stem}/{name}" for name in ("Kardel.exe", "LICENSE.txt", "README.txt")]
+            assert file.read(f"{path.stem}/Kardel.exe") == program(arch).read_bytes()
+
+
+def test_the_sums_fit_and_packing_again_gives_the_same_bytes(packages, arch, tmp_path):
+    subprocess.run(["sha256sum", "--quiet", "-c", "SHA256SUMS"], cwd=packages, check=True)
+    again = pack(tmp_path / "again", *(["-XTarget amd64-unicode"] if arch == "win64" else []))
+    assert (again / "SHA256SUMS").read_text() == (packages / "SHA256SUMS").read_text()
