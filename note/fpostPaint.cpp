@@ -9,18 +9,26 @@ namespace {
 constexpr int kStripLinePercent = 22;  // the line under the title
 constexpr int kPicturePercent = 70;
 
+// Sizes of the pictures in twips.
+constexpr int kSign = 120;
+constexpr int kBin = 165;
+constexpr int kArrowLength = 130;
+constexpr int kArrowBreadth =
+    90;  // the heads take two thirds of the length: a shaft is left at every scaling
+
 RECT inPixels(const HotArea& area, const NoteLook& look) {
     return {look.px(Twips{area.left}), look.px(Twips{area.top}), look.px(Twips{area.right}),
             look.px(Twips{area.bottom})};
 }
 
-/// A rectangle of `size` x `size` twips in the middle of a hot area.
-RECT centred(const HotArea& area, int size, const NoteLook& look) {
+/// A rectangle of `width` x `height` twips in the middle of a hot area.
+RECT centred(const HotArea& area, int width, int height, const NoteLook& look) {
     const RECT room = inPixels(area, look);
-    const LONG side = look.px(Twips{size});
-    const LONG left = (room.left + room.right - side) / 2;
-    const LONG top = (room.top + room.bottom - side) / 2;
-    return {left, top, left + side, top + side};
+    const LONG across = look.px(Twips{width});
+    const LONG down = look.px(Twips{height});
+    const LONG left = (room.left + room.right - across) / 2;
+    const LONG top = (room.top + room.bottom - down) / 2;
+    return {left, top, left + across, top + down};
 }
 
 /// Draws pictures in one ink, with lines that grow with the screen's scaling.
@@ -80,7 +88,7 @@ void drawArrow(const Pencil& pencil, const RECT& r, bool horizontal) {
 }
 
 void drawIconizeButton(const Pencil& pencil, const NoteLook& look, bool iconized) {
-    const RECT r = centred(design::kIconizeButton, 120, look);
+    const RECT r = centred(design::kIconizeButton, kSign, kSign, look);
     if (iconized) {
         pencil.box(r);
     } else {
@@ -90,7 +98,7 @@ void drawIconizeButton(const Pencil& pencil, const NoteLook& look, bool iconized
 
 /// A waste bin: lid with handle, body with two slits.
 void drawDeleteButton(const Pencil& pencil, const NoteLook& look) {
-    const RECT r = centred(design::kDeleteButton, 165, look);
+    const RECT r = centred(design::kDeleteButton, kBin, kBin, look);
     const LONG t = pencil.thick();
     const LONG middle = (r.left + r.right) / 2;
     pencil.bar(middle - 2 * t, r.top, middle + 2 * t, r.top + t);
@@ -147,12 +155,15 @@ void fpost::paintPart(HWND part) {
         paintStrip(dc, buffer.client());
     } else if (part == lbl2) {
         drawIconizeButton(pencil, *host->look, record.iconized);
-        pencil.cross(centred(design::kCloseButton, 120, *host->look));
+        pencil.cross(centred(design::kCloseButton, kSign, kSign, *host->look));
     } else if (part == pic) {
         drawDeleteButton(pencil, *host->look);
     } else if (part == pic2) {
-        drawArrow(pencil, centred(design::kWidthArrow, 105, *host->look), true);
-        if (!record.iconized) drawArrow(pencil, centred(design::kHeightArrow, 105, *host->look), false);
+        const NoteLook& look = *host->look;
+        drawArrow(pencil, centred(design::kWidthArrow, kArrowLength, kArrowBreadth, look), true);
+        if (!record.iconized) {
+            drawArrow(pencil, centred(design::kHeightArrow, kArrowBreadth, kArrowLength, look), false);
+        }
     }
 }
 
