@@ -186,7 +186,7 @@ class Note(Window):
 
     def activate(self) -> None:
         """Gives the note the keyboard with a click on its title."""
-        self.click("lbl", 40)
+        self.click("lbl", 40 * self.desk.dpi // 96)
         wait(lambda: self.active, 5, f"{self!r} to become active")
 
     def edit(self) -> Part:

@@ -70,7 +70,7 @@ class Desk:
     stays = staticmethod(waiting.stays)
 
     def __init__(self, arch: str = "win64", size: tuple[int, int] = (1280, 1024), dpi: int = 96, panel_strut: bool = True):
-        self.arch = arch
+        self.arch, self.dpi = arch, dpi
         WORK.mkdir(parents=True, exist_ok=True)
         _sweep()
         self.work = pathlib.Path(tempfile.mkdtemp(prefix=f"session-{arch}-", dir=WORK))
