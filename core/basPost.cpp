@@ -409,6 +409,7 @@ void basPost::sayAlreadyRunning() {
 // --- The end ----------------------------------------------------------------------------------------------
 
 void basPost::CommitEdits() {
+    store.finishRemovals(records(), settings);
     const std::vector<fpost*> walk = Notes;
     for (fpost* note : walk) {
         if (!holds(note)) continue;

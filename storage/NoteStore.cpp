@@ -14,6 +14,7 @@ namespace {
 constexpr TextView kSettingSection = u"setting";
 constexpr TextView kCountKey = u"count";
 constexpr TextView kUseRegistryKey = u"UseRegistry";
+constexpr TextView kImportedKey = u"ImportDAT";
 
 std::vector<NoteField> allFields() {
     std::vector<NoteField> fields;
@@ -62,22 +63,6 @@ bool isIn(const std::vector<std::int32_t>& numbers, std::int64_t number) {
     return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
 }
 
-/// The MEMO numbers of the notes before note `number`, and those of all others.
-struct OtherNumbers {
-    std::vector<std::int32_t> before;
-    std::vector<std::int32_t> all;
-};
-
-OtherNumbers othersThan(const std::vector<std::int32_t>& numbers, int number) {
-    OtherNumbers others;
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        const int note = static_cast<int>(i) + 1;
-        if (note < number) others.before.push_back(numbers[i]);
-        if (note != number) others.all.push_back(numbers[i]);
-    }
-    return others;
-}
-
 /// Writes a body into a record at the end that no other note points to. `taken` are the other notes' numbers:
 /// where MEMO was lost or cut, they point behind its end, and the body must not become theirs.
 MemoResult appendMemo(const DataFiles& data, const std::vector<std::int32_t>& taken, TextView body) {
@@ -96,15 +81,15 @@ MemoResult appendMemo(const DataFiles& data, const std::vector<std::int32_t>& ta
 }
 
 /// Writes the body of note `number`, which points to MEMO record `current`: there, or into a new record when
-/// that number is none of MEMO's or an earlier note has it. A `fresh` record shares with no note at all.
-MemoResult writeBody(const DataFiles& data, int number, std::int32_t current, bool fresh, TextView body) {
-    const std::optional<std::vector<std::int32_t>> numbers = storedMemoNumbers(data);
+/// that number is none of MEMO's or another note has it too. Whose body it was first, nobody knows.
+MemoResult writeBody(const DataFiles& data, int number, std::int32_t current, TextView body) {
+    std::optional<std::vector<std::int32_t>> others = storedMemoNumbers(data);
     const LengthResult memos = data.memoRecords();
-    if (!numbers || memos.status == IoStatus::Failed) return {};
-    const OtherNumbers others = othersThan(*numbers, number);
+    if (!others || memos.status == IoStatus::Failed) return {};
+    if (static_cast<std::size_t>(number) <= others->size()) others->erase(others->begin() + (number - 1));
     const bool inside = current >= 1 && static_cast<std::uint64_t>(current) <= memos.bytes + 1;
-    if (inside && !isIn(fresh ? others.all : others.before, current)) return data.WriteMemo(current, body);
-    return appendMemo(data, others.all, body);
+    if (inside && !isIn(*others, current)) return data.WriteMemo(current, body);
+    return appendMemo(data, *others, body);
 }
 
 // --- Single notes in the files
@@ -144,7 +129,7 @@ FileSave setInFiles(const DataFiles& data, int number, NoteRecord& record,
     save.done = true;
     if (fresh || has(NoteField::Nota)) {
         // The body first: a record must never point to one that is not there.
-        const MemoResult body = writeBody(data, number, memoNumberOf(stored.bytes), fresh, record.Nota);
+        const MemoResult body = writeBody(data, number, memoNumberOf(stored.bytes), record.Nota);
         save.done = body.done;
         save.unmappable = save.unmappable || body.unmappable;
         if (body.done) setMemoNumber(stored.bytes, body.recordNumber);
@@ -221,73 +206,69 @@ void compactMemo(const DataFiles& data, std::string image, std::span<NoteRecord*
     }
 }
 
-/// False when nothing was changed.
-bool removeFromFiles(const DataFiles& data, int number, std::span<NoteRecord* const> remaining,
-                     DataHeader& header) {
-    header.count = static_cast<std::int32_t>(remaining.size());
-    if (remaining.empty()) {
+/// Brings KARDEL.DAT to the notes that remain, in one step, then the header and the bodies. False when
+/// something is left to do; the notes are found through `places` all the same.
+bool makeRecordsDense(const DataFiles& data, std::span<NoteRecord* const> notes, NotePlaces& places,
+                      DataHeader& header) {
+    const int left = static_cast<int>(notes.size());
+    if (notes.empty()) {
         data.DeleteDataFiles();
+        header.count = 0;
         return data.WriteHeader(header) && !data.exists(kNoteFile);
     }
-    const std::size_t total = (remaining.size() + 1) * kRecordLength;
+    const std::size_t total = static_cast<std::size_t>(places.of(left)) * kRecordLength;
     ReadResult read = data.files.read(kNoteFile, 0, total);
-    bool replaced = read.status != IoStatus::Failed;
-    if (replaced) {
-        read.bytes.resize(total, '\0');
-        read.bytes.erase(static_cast<std::size_t>(number - 1) * kRecordLength, kRecordLength);
-        replaced = data.files.replace(kNoteFile, read.bytes);
+    if (read.status == IoStatus::Failed) return false;
+    read.bytes.resize(total, '\0');
+    std::string image;
+    for (int number = 1; number <= left; ++number) {
+        image +=
+            read.bytes.substr(static_cast<std::size_t>(places.of(number) - 1) * kRecordLength, kRecordLength);
     }
-    if (!replaced) {
-        ++header.count;
-        return false;
-    }
+    if (!data.files.replace(kNoteFile, image)) return false;
+    places.moved.clear();
+    header.count = left;
     // A start takes the smaller of the header's count and the number of records.
-    static_cast<void>(data.WriteHeader(header));
-    compactMemo(data, std::move(read.bytes), remaining);
+    const bool counted = data.WriteHeader(header);
+    compactMemo(data, std::move(image), notes);
+    return counted;
+}
+
+/// Note by note, so that each one is whole in at least one section at every instant: the section that a note
+/// moves into holds a removed note or one that stands in the section before already. A note that cannot be
+/// moved ends it there, as the next step would take that note's only section.
+bool moveSections(const RegistryStore& registry, std::span<NoteRecord* const> notes, NotePlaces& places) {
+    const int left = static_cast<int>(notes.size());
+    const auto noteAt = [notes](int at) -> const NoteRecord& {
+        return *notes[static_cast<std::size_t>(at - 1)];
+    };
+    for (int to = 1; to <= left; ++to) {
+        if (!noteAt(to).readOnly || places.of(to) == to) continue;
+        if (registry.settings.readSection(noteSection(places.of(to))).status == IoStatus::Failed)
+            return false;
+    }
+    places.name(left);
+    for (int to = 1; to <= left; ++to) {
+        const int from = places.of(to);
+        if (from == to) continue;
+        const bool moved = noteAt(to).readOnly
+                               ? registry.copySection(from, to)
+                               : registry.removeNote(to) && registry.SaveNoteToRegistry(to, noteAt(to));
+        if (!moved) return false;
+        places.moved[static_cast<std::size_t>(to - 1)] = to;
+    }
+    places.moved.clear();
     return true;
 }
 
-struct Removal {
-    bool done = true;
-    int stoppedAt = 0;  ///< the first note that did not move, 0 when all did
-};
-
-/// Note by note, so that each remaining note is whole in at least one section at every instant: the section
-/// that a note moves into holds the removed note or one that stands in the section before already. A note
-/// that cannot be moved ends it there, as the next step would take that note's only section.
-Removal removeFromRegistry(const RegistryStore& registry, int number, std::span<NoteRecord* const> remaining,
-                           const GlobalSettings& settings, bool useRegistry) {
-    const int left = static_cast<int>(remaining.size());
-    const auto noteAt = [remaining](int at) -> const NoteRecord& {
-        return *remaining[static_cast<std::size_t>(at - 1)];
-    };
-    for (int to = number; to <= left; ++to) {
-        if (!noteAt(to).readOnly) continue;
-        if (registry.settings.readSection(noteSection(to + 1)).status == IoStatus::Failed) {
-            return {false, number};
-        }
-    }
-    for (int to = number; to <= left; ++to) {
-        const bool moved = noteAt(to).readOnly
-                               ? registry.copySection(to + 1, to)
-                               : registry.removeNote(to) && registry.SaveNoteToRegistry(to, noteAt(to));
-        if (!moved) return {false, to};
-    }
-    Removal removal;
-    removal.done = registry.settings.set(kSettingSection, settingValues(settings, left, useRegistry));
+bool makeSectionsDense(const RegistryStore& registry, std::span<NoteRecord* const> notes, NotePlaces& places,
+                       const GlobalSettings& settings, bool useRegistry) {
+    if (!moveSections(registry, notes, places)) return false;
+    const int left = static_cast<int>(notes.size());
     // While the count is the old one, the last section must stand: it would come back as an empty note.
-    if (!removal.done) return removal;
-    removal.done = registry.removeNote(left + 1);
-    removal.done = registry.removeBeyond(left) && removal.done;
-    return removal;
-}
-
-/// Notes that could not move in the store must not be written under their new numbers: they would overwrite
-/// their neighbours. They stay as they are until the next start.
-void freeze(int number, std::span<NoteRecord* const> remaining) {
-    for (auto i = static_cast<std::size_t>(number - 1); i < remaining.size(); ++i) {
-        remaining[i]->readOnly = true;
-    }
+    if (!registry.settings.set(kSettingSection, settingValues(settings, left, useRegistry))) return false;
+    const bool removed = registry.removeNote(left + 1);
+    return registry.removeBeyond(left) && removed;
 }
 
 // --- Whole copies
@@ -341,6 +322,33 @@ void append(const CodePage& page, Images& images, const NoteRecord& note) {
 
 }  // namespace
 
+// --- Places
+// -------------------------------------------------------------------------------------------------
+
+int NotePlaces::of(int number) const {
+    const auto known = static_cast<int>(moved.size());
+    if (known == 0) return number;
+    return number <= known ? moved[static_cast<std::size_t>(number - 1)] : moved.back() + number - known;
+}
+
+void NotePlaces::name(int count) {
+    while (static_cast<int>(moved.size()) < count) {
+        const int next = static_cast<int>(moved.size()) + 1;
+        moved.push_back(of(next));
+    }
+}
+
+void NotePlaces::remove(int number, int left) {
+    unfinished = true;
+    name(left + 1);
+    moved.erase(moved.begin() + (number - 1));
+}
+
+void NotePlaces::settled() {
+    unfinished = false;
+    moved.clear();
+}
+
 // --- One note
 // -----------------------------------------------------------------------------------------------
 
@@ -360,12 +368,14 @@ bool NoteStore::load(int number, NoteRecord& record, const GlobalSettings& setti
 
 bool NoteStore::loadFromRegistry(int number, NoteRecord& record, std::int32_t width,
                                  std::int32_t height) const {
-    return registry.LoadNoteFromRegistry(number - 1, record, width, height) != IoStatus::Failed;
+    return registry.LoadNoteFromRegistry(sectionPlaces.of(number) - 1, record, width, height) !=
+           IoStatus::Failed;
 }
 
 bool NoteStore::loadFromFiles(int number, NoteRecord& record, std::int32_t width, std::int32_t height) const {
+    const int place = recordPlaces.of(number);
     std::string bytes;
-    if (files.GetRecordBytes(number, bytes) == IoStatus::Failed) return false;
+    if (files.GetRecordBytes(place, bytes) == IoStatus::Failed) return false;
     if (isZero(bytes)) {
         ClearNoteRecord(record);
         record.width = width;
@@ -373,7 +383,7 @@ bool NoteStore::loadFromFiles(int number, NoteRecord& record, std::int32_t width
         // The first body may still be the first note's; any other one would be borrowed.
         const std::optional<std::vector<std::int32_t>> numbers = storedMemoNumbers(files);
         if (!numbers) return false;
-        if (number > 1 || isIn(*numbers, record.memo)) record.memo = 0;
+        if (place > 1 || isIn(*numbers, record.memo)) record.memo = 0;
     } else {
         record = decodeRecord(files.page, bytes);
     }
@@ -382,14 +392,18 @@ bool NoteStore::loadFromFiles(int number, NoteRecord& record, std::int32_t width
 
 bool NoteStore::set(int number, NoteRecord& record, std::span<const NoteField> fields) {
     if (record.readOnly) return true;
+    if (!hasPlace(number)) {
+        saveFailed();
+        return false;
+    }
     bool done = true;
     bool unmappable = false;
     if (!UseRegistry || switchPending) {
-        const FileSave save = setInFiles(files, number, record, fields);
+        const FileSave save = setInFiles(files, recordPlaces.of(number), record, fields);
         done = save.done;
         unmappable = save.unmappable;
     }
-    if (UseRegistry || switchPending) done = registry.set(number, record, fields) && done;
+    if (UseRegistry || switchPending) done = registry.set(sectionPlaces.of(number), record, fields) && done;
     if (done) settleCount();
     if (!done || unmappable) saveFailed();
     return done;
@@ -399,10 +413,14 @@ void NoteStore::settleCount() {
     if (countPending == 0) return;
     bool done = true;
     if (!UseRegistry || switchPending) {
-        header.count = std::max(header.count, countPending);
+        header.count = std::max(header.count, recordPlaces.of(countPending));
         done = files.WriteHeader(header);
     }
     if (storeCount(countPending) && done) countPending = 0;
+}
+
+bool NoteStore::hasPlace(int number) const {
+    return recordPlaces.of(number) <= kMaxNotes && sectionPlaces.of(number) <= kMaxNotes;
 }
 
 bool NoteStore::save(int number, NoteRecord& record) {
@@ -410,27 +428,35 @@ bool NoteStore::save(int number, NoteRecord& record) {
     bool done = true;
     bool unmappable = false;
     if (!UseRegistry || switchPending) {
-        const FileSave stored = setInFiles(files, number, record, allFields());
+        const FileSave stored = setInFiles(files, recordPlaces.of(number), record, allFields());
         done = stored.done;
         unmappable = stored.unmappable;
     }
-    if (UseRegistry || switchPending) done = registry.SaveNoteToRegistry(number, record) && done;
+    if (UseRegistry || switchPending) {
+        done = registry.SaveNoteToRegistry(sectionPlaces.of(number), record) && done;
+    }
     if (!done || unmappable) saveFailed();
     return done;
 }
 
 bool NoteStore::create(int number, NoteRecord& record) {
+    countPending = number;
+    if (!hasPlace(number)) {
+        saveFailed();
+        return false;
+    }
     bool done = true;
     bool unmappable = false;
     if (!UseRegistry || switchPending) {
-        const FileSave stored = createInFiles(files, number, record, header);
+        const FileSave stored = createInFiles(files, recordPlaces.of(number), record, header);
         done = stored.done;
         unmappable = stored.unmappable;
     }
     if (UseRegistry || switchPending) {
         // A left-over section of that number would lend the new note its alarm or hide it.
-        done = registry.removeNote(number) && done;
-        done = registry.SaveNoteToRegistry(number, record) && done;
+        const int place = sectionPlaces.of(number);
+        done = registry.removeNote(place) && done;
+        done = registry.SaveNoteToRegistry(place, record) && done;
         done = storeCount(number) && done;
     }
     // A note that is not counted would be missing at the next start, however often it is saved.
@@ -440,61 +466,83 @@ bool NoteStore::create(int number, NoteRecord& record) {
 }
 
 bool NoteStore::remove(int number, std::span<NoteRecord* const> remaining, const GlobalSettings& settings) {
+    const int left = static_cast<int>(remaining.size());
     bool done = true;
-    int frozenFrom = 0;
-    const auto fromFiles = [&] {
-        if (removeFromFiles(files, number, remaining, header)) return;
-        done = false;
-        if (!UseRegistry) frozenFrom = number;
-    };
-    const auto fromRegistry = [&] {
-        const Removal removal =
-            removeFromRegistry(registry, number, remaining, settings, settings.UseRegistry);
-        done = removal.done && done;
-        if (UseRegistry) frozenFrom = removal.stoppedAt;
-    };
-    if (!UseRegistry || switchPending) fromFiles();
-    if (UseRegistry || switchPending) fromRegistry();
-    if (frozenFrom > 0) freeze(frozenFrom, remaining);
-    countPending = std::min(countPending, static_cast<int>(remaining.size()));
+    if (!UseRegistry || switchPending) {
+        recordPlaces.remove(number, left);
+        done = settleRecords(remaining);
+    }
+    if (UseRegistry || switchPending) {
+        sectionPlaces.remove(number, left);
+        done = settleSections(remaining, settings, settings.UseRegistry) && done;
+    }
+    countPending = std::min(countPending, left);
     if (!done) saveFailed();
+    return done;
+}
+
+void NoteStore::finishRemovals(std::span<NoteRecord* const> notes, const GlobalSettings& settings) {
+    if (recordPlaces.unfinished && (!UseRegistry || switchPending)) settleRecords(notes);
+    if (sectionPlaces.unfinished && (UseRegistry || switchPending)) {
+        settleSections(notes, settings, settings.UseRegistry);
+    }
+}
+
+bool NoteStore::settleRecords(std::span<NoteRecord* const> notes) {
+    const bool done = makeRecordsDense(files, notes, recordPlaces, header);
+    if (done) recordPlaces.settled();
+    return done;
+}
+
+bool NoteStore::settleSections(std::span<NoteRecord* const> notes, const GlobalSettings& settings,
+                               bool useRegistry) {
+    const bool done = makeSectionsDense(registry, notes, sectionPlaces, settings, useRegistry);
+    if (done) sectionPlaces.settled();
     return done;
 }
 
 bool NoteStore::storeCount(int count) {
     if (!UseRegistry && !switchPending) return true;
-    return saveSetting(registry.settings, kSettingSection, kCountKey, decimal(count));
+    const int last = count > 0 ? sectionPlaces.of(count) : 0;
+    return saveSetting(registry.settings, kSettingSection, kCountKey, decimal(last));
 }
 
 // --- Switch of the store
 // ------------------------------------------------------------------------------------
 
 bool NoteStore::switchToFiles(std::span<NoteRecord* const> notes) {
+    const Settings& settings = registry.settings;
     if (!UseRegistry) {
-        // Back to the store in force: the registry is no longer one, so nothing may count its notes.
+        // Back to the store in force: the registry is no longer one, so nothing may count its notes. The
+        // choice first: a registry without a count would be a desk of one empty note.
         switchPending = false;
-        return registry.settings.removeValue(kSettingSection, kCountKey);
+        return saveSetting(settings, kSettingSection, kUseRegistryKey, boolText(false)) &&
+               settings.removeValue(kSettingSection, kCountKey);
     }
     switchPending = false;
     Images images;
     for (std::size_t i = 0; i < notes.size(); ++i) {
         NoteRecord note = *notes[i];
-        if (note.readOnly &&
-            CopyRegistryNoteToRecord(registry, static_cast<int>(i), note) == IoStatus::Failed) {
+        const int slot = sectionPlaces.of(static_cast<int>(i) + 1) - 1;
+        if (note.readOnly && CopyRegistryNoteToRecord(registry, slot, note) == IoStatus::Failed) {
             saveFailed();
             return false;
         }
         append(files.page, images, note);
     }
-    bool done = true;
-    if (notes.empty()) {
-        files.DeleteDataFiles();
-    } else {
-        done = files.files.replace(kMemoFile, images.memo) && files.files.replace(kNoteFile, images.dat);
-    }
+    // Ended on the way, the next start finds files beside the registry and may be told to go on with them.
+    // Until the records stand, which comes last, it then has to copy the registry's notes once more; and
+    // records of an earlier switch must not find the new bodies.
+    bool done = settings.removeValue(kSettingSection, kImportedKey) && files.files.remove(kNoteFile);
     header.count = static_cast<std::int32_t>(notes.size());
-    done = done && files.WriteHeader(header);
+    if (notes.empty()) {
+        done = done && files.files.remove(kMemoFile) && files.WriteHeader(header);
+    } else {
+        done = done && files.files.replace(kMemoFile, images.memo) && files.WriteHeader(header) &&
+               files.files.replace(kNoteFile, images.dat);
+    }
     if (done) {
+        recordPlaces.settled();
         for (std::size_t i = 0; i < notes.size(); ++i)
             notes[i]->memo = static_cast<std::int32_t>(i) + 1;
         switchPending = true;
@@ -511,6 +559,8 @@ bool NoteStore::switchToRegistry(std::span<NoteRecord* const> notes, const Globa
 
 bool NoteStore::returnToRegistry(std::span<NoteRecord* const> notes, const GlobalSettings& settings) {
     switchPending = false;
+    finishRemovals(notes, settings);
+    if (sectionPlaces.unfinished) return false;  // a note would be written over the only section of another
     bool done = true;
     for (std::size_t i = 0; i < notes.size(); ++i) {
         if (!notes[i]->readOnly) {
@@ -535,6 +585,7 @@ bool NoteStore::copyToRegistry(std::span<NoteRecord* const> notes, const GlobalS
     bool done = files.WriteHeader(header);
     // Everything may go: the notes stand in the files, which stay the store until the last value below.
     done = registry.settings.removeAll() && done;
+    sectionPlaces.settled();
     const int count = static_cast<int>(copies.size());
     std::vector<KeyText> values = settingValues(settings, count, true);
     const auto isMark = [](const KeyText& value) {

@@ -5,11 +5,26 @@
 #include <functional>
 #include <initializer_list>
 #include <span>
+#include <vector>
 
 #include "storage/DataFiles.h"
 #include "storage/GlobalSettings.h"
 #include "storage/NoteRecord.h"
 #include "storage/RegistryStore.h"
+
+/// Where a store keeps the notes. Usually note n stands at place n, which is a section or a record. A removal
+/// that the store refused leaves a place that holds no note any more: the later ones stand further on.
+struct NotePlaces {
+    bool unfinished = false;  ///< the store still has to be brought to the notes that remain
+    std::vector<int> moved;   ///< place of note n at [n - 1]; empty: note n stands at place n
+
+    int of(int number) const;
+    /// Puts the places of notes 1..`count` into `moved`: from there each can change by itself.
+    void name(int count);
+    /// Note `number` goes; `left` remain.
+    void remove(int number, int left);
+    void settled();
+};
 
 struct NoteStore {
     bool UseRegistry = false;  ///< the store in force during this run, settled at start-up
@@ -37,8 +52,12 @@ struct NoteStore {
     bool create(int number, NoteRecord& record);
 
     /// Takes note `number` out of the store. `remaining` are the notes after the removal in their order
-    /// (note 1 first); they keep their contents at every instant, and the store ends dense.
+    /// (note 1 first); they keep their contents at every instant, and the store ends dense. False, after
+    /// telling the user, when the store refused a step: then the others are loaded and stored as before.
     bool remove(int number, std::span<NoteRecord* const> remaining, const GlobalSettings& settings);
+
+    /// Goes on with the removals that the store refused. `notes` are all there are.
+    void finishRemovals(std::span<NoteRecord* const> notes, const GlobalSettings& settings);
 
     /// Registry only: stores "count"; the files keep theirs in the header.
     bool storeCount(int count);
@@ -57,7 +76,14 @@ struct NoteStore {
     /// none.
     int countPending = 0;
 
+    NotePlaces sectionPlaces;  ///< of the notes in the registry
+    NotePlaces recordPlaces;   ///< of the notes in KARDEL.DAT
+
 private:
+    /// No start looks beyond the last place.
+    bool hasPlace(int number) const;
+    bool settleSections(std::span<NoteRecord* const> notes, const GlobalSettings& settings, bool useRegistry);
+    bool settleRecords(std::span<NoteRecord* const> notes);
     bool loadFromRegistry(int number, NoteRecord& record, std::int32_t width, std::int32_t height) const;
     bool loadFromFiles(int number, NoteRecord& record, std::int32_t width, std::int32_t height) const;
     /// Writes the count that a failed creation still owes.

@@ -93,8 +93,11 @@ struct MemorySettings {
             return names;
         };
         settings.removeAll = [this] {
-            if (!changes->next()) return false;
-            content.clear();
+            // As the registry does it: section by section, and a program may end between two.
+            while (!content.empty()) {
+                if (!changes->next()) return false;
+                content.erase(content.begin());
+            }
             return true;
         };
         return settings;

@@ -129,7 +129,6 @@ TEST_P(RemoveNote, WithOneFailedChangeLosesNoOtherNoteEvenWhenTheyAreEditedAfter
             removal.desk.changes->failAt = -1;
             for (std::size_t i = 0; i < removal.remaining.size(); ++i) {
                 NoteRecord& note = removal.remaining[i];
-                if (note.readOnly) continue;
                 note.Nota = u"edited " + note.Titolo;
                 removal.desk.store.set(static_cast<int>(i) + 1, note, {NoteField::Nota});
             }
@@ -170,12 +169,66 @@ TEST_P(RemoveNote, ThatCannotBeDoneAtAllIsToldAndChangesNothing) {
     EXPECT_FALSE(removal.run());
     EXPECT_EQ(removal.desk.told, 1);
     EXPECT_EQ(removal.desk.folder.content, filesBefore);
-    EXPECT_FALSE(removal.remaining[0].readOnly);
-    EXPECT_TRUE(removal.remaining[1].readOnly);
-    EXPECT_TRUE(removal.remaining[2].readOnly);
-    for (NoteRecord& note : removal.remaining)
-        note.readOnly = false;
+    // The others go on under their new numbers, each where it stands.
+    for (int number = 1; number <= 3; ++number) {
+        NoteRecord loaded;
+        EXPECT_TRUE(removal.desk.store.load(number, loaded, removal.desk.global));
+        EXPECT_EQ(loaded, removal.remaining[static_cast<std::size_t>(number - 1)]);
+    }
     removal.expectNoneLost("nothing could be changed");
+}
+
+TEST_P(RemoveNote, ThatCouldNotBeDoneIsDoneLater) {
+    Removal removal(GetParam(), 4, 2);
+    removal.desk.changes->allFail = true;
+    EXPECT_FALSE(removal.run());
+    removal.desk.changes->allFail = false;
+    removal.desk.store.finishRemovals(pointersTo(removal.remaining), removal.desk.global);
+    EXPECT_EQ(removal.desk.told, 1);
+    removal.expectDense();
+}
+
+TEST_P(RemoveNote, OfAllButOneUnderAFullDiskKeepsTheOneInItsPlace) {
+    Removal removal(GetParam(), 5, 4);
+    removal.desk.changes->allFail = true;
+    EXPECT_FALSE(removal.run());
+    for (const int number : {1, 3, 1}) {
+        removal.number = number;
+        removal.remaining.erase(removal.remaining.begin() + (number - 1));
+        EXPECT_FALSE(removal.run());
+    }
+    removal.desk.changes->allFail = false;
+    NoteRecord& last = removal.remaining.at(0);
+    EXPECT_EQ(last.Titolo, u"Title 3");
+    last.Nota = u"edited meanwhile";
+    EXPECT_TRUE(removal.desk.store.set(1, last, {NoteField::Nota}));
+    // The store is the one of five notes still, the edit in its right place.
+    const std::vector<NoteRecord> found = removal.found();
+    ASSERT_EQ(found.size(), 5U);
+    EXPECT_EQ(found[2], storeFree(last));
+    EXPECT_EQ(found[1], storeFree(removal.notes[1]));
+}
+
+TEST_P(RemoveNote, ThatCouldNotBeDoneKeepsTheLastPlaceFromANewNote) {
+    Desk desk(GetParam());
+    std::vector<NoteRecord> notes = sampleNotes(kMaxNotes);
+    desk.createAll(notes);
+    desk.changes->allFail = true;
+    notes.erase(notes.begin());
+    EXPECT_FALSE(desk.store.remove(1, pointersTo(notes), desk.global));
+    desk.changes->allFail = false;
+    desk.told = 0;
+    NoteRecord fresh;
+    fresh.Titolo = u"fresh";
+    notes.push_back(fresh);
+    EXPECT_FALSE(desk.store.create(kMaxNotes, notes.back())) << "no start would find it";
+    EXPECT_FALSE(desk.store.set(kMaxNotes, notes.back(), {NoteField::Titolo}));
+    EXPECT_EQ(desk.told, 2);
+    desk.store.finishRemovals(pointersTo(notes), desk.global);
+    EXPECT_TRUE(desk.store.save(kMaxNotes, notes.back()));
+    NoteRecord loaded;
+    ASSERT_TRUE(desk.store.load(kMaxNotes, loaded, desk.global));
+    EXPECT_EQ(loaded.Titolo, u"fresh");
 }
 
 TEST(RemoveNoteFromRegistry, MovesANoteThatCouldNotBeReadUnseen) {
@@ -197,7 +250,6 @@ TEST(RemoveNoteFromRegistry, StopsBeforeANoteThatStillCannotBeRead) {
     EXPECT_FALSE(removal.run());
     EXPECT_EQ(removal.desk.changes->made, 0);
     EXPECT_EQ(removal.desk.told, 1);
-    EXPECT_TRUE(removal.remaining[0].readOnly);
 }
 
 TEST(RemoveNoteFromRegistry, RewritesTheSettingsFromMemoryAndLeavesOthers) {
