@@ -60,6 +60,7 @@ void basPost::fillHost() {
     host.exitProgram = [this] { ExitProgram(); };
     host.realign = [this] { Realign(); };
     host.notesChanged = [this] { NotesChanged(); };
+    host.countingChanged = [this] { CountingChanged(); };
     host.remove = [this](fpost& note) { RemoveNote(note); };
     host.commitEdits = [this] { CommitEdits(); };
     host.allHidden = [this] { return AllHidden; };
@@ -106,6 +107,7 @@ bool basPost::createTray() {
     functions.commitEdits = [this] { CommitEdits(); };
     functions.endSession = [this] { EndSession(); };
     functions.showSaveFailure = [this] { showSaveFailure(); };
+    functions.tick = [this] { Tick(); };
     return tray.create(std::move(functions));
 }
 
@@ -345,6 +347,32 @@ void basPost::RemoveNote(fpost& note) {
     Renumber();
     AllHidden = everyNoteClosed() || (AllHidden && !Notes.empty());
     AllIconized = everyNoteIconized();
+}
+
+// --- Countdown --------------------------------------------------------------------------------------------
+
+void basPost::CountingChanged() {
+    const bool wanted =
+        std::any_of(Notes.begin(), Notes.end(), [](const fpost* n) { return n->isCounting(); });
+    if (wanted == ticking_) return;
+    ticking_ = wanted;
+    // One timer for all: with fifty of their own, the machine would be woken a hundred times a second.
+    if (wanted) {
+        SetTimer(tray.hwnd, IDT_ALARM, kAlarmTick, nullptr);
+    } else {
+        KillTimer(tray.hwnd, IDT_ALARM);
+    }
+}
+
+void basPost::Tick() {
+    const std::vector<fpost*> walk = Notes;
+    for (fpost* note : walk) {
+        try {
+            if (holds(note)) note->tmr_Timer();
+        } catch (...) {
+            fpost::onEscaped(WM_TIMER);  // one note's failure is not the others'
+        }
+    }
 }
 
 // --- Store switch -----------------------------------------------------------------------------------------

@@ -32,6 +32,8 @@ struct basPost {
     void SwitchStore();
     /// Shows the note of a slot (0..49) in front, reopening it. An empty slot is ignored.
     void OpenNote(int slot);
+    /// A tick of every note that counts down.
+    void Tick();
     /// Takes a note out of collection and store and renumbers the rest. Its window goes by itself.
     void RemoveNote(fpost& note);
     /// Ends every open edit, keeping its text.
@@ -86,12 +88,15 @@ private:
     /// Captions and flags after a note's title, closed or iconized state changed.
     void NotesChanged();
     void Realign();
+    /// Ticks come as long as a note counts down, and only then.
+    void CountingChanged();
     void storeFlag(const char16_t* key, bool flag) const;
     bool holds(const fpost* note) const;
     NoteRecord freshRecord(int number) const;
     void showAgain(fpost& note);
     std::vector<NoteRecord*> records() const;
 
+    bool ticking_ = false;
     bool live_ = false;  ///< the collection is whole: automatic position may run
     int bulk_ = 0;       ///< depth of commands that walk all notes; single re-alignments wait for their end
     bool failureShown_ = false;

@@ -148,6 +148,9 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case kSaveFailed:
             host.showSaveFailure();
             return 0;
+        case WM_TIMER:
+            if (wp == IDT_ALARM) host.tick();
+            return 0;
         case WM_CLOSE:
             host.exitProgram();
             return 0;

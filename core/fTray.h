@@ -31,6 +31,7 @@ struct TrayHost {
     std::function<void()> commitEdits;      ///< the session may end: nothing typed may be lost
     std::function<void()> endSession;       ///< the session ends
     std::function<void()> showSaveFailure;  ///< answers a posted kSaveFailed
+    std::function<void()> tick;             ///< of the notes that count down
 };
 
 struct fTray {

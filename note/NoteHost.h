@@ -25,8 +25,9 @@ struct NoteHost {
     std::function<void()> realign;  ///< automatic position, when it is on and no bulk command runs
     std::function<void()>
         notesChanged;  ///< a title, a closed or an iconized state changed: lists and captions follow
-    std::function<void(fpost&)> remove;  ///< takes the note out of collection and store, and renumbers
-    std::function<void()> commitEdits;   ///< ends every open edit, keeping its text
+    std::function<void(fpost&)> remove;     ///< takes the note out of collection and store, and renumbers
+    std::function<void()> countingChanged;  ///< a note began or ended to count down: the ticks follow
+    std::function<void()> commitEdits;      ///< ends every open edit, keeping its text
     std::function<bool()> allHidden;
     std::function<bool()> allIconized;
     std::function<void()> showAgain;  ///< the desk is no longer all hidden: a note rings

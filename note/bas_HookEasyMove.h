@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "note/NoteLayout.h"
+#include "note/Snap.h"
 #include "support/WinText.h"
 
 /// Replaces a window's procedure for one drag and puts it back at the end of the scope, or when the window
@@ -31,14 +31,29 @@ public:
 private:
     static LRESULT CALLBACK EasyMoveProc(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept;
     static LRESULT CALLBACK AlignedMoveProc(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept;
+    static MoveHook* hookOf(HWND window);
     static LRESULT passOn(HWND window, UINT message, WPARAM wp, LPARAM lp);
     LRESULT onMoving(WPARAM wp, RECT& proposed) const;
+    void readMonitors();
+    static BOOL CALLBACK addMonitor(HMONITOR monitor, HDC, LPRECT, LPARAM hook) noexcept;
+    /// The monitor under a rectangle.
+    SnapScreen screenAt(const RECT& rect) const;
     void putBack();
 
+    struct Monitor {
+        HMONITOR handle = nullptr;
+        PxRect area;
+        SnapScreen screen;
+    };
+
+    static inline MoveHook* innermost_ = nullptr;  ///< of the drags that run, one inside the other
+    MoveHook* outer_ = nullptr;
     HWND window_;
     Desk desk_;
     WNDPROC before_ = nullptr;
-    PxRect workArea_;
+    PxRect workArea_;  ///< of the primary monitor, as it was when the drag began
+    /// All there are: asking Windows for them at every step would take longer than the whole rest of it.
+    std::vector<Monitor> monitors_;
     int width_ = 0;  ///< pixels, at the start of the drag
     int height_ = 0;
 };

@@ -405,9 +405,6 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
             if (lp == 0) command(LOWORD(wp));
             if (lp != 0 && HIWORD(wp) == EN_UPDATE) keepWithinStore(reinterpret_cast<HWND>(lp));
             return 0;
-        case WM_TIMER:
-            if (wp == IDT_ALARM) tmr_Timer();
-            return 0;
         default:
             break;
     }

@@ -14,6 +14,9 @@
 #include "storage/NoteFields.h"
 #include "support/Window.h"
 
+/// ms between two ticks, of the countdown and of the flashing.
+inline constexpr UINT kAlarmTick = 500;
+
 struct fpost {
     /// Creates the window of note `number`, hidden, with the record's contents. Null when Windows refuses.
     static fpost* open(NoteHost& host, HWND owner, int number, const NoteRecord& stored);
@@ -56,6 +59,8 @@ struct fpost {
     void ShowAlarmStrip();
     void startCountdown();
     void stopCountdown();
+    bool isCounting() const { return counting; }
+    /// A tick of the countdown, which comes every kAlarmTick while the note counts.
     void tmr_Timer();
     void ring();
     void flashTick();
@@ -159,7 +164,7 @@ private:
     void paintPart(HWND part);
     void paintTitle(HDC dc, const RECT& area) const;
     void paintBody(HDC dc) const;
-    void paintStrip(HDC dc, const RECT& area) const;
+    void paintStrip(HDC dc) const;
     void endBodyEdit();
     /// Whether what is typed goes into the files, now or with a pending switch.
     bool endsInFiles() const;
@@ -174,6 +179,7 @@ private:
     void showBody(const Text& body);
     Text stripText() const;
     void placeStripText();
+    void count(bool on);
     /// Takes over whether and how the alarm recurs by what the store holds now, also when another program put
     /// it there. The alarm in memory stays when the store has none or cannot be read.
     void takeStoredPattern();
@@ -200,7 +206,7 @@ private:
     enum class OneShotKey : unsigned char { None, Save, NewLine, BlankLine, Cancel };
     OneShotKey oneShot = OneShotKey::None;
     bool swallowDoubleClick = false;
-    bool counting = false;     ///< the countdown timer runs
+    bool counting = false;     ///< the alarm's countdown runs
     bool loopRunning = false;  ///< the grip's press-and-hold loop
 };
 

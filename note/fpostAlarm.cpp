@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr UINT kTick = 500;             // ms, countdown and flashing alike
 constexpr int kTicksBetweenSounds = 6;  // flash ticks: the sound starts every three seconds
 
 void CALLBACK AlarmTimerProc(HWND window, UINT message, UINT_PTR, DWORD) noexcept {
@@ -44,8 +43,7 @@ void fpost::ArmAfterLoad() {
 
 void fpost::startCountdown() {
     if (alarm.due && !Alarming) {
-        SetTimer(hwnd, IDT_ALARM, kTick, nullptr);
-        counting = true;
+        count(true);
     } else {
         stopCountdown();
     }
@@ -53,8 +51,13 @@ void fpost::startCountdown() {
 }
 
 void fpost::stopCountdown() {
-    if (counting) KillTimer(hwnd, IDT_ALARM);
-    counting = false;
+    count(false);
+}
+
+void fpost::count(bool on) {
+    if (counting == on) return;
+    counting = on;
+    host->countingChanged();
 }
 
 void fpost::ShowAlarmStrip() {
@@ -75,7 +78,7 @@ void fpost::placeStripText() {
 // --- Countdown and ringing --------------------------------------------------------------------------------
 
 void fpost::tmr_Timer() {
-    if (!counting || !alarm.due) return;  // a late tick of a stopped timer
+    if (!counting || !alarm.due) return;
     const Now now = host->now();
     if (!isBefore(now, *alarm.due)) {
         ring();
@@ -108,7 +111,7 @@ void fpost::ring() {
     if (!alarm.Mute) host->startSound();
     Tickcount = 0;
     tBackColor(kWhite);
-    flashTimer = SetTimer(hwnd, IDT_FLASH, kTick, AlarmTimerProc);
+    flashTimer = SetTimer(hwnd, IDT_FLASH, kAlarmTick, AlarmTimerProc);
 }
 
 void fpost::flashTick() {

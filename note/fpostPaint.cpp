@@ -1,5 +1,5 @@
-// How a note looks. Every part is drawn off screen and copied at once, so nothing flickers; pictures are
-// drawn from the hot areas that take the clicks.
+// How a note looks. Every part is drawn off screen and copied at once, or in a single call, so nothing
+// flickers; pictures are drawn from the hot areas that take the clicks.
 #include <algorithm>
 
 #include "note/fpost.h"
@@ -141,6 +141,12 @@ void fpost::paint() {
 }
 
 void fpost::paintPart(HWND part) {
+    if (part == pic_time) {
+        PAINTSTRUCT area{};
+        paintStrip(BeginPaint(part, &area));
+        EndPaint(part, &area);
+        return;
+    }
     const BufferedPaint buffer(part);
     const HDC dc = buffer.dc();
     FillRect(dc, &buffer.client(), backBrush.get());
@@ -151,8 +157,6 @@ void fpost::paintPart(HWND part) {
         paintTitle(dc, buffer.client());
     } else if (part == nota) {
         paintBody(dc);
-    } else if (part == pic_time) {
-        paintStrip(dc, buffer.client());
     } else if (part == lbl2) {
         drawIconizeButton(pencil, *host->look, record.iconized);
         pencil.cross(centred(design::kCloseButton, kSign, kSign, *host->look));
@@ -187,12 +191,15 @@ void fpost::paintBody(HDC dc) const {
     SendMessageW(txtNota, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
 }
 
-void fpost::paintStrip(HDC dc, const RECT& area) const {
-    RECT rect = area;
-    rect.left += host->look->px(design::kTimeText);
-    rect.top += host->look->px(design::kTimeText);
+void fpost::paintStrip(HDC dc) const {
+    // Ground and text in one call: that needs no off-screen picture, and this is drawn every second.
+    RECT area{};
+    GetClientRect(pic_time, &area);
+    const int indent = host->look->px(design::kTimeText);
     const Text text = windowText(pic_time);
     const Selected font(dc, host->look->body.get());
-    DrawTextW(dc, wideData(text), static_cast<int>(text.size()), &rect,
-              DT_SINGLELINE | DT_NOPREFIX | DT_NOCLIP);
+    SetTextColor(dc, inkOn(shownBack));
+    SetBkColor(dc, shownBack);
+    ExtTextOutW(dc, indent, indent, ETO_OPAQUE | ETO_CLIPPED, &area, wideData(text),
+                static_cast<UINT>(text.size()), nullptr);
 }

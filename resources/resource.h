@@ -70,9 +70,9 @@
 #define IDM_DYN2          500  /* mnuDyn2(0) .. */
 #define IDM_DYN2_LAST     549  /* .. mnuDyn2(49) */
 
-/* Timers of a note */
-#define IDT_ALARM         1039 /* tmr: the countdown, every 500 ms */
-#define IDT_FLASH         1040 /* the flashing of a ringing note, every 500 ms */
+/* Timers, every 500 ms */
+#define IDT_ALARM         1039 /* of the tray window: the countdown of every note that has one */
+#define IDT_FLASH         1040 /* of a note: its flashing while it rings */
 
 /* Messages of the tray window */
 #define WM_TRAYICON       1125 /* WM_USER + 101: the icon's mouse messages */

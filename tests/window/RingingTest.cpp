@@ -220,6 +220,29 @@ TEST(AlarmTimer, FlashesByItselfAndTheSoundComesAgainAfterThreeSeconds) {
     note.StopRinging();
 }
 
+/// Whether the program's own timer brings a strip to this text.
+bool comesTo(const fpost& note, const std::string& text) {
+    const ULONGLONG end = GetTickCount64() + 20000;
+    while (strip(note) != text && GetTickCount64() < end && pumpFor(5)) {
+    }
+    return strip(note) == text;
+}
+
+TEST(AlarmTimer, EveryNoteCountsDownByItselfAlsoAfterOthersHaveEnded) {
+    TestNotes desk(true, {once(u"a"), once(u"b"), plainNote(u"c")});
+    desk.clock = {later(-9), 0};
+    EXPECT_TRUE(comesTo(desk.note(1), "0:00:09"));
+    EXPECT_TRUE(comesTo(desk.note(2), "0:00:09"));
+    desk.note(1).ClearAlarm();
+    desk.clock = {later(-8), 0};
+    EXPECT_TRUE(comesTo(desk.note(2), "0:00:08"));
+    desk.note(2).ClearAlarm();
+    desk.note(3).apply(once(u"c"));
+    desk.note(3).ArmAfterLoad();
+    desk.clock = {later(-7), 0};
+    EXPECT_TRUE(comesTo(desk.note(3), "0:00:07"));
+}
+
 TEST_P(Alarm, RingsOnceForOneInstant) {
     const auto desk = ringing({once(u"a")}, keeping());
     desk->clock = {later(60), 0};
