@@ -39,14 +39,18 @@ setup_packages() {
     done
 }
 
-# Configures and builds presets: build win64 host
+# Configures and builds presets, or one target of a preset: build win64 host:kardel_bench_rules
 build() {
-    local preset
+    local preset target
     for preset in "$@"; do
+        target=()
+        [[ $preset == *:* ]] && target=(--target "${preset#*:}")
+        preset=${preset%%:*}
         if [ ! -f "build/$preset/build.ninja" ]; then
             cmake --preset "$preset" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; return 1; }
         fi
-        cmake --build --preset "$preset" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; return 1; }
+        cmake --build --preset "$preset" "${target[@]}" >"build/$preset.log" 2>&1 ||
+            { cat "build/$preset.log" >&2; return 1; }
     done
 }
 mkdir -p build

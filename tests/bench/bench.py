@@ -3,6 +3,7 @@
 Run by ./bench, which builds what is measured."""
 
 import argparse
+import datetime
 import os
 import pathlib
 import platform
@@ -16,13 +17,21 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "desk"))
 from kardel_desk import Desk  # noqa: E402
 from kardel_desk.paths import ROOT, helper, program  # noqa: E402
 from notes import notes, stored  # noqa: E402
-from runs import QUIET, WARM_UP, Bench, Pairs  # noqa: E402
+from pairs import Pairs, spread  # noqa: E402
+from runs import (COMMAND_QUIET, COMMANDS, COUNTDOWN_SLICES, IDLE_SECONDS, QUIET, SLICE, WARM_UP, Bench,  # noqa: E402
+                  Program, Span, like_a_session)
+from steps import ROUNDS, Steps, inside, rules  # noqa: E402
 
 ARCH = "win64"
 PAGE = ROOT / "docs" / "BENCHMARKS.md"
-LEAST_PAIRS, USUAL_PAIRS = 10, 20
-START_GOAL, MEMORY_GOAL = 1.5, 1.5  # times the reference
-SIZE_GOAL = 500                     # KB of 1024 bytes
+LEAST_PAIRS, USUAL_PAIRS = 10, 10
+START_GOAL, MEMORY_GOAL, COMMAND_GOAL = 1.5, 1.5, 1.5  # times the reference
+SIZE_GOAL = 500       # KB of 1024 bytes
+MOVING_GOAL = 20      # microseconds
+GROWTH_GOAL = 1.5     # 1 is exactly linear
+SAVING_GOAL = 2       # times the bare save
+COUNTDOWN_GOAL = 1    # percent of a core
+RULE_GOAL = 1000      # nanoseconds
 
 INTRODUCTION = """\
 # Benchmarks
@@ -30,27 +39,43 @@ INTRODUCTION = """\
 `./bench` measures and prints this page; `./bench --write` keeps it here. Nothing in the tests depends on these times.
 
 The *reference* is a bare program (`tests/bench/reference.cpp`) that creates, shows and paints 50 windows of the same
-sizes with the same eight children each, and the same titles and bodies. It carries Kardel's manifest, since that
-decides which of Windows' edit controls the children are. It has no store, no tray icon, no settings.
+sizes with the same eight children each, and the same titles and bodies, and hides, shows, shrinks and places them on
+command. It carries Kardel's manifest, since that decides which of Windows' edit controls the children are. It has no
+store, no tray icon, no settings. The *bare step* beside single steps of Kardel is what `tests/bench/bare.cpp` does.
 """
 
 METHOD = """\
 ## How it is measured
 
-- One virtual screen of 1280 x 1024 with a window manager and a tray panel, one Wine session that is already up, the
-  64-bit build. Reference and program run in turn: {warm_up} pair dropped as warm-up, {pairs} pairs measured for each
+- One virtual screen of 1280 x 1024 with a window manager, a tray panel and the resource property that every desktop
+  session has (without it Wine looks for a file on disk whenever a font is selected), one Wine session that is already
+  up, the 64-bit build. Reference and program run in turn: {warm_up} pair dropped as warm-up, {pairs} pairs measured for each
   store.
 - A start begins when the process is created. It ends when 50 windows of a note's size are mapped (counted by the
   X server's own events; no window list is polled) **and** the picture has changed for the last time: the X server
   reports every change of its pixels (the DAMAGE extension), and the last report before {quiet} seconds without one is
   the end. For both programs alike this is what a user would call "everything is there". After the clock has
   stopped, the picture is checked: each of the 50 notes shows its colour and something written on it.
+- A command is timed from the message that gives it to the last change of a window or of the picture before
+  {command_quiet} seconds without one. After each, the windows of both programs stand in the same places. Kardel's time
+  includes what it stores.
 - A ratio is the median of the ratios of all pairs, with the quartiles in brackets; times are medians.
 - CPU is user and system time of the process itself; behind the plus sign stands what Wine's server spent meanwhile,
   which does every window and registry call. The CPU ratio is that of both together. On a machine that has other work
   it is steadier than the time, which the goal is about.
 - Memory is what the process alone has written (its private dirty pages) when the start is over.
-- Both programs are ended from outside; the next start waits until their windows and the tray icon are gone.
+- Single steps run inside a program made of Kardel's own code (`tests/bench/inside.cpp`), {rounds} samples each, in turn
+  with their bare counterparts. A drag is the real one, with the snapping on and no edge near: all notes are looked at.
+  The bare message goes to a window that leaves it to the system. Linear growth: what a note adds from 25 to 50, over what
+  it adds from 10 to 25. From Enter to the store is all that runs until the key has been answered; the bare step takes the
+  text from an edit control, hides it, shows the text in a label and writes the same bytes. A tick is one of all 50
+  notes, divided by 50; where the second has changed, every strip is drawn anew. The bare tick sets and draws a label,
+  or is a message that nobody answers.
+- The countdown runs in the real program: {slices} slices of {slice:g} seconds. How often a program wakes up is counted by
+  the system, over all its threads: a timer that runs for nothing would show.
+- Rules are timed in a native, optimised program (`tests/bench/rules.cpp`); beside the hundred years stands a rule that
+  missed one step.
+- The programs are ended from outside; the next start waits until their windows and the tray icon are gone.
 """
 
 
@@ -76,11 +101,17 @@ def ratio_cells(pairs: Pairs, what: str, goal: float) -> str:
     return f"{middle:.2f} ({lower:.2f}-{upper:.2f}) | at most {goal:g} | {judged(middle, goal)}"
 
 
-def start_row(name: str, pairs: Pairs) -> str:
+def cpu_cells(pairs: Pairs) -> list[str]:
     walls, cpus, servers = pairs.medians("wall"), pairs.medians("cpu"), pairs.medians("server_cpu")
-    cells = [f"{wall * 1000:.0f} ms, CPU {cpu:.2f} + {server:.2f} s" for wall, cpu, server in zip(walls, cpus, servers)]
+    digits = 2 if max(walls) >= 1 else 3
+    return [f"{wall * 1000:.0f} ms, CPU {cpu:.{digits}f} + {server:.{digits}f} s"
+            for wall, cpu, server in zip(walls, cpus, servers)]
+
+
+def time_row(name: str, pairs: Pairs, goal: float) -> str:
+    cells = cpu_cells(pairs)
     cpu_ratio = pairs.ratios("all_cpu")[0]
-    return f"| {name} | {cells[0]} | {cells[1]} | CPU {cpu_ratio:.2f}, time {ratio_cells(pairs, 'wall', START_GOAL)} |"
+    return f"| {name} | {cells[0]} | {cells[1]} | CPU {cpu_ratio:.2f}, time {ratio_cells(pairs, 'wall', goal)} |"
 
 
 def memory_row(name: str, pairs: Pairs) -> str:
@@ -93,28 +124,100 @@ def size_row(arch: str, name: str) -> str:
     return f"| Size of `Kardel.exe`, {name} | | {size:.0f} KB | | at most {SIZE_GOAL} KB | {judged(size, SIZE_GOAL)} |"
 
 
+def moving_rows(steps: dict[str, Steps]) -> list[str]:
+    counts = (10, 25, 50)
+    own = {count: steps[f"moving-{count}"].own for count in counts}
+    last = steps["moving-50"]
+    middle, lower, upper = own[50]
+    growth = (own[50][0] - own[25][0]) / 25 / ((own[25][0] - own[10][0]) / 15)
+    each = ", ".join(f"{count}: {own[count][0]:.1f}" for count in counts)
+    return [f"| One step of a drag (`WM_MOVING`) among 50 notes | {last.bare:.1f} µs | {last.ours:.1f} µs | "
+            f"own time {middle:.1f} µs ({lower:.1f}-{upper:.1f}) | under {MOVING_GOAL} µs | "
+            f"{judged(middle, MOVING_GOAL)} |",
+            f"| Growth of that own time with the notes | | {each} µs | {growth:.2f} (1: linear) | at most {GROWTH_GOAL:g} "
+            f"| {judged(growth, GROWTH_GOAL)} |"]
+
+
+def saving_row(name: str, steps: Steps) -> str:
+    middle, lower, upper = steps.ratio
+    return (f"| {name} | {steps.bare / 1000:.2f} ms | {steps.ours / 1000:.2f} ms | {middle:.2f} ({lower:.2f}-{upper:.2f}) "
+            f"| at most {SAVING_GOAL:g} | {judged(middle, SAVING_GOAL)} |")
+
+
+def tick_row(name: str, steps: Steps) -> str:
+    middle, lower, upper = steps.ours_spread
+    return f"| {name} | {steps.bare:.1f} µs | {middle:.1f} µs ({lower:.1f}-{upper:.1f}) | {steps.ratio[0]:.2f} | | |"
+
+
+def countdown_row(slices: list[Span]) -> str:
+    middle, lower, upper = spread([100 * span.cpu / span.wall for span in slices])
+    server = spread([100 * span.server_cpu / span.wall for span in slices])[0]
+    return (f"| CPU with 50 notes counting down, over {COUNTDOWN_SLICES * SLICE:g} s | | {middle:.2f} % of a core "
+            f"({lower:.2f}-{upper:.2f}), Wine's server {server:.2f} % | | under {COUNTDOWN_GOAL} % | "
+            f"{judged(middle, COUNTDOWN_GOAL)} |")
+
+
+def idle_row(reference: int, ours: int) -> str:
+    return (f"| Waking up in {IDLE_SECONDS:g} s with 50 notes and no alarm | {reference} | {ours} | | 0 | "
+            f"{judged(ours, 0)} |")
+
+
+def rule_row(name: str, steps: Steps) -> str:
+    middle, lower, upper = steps.ours_spread
+    return (f"| Moving on a rule every {name}, missed for 100 years | {steps.bare:.0f} ns | {steps.ours:.0f} ns "
+            f"({lower:.0f}-{upper:.0f}) | {steps.ratio[0]:.2f} | under {RULE_GOAL} ns | {judged(middle, RULE_GOAL)} |")
+
+
+def armed(note: dict) -> dict:
+    """The note with an alarm that is days away."""
+    due = datetime.date.today() + datetime.timedelta(days=3)
+    return {**note, "alarmdate": due.strftime("%d/%m/%Y"), "alarmtime": "12:00:00"}
+
+
 def measure(count: int, progress) -> list[str]:
     """The rows of the table."""
     desk = Desk(ARCH)
     try:
+        like_a_session(desk)
         desk.reset()
-        reference = program_on(desk, "reference", helper(ARCH, "kardel_bench_reference.exe"))
+        steps = inside(desk)
+        progress()
+        plain = [stored(note) for note in notes()]
+        reference = Program(program_on(desk, "reference", helper(ARCH, "kardel_bench_reference.exe")), "ReferenceDesk")
+
+        def kardel(seed) -> Program:
+            desk.reset()
+            return Program(desk.folder + "\\Kardel.exe", "ThunderRT6FormDC", seed)
+
+        def seed_files() -> None:
+            desk.seed_registry(settings={"UseRegistry": False, "AlignAll": False})
+            desk.seed_files(plain)
+
         bench = Bench(desk)
         try:
-            desk.seed_registry(notes=[stored(note) for note in notes()])
-            registry = bench.pairs(reference, desk.folder + "\\Kardel.exe", count, progress)
-            desk.reset()
-            desk.seed_registry(settings={"UseRegistry": False})
-            desk.seed_files([stored(note) for note in notes()])
-            files = bench.pairs(reference, desk.folder + "\\Kardel.exe", count, progress)
+            with_registry = kardel(lambda: desk.seed_registry(settings={"AlignAll": False}, notes=plain))
+            registry = bench.pairs(reference, with_registry, count, progress)
+            idle = bench.wake_ups(reference), bench.wake_ups(with_registry)
+            files = bench.pairs(reference, kardel(seed_files), count, progress)
+            counting = kardel(lambda: desk.seed_registry(notes=[armed(note) for note in plain]))
+            countdown = bench.waiting(counting)
         finally:
             bench.close()
     finally:
         desk.close()
-    return [start_row("Start to 50 notes painted, registry store", registry),
-            start_row("Start to 50 notes painted, local files", files),
-            memory_row("Private memory with 50 notes, idle, registry store", registry),
-            memory_row("Private memory with 50 notes, idle, local files", files),
+    stores = (("registry store", registry), ("local files", files))
+    return [*(time_row(f"Start to 50 notes painted, {store}", pairs["Start"], START_GOAL) for store, pairs in stores),
+            *(time_row(f"{command.name} with 50 notes, {store}", pairs[command.name], COMMAND_GOAL)
+              for command in COMMANDS for store, pairs in stores),
+            *moving_rows(steps),
+            saving_row("Enter in the editor until the text is stored, registry store", steps["saving-registry"]),
+            saving_row("Enter in the editor until the text is stored, local files", steps["saving-files"]),
+            countdown_row(countdown),
+            tick_row("One tick of a note that changes its strip, drawing included", steps["tick-changed"]),
+            tick_row("One tick of a note within the same second", steps["tick-same"]),
+            idle_row(*idle),
+            *(rule_row(name, rule) for name, rule in rules().items()),
+            *(memory_row(f"Private memory with 50 notes, idle, {store}", pairs["Start"]) for store, pairs in stores),
             size_row("win64", "64-bit"), size_row("win32", "32-bit")]
 
 
@@ -129,7 +232,8 @@ def program_on(desk: Desk, name: str, source: pathlib.Path) -> str:
 def page(rows: list[str], count: int, load: float) -> str:
     """`load`: how many other processes wanted to run when the measurement began."""
     table = ["| what | reference | Kardel | ratio | goal | met |", "|---|---|---|---|---|---|", *rows]
-    method = METHOD.format(pairs=count, warm_up=WARM_UP, quiet=QUIET)
+    method = METHOD.format(pairs=count, warm_up=WARM_UP, quiet=QUIET, command_quiet=COMMAND_QUIET, rounds=ROUNDS,
+                           slices=COUNTDOWN_SLICES, slice=SLICE, idle=IDLE_SECONDS)
     where = f"Measured on {machine()}. Load of the machine by other work: {load:.1f}."
     return "\n".join([INTRODUCTION, where, "", *table, "", method])
 

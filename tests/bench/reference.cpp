@@ -1,7 +1,13 @@
 // The least that any program must do to show the benchmark's desk: the same 50 windows as Kardel's, each with
 // eight children of the same kinds (six of its own class, two edit controls), created where they belong,
-// shown and painted straight away. No store, no tray icon, no settings, nothing answered.
+// shown and painted straight away, and the commands on all of them as plain window calls. No store, no tray
+// icon, no settings, nothing else answered.
 #include <windows.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "resource.h"
 
 namespace {
 
@@ -19,11 +25,16 @@ constexpr Note kNotes[] = {
 constexpr int kFontHeight = -12;  // 9 points at 96 dots an inch
 constexpr int kStrip = 18;        // pixels; height of the title strip
 constexpr int kLead = 32;         // where the title begins
-constexpr int kTitle = 101;
-constexpr int kBody = 104;
+constexpr int kIconized = 20;     // pixels; height of a note that is shrunk to its strip
+constexpr int kParts = 8;
 
 HFONT bodyFont;
 HFONT titleFont;
+
+HWND notes[std::size(kNotes)];
+LONG laidHeight[std::size(kNotes)];  // pixels; what the parts of each are laid out for
+bool hidden = false;
+bool iconized = false;
 
 /// The note that a note window was made from, attached at its creation.
 const Note& noteOf(HWND window) {
@@ -51,10 +62,10 @@ void paintPart(HWND part) {
     GetClientRect(part, &area);
     fill(dc, area, note.color);
     const int id = GetDlgCtrlID(part);
-    if (id == kTitle) {
+    if (id == ID_LBL) {
         area.left += kLead;
         text(dc, titleFont, note.title, area, DT_SINGLELINE | DT_END_ELLIPSIS);
-    } else if (id == kBody) {
+    } else if (id == ID_NOTA) {
         text(dc, bodyFont, note.body, area, DT_WORDBREAK | DT_EDITCONTROL);
     } else {
         InflateRect(&area, -4, -4);
@@ -73,28 +84,122 @@ void paintNote(HWND window) {
     EndPaint(window, &paint);
 }
 
-/// The eight children, in the z order of Kardel's and, like there, three of them hidden.
-void createParts(HWND window, const Note& note) {
-    const auto child = [&](const wchar_t* kind, DWORD style, int id, const wchar_t* words, RECT at) {
-        return CreateWindowExW(0, kind, words, WS_CHILD | WS_CLIPSIBLINGS | style, at.left, at.top,
-                               at.right - at.left, at.bottom - at.top, window,
-                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr),
-                               nullptr);
-    };
-    const LONG right = note.width - 1;
-    const LONG bottom = note.height - 1;
-    const RECT body{5, 22, right - 4, bottom - 4};
-    child(L"ReferencePart", WS_VISIBLE, 102, L"Iconize, close", {1, 1, 32, kStrip + 1});
-    child(L"ReferencePart", WS_VISIBLE, 103, L"Delete", {right - 18, 1, right, kStrip + 1});
-    child(L"ReferencePart", WS_VISIBLE, 107, L"Resize", {right - 18, bottom - 17, right, bottom});
-    const HWND title = child(L"EDIT", ES_AUTOHSCROLL, 106, L"", {kLead, 3, right - 20, kStrip});
-    SendMessageW(title, WM_SETFONT, reinterpret_cast<WPARAM>(titleFont), FALSE);
-    child(L"ReferencePart", WS_VISIBLE, kTitle, note.title, {1, 1, right, kStrip + 1});
-    const HWND editor = child(L"EDIT", ES_MULTILINE | ES_AUTOVSCROLL, 105, L"", body);
-    SendMessageW(editor, WM_SETFONT, reinterpret_cast<WPARAM>(bodyFont), FALSE);
-    child(L"ReferencePart", 0, 108, L"", {1, bottom - 16, right - 18, bottom});
-    child(L"ReferencePart", WS_VISIBLE, kBody, note.body, body);
+struct Part {
+    int id;
+    RECT at;
+};
+
+/// Where the eight children stand in a note of this size, in the z order of Kardel's.
+void placeParts(LONG width, LONG height, Part (&parts)[kParts]) {
+    const LONG right = width - 1;
+    const LONG bottom = height - 1;
+    const RECT body{5, 22, std::max(right - 4, 5L), std::max(bottom - 4, 22L)};
+    const RECT grip =
+        iconized ? RECT{right - 36, 1, right - 18, 18} : RECT{right - 18, bottom - 17, right, bottom};
+    const Part places[kParts] = {{ID_LBL2, {1, 1, 32, kStrip + 1}},
+                                 {ID_PIC, {right - 18, 1, right, kStrip + 1}},
+                                 {ID_PIC2, grip},
+                                 {ID_TXTTITLE, {kLead, 3, right - 20, kStrip}},
+                                 {ID_LBL, {1, 1, right, kStrip + 1}},
+                                 {ID_TXTNOTA, body},
+                                 {ID_PIC_TIME, {1, bottom - 16, right - 18, bottom}},
+                                 {ID_NOTA, body}};
+    std::copy_n(places, kParts, parts);
 }
+
+/// Like Kardel's, three of them are hidden.
+void createParts(HWND window, const Note& note) {
+    laidHeight[&note - kNotes] = note.height;
+    Part parts[kParts];
+    placeParts(note.width, note.height, parts);
+    for (const auto& [id, at] : parts) {
+        const bool isEditor = id == ID_TXTTITLE || id == ID_TXTNOTA;
+        const DWORD style = id == ID_TXTTITLE   ? ES_AUTOHSCROLL
+                            : id == ID_TXTNOTA  ? ES_MULTILINE | ES_AUTOVSCROLL
+                            : id == ID_PIC_TIME ? 0
+                                                : WS_VISIBLE;
+        const HWND part = CreateWindowExW(
+            0, isEditor ? L"EDIT" : L"ReferencePart",
+            id == ID_LBL    ? note.title
+            : id == ID_NOTA ? note.body
+                            : L"",
+            WS_CHILD | WS_CLIPSIBLINGS | style, at.left, at.top, at.right - at.left, at.bottom - at.top,
+            window, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+        const HFONT font = id == ID_TXTTITLE ? titleFont : bodyFont;
+        if (isEditor) SendMessageW(part, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    }
+}
+
+void onSize(HWND window) {
+    RECT client{};
+    GetClientRect(window, &client);
+    LONG& laid = laidHeight[&noteOf(window) - kNotes];
+    if (client.bottom == laid) return;
+    laid = client.bottom;
+    Part parts[kParts];
+    placeParts(client.right, client.bottom, parts);
+    HDWP batch = BeginDeferWindowPos(kParts);
+    for (const auto& [id, at] : parts) {
+        batch = DeferWindowPos(batch, GetDlgItem(window, id), nullptr, at.left, at.top, at.right - at.left,
+                               at.bottom - at.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    EndDeferWindowPos(batch);
+    ShowWindow(GetDlgItem(window, ID_NOTA), iconized ? SW_HIDE : SW_SHOWNA);
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
+}
+
+// --- The commands on all notes -----------------------------------------------------------------------------
+
+void toggleHideAll() {
+    hidden = !hidden;
+    for (const HWND note : notes)
+        ShowWindow(note, hidden ? SW_HIDE : SW_SHOWNOACTIVATE);
+}
+
+void toggleIconizeAll() {
+    iconized = !iconized;
+    for (const HWND note : notes) {
+        SetWindowPos(note, nullptr, 0, 0, noteOf(note).width, iconized ? kIconized : noteOf(note).height,
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+}
+
+/// Columns from the first note's place. A note that would stand beside the screen goes to its right edge,
+/// whole.
+void autoPosition() {
+    RECT work{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    RECT before{};
+    GetWindowRect(notes[0], &before);
+    const LONG top = before.top;
+    LONG columnLeft = before.left;
+    LONG columnWidth = before.right - before.left;
+    for (std::size_t i = 1; i < std::size(notes); ++i) {
+        RECT rect{};
+        GetWindowRect(notes[i], &rect);
+        const LONG width = rect.right - rect.left;
+        const LONG height = rect.bottom - rect.top;
+        LONG y = before.bottom;
+        if (y + 1 >= work.bottom - work.top) {
+            y = top;
+            columnLeft += columnWidth;
+            columnWidth = width;
+        }
+        const bool beside = columnLeft >= GetSystemMetrics(SM_CXSCREEN);
+        SetWindowPos(notes[i], nullptr, beside ? work.right - width : columnLeft,
+                     beside ? std::min(y, work.bottom - height) : y, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        before = {columnLeft, y, columnLeft + width, y + height};
+    }
+}
+
+void onCommand(unsigned id) {
+    if (id == IDM_DYN + 2) toggleHideAll();
+    if (id == IDM_DYN + 3) toggleIconizeAll();
+    if (id == IDM_DYN + 5) autoPosition();
+}
+
+// --- Windows -----------------------------------------------------------------------------------------------
 
 LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) {
     if (message == WM_ERASEBKGND) return 1;
@@ -112,6 +217,9 @@ LRESULT CALLBACK noteProc(HWND window, UINT message, WPARAM wp, LPARAM lp) {
             createParts(window, *note);
             return 0;
         }
+        case WM_SIZE:
+            onSize(window);
+            return 0;
         case WM_ERASEBKGND:
             return 1;
         case WM_PAINT:
@@ -120,6 +228,12 @@ LRESULT CALLBACK noteProc(HWND window, UINT message, WPARAM wp, LPARAM lp) {
         default:
             return DefWindowProcW(window, message, wp, lp);
     }
+}
+
+/// The owner of all notes, never shown.
+LRESULT CALLBACK deskProc(HWND window, UINT message, WPARAM wp, LPARAM lp) {
+    if (message == WM_COMMAND) onCommand(LOWORD(wp));
+    return DefWindowProcW(window, message, wp, lp);
 }
 
 void registerClass(const wchar_t* name, WNDPROC procedure) {
@@ -144,13 +258,16 @@ int WINAPI WinMain(HINSTANCE program, HINSTANCE, LPSTR, int) {
     titleFont = font(FW_BOLD);
     registerClass(L"ReferenceNote", noteProc);
     registerClass(L"ReferencePart", partProc);
+    registerClass(L"ReferenceDesk", deskProc);
     const HWND owner =
-        CreateWindowExW(0, L"ReferencePart", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, program, nullptr);
-    for (const Note& note : kNotes) {
+        CreateWindowExW(0, L"ReferenceDesk", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, program, nullptr);
+    for (std::size_t i = 0; i < std::size(notes); ++i) {
+        const Note& note = kNotes[i];
         const HWND window = CreateWindowExW(WS_EX_TOOLWINDOW, L"ReferenceNote", note.title,
                                             WS_POPUP | WS_CLIPCHILDREN, note.x, note.y, note.width,
                                             note.height, owner, nullptr, program, const_cast<Note*>(&note));
         if (window == nullptr) return 1;
+        notes[i] = window;
         ShowWindow(window, SW_SHOWNOACTIVATE);
     }
     MSG message{};

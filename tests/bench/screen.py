@@ -1,8 +1,9 @@
-"""Watches a screen: when top-level windows are mapped, and when the picture changed last. Everything comes as events of
-the X server, so that watching costs the measured program nothing but the few events."""
+"""Watches a screen: where top-level windows are, when they are mapped, and when the picture changed last. Everything comes
+as events of the X server, so that watching costs the measured program nothing but the few events."""
 
 import select
 import time
+from collections.abc import Callable
 
 from Xlib import X
 from Xlib import display as xdisplay
@@ -23,7 +24,7 @@ class Screen:
         root.damage_create(damage.DamageReportRawRectangles)
         self._x.sync()
         self._damaged = self._x.extension_event.DamageNotify
-        self._sizes: dict[int, tuple[int, int]] = {}
+        self._places: dict[int, tuple[int, int, int, int]] = {}
         self._mapped: set[int] = set()
         self.forget()
 
@@ -40,21 +41,28 @@ class Screen:
         return not self._mapped
 
     @property
+    def places(self) -> list[tuple[int, int, int, int]]:
+        """X, y, width and height of the windows that were as large as a note when they came, in no order that
+        means something."""
+        self._drain()
+        return sorted(self._places[window] for window in self._mapped)
+
+    @property
     def painted(self) -> float:
         """When the last window was mapped and nothing more was drawn."""
         return max(self.last_change, *self.maps[-1:], 0.0)
 
-    def settle(self, count: int, quiet: float, limit: float) -> None:
-        """Returns when `count` windows are mapped and the picture has not changed for `quiet` seconds. RuntimeError
-        after `limit` seconds."""
+    def settle(self, done: Callable[[], bool], quiet: float, limit: float, what: str) -> None:
+        """Returns when `done` holds and the screen has not changed for `quiet` seconds. RuntimeError after `limit`
+        seconds. Events alone make it ask again."""
         end = time.monotonic() + limit
         while True:
             self._drain()
             now = time.monotonic()
             if now > end:
-                raise RuntimeError(f"{len(self.maps)} of {count} windows after {limit:g} s, the last change "
-                                   f"{now - self.last_change:.1f} s ago")
-            if len(self.maps) < count:
+                raise RuntimeError(f"waited {limit:g} s for {what}: {len(self.maps)} windows came, {len(self._mapped)} "
+                                   f"are there, the last change was {now - self.last_change:.1f} s ago")
+            if not done():
                 self._sleep(end - now)
             elif now - self.painted < quiet:
                 self._sleep(quiet - (now - self.painted))
@@ -72,16 +80,20 @@ class Screen:
             if event.type == X.MapNotify:
                 self._on_map(event.window.id)
             elif event.type in (X.UnmapNotify, X.DestroyNotify):
-                self._mapped.discard(event.window.id)
+                if event.window.id in self._mapped:
+                    self._mapped.discard(event.window.id)
+                    self.last_change = time.monotonic()
                 if event.type == X.DestroyNotify:
-                    self._sizes.pop(event.window.id, None)
+                    self._places.pop(event.window.id, None)
             elif event.type in (X.CreateNotify, X.ConfigureNotify):
-                self._sizes[event.window.id] = (event.width, event.height)
+                self._places[event.window.id] = (event.x, event.y, event.width, event.height)
+                if event.window.id in self._mapped:
+                    self.last_change = time.monotonic()
             elif event.type == self._damaged and event.area.y < self._height:
                 self.last_change = time.monotonic()
 
     def _on_map(self, window: int) -> None:
-        if min(self._sizes.get(window, (0, 0))) >= _LEAST_SIDE and window not in self._mapped:
+        if min(self._places.get(window, (0, 0, 0, 0))[2:]) >= _LEAST_SIDE and window not in self._mapped:
             self._mapped.add(window)
             self.maps.append(time.monotonic())
 
