@@ -7,6 +7,7 @@
 #include "core/Columns.h"
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
+#include "storage/Draft.h"
 #include "support/Clock.h"
 #include "support/Number.h"
 
@@ -117,6 +118,7 @@ void basPost::Renumber() {
     NoteSlots.fill(nullptr);
     for (std::size_t i = 0; i < Notes.size(); ++i) {
         Notes[i]->number = static_cast<int>(i) + 1;
+        Notes[i]->draftSoon();  // the number stands in it
         NoteSlots[i] = Notes[i];
     }
 }
@@ -169,12 +171,26 @@ bool basPost::LoadNotes(int count) {
         note->ArmAfterLoad();
         if (!note->Closed()) note->show(false);
     }
+    finishDraft();
     AllHidden = everyNoteClosed();
     AllIconized = everyNoteIconized();
     localFilesMark = !store.UseRegistry;
     live_ = true;
     if (settings.AlignAll) AutoPosition();
     return true;
+}
+
+/// An edit that the last run did not live to end is ended now. A draft that fits no note goes.
+void basPost::finishDraft() {
+    const FoundDraft found = readDraft(store.files.files);
+    if (found.status != IoStatus::Done) return;
+    if (found.draft && found.draft->number <= Count()) {
+        const Draft& draft = *found.draft;
+        fpost& note = *Notes[static_cast<std::size_t>(draft.number - 1)];
+        if (note.record.readOnly) return;
+        if (storedMark(note.record) == draft.stored && !note.finishEdit(draft.title, draft.text)) return;
+    }
+    removeDraft(store.files.files);
 }
 
 // --- New note ---------------------------------------------------------------------------------------------

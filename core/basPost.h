@@ -93,6 +93,7 @@ private:
     void storeFlag(const char16_t* key, bool flag) const;
     bool holds(const fpost* note) const;
     NoteRecord freshRecord(int number) const;
+    void finishDraft();
     void showAgain(fpost& note);
     std::vector<NoteRecord*> records() const;
 

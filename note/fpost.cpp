@@ -404,6 +404,10 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_COMMAND:
             if (lp == 0) command(LOWORD(wp));
             if (lp != 0 && HIWORD(wp) == EN_UPDATE) keepWithinStore(reinterpret_cast<HWND>(lp));
+            if (lp != 0 && HIWORD(wp) == EN_CHANGE) draftSoon();
+            return 0;
+        case WM_TIMER:
+            if (wp == IDT_DRAFT) draftNow();
             return 0;
         default:
             break;

@@ -89,6 +89,10 @@ struct fpost {
     void SaveCaption(bool Apply);
     /// Ends whichever edit is open, keeping its text.
     void CommitEdits();
+    /// Takes the text of an edit that an earlier run did not live to end. False when it could not be stored.
+    bool finishEdit(bool title, const Text& text);
+    /// What stands in the open editor, if any, goes into the draft before long.
+    void draftSoon();
     void CheckTitleWidth();
     void FitWidth();
     void FitHeight();
@@ -166,6 +170,8 @@ private:
     void paintBody(HDC dc) const;
     void paintStrip(HDC dc) const;
     void endBodyEdit();
+    void draftNow();
+    void dropDraft();
     /// Whether what is typed goes into the files, now or with a pending switch.
     bool endsInFiles() const;
     void setStoreLimit(HWND editor, std::size_t fileLimit) const;
@@ -206,6 +212,8 @@ private:
     enum class OneShotKey : unsigned char { None, Save, NewLine, BlankLine, Cancel };
     OneShotKey oneShot = OneShotKey::None;
     bool swallowDoubleClick = false;
+    bool drafting = false;     ///< the timer that writes the draft runs
+    bool drafted = false;      ///< the draft is this note's
     bool counting = false;     ///< the alarm's countdown runs
     bool loopRunning = false;  ///< the grip's press-and-hold loop
 };

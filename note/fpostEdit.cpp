@@ -1,14 +1,18 @@
 // Editing in place: a native edit control laid over the label, body or title, and what ends it.
 #include <algorithm>
+#include <utility>
 
 #include "note/fpost.h"
+#include "resources/resource.h"
+#include "storage/Draft.h"
 #include "support/Number.h"
 
 namespace {
 
-constexpr WPARAM kSelectAll = 1;  // the character that Ctrl+A types
-constexpr WPARAM kNewNote = 14;   // and Ctrl+N
-constexpr WPARAM kLineFeed = 10;  // Ctrl+Enter
+constexpr WPARAM kSelectAll = 1;   // the character that Ctrl+A types
+constexpr WPARAM kNewNote = 14;    // and Ctrl+N
+constexpr WPARAM kLineFeed = 10;   // Ctrl+Enter
+constexpr UINT kDraftDelay = 400;  // ms from a key to the draft: no more than that is typed in vain
 
 /// Width in pixels of a text on one line.
 int textWidth(HFONT font, TextView text) {
@@ -70,11 +74,13 @@ void fpost::SaveNote() {
     const bool changed = edited != withLineBreaks(record.Nota);
     if (changed) record.Nota = edited;
     showBody(withLineBreaks(record.Nota));
-    if (changed || refused) store({NoteField::Nota});
+    // Text that the store refuses stays in the draft.
+    if ((!changed && !refused) || store({NoteField::Nota})) dropDraft();
 }
 
 void fpost::CancelNote() {
     endBodyEdit();
+    dropDraft();
     showBody(withLineBreaks(record.Nota));
 }
 
@@ -107,9 +113,12 @@ void fpost::SaveCaption(bool Apply) {
     for (const HWND picture : {lbl2, pic, pic2})
         ShowWindow(picture, SW_SHOWNA);
     if (focused) SetFocus(hwnd);
-    if (!Apply) return;
+    if (!Apply) {
+        dropDraft();
+        return;
+    }
     Titolo(edited);
-    store({NoteField::Titolo});
+    if (store({NoteField::Titolo})) dropDraft();
     CheckTitleWidth();
     host->notesChanged();
 }
@@ -117,6 +126,41 @@ void fpost::SaveCaption(bool Apply) {
 void fpost::CommitEdits() {
     SaveNote();
     SaveCaption(true);
+}
+
+// --- The draft --------------------------------------------------------------------------------------------
+
+void fpost::draftSoon() {
+    if (drafting || (!bodyBeingEdited && !titleBeingEdited)) return;
+    drafting = SetTimer(hwnd, IDT_DRAFT, kDraftDelay, nullptr) != 0;
+}
+
+void fpost::draftNow() {
+    if (drafting) KillTimer(hwnd, IDT_DRAFT);
+    drafting = false;
+    if (!bodyBeingEdited && !titleBeingEdited) return;
+    NoteRecord stored;
+    if (!host->store->load(number, stored, *host->settings)) return;
+    const Text text = windowText(bodyBeingEdited ? txtNota : txtTitle);
+    const Draft draft{number, titleBeingEdited, text, storedMark(stored)};
+    drafted = writeDraft(host->store->files.files, draft) || drafted;
+}
+
+void fpost::dropDraft() {
+    if (drafting) KillTimer(hwnd, IDT_DRAFT);
+    drafting = false;
+    if (std::exchange(drafted, false)) removeDraft(host->store->files.files);
+}
+
+bool fpost::finishEdit(bool title, const Text& text) {
+    if (title) {
+        Titolo(text);
+        CheckTitleWidth();
+        return store({NoteField::Titolo});
+    }
+    record.Nota = text;
+    showBody(withLineBreaks(text));
+    return store({NoteField::Nota});
 }
 
 // --- What the store can keep ------------------------------------------------------------------------------

@@ -70,9 +70,10 @@
 #define IDM_DYN2          500  /* mnuDyn2(0) .. */
 #define IDM_DYN2_LAST     549  /* .. mnuDyn2(49) */
 
-/* Timers, every 500 ms */
-#define IDT_ALARM         1039 /* of the tray window: the countdown of every note that has one */
-#define IDT_FLASH         1040 /* of a note: its flashing while it rings */
+/* Timers */
+#define IDT_ALARM         1039 /* of the tray window, every 500 ms: the countdown of every note that has one */
+#define IDT_FLASH         1040 /* of a note, every 500 ms: its flashing while it rings */
+#define IDT_DRAFT         1041 /* of a note: what is typed goes into the draft, 400 ms after the first key */
 
 /* Messages of the tray window */
 #define WM_TRAYICON       1125 /* WM_USER + 101: the icon's mouse messages */

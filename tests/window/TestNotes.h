@@ -30,13 +30,28 @@ struct TestNotes {
         for (std::size_t i = 0; i < notes.size(); ++i) {
             desk->store.create(static_cast<int>(i) + 1, notes[i]);
         }
-        desk->createTray();
-        desk->LoadNotes(static_cast<int>(notes.size()));
-        pumpPending();
+        open(static_cast<int>(notes.size()));
     }
     ~TestNotes() { desk->Teardown(); }
     TestNotes(const TestNotes&) = delete;
     TestNotes& operator=(const TestNotes&) = delete;
+
+    /// The program is gone without a word; a new one starts over the same stores.
+    void killAndRestart() {
+        const bool useRegistry = desk->store.UseRegistry;
+        const GlobalSettings settings = desk->settings;
+        const int count = desk->Count();
+        {
+            const std::map<Text, std::string> files = folder.content;
+            const std::vector<MemorySettings::Section> sections = registry.content;
+            desk->Teardown();
+            folder.content = files;
+            registry.content = sections;
+        }
+        desk = std::make_unique<basPost>();
+        prepare(useRegistry, settings);
+        open(count);
+    }
 
     fpost& note(int number) { return *desk->Notes[static_cast<std::size_t>(number - 1)]; }
 
@@ -45,6 +60,21 @@ struct TestNotes {
         NoteRecord record;
         desk->store.load(number, record, desk->settings);
         return record;
+    }
+
+private:
+    void prepare(bool useRegistry, const GlobalSettings& settings) {
+        desk->look = loadNoteLook();
+        desk->settings = settings;
+        desk->store.UseRegistry = useRegistry;
+        desk->store.registry = {registry.settings(), englishWeekdayKeys()};
+        desk->store.files = {folder.files(), westernPage()};
+        desk->host.now = [this] { return clock; };
+    }
+    void open(int count) {
+        desk->createTray();
+        desk->LoadNotes(count);
+        pumpPending();
     }
 };
 

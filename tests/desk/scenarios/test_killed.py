@@ -1,0 +1,65 @@
+"""The program is ended as by a power cut: what the next start shows."""
+
+import pytest
+
+from kardel_desk.stores import KINDS, Store
+
+NOTES = [{"Titolo": "first", "Nota": "one", "x": 900, "y": 900}, {"Titolo": "second", "Nota": "two", "x": 6000, "y": 900}]
+
+
+@pytest.fixture(params=KINDS)
+def store(request, desk):
+    return Store(desk, request.param)
+
+
+def draft(desk):
+    path = desk.path() / "KARDEL.TMP"
+    return path.read_bytes() if path.exists() else b""
+
+
+def test_what_was_typed_a_second_before_is_there_again(desk, store):
+    store.seed(NOTES)
+    kardel = desk.run()
+    kardel.note("second").edit()
+    desk.key("ctrl+End")
+    desk.type(" and \u00e8 half a thought")
+    desk.wait(lambda: "half a thought".encode("utf-16-le") in draft(desk), 5, "the draft of what was typed")
+    assert store.notes()[1]["Nota"] == "two"
+    kardel.kill()
+
+    kardel = desk.run()
+    assert kardel.note("second").body == "two and \u00e8 half a thought"
+    assert kardel.note("first").body == "one"
+    assert store.notes()[1]["Nota"] == "two and \u00e8 half a thought"
+    assert draft(desk) == b""
+
+
+def test_a_title_that_was_being_typed_is_there_again(desk, store):
+    store.seed(NOTES)
+    kardel = desk.run()
+    note = kardel.note("first")
+    note.click("lbl", 40, button=3)
+    editor = note.part("txtTitle")
+    desk.wait(lambda: editor.visible and editor.has_focus, 5, "the title's editor")
+    desk.type(" of all")
+    desk.wait(lambda: "first of all".encode("utf-16-le") in draft(desk), 5, "the draft of what was typed")
+    kardel.kill()
+
+    kardel = desk.run()
+    assert kardel.note("first of all").body == "one"
+    assert store.notes()[0]["Titolo"] == "first of all"
+    assert draft(desk) == b""
+
+
+def test_escape_leaves_neither_draft_nor_text(desk, store):
+    store.seed(NOTES)
+    kardel = desk.run()
+    note = kardel.note("first")
+    note.edit()
+    desk.type("never mind")
+    desk.wait(lambda: draft(desk), 5, "the draft")
+    desk.key("Escape")
+    desk.wait(lambda: not note.editing, 5, "the edit to end")
+    assert draft(desk) == b""
+    kardel.kill()
+    assert desk.run().note("first").body == "one"

@@ -1,0 +1,136 @@
+// An edit that is open when the program dies: its text is in the draft, and the next start ends the edit.
+#include <gtest/gtest.h>
+
+#include "storage/Draft.h"
+#include "tests/window/TestNotes.h"
+
+namespace {
+
+constexpr DWORD kLongEnough = 1000;  // ms from the last key to the draft
+
+/// Lets messages through until it holds; a busy machine may need longer than the user ever would.
+template <class Condition>
+bool comes(Condition condition) {
+    constexpr int kTries = 100;
+    for (int tries = 0; tries < kTries && !condition(); ++tries)
+        pumpFor(kLongEnough / 20);
+    return condition();
+}
+
+struct OpenEdit : testing::TestWithParam<bool> {
+    TestNotes desk{GetParam(), {plainNote(u"a"), plainNote(u"b", 6000)}};
+
+    bool hasDraft() const { return desk.folder.content.contains(Text(kDraftFile)); }
+
+    /// Types at the end of an editor, and lets the draft be written.
+    void type(HWND editor, const char16_t* text) {
+        SendMessageW(editor, EM_SETSEL, 0x7FFFFFFF, 0x7FFFFFFF);
+        SendMessageW(editor, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text));
+        ASSERT_TRUE(comes([this] { return hasDraft(); }));
+    }
+    void typeInBody(int number) {
+        desk.note(number).EditForm();
+        type(desk.note(number).txtNota, u", and more");
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Stores, OpenEdit, testing::Bool(),
+                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+
+TEST_P(OpenEdit, OfABodySurvivesTheProgram) {
+    typeInBody(2);
+    EXPECT_EQ(desk.stored(2).Nota, u"body of b") << "an open edit is not stored";
+    desk.killAndRestart();
+    EXPECT_EQ(desk.stored(2).Nota, u"body of b, and more");
+    EXPECT_EQ(windowText(desk.note(2).nota), u"body of b, and more");
+    EXPECT_EQ(desk.stored(1).Nota, u"body of a");
+    EXPECT_FALSE(hasDraft());
+}
+
+TEST_P(OpenEdit, OfATitleSurvivesTheProgram) {
+    desk.note(1).EditCaption();
+    type(desk.note(1).txtTitle, u" new");
+    desk.killAndRestart();
+    EXPECT_EQ(desk.stored(1).Titolo, u"a new");
+    EXPECT_EQ(desk.note(1).Titolo(), u"a new");
+    EXPECT_EQ(desk.stored(1).Nota, u"body of a");
+    EXPECT_FALSE(hasDraft());
+}
+
+TEST_P(OpenEdit, LeavesNoDraftWhenItEndsEitherWay) {
+    typeInBody(1);
+    EXPECT_TRUE(hasDraft());
+    desk.note(1).SaveNote();
+    EXPECT_FALSE(hasDraft());
+    typeInBody(1);
+    desk.note(1).CancelNote();
+    EXPECT_FALSE(hasDraft());
+    pumpFor(kLongEnough);
+    EXPECT_FALSE(hasDraft()) << "nothing of it comes later";
+    for (const bool apply : {true, false}) {
+        desk.note(1).EditCaption();
+        type(desk.note(1).txtTitle, u"!");
+        EXPECT_TRUE(hasDraft());
+        desk.note(1).SaveCaption(apply);
+        EXPECT_FALSE(hasDraft());
+    }
+    desk.killAndRestart();
+    EXPECT_EQ(desk.stored(1).Nota, u"body of a, and more");
+    EXPECT_EQ(desk.stored(1).Titolo, u"a!");
+}
+
+TEST_P(OpenEdit, ThatTheStoreRefusedStaysInTheDraft) {
+    typeInBody(1);
+    const SharedChanges refusing = std::make_shared<Changes>();
+    refusing->failAt = 0;
+    desk.folder.changes = refusing;
+    desk.registry.changes = refusing;
+    desk.note(1).SaveNote();
+    EXPECT_EQ(desk.stored(1).Nota, u"body of a");
+    desk.killAndRestart();
+    EXPECT_EQ(desk.stored(1).Nota, u"body of a, and more");
+    EXPECT_FALSE(hasDraft());
+}
+
+TEST_P(OpenEdit, FollowsItsNoteToAnotherNumber) {
+    typeInBody(2);
+    desk.note(1).DeleteForm(true);
+    ASSERT_TRUE(comes([this] {
+        const FoundDraft found = readDraft(desk.folder.files());
+        return found.draft && found.draft->number == 1;
+    }));
+    desk.killAndRestart();
+    EXPECT_EQ(desk.stored(1).Titolo, u"b");
+    EXPECT_EQ(desk.stored(1).Nota, u"body of b, and more");
+}
+
+TEST_P(OpenEdit, ThatIsDamagedIsIgnoredAndRemoved) {
+    typeInBody(1);
+    desk.folder.content[Text(kDraftFile)].back() ^= 1;
+    desk.killAndRestart();
+    EXPECT_EQ(desk.stored(1).Nota, u"body of a");
+    EXPECT_FALSE(hasDraft());
+}
+
+TEST_P(OpenEdit, OfANoteThatIsGoneOrAnotherNowIsIgnored) {
+    for (const int number : {1, 3}) {
+        writeDraft(desk.folder.files(), {number, false, u"of another note", 4711});
+        desk.killAndRestart();
+        EXPECT_EQ(desk.stored(1).Nota, u"body of a");
+        EXPECT_EQ(desk.stored(2).Nota, u"body of b");
+        EXPECT_FALSE(hasDraft());
+    }
+}
+
+TEST_P(OpenEdit, WaitsForANoteThatCannotBeReadNow) {
+    typeInBody(1);
+    desk.folder.locked.insert(Text(kNoteFile));
+    desk.registry.locked.insert(u"kardel-1");
+    desk.killAndRestart();
+    EXPECT_TRUE(hasDraft());
+    desk.folder.locked.clear();
+    desk.registry.locked.clear();
+    desk.killAndRestart();
+    EXPECT_EQ(desk.stored(1).Nota, u"body of a, and more");
+}
+
+}  // namespace
