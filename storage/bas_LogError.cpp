@@ -28,11 +28,41 @@ Text withBackslash(Text folder) {
     return folder;
 }
 
+constexpr LONGLONG kLongest = 1 << 20;  // bytes; a failure that repeats itself must not fill the disk
+
+UniqueHandle openLog(const Text& path, DWORD access, DWORD disposition) {
+    const HANDLE handle = CreateFileW(wide(path), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return UniqueHandle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
+
+/// A log that has become too long loses its older half.
+void shorten(const Text& path) {
+    const UniqueHandle file = openLog(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+    LARGE_INTEGER size{};
+    if (file == nullptr || GetFileSizeEx(file.get(), &size) == FALSE || size.QuadPart < kLongest) return;
+    LARGE_INTEGER half{};
+    half.QuadPart = size.QuadPart - kLongest / 2;
+    std::string tail(static_cast<std::size_t>(kLongest / 2), '\0');
+    DWORD got = 0;
+    if (SetFilePointerEx(file.get(), half, nullptr, FILE_BEGIN) == FALSE ||
+        ReadFile(file.get(), tail.data(), static_cast<DWORD>(tail.size()), &got, nullptr) == FALSE) {
+        return;
+    }
+    tail.resize(got);
+    tail.erase(0, std::min(tail.find('\n'), tail.size() - 1) + 1);
+    DWORD written = 0;
+    if (SetFilePointerEx(file.get(), LARGE_INTEGER{}, nullptr, FILE_BEGIN) == FALSE ||
+        WriteFile(file.get(), tail.data(), static_cast<DWORD>(tail.size()), &written, nullptr) == FALSE) {
+        return;
+    }
+    SetEndOfFile(file.get());
+}
+
 void appendLine(const Text& path, const Text& line) {
-    const HANDLE handle = CreateFileW(wide(path), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) return;
-    const UniqueHandle file(handle);
+    shorten(path);
+    const UniqueHandle file = openLog(path, FILE_APPEND_DATA, OPEN_ALWAYS);
+    if (file == nullptr) return;
     const CodePage page = systemCodePage();
     bool lost = false;
     const std::string bytes = page.encode(page.id, line + u"\r\n", lost);

@@ -19,8 +19,8 @@ extern LogPlace logPlace;
 Text logLine(const LogPlace& place, Now now, TextView procedure, TextView message, std::int64_t errorNumber,
              TextView detail);
 
-/// Appends a line. Creates the folder (one level) when it is missing. Never fails: a line that cannot be
-/// written is lost.
+/// Appends a line; a log of a megabyte loses its older half first. Creates the folder (one level) when it is
+/// missing. Never fails: a line that cannot be written is lost.
 void WriteLog(TextView procedure, TextView message, std::int64_t errorNumber, TextView detail = {});
 
 bool FolderExists(const Text& path);

@@ -39,6 +39,20 @@ TEST(LogFile, GrowsByALineACall) {
     EXPECT_EQ(log.text().front(), '\t');
 }
 
+TEST(LogFile, OfAFailureWithoutEndStaysShortAndKeepsItsLatestLines) {
+    const TestLog log;
+    const Text message(20000, u'x');
+    for (int i = 1; i <= 120; ++i)
+        WriteLog(u"Loop", message, i);
+    const std::string text = log.text();
+    EXPECT_LE(text.size(), (std::size_t{1} << 20) + 30000);
+    EXPECT_GE(text.size(), std::size_t{1} << 19);
+    EXPECT_EQ(text.front(), '\t') << "begins with a whole line";
+    EXPECT_TRUE(text.ends_with("; Err=120 ]\r\n"));
+    EXPECT_TRUE(log.has("; Err=119 ]"));
+    EXPECT_FALSE(log.has("; Err=1 ]"));
+}
+
 TEST(LogFile, CreatesAMissingFolderOfOneLevel) {
     const TestLog log;
     const Text folder = log.folder.path + u"new";
