@@ -1,0 +1,114 @@
+// Arbitrary bytes as the three data files, an interrupted upgrade's file, a draft, and the registry's values:
+// a whole start over them, in either store, with the import and the upgrade that they call for, and the
+// alarms.
+#include <cstdint>
+#include <cstdlib>
+
+#include "alarm/AlarmRule.h"
+#include "core/StartSettings.h"
+#include "storage/Draft.h"
+#include "tests/storage/MemoryFiles.h"
+#include "tests/storage/MemorySettings.h"
+#include "tests/support/TestCodePages.h"
+
+namespace {
+
+void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+/// Takes the input apart; what it lacks is zero or empty.
+struct Input {
+    std::string_view bytes;
+
+    unsigned byte() {
+        if (bytes.empty()) return 0;
+        const unsigned value = testing_pages::valueOf(bytes.front());
+        bytes.remove_prefix(1);
+        return value;
+    }
+    /// A piece of bytes, its length first.
+    std::string piece() {
+        const std::size_t length = std::min<std::size_t>(byte() * 256 + byte(), bytes.size());
+        std::string result(bytes.substr(0, length));
+        bytes.remove_prefix(length);
+        return result;
+    }
+    Text text() {
+        Text result(byte() % 24, u' ');
+        for (char16_t& c : result)
+            c = static_cast<char16_t>(byte());
+        return result;
+    }
+};
+
+std::array<Text, kWeekdays> weekdayKeys() {
+    return {u"w.Mon", u"w.Tue", u"w.Wed", u"w.Thu", u"w.Fri", u"w.Sat", u"w.Sun"};
+}
+
+void loadAll(NoteStore& store, const GlobalSettings& settings, int count) {
+    const Now now{instantOf({2026, 6, 15}, {12, 0, 0}), 0};
+    for (int number = 1; number <= count; ++number) {
+        NoteRecord record;
+        store.load(number, record, settings);
+        AlarmRule rule =
+            ruleFromRecord(record, store.UseRegistry ? IntervalReading::Exact : IntervalReading::Contained);
+        if (!armAfterLoad(rule, now)) continue;
+        storeRule(record, rule);
+        require(store.set(number, record, {NoteField::AlarmDate, NoteField::AlarmTime}));
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Input input{{reinterpret_cast<const char*>(data), size}};
+    MemoryFiles folder;
+    MemorySettings registry;
+    const unsigned choice = input.byte();
+    const unsigned present = input.byte();
+    constexpr TextView kNames[] = {kHeaderFile,      kNoteFile,        kMemoFile, u"KARDEL121.DAT",
+                                   u"KARDEL122.DAT", u"KARDEL125.DAT", kDraftFile};
+    for (std::size_t i = 0; i < std::size(kNames); ++i) {
+        if ((present >> i & 1) != 0) folder.content[Text(kNames[i])] = input.piece();
+    }
+    NoteStore store;
+    store.files = {folder.files(), (choice & 1) != 0 ? westernPage() : kanaPage()};
+    store.registry = {registry.settings(), weekdayKeys()};
+    registry.put(u"setting", u"UseRegistry", (choice & 2) != 0 ? u"True" : u"False");
+    for (const TextView key : {u"count", u"ImportDAT", u"defaultwidth", u"AlignAll"}) {
+        if ((input.byte() & 1) != 0) registry.put(u"setting", key, input.text());
+    }
+    for (unsigned values = input.byte() % 60; values > 0 && !input.bytes.empty(); --values) {
+        const auto field = static_cast<NoteField>(input.byte() % kNoteFieldCount);
+        const Text section = noteSection(1 + static_cast<int>(input.byte() % 4));
+        registry.put(section, store.registry.keyOf(field), input.text());
+    }
+
+    StartQuestions questions;
+    questions.deleteLocalFiles = [choice] { return (choice & 4) != 0; };
+    GlobalSettings settings;
+    const auto before = folder.content;
+    const StartState first = settleStart(store, settings, questions);
+    if (!first.usable) {
+        require(folder.content == before);
+        return 0;
+    }
+    require(first.Count >= 1 && first.Count <= kMaxNotes);
+    const FoundDraft draft = readDraft(store.files.files);
+    require(!draft.draft || decodeDraft(encodeDraft(*draft.draft)).has_value());
+    loadAll(store, settings, first.Count);
+
+    // What the first start settled stands: the second finds as many notes and rewrites no file.
+    const auto settled = folder.content;
+    NoteStore again;
+    again.files = store.files;
+    again.registry = store.registry;
+    const StartState second = settleStart(again, settings, questions);
+    require(second.usable);
+    require(store.UseRegistry != again.UseRegistry || second.Count == first.Count);
+    require(again.UseRegistry || folder.content == settled);
+    return 0;
+}
