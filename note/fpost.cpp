@@ -347,7 +347,7 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_CLOSE:  // a polite kill or Alt+F4 must neither lose a note nor mark it closed
             return 0;
         case kUnload:
-            DestroyWindow(hwnd);
+            if (beingDeleted || Help) DestroyWindow(hwnd);  // another program may have sent it
             return 0;
         case kRestore:
             restoreIfMinimized();

@@ -191,8 +191,9 @@ class Desk:
     # --- the program
 
     def start(self, folder: str | None = None, env: dict[str, str] | None = None, faketime: str | None = None,
-              clock: Clock | None = None) -> Kardel:
-        """Starts Kardel; `faketime` sets the time it sees ("2026-02-28 23:59:57"), `clock` one that can jump."""
+              clock: Clock | None = None, cwd: str | None = None) -> Kardel:
+        """Starts Kardel; `faketime` sets the time it sees ("2026-02-28 23:59:57"), `clock` one that can jump. `cwd` is
+        the current folder, the program's own unless told."""
         folder = folder or self.folder
         env = dict(env or {})
         if faketime:
@@ -201,7 +202,7 @@ class Desk:
             env = {**clock.env, **env}
         log = self.work / f"kardel-{len(self._programs)}-{self._folders}.log"
         with open(log, "wb") as output:
-            process = self.wine.start(folder + "\\Kardel.exe", folder=self.path(folder), env=env,
+            process = self.wine.start(folder + "\\Kardel.exe", folder=self.path(cwd or folder), env=env,
                                       stdin=subprocess.DEVNULL, stdout=output, stderr=output)
         kardel = Kardel(self, process, folder, self._expected_notes(folder), log)
         self._programs.append(kardel)
