@@ -37,6 +37,9 @@ if(WIN32 AND NOT MSVC)
 elseif(MSVC)
   target_compile_options(kardel_flags INTERFACE /O1 /GS /guard:cf)
   target_link_options(kardel_flags INTERFACE /DYNAMICBASE /NXCOMPAT /guard:cf)
+elseif(KARDEL_COVERAGE)
+  target_compile_options(kardel_flags INTERFACE -O0 -g --coverage)
+  target_link_options(kardel_flags INTERFACE --coverage)
 else()
   # Linux builds only the logic, for its tests: every run is a run under the sanitizers.
   target_compile_options(kardel_flags INTERFACE -O1 -g -fsanitize=address,undefined
