@@ -150,8 +150,15 @@ std::vector<NoteRecord*> basPost::records() const {
     return list;
 }
 
-void basPost::storeFlag(const char16_t* key, bool flag) const {
-    saveSetting(store.registry.settings, kSection, key, boolText(flag));
+void basPost::storeFlag(const char16_t* key, bool flag) {
+    owedFlags_[key] = flag;
+    storeOwedFlags();
+}
+
+void basPost::storeOwedFlags() {
+    std::erase_if(owedFlags_, [this](const auto& owed) {
+        return saveSetting(store.registry.settings, kSection, owed.first, boolText(owed.second));
+    });
 }
 
 // --- Start ------------------------------------------------------------------------------------------------
@@ -410,7 +417,7 @@ void basPost::SwitchStore() {
         settings.UseRegistry = false;
         // And the next start must not copy them once more.
         saveSetting(store.registry.settings, kSection, u"ImportDAT", u"1");
-        storeFlag(u"UseRegistry", false);
+        saveSetting(store.registry.settings, kSection, u"UseRegistry", boolText(false));
         return;
     }
     const Text prompt = u"For this setting to have effect, the program must be restarted.";
@@ -454,6 +461,7 @@ void basPost::sayAlreadyRunning() {
 
 void basPost::CommitEdits() {
     store.finishRemovals(records(), settings);
+    storeOwedFlags();
     const std::vector<fpost*> walk = Notes;
     for (fpost* note : walk) {
         if (!holds(note)) continue;

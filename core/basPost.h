@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <vector>
 
 #include "core/TrayMenu.h"
@@ -90,7 +91,8 @@ private:
     void Realign();
     /// Ticks come as long as a note counts down, and only then.
     void CountingChanged();
-    void storeFlag(const char16_t* key, bool flag) const;
+    void storeFlag(const char16_t* key, bool flag);
+    void storeOwedFlags();
     bool holds(const fpost* note) const;
     NoteRecord freshRecord(int number) const;
     void finishDraft();
@@ -98,8 +100,9 @@ private:
     std::vector<NoteRecord*> records() const;
 
     bool ticking_ = false;
-    bool live_ = false;  ///< the collection is whole: automatic position may run
-    int bulk_ = 0;       ///< depth of commands that walk all notes; single re-alignments wait for their end
+    std::map<Text, bool> owedFlags_;  ///< settings that the store refused: tried again at the next occasion
+    bool live_ = false;               ///< the collection is whole: automatic position may run
+    int bulk_ = 0;  ///< depth of commands that walk all notes; single re-alignments wait for their end
     bool failureShown_ = false;
     bool runningShown_ = false;
 

@@ -209,6 +209,21 @@ TEST(CollectionRegistry, ALeftOverSectionLendsNothingToANewNote) {
     EXPECT_EQ(stored.Nota, u"");
 }
 
+TEST_P(Collection, ASettingThatTheStoreRefusedIsStoredLater) {
+    const auto desk = run({plainNote(u"a")});
+    auto fullDisk = std::make_unique<FullDisk>(*desk);
+    desk->desk->ToggleEasyAlign();
+    desk->note(1).toggleSetting(&GlobalSettings::RestoreWhenPlay, u"RestoreWhenPlay");
+    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
+    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
+    EXPECT_EQ(desk->registry.text(u"setting", u"EasyAlign"), u"(none)");
+    fullDisk.reset();
+    desk->desk->CommitEdits();
+    EXPECT_EQ(desk->registry.text(u"setting", u"EasyAlign"), u"True");
+    EXPECT_EQ(desk->registry.text(u"setting", u"RestoreWhenPlay"), u"True");
+    EXPECT_EQ(desk->registry.text(u"setting", u"DontDeleteWhenPlay"), u"False");
+}
+
 // --- Hide All and Show All --------------------------------------------------------------------------------
 
 TEST_P(Collection, HideAllHidesEveryNoteAndStoresNothing) {
