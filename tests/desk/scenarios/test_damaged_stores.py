@@ -10,8 +10,9 @@ from kardel_desk.datafiles import HEADER, MEMO, RECORD
 
 STORES = int(os.environ.get("KARDEL_DAMAGED", "12"))
 SEED = int(os.environ.get("KARDEL_SEED", "1"))
-NOTES = [{"Titolo": f"note {n}", "Nota": f"body of {n}", "x": 15 * (40 + 200 * n), "y": 15 * (60 + 90 * n), "width": 2910,
-          "height": 1890, "alarmdate": "31/12/2099" if n % 2 else "", "alarmtime": "12:00:00" if n % 2 else ""}
+NOTES = [{"Titolo": f"note {n}", "Nota": f"body of {n}", "x": 15 * (40 + 200 * n), "y": 15 * (60 + 90 * n),
+          "width": 2910, "height": 1890, "alarmdate": "31/12/2099" if n % 2 else "",
+          "alarmtime": "12:00:00" if n % 2 else ""}
          for n in range(1, 5)]
 WILD = ("", "-1", "99999999999999999999", "1e999", "True", "*", "**/**/****", "-2147483648", "\u3042" * 50, "x" * 5000)
 

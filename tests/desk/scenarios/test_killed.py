@@ -4,7 +4,8 @@ import pytest
 
 from kardel_desk.stores import KINDS, Store
 
-NOTES = [{"Titolo": "first", "Nota": "one", "x": 900, "y": 900}, {"Titolo": "second", "Nota": "two", "x": 6000, "y": 900}]
+NOTES = [{"Titolo": "first", "Nota": "one", "x": 900, "y": 900},
+         {"Titolo": "second", "Nota": "two", "x": 6000, "y": 900}]
 
 
 @pytest.fixture(params=KINDS)

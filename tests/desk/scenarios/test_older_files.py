@@ -1,0 +1,90 @@
+"""Data files of older releases: brought up to date in place, also where an earlier start was interrupted at it."""
+
+import pytest
+
+from kardel_desk.datafiles import RECORD, pack_note
+
+LAYOUTS = {195: (1.0, 1.2, 1.2099), 197: (1.21, 1.2199), 201: (1.22, 1.2499)}
+TEMPORARY = {195: "KARDEL121.DAT", 197: "KARDEL122.DAT", 201: "KARDEL125.DAT"}
+NOTES = [{"Titolo": f"old {n}", "Nota": f"written long ago, {n}", "x": 15 * (40 + 220 * n), "y": 1500, "width": 2910,
+          "height": 1890, "topmost": n == 2, "memo": 4 - n} for n in range(1, 4)]
+
+
+def present_records(length):
+    """What the upgrade must make of records of that length: zero and blank where they have nothing."""
+    records = []
+    for note in NOTES:
+        old = pack_note({**note, "backcolor": 8454143, "alarmweekday": 3, "alarmrepeatnumber": 5,
+                         "alarmrepeatevery": "hh"})[:length]
+        fresh = pack_note({})
+        records.append(old + fresh[length:])
+    return records
+
+
+def seed(desk, length, version):
+    desk.seed_registry({"UseRegistry": False})
+    desk.seed_files(NOTES, version=version)
+    records = present_records(length)
+    (desk.path() / "KARDEL.DAT").write_bytes(b"".join(record[:length] for record in records))
+    return b"".join(records)
+
+
+def expect_upgraded(desk, wanted):
+    bodies = desk.read_files().memo
+    kardel = desk.run()
+    assert {note.title: note.body for note in kardel.notes()} == {n["Titolo"]: n["Nota"] for n in NOTES}
+    assert [note.title for note in kardel.notes() if note.topmost] == ["old 2"]
+    files = desk.read_files()
+    assert files.dat == wanted
+    assert (files.count, files.flag, files.version) == (3, 0, 1.28)
+    assert files.memo == bodies
+    assert not any((desk.path() / name).exists() for name in TEMPORARY.values())
+    assert kardel.exit() == 0
+
+
+@pytest.mark.parametrize("length, version", [(length, v) for length, versions in LAYOUTS.items() for v in versions])
+def test_older_layouts_are_brought_up_to_date(desk, length, version):
+    expect_upgraded(desk, seed(desk, length, version))
+
+
+def test_version_of_exactly_the_present_layout_is_left_alone(desk):
+    desk.seed_registry({"UseRegistry": False})
+    desk.seed_files(NOTES, version=1.25)
+    before = desk.read_files()
+    assert desk.run().exit() == 0
+    assert desk.read_files() == before
+
+
+@pytest.mark.parametrize("length", LAYOUTS)
+def test_longer_stale_temporary_file_leaves_nothing_behind(desk, length):
+    wanted = seed(desk, length, LAYOUTS[length][0])
+    (desk.path() / TEMPORARY[length]).write_bytes(b"s" * (9 * RECORD.size))
+    expect_upgraded(desk, wanted)
+
+
+@pytest.mark.parametrize("length", LAYOUTS)
+def test_header_rewritten_but_file_not_yet_replaced(desk, length):
+    wanted = seed(desk, length, 1.28)
+    (desk.path() / TEMPORARY[length]).write_bytes(wanted)
+    expect_upgraded(desk, wanted)
+
+
+@pytest.mark.parametrize("length", LAYOUTS)
+def test_old_file_gone_and_the_new_one_not_yet_in_its_place(desk, length):
+    wanted = seed(desk, length, 1.28)
+    (desk.path() / "KARDEL.DAT").rename(desk.path() / TEMPORARY[length])
+    (desk.path() / TEMPORARY[length]).write_bytes(wanted)
+    expect_upgraded(desk, wanted)
+
+
+def test_file_of_no_known_layout_is_left_alone_and_the_user_told(desk):
+    desk.seed_registry({"UseRegistry": False})
+    (desk.path() / "KARDEL.DAT").write_bytes(b"x" * 333)
+    kardel = desk.start()
+    box = kardel.dialog()
+    assert "An error has occurred on saving the memo, possible data lost." in box.texts()
+    box.press("OK")
+    assert kardel.wait_ended() == 1
+    kardel.killed = True  # it ended as it should, not by a crash
+    assert (desk.path() / "KARDEL.DAT").read_bytes() == b"x" * 333
+    assert not (desk.path() / "KARDEL.HDR").exists()
