@@ -356,7 +356,6 @@ void basPost::OpenNote(int slot) {
     note->restoreIfMinimized();
     note->place();
     note->show(true);
-    SetWindowPos(note->hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
 }
 
 void basPost::RemoveNote(fpost& note) {

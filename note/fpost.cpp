@@ -317,9 +317,14 @@ void fpost::restoreIfMinimized() {
 }
 
 void fpost::show(bool activate) {
-    ShowWindow(hwnd, activate ? SW_SHOW : SW_SHOWNOACTIVATE);
+    ShowWindow(hwnd, SW_SHOWNOACTIVATE);
     applyTopmost();
-    if (activate) SetForegroundWindow(hwnd);
+    if (!activate || GetForegroundWindow() == hwnd) return;
+    // To the front first, then the keyboard. A note that is raised while it is active, or becomes active by
+    // being raised, is handed to the window manager on a Wine desktop, below the notes that the manager does
+    // not know.
+    SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    SetForegroundWindow(hwnd);
 }
 
 void fpost::hide() {

@@ -1,6 +1,7 @@
 // The collection on a live desktop session, in both stores: what its commands do to windows, flags and store.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 #include <string>
 #include <utility>
@@ -491,6 +492,33 @@ TEST_P(Collection, OpeningOneOfAllClosedNotesBringsHideAllBack) {
     desk->desk->OpenNote(0);
     EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Hide All");
     EXPECT_TRUE(desk->stored(2).closed);
+}
+
+/// Titles of the visible notes, front to back.
+std::vector<Text> stacking(const TestNotes& desk) {
+    std::vector<Text> titles;
+    for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
+        const auto isIt = [window](const fpost* note) { return note->hwnd == window && note->visible(); };
+        if (std::any_of(desk.desk->Notes.begin(), desk.desk->Notes.end(), isIt)) {
+            titles.push_back(windowText(window));
+        }
+    }
+    return titles;
+}
+
+TEST_P(Collection, OpeningACoveredNoteBringsItToTheFrontWithTheKeyboard) {
+    const auto desk =
+        run({plainNote(u"a"), plainNote(u"b"), with(plainNote(u"c"), &NoteRecord::closed), plainNote(u"d")});
+    for (const int number : {1, 3, 2, 4, 1}) {
+        fpost& note = desk->note(number);
+        desk->desk->OpenNote(number - 1);
+        EXPECT_EQ(stacking(*desk).front(), note.Titolo());
+        EXPECT_EQ(GetForegroundWindow(), note.hwnd);
+        EXPECT_EQ(GetFocus(), note.hwnd);
+        desk->desk->OpenNote(number - 1);  // in front already
+        EXPECT_EQ(stacking(*desk).front(), note.Titolo());
+    }
+    EXPECT_EQ(stacking(*desk).size(), 4U);
 }
 
 TEST_P(Collection, OpeningASlotWithoutANoteDoesNothing) {

@@ -50,9 +50,10 @@ class Display:
             wait(lambda: self._property(self.root, name) is not None, 20, f"the window manager to set {name}")
         self._forbid_window_manager_moves()
 
-        self._start_panel()
+        self.start_panel()
 
-    def _start_panel(self) -> None:
+    def start_panel(self) -> None:
+        """Starts the tray panel, empty, and waits until programs can find it."""
         # A fixed width: a panel that grows with its icons moves them while Wine still notes where they are, and the
         # icon then gets neither paint nor clicks.
         panel = ["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "pixel", "--width", "160",
@@ -71,20 +72,21 @@ class Display:
                 # Started in the same instant as the window manager, the panel's wish for room is sometimes missed.
                 if attempt == 4:
                     raise
-                self._stop_panel()
+                self.stop_panel()
 
     def _tray_owner(self):
         return self.x.get_selection_owner(self.x.intern_atom("_NET_SYSTEM_TRAY_S0"))
 
-    def _stop_panel(self) -> None:
+    def stop_panel(self) -> None:
+        """Ends the tray panel: no notification area until start_panel()."""
         processes.stop(self._panel)
         self._servers.remove(self._panel)
         wait(lambda: self._tray_owner() == X.NONE, 5, "the old panel to go")
 
     def restart_panel(self) -> None:
         """Ends the tray panel and starts a new, empty one, as when the shell was restarted."""
-        self._stop_panel()
-        self._start_panel()
+        self.stop_panel()
+        self.start_panel()
 
     def _forbid_window_manager_moves(self) -> None:
         # Wine hands a drag to a window manager that offers to do it; then the program never sees WM_MOVING, which

@@ -121,7 +121,7 @@ void readText(const Words& words, Json& out) {
 void writeText(const Words& words, Json& out) {
     DWORD_PTR result = 0;
     const LRESULT sent =
-        SendMessageTimeoutW(handle(words, 0), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(word(words, 1).c_str()),
+        SendMessageTimeoutW(handle(words, 0), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(word(words, 0).c_str()),
                             SMTO_ABORTIFHUNG, kTextWait, &result);
     out.truth(sent != 0 && result != 0);
 }
@@ -142,6 +142,11 @@ void sendTo(const Words& words, Json& out) {
         .flag("answered", sent != 0)
         .field("result", static_cast<std::int64_t>(result))
         .endObject();
+}
+
+void broadcast(const Words& words, Json& out) {
+    const UINT message = RegisterWindowMessageW(word(words, 0).c_str());
+    out.truth(SendNotifyMessageW(HWND_BROADCAST, message, 0, 0) != FALSE);
 }
 
 void describeFocus(const Words&, Json& out) {

@@ -28,6 +28,7 @@ constexpr Command kCommands[] = {
     {L"settext", writeText},
     {L"post", postTo},
     {L"send", sendTo},
+    {L"broadcast", broadcast},
     {L"focus", describeFocus},
     {L"screen", describeScreen},
     {L"processes", listProcesses},

@@ -148,6 +148,30 @@ def test_open_reopens_a_closed_note_and_stores_that(desk, store):
     assert shown(desk.run()) == ["a", "b"]
 
 
+@pytest.mark.parametrize("way", ["menu", "command"])
+def test_open_brings_a_covered_note_to_the_front_and_gives_it_the_keyboard(desk, way):
+    kardel = run(desk, [{**NOTE, "Titolo": "under", "x": 3000, "backcolor": 0x0000FF},
+                        {**NOTE, "Titolo": "over", "x": 3300, "y": 3300, "backcolor": 0x00FF00}])
+    over = kardel.note("over")
+    place = over.rect.x + 40, over.rect.y + 60  # both notes are there
+    desk.wait_equal(lambda: desk.pixel(*place), (0, 255, 0))
+    for slot, title, colour in ((0, "under", (255, 0, 0)), (1, "over", (0, 255, 0)), (0, "under", (255, 0, 0))):
+        if way == "menu":
+            kardel.tray.menu().choose("Open")
+            desk.wait_equal(lambda: desk.menu().captions, ["under", "over"])
+            desk.menu().choose(title)
+        else:
+            kardel.tray.command(f"dyn2({slot})")
+        desk.wait(lambda: kardel.note(title).active, what=f"{title} to become active")
+        desk.wait_equal(lambda: (kardel.stacking()[0], desk.pixel(*place)), (title, colour))
+    kardel.tray.command("dyn2(0)")  # in front already: it stays there
+    settled(kardel)
+    desk.stays(lambda: kardel.stacking()[0] == "under" and desk.pixel(*place) == (255, 0, 0), 0.3)
+    desk.key("F2")
+    editor = kardel.note("under").part("txtNota")
+    desk.wait(lambda: editor.visible and editor.has_focus, what="the keyboard in the opened note")
+
+
 def test_open_one_note_of_a_hidden_desk(desk):
     kardel = run(desk)
     kardel.tray.click()
@@ -238,6 +262,33 @@ def test_a_second_start_brings_a_vanished_icon_back_without_a_word(desk):
     desk.wait(lambda: kardel.tray.icons == 1 and kardel.tray.painted, what="the icon")
     settled(kardel)
     assert not kardel.dialogs()
+    kardel.tray.click()
+    desk.wait_equal(lambda: shown(kardel), [])
+
+
+def test_a_new_task_bar_gets_the_icon_without_a_word(desk):
+    kardel = run(desk)
+    kardel.tray.window().send(0x16, 1)  # WM_ENDSESSION: the program takes its icon away, and then lives on
+    desk.wait_equal(lambda: kardel.tray.icons, 0)
+    for _ in range(2):  # the second time it is there already
+        desk.probe.ask("broadcast", "TaskbarCreated")
+        desk.wait(lambda: kardel.tray.icons == 1 and kardel.tray.painted, what="the icon")
+    settled(kardel)
+    assert not kardel.dialogs() and kardel.tray.icons == 1
+    kardel.tray.click()
+    desk.wait_equal(lambda: shown(kardel), [])
+
+
+def test_a_start_before_the_notification_area_gets_its_icon_when_that_comes(desk):
+    Store(desk, "registry").seed(TWO)
+    desk.display.stop_panel()
+    try:
+        kardel = desk.start()
+        desk.wait(lambda: kardel.alive and desk.probe.ask("processes", "Kardel.exe"), what="the program to start")
+    finally:
+        desk.display.start_panel()
+    kardel.wait_ready()
+    assert shown(kardel) == ["a", "b"] and kardel.tray.icons == 1 and not kardel.dialogs()
     kardel.tray.click()
     desk.wait_equal(lambda: shown(kardel), [])
 
