@@ -7,7 +7,7 @@
 #include "storage/NoteRecord.h"
 #include "support/Text.h"
 
-/// The stored fields. The order is that of `kNoteFields`.
+/// The stored fields. The order is that of the rows.
 enum class NoteField : unsigned char {
     Titolo,
     Nota,
