@@ -11,7 +11,9 @@ import pytest
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
 from kardel_desk import ClockUnavailable, Desk  # noqa: E402
+from kardel_desk.one_note import Hand  # noqa: E402
 from kardel_desk.paths import FAILURES, program  # noqa: E402
+from kardel_desk.stores import KINDS  # noqa: E402
 
 
 def pytest_addoption(parser):
@@ -46,6 +48,12 @@ def desk(session):
     crashes = session.crashes()
     session.end_programs()
     assert not crashes, "the program ended by a crash:\n" + "\n".join(crashes)
+
+
+@pytest.fixture(params=KINDS)
+def hand(request, desk) -> Hand:
+    """A hand for single notes, once for each store."""
+    return Hand(desk, request.param)
 
 
 @pytest.hookimpl(hookwrapper=True)

@@ -224,6 +224,51 @@ TEST_P(NoteWindow, HiddenCommandsDoNothing) {
     EXPECT_TRUE(desk->stored(1).topmost);
 }
 
+// --- Hot areas --------------------------------------------------------------------------------------------
+
+/// Presses the left button at a place of a part, in twips.
+void press(const TestNotes& desk, HWND part, int x, int y) {
+    const NoteLook& look = desk.desk->look;
+    SendMessageW(part, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(look.px(Twips{x}), look.px(Twips{y})));
+}
+
+TEST_P(NoteWindow, TheIconizeAndCloseButtonsTakeThePressAtEveryCornerAndNotBesideIt) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    for (const auto& [x, y] : {std::pair{15, 30}, {195, 30}, {15, 240}, {195, 240}}) {
+        const bool before = note.Iconized();
+        press(*desk, note.lbl2, x, y);
+        EXPECT_NE(note.Iconized(), before) << x << ", " << y;
+        EXPECT_EQ(desk->stored(1).iconized, note.Iconized()) << x << ", " << y;
+    }
+    for (const auto& [x, y] :
+         {std::pair{0, 30}, {210, 30}, {15, 15}, {15, 255}, {240, 120}, {255, 255}, {450, 15}}) {
+        press(*desk, note.lbl2, x, y);
+        EXPECT_FALSE(note.Iconized()) << x << ", " << y;
+        EXPECT_TRUE(note.visible()) << x << ", " << y;
+    }
+    for (const auto& [x, y] : {std::pair{255, 30}, {450, 30}, {255, 240}, {450, 240}}) {
+        desk->desk->OpenNote(0);
+        press(*desk, note.lbl2, x, y);
+        EXPECT_FALSE(note.visible()) << x << ", " << y;
+        EXPECT_TRUE(desk->stored(1).closed) << x << ", " << y;
+    }
+}
+
+TEST_P(NoteWindow, TheDeletePictureAsksInItsUpperPartOnly) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    int asked = 0;
+    desk->desk->host.ask = [&asked](const Text&, long, const Text&) { return ++asked, IDNO; };
+    for (const auto& [x, y] : {std::pair{0, 0}, {255, 0}, {0, 225}, {255, 225}})
+        press(*desk, note.pic, x, y);
+    EXPECT_EQ(asked, 4);
+    for (const int x : {0, 135, 255})
+        press(*desk, note.pic, x, 240);
+    EXPECT_EQ(asked, 4);
+    EXPECT_EQ(desk->desk->Count(), 1);
+}
+
 // --- Failures ---------------------------------------------------------------------------------------------
 
 /// Whether the collection posted the message about a failed save.

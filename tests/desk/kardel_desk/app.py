@@ -88,7 +88,8 @@ class Window:
 
     @property
     def has_focus(self) -> bool:
-        return self.desk.probe.ask("focus")["focus"] == self.hwnd
+        """Whether keys come here: Windows says so, and the X server gives them to its form."""
+        return self.desk.probe.ask("focus")["focus"] == self.hwnd and self.desk.display.has_keys(self.info["x11"])
 
     @property
     def active(self) -> bool:
@@ -113,6 +114,23 @@ class Window:
         x = rect.centre[0] if dx is None else (rect.x if dx >= 0 else rect.right) + dx
         y = rect.centre[1] if dy is None else (rect.y if dy >= 0 else rect.bottom) + dy
         return x, y
+
+    def settle(self) -> None:
+        """Waits until the window manager knows the window and Wine knows where it is. While the window manager takes
+        it over, the window lies in the screen's corner; when Wine looks just then, it goes on believing that."""
+        display = self.desk.display
+        wait(lambda: display.place(self.info["x11"]), 10, f"the window manager to know {self!r}")
+        for _ in range(2):  # what the X server has said is read between two messages
+            self.send(WM_NULL)
+
+        def agreed():
+            info = self.info
+            if display.place(info["x11"]) in (info["rect"][:2], info["client"][:2]):
+                return True
+            display.tell_place(info["x11"])
+            return False
+
+        wait(agreed, 10, f"Wine and the window manager to agree about {self!r}")
 
     def click_at(self, dx: int | None = None, dy: int | None = None, button: int = 1, double: bool = False) -> None:
         self.desk.hands.click(*self.point(dx, dy), button=button, double=double, ready=self.under_pointer)
@@ -184,10 +202,18 @@ class Note(Window):
              **more) -> None:
         self.part(part).drag(by, dx, dy, **more)
 
+    def awake(self) -> None:
+        """Brings the note to the front with the keyboard. Wine gives a note a window of another kind at the first
+        change while it is active; this provokes the change and waits until it is over."""
+        self.desk.probe.ask("forward", self.hwnd)
+        wait(lambda: self.active, 10, f"{self!r} to become active")
+        self.settle()
+
     def activate(self) -> None:
         """Gives the note the keyboard with a click on its title."""
+        self.awake()
         self.click("lbl", 40 * self.desk.dpi // 96)
-        wait(lambda: self.active, 5, f"{self!r} to become active")
+        wait(lambda: self.active and self.desk.display.has_keys(self.info["x11"]), 5, f"{self!r} to become active")
 
     def edit(self) -> Part:
         """Opens the body's editor with a double click and returns it, ready for typing."""
@@ -350,8 +376,10 @@ class Kardel:
                 for info in self.desk.probe.ask("windows", kind) if info["visible"]]
 
     def dialog(self, timeout: float = 10.0) -> Dialog:
-        """Waits for a message box, the About box or the alarm editor."""
-        return wait(lambda: self.dialogs(), timeout, "a dialog")[0]
+        """Waits for a message box, the About box or the alarm editor, ready to be clicked."""
+        dialog = wait(lambda: self.dialogs(), timeout, "a dialog")[0]
+        dialog.settle()
+        return dialog
 
     def exit(self, timeout: float = 15.0) -> int:
         """Ends the program through the tray menu's Exit and returns its exit code."""

@@ -8,6 +8,7 @@ from PIL import Image
 from Xlib import X
 from Xlib import display as xdisplay
 from Xlib.error import XError
+from Xlib.protocol import event
 
 from . import processes
 from .waiting import wait
@@ -44,6 +45,7 @@ class Display:
         self.env["DISPLAY"] = f":{number}"
         self.x = xdisplay.Display(self.env["DISPLAY"])
         self.root = self.x.screen().root
+        self.x.xfixes_query_version()  # pointer() needs it said once
 
         self._servers.append(processes.start(["openbox", "--sm-disable"], self.env, self._work / "openbox.log"))
         for name in ("_NET_SUPPORTING_WM_CHECK", "_NET_WORKAREA", "_NET_CLIENT_LIST"):
@@ -124,11 +126,19 @@ class Display:
     def pixel(self, x: int, y: int) -> tuple[int, int, int]:
         return self.image(x, y, 1, 1).getpixel((0, 0))
 
+    def pointer(self) -> str:
+        """The picture of the mouse pointer as it is now, to be compared with another."""
+        return str(self.x.xfixes_get_cursor_image(self.root).cursor_image)
+
     def screenshot(self, path: pathlib.Path) -> pathlib.Path:
         path = pathlib.Path(path)
         path.parent.mkdir(parents=True, exist_ok=True)
         self.image().save(path)
         return path
+
+    def has_keys(self, window: int) -> bool:
+        """Whether the X server gives keys to this window."""
+        return getattr(self.x.get_input_focus().focus, "id", None) == window
 
     def under_pointer(self) -> list[int]:
         """The X windows below the pointer, from the root to the smallest."""
@@ -179,6 +189,30 @@ class Display:
             if name is not None and bytes(name).decode("utf-8", "replace") == title:
                 return {self.x.get_atom_name(atom) for atom in self._property(window, "_NET_WM_STATE") or []}
         raise LookupError(f"no window with the title {title!r} on the screen")
+
+    def place(self, window: int) -> list[int]:
+        """Left and top of an X window as the window manager has it. LookupError when it does not know it."""
+        try:
+            place = self.root.translate_coords(self._known(window), 0, 0)
+        except XError as error:
+            raise LookupError(f"the window {window:#x} went") from error
+        return [place.x, place.y]
+
+    def tell_place(self, window: int) -> None:
+        """Tells a program where its window is, as a window manager should after it took the window over."""
+        known = self._known(window)
+        left, top = self.place(window)
+        size = known.get_geometry()
+        known.send_event(event.ConfigureNotify(window=known, event=known, x=left, y=top, width=size.width,
+                                               height=size.height, border_width=0, above_sibling=X.NONE, override=0),
+                         X.StructureNotifyMask)
+        self.x.flush()
+
+    def _known(self, window: int):
+        for managed in self._managed():
+            if managed.id == window:
+                return managed
+        raise LookupError(f"the window manager does not know the window {window:#x}")
 
     def close(self) -> None:
         if hasattr(self, "x"):

@@ -27,7 +27,8 @@ void readText(const Words& words, Json& out);        // hwnd
 void writeText(const Words& words, Json& out);       // hwnd text
 void postTo(const Words& words, Json& out);          // hwnd message wParam lParam
 void sendTo(const Words& words, Json& out);          // hwnd message wParam lParam timeout-ms
-void broadcast(const Words& words, Json& out);  // name of a registered message, for every top-level window
+void broadcast(const Words& words, Json& out);     // name of a registered message, for every top-level window
+void bringForward(const Words& words, Json& out);  // hwnd: to the front, with the keyboard
 void describeFocus(const Words& words, Json& out);   // foreground window and its thread's focus window
 void describeScreen(const Words& words, Json& out);  // work area, screen size, dpi, ANSI code page
 void listProcesses(const Words& words, Json& out);   // file name: ids of the processes started from it

@@ -149,6 +149,12 @@ void broadcast(const Words& words, Json& out) {
     out.truth(SendNotifyMessageW(HWND_BROADCAST, message, 0, 0) != FALSE);
 }
 
+void bringForward(const Words& words, Json& out) {
+    HWND hwnd = handle(words, 0);
+    const BOOL done = SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    out.truth(done != FALSE);
+}
+
 void describeFocus(const Words&, Json& out) {
     HWND front = GetForegroundWindow();
     GUITHREADINFO info{};

@@ -29,6 +29,7 @@ constexpr Command kCommands[] = {
     {L"post", postTo},
     {L"send", sendTo},
     {L"broadcast", broadcast},
+    {L"forward", bringForward},
     {L"focus", describeFocus},
     {L"screen", describeScreen},
     {L"processes", listProcesses},

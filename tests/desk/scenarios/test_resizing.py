@@ -1,7 +1,7 @@
 """A note made larger and smaller, with the arrows of its grip and with the keys of the resize mode."""
 
 import pytest
-from one_note import FAR_ALARM, NOTE, OTHER, TALLER, TWIP, WIDER, hand  # noqa: F401
+from kardel_desk.one_note import FAR_ALARM, GLYPHS, NOTE, OTHER, TALLER, TWIP, WIDER, any_store
 
 LEAST = (75, 47)  # pixels of 1130 x 705 twips
 STEP, WIDE_STEP = 2, 12  # pixels a key
@@ -12,7 +12,7 @@ class Hold:
 
     def __init__(self, hand, note, place, button=1, key=None):
         self.desk, self.key, self.button = hand.desk, key, button
-        self.at = hand.awake(note).part("pic2").point(*place)
+        self.at = note.part("pic2").point(*place)
 
     def __enter__(self):
         if self.key:
@@ -27,13 +27,17 @@ class Hold:
 
 def resize_mode(hand, note):
     """Chooses Resize in the menu; the arrow keys resize from then on."""
-    hand.menu(hand.awake(note), "Resize")
-    hand.desk.wait(lambda: note.active, 5, "the keyboard at the note")
+    hand.menu(note, "Resize")
+    hand.desk.wait(lambda: note.has_focus, 5, "the keyboard at the note")
     hand.settled(note)
 
 
 def check_stored_as_shown(hand, note):
-    hand.wait_stored(width=note.rect.width * TWIP, height=note.rect.height * TWIP)
+    def same():
+        stored = hand.store.notes()[0]
+        return (stored["width"], stored["height"]) == (note.rect.width * TWIP, note.rect.height * TWIP)
+
+    hand.desk.wait(same, 5, "the size shown to be stored")
 
 
 def still(hand, note):
@@ -73,25 +77,26 @@ def test_holding_an_arrow_of_the_grip_resizes_until_the_release(desk, hand):
         _, _, width, height = note.rect
         before = hand.stored("width"), hand.stored("height")
         with Hold(hand, note, place, button, key):
-            desk.wait(lambda: (note.rect.width - width) * x + (note.rect.height - height) * y >= 3, 5, f"{how} to change")
+            desk.wait(lambda: (note.rect.width - width) * x + (note.rect.height - height) * y >= 3, 5, how)
             assert (hand.stored("width"), hand.stored("height")) == before  # stored once, at the end
-        wider, taller = still(hand, note)
-        assert (wider == width) == (x == 0) and (taller == height) == (y == 0), how  # the other way nothing changes
         check_stored_as_shown(hand, note)
+        _, _, wider, taller = note.rect
+        assert (wider == width) == (x == 0) and (taller == height) == (y == 0), how  # the other way nothing changes
         assert note.rect[:2] == (400, 300) and not desk.menus(), how
         grip = note.part("pic2").rect
         assert (grip.right, grip.bottom) == (note.rect.right - 1, note.rect.bottom - 1), how
 
 
+@any_store
 def test_a_click_on_an_arrow_is_one_step_at_least(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     note.click("pic2", *WIDER)
     desk.wait(lambda: note.rect.width > 200, what="a wider note")
-    still(hand, note)
-    assert note.rect.width < 300
     check_stored_as_shown(hand, note)
+    assert note.rect.width < 300
 
 
+@any_store
 def test_between_the_arrows_nothing_happens(desk, hand):
     note = hand.run().note()
     before = hand.store.raw()
@@ -100,6 +105,7 @@ def test_between_the_arrows_nothing_happens(desk, hand):
     assert still(hand, note) == (200, 150) and hand.store.raw() == before
 
 
+@any_store
 def test_the_grip_stops_at_the_smallest_size(desk, hand):
     note = hand.run({**NOTE, "width": 1220, "height": 780}).note()
     with Hold(hand, note, WIDER, key="shift"):
@@ -111,6 +117,7 @@ def test_the_grip_stops_at_the_smallest_size(desk, hand):
     hand.wait_stored(height=705)
 
 
+@any_store
 def test_a_step_below_the_smallest_size_is_refused(desk, hand):
     note = hand.run({**NOTE, "width": 1140, "height": 715}).note()
     resize_mode(hand, note)
@@ -121,6 +128,7 @@ def test_a_step_below_the_smallest_size_is_refused(desk, hand):
     hand.wait_stored(width=1140)
 
 
+@any_store
 def test_the_grip_grows_a_note_flush_with_the_work_area(desk, hand):
     left, top, width, height = desk.screen()["workarea"]
     right, bottom = left + width, top + height
@@ -133,6 +141,7 @@ def test_the_grip_grows_a_note_flush_with_the_work_area(desk, hand):
     assert (note.rect.right, note.rect.bottom) == (right, bottom)
 
 
+@any_store
 def test_a_note_beyond_the_edge_keeps_its_size(desk, hand):
     note = hand.run({**NOTE, "x": 1200 * TWIP}).note()
     resize_mode(hand, note)
@@ -149,10 +158,11 @@ def test_an_iconized_note_becomes_wider_but_never_taller(desk, hand):
     assert still(hand, note) == (200, 20)
     with Hold(hand, note, WIDER):
         desk.wait(lambda: note.rect.width > 205, what="a wider note")
-    assert still(hand, note)[1] == 20
-    hand.wait_stored(width=note.rect.width * TWIP, height=2250)
+    desk.wait(lambda: hand.stored("width") == note.rect.width * TWIP > 205 * TWIP, 5, "the width shown to be stored")
+    assert note.rect.height == 20 and hand.stored("height") == 2250
 
 
+@any_store
 def test_the_time_strip_stays_at_the_foot(desk, hand):
     note = hand.run({**NOTE, **FAR_ALARM}).note()
     strip = note.part("pic_time")
@@ -165,6 +175,7 @@ def test_the_time_strip_stays_at_the_foot(desk, hand):
     assert note.rect.height == 148
 
 
+@any_store
 @pytest.mark.parametrize("end", ["close", "hideAll", "iconize"])
 def test_a_note_that_goes_away_under_the_held_grip_ends_the_resizing(desk, hand, end):
     hand.run(NOTE, OTHER)
@@ -173,9 +184,8 @@ def test_a_note_that_goes_away_under_the_held_grip_ends_the_resizing(desk, hand,
         desk.wait(lambda: note.rect.width > 205, what="a wider note")
         note.command(end)
         desk.wait(lambda: note.rect.height == 20 if end == "iconize" else not note.visible, what=f"{end}")
-    still(hand, note)
-    check_width = note.rect.width * TWIP
-    hand.wait_stored(width=check_width, height=2250)
+    desk.wait(lambda: hand.stored("width") == note.rect.width * TWIP, 5, "the width shown to be stored")
+    assert hand.stored("height") == 2250
     other = hand.note("other")
     if end != "hideAll":
         other.activate()  # the program goes on
@@ -220,6 +230,7 @@ def test_every_arrow_key_resizes_by_its_step_and_is_stored_at_once(desk, hand):
     assert note.rect[:2] == (400, 300)
 
 
+@any_store
 def test_outside_the_resize_mode_the_arrows_do_nothing(desk, hand):
     note = hand.run().note()
     note.activate()
@@ -238,24 +249,33 @@ def test_up_and_down_do_nothing_to_an_iconized_note(desk, hand):
     hand.wait_stored(width=3030, height=2250)
 
 
+def click_the_grip(hand, note):
+    width = note.rect.width
+    note.click("pic2", *WIDER)
+    hand.desk.wait(lambda: note.rect.width > width, 5, "a wider note")
+    check_stored_as_shown(hand, note)
+
+
 LEAVING = {
     "Enter": lambda hand, note: hand.desk.key("Return"),
     "a click on the title": lambda hand, note: note.click("lbl", 100),
     "a click on the text": lambda hand, note: note.click("nota"),
     "the menu": lambda hand, note: hand.menu(note, "Resize"),
-    "the grip": lambda hand, note: note.click("pic2", *WIDER),
+    "the grip": click_the_grip,
 }
 
 
+@any_store
 def test_the_resize_mode_is_marked_in_the_menu(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     for expected in (False, True, False):
         assert mode_is_on(hand, note) == expected
         hand.menu(note, "Resize")
 
 
+@any_store
 def test_the_resize_mode_is_left_in_many_ways(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     for way, leave in LEAVING.items():
         hand.menu(note, "Resize")
         before = note.rect.width
@@ -267,6 +287,7 @@ def test_the_resize_mode_is_left_in_many_ways(desk, hand):
         assert still(hand, note) == size, way
 
 
+@any_store
 def test_an_edit_leaves_the_resize_mode_and_has_the_arrows(desk, hand):
     note = hand.run().note()
     resize_mode(hand, note)
@@ -279,16 +300,25 @@ def test_an_edit_leaves_the_resize_mode_and_has_the_arrows(desk, hand):
     assert not mode_is_on(hand, note)
 
 
-def test_the_pointer_tells_the_arrows_of_the_grip_apart(desk, hand):
+POINTERS = {  # what the pointer looks like -> where
+    "arrow": [("nota", 100, 60), ("lbl2", 15, 9), ("pic", 9, 17), ("pic2", 2, 2)],
+    "hand": [GLYPHS["iconize"], GLYPHS["close"], GLYPHS["delete"]],
+    "wider": [("pic2", *WIDER)],
+    "taller": [("pic2", *TALLER)],
+}
+
+
+@any_store
+def test_the_pointer_tells_the_hot_areas_apart(desk, hand):
     note = hand.run().note()
-    desk.display.x.xfixes_query_version()
 
-    def pointer(place):
-        desk.hands.move(*note.part("pic2").point(*place))
+    def over(part, dx, dy):
+        desk.hands.move(*note.part(part).point(dx, dy))
         hand.settled(note)
-        return bytes(str(desk.display.x.xfixes_get_cursor_image(desk.display.root).cursor_image), "ascii")
+        return desk.display.pointer()
 
-    seen = {}
-    for name, place in (("plain", (2, 2)), ("wider", WIDER), ("taller", TALLER)):
-        desk.wait(lambda: seen.__setitem__(name, pointer(place)) or list(seen.values()).count(seen[name]) == 1, 5,
-                  f"a pointer of its own over {name}")
+    def told_apart():
+        seen = [{over(*place) for place in places} for places in POINTERS.values()]
+        return all(len(pointers) == 1 for pointers in seen) and len(set.union(*seen)) == len(seen)
+
+    desk.wait(told_apart, 10, "one pointer for each kind of place")

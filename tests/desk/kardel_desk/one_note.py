@@ -1,7 +1,8 @@
 """What the scenarios of one note share: a note to handle, in either store, and the store's own words about it."""
 
 import pytest
-from kardel_desk.stores import KINDS, Store
+
+from .stores import Store
 
 TWIP = 15  # twips a pixel at 96 dpi
 LEAD = " " * 5
@@ -23,31 +24,15 @@ class Hand:
         self.store = Store(desk, kind)
 
     def run(self, *notes, **settings):
-        """Stores the notes, a usual one by default, and starts the program; returns it."""
+        """Stores the notes, a usual one by default, starts the program and awakes its notes; returns the program."""
         self.store.seed([dict(note) for note in notes or (NOTE,)], **settings)
         self.kardel = self.desk.run()
+        for note in self.kardel.visible_notes():
+            note.awake()
         return self.kardel
 
     def note(self, title: str | None = None):
         return self.kardel.note(title)
-
-    def awake(self, note):
-        """Gives the note the keyboard and returns it once the window manager knows it. Wine gives a note a window of
-        another kind at the first change while it is active: a drag that did this would lose its moves and its release.
-        Turning "Always on Top" over and back is such a change, and leaves the note as it was."""
-        def known():
-            try:
-                return bool(self.desk.display.states(note.text))
-            except LookupError:
-                return False
-
-        if not note.active:
-            note.activate()
-        if not known():
-            note.command("topmost")
-            note.command("topmost")
-            self.desk.wait(known, 5, f"the window manager to know {note!r}")
-        return note
 
     def stored(self, key: str, number: int = 1):
         return self.store.notes()[number - 1][key]
@@ -79,12 +64,11 @@ class Hand:
         self.desk.wait(lambda: not self.desk.menus(), 5, "the menu to close")
 
     def settled(self, note) -> bool:
-        """Every message to the note so far has been handled, and its window has answered."""
-        note.send(0)
+        """What was typed and clicked so far has been handled, and the note has answered."""
+        for _ in range(2):  # Wine reads its X server's events between two messages
+            note.send(0)
         return True
 
 
-@pytest.fixture(params=KINDS)
-def hand(request, desk) -> Hand:
-    """A hand on the desk, once for each store."""
-    return Hand(desk, request.param)
+# For what happens on the screen alone: once instead of once for each store.
+any_store = pytest.mark.parametrize("hand", ["registry"], indirect=True)

@@ -1,7 +1,7 @@
 """Body and title of a note edited in place: every key, every way out, and what is stored."""
 
 import pytest
-from one_note import FAR_ALARM, LEAD, NOTE, OTHER, WIDER, hand  # noqa: F401
+from kardel_desk.one_note import FAR_ALARM, LEAD, NOTE, OTHER, WIDER, any_store
 
 PIC_WIDTH, GAP, BUTTONS_ROOM = 18, 2, 33  # of the title strip, in pixels; the room of the two pictures and the border
 
@@ -19,12 +19,19 @@ def ink(image):
     return {(x, y) for x in range(image.width) for y in range(image.height) if sum(image.getpixel((x, y))) < 300}
 
 
-def check_text_stands_still(before, after):
-    """Nothing but a blinking caret, one or two pixels wide, may differ."""
+def painted(desk, look):
+    """The picture once there are letters on it."""
+    seen = []
+    desk.wait(lambda: seen.append(look()) or ink(seen[-1]), 5, "text on the note")
+    return seen[-1]
+
+
+def text_stands_still(before, after):
+    """Nothing but a blinking caret, one or two pixels wide, may differ; AssertionError when something does."""
     moved = ink(before) ^ ink(after)
     columns = {x for x, _ in moved}
     assert not columns or max(columns) - min(columns) < 2, f"letters moved in columns {sorted(columns)}"
-    assert ink(before), "no text on the note"
+    return True
 
 
 # --- The body's keys
@@ -54,6 +61,7 @@ def test_line_breaks_come_at_the_caret_and_the_caret_after_them(desk, hand, chor
     assert note.body == f"milk{breaks}x and bread"
 
 
+@any_store
 def test_a_line_break_replaces_the_selection_and_can_be_undone(desk, hand):
     note = hand.run().note()
     editor = note.edit()
@@ -82,6 +90,7 @@ def test_esc_shows_the_old_body_and_stores_nothing(desk, hand):
     assert hand.store.raw() == before
 
 
+@any_store
 def test_the_letter_after_a_line_break_key_is_a_letter(desk, hand):
     """A key that was taken must not colour the next one, whichever that is."""
     note = hand.run().note()
@@ -99,6 +108,7 @@ def test_an_emptied_body_is_stored_empty(desk, hand):
     assert note.body == ""
 
 
+@any_store
 def test_cut_and_paste_work_between_notes(desk, hand):
     hand.run(NOTE, OTHER)
     hand.note("Shopping").edit()
@@ -109,6 +119,7 @@ def test_cut_and_paste_work_between_notes(desk, hand):
     assert hand.stored("Nota", 1) == "milk and bread"
 
 
+@any_store
 def test_typing_goes_beyond_the_visible_lines(desk, hand):
     note = hand.run({**NOTE, "height": 705}).note()
     note.edit()
@@ -128,8 +139,9 @@ def test_no_more_is_typed_than_the_store_can_keep(desk, hand):
 # --- Ways into the editors
 
 
+@any_store
 def test_the_body_is_opened_by_double_click_key_and_menu(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     editor = note.part("txtNota")
     for way, begin in (("double click", lambda: note.click("nota", double=True)), ("F2", lambda: desk.key("F2")),
                        ("menu", lambda: hand.menu(note, "Edit"))):
@@ -141,8 +153,9 @@ def test_the_body_is_opened_by_double_click_key_and_menu(desk, hand):
         desk.wait(lambda: not editor.visible, 5, "the editor to close")
 
 
+@any_store
 def test_an_iconized_note_opens_its_title_instead(desk, hand):
-    note = hand.awake(hand.run({**NOTE, "iconized": True}).note())
+    note = hand.run({**NOTE, "iconized": True}).note()
     editor = note.part("txtTitle")
     for title, begin in (("Shopping", lambda: desk.key("F2")), ("Shopping!", lambda: hand.menu(note, "Edit title"))):
         begin()
@@ -153,31 +166,34 @@ def test_an_iconized_note_opens_its_title_instead(desk, hand):
         hand.wait_stored(Titolo=title + "!")
 
 
+@any_store
 def test_the_body_does_not_jump_when_its_editor_opens(desk, hand):
     note = hand.run({**NOTE, "Nota": "Milk, bread, and a line that wraps over\r\n\r\n\tthe end: gjpqy"}).note()
     note.activate()
-    before = note.part("nota").image()
+    before = painted(desk, note.part("nota").image)
     note.edit()
-    check_text_stands_still(before, note.part("txtNota").image())
+    desk.wait(lambda: text_stands_still(before, note.part("txtNota").image()), 5, "the text at its place")
     desk.key("Escape")
     desk.wait(lambda: ink(note.part("nota").image()) == ink(before), what="the same picture again")
 
 
+@any_store
 @pytest.mark.parametrize("iconized", [False, True])
 def test_the_title_does_not_jump_when_its_editor_opens(desk, hand, iconized):
     note = hand.run({**NOTE, "Titolo": "Shopping gjpqy", "iconized": iconized}).note()
     note.activate()
     x, y, width, height = note.part("txtTitle").rect
     area = x, y, width - 20, height  # without the grip of an iconized note, which makes room for the editor
-    before = desk.display.image(*area)
+    before = painted(desk, lambda: desk.display.image(*area))
     desk.key("F2") if iconized else edit_title(hand, note)
     desk.wait(lambda: note.part("txtTitle").has_focus, what="the title's editor")
-    check_text_stands_still(before, desk.display.image(*area))
+    desk.wait(lambda: text_stands_still(before, desk.display.image(*area)), 5, "the title at its place")
 
 
 # --- The title
 
 
+@any_store
 def test_the_titles_editor_fills_the_strip_and_hides_its_pictures(desk, hand):
     note = hand.run().note()
     editor = edit_title(hand, note)
@@ -223,8 +239,7 @@ def test_an_empty_title_leaves_only_the_lead(desk, hand):
     desk.key("ctrl+a", "Delete", "Return")
     hand.wait_stored(Titolo="")
     assert note.part("lbl").text == LEAD and note.text == ""
-    title = note.part("lbl").image().crop((34, 1, 170, 17))
-    assert len(title.getcolors()) == 1, "something stands on the strip"
+    desk.wait(lambda: len(note.part("lbl").image().crop((34, 1, 170, 17)).getcolors()) == 1, 5, "an empty strip")
 
 
 def test_a_long_title_widens_an_iconized_note_but_not_beyond_the_screen(desk, hand):
@@ -237,9 +252,13 @@ def test_a_long_title_widens_an_iconized_note_but_not_beyond_the_screen(desk, ha
     desk.wait(lambda: note.rect.width > 200, what="a wider note")
     hand.wait_stored(width=note.rect.width * 15)
     assert note.part("pic").rect.right == note.rect.right - 1
-    strip = note.part("lbl").image()
-    shown = [x for x, _ in ink(strip) if 34 <= x < strip.width - 40]
-    assert max(shown) < strip.width - 36 - 4  # the whole title and some room: nothing is cut
+
+    def title_end():
+        strip = note.part("lbl").image()
+        return max((x for x, _ in ink(strip) if x < strip.width - 40), default=0)
+
+    # The whole title and some room: nothing is cut.
+    desk.wait(lambda: 200 < title_end() < note.part("lbl").rect.width - 36 - 4, 5, "the whole title on the strip")
 
     desk.key("F2")
     desk.wait(lambda: note.part("txtTitle").has_focus)
@@ -296,7 +315,7 @@ def test_leaving_the_title_in_any_way_keeps_it(desk, hand):
 
 
 def test_the_title_strip_stores_the_body_before_the_drag_begins(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     note.edit()
     desk.type("!")
     desk.wait_equal(lambda: note.part("txtNota").text, "milk and bread!")
@@ -311,6 +330,7 @@ def test_the_title_strip_stores_the_body_before_the_drag_begins(desk, hand):
     hand.wait_stored(x=6900, y=4950, Nota="milk and bread!")
 
 
+@any_store
 def test_the_two_editors_are_never_open_at_once(desk, hand):
     note = hand.run().note()
     body, title = note.edit(), note.part("txtTitle")
@@ -325,8 +345,9 @@ def test_the_two_editors_are_never_open_at_once(desk, hand):
     hand.wait_stored(Titolo="Shopping?")
 
 
+@any_store
 def test_the_grip_ends_an_edit_before_it_resizes(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     editor = note.edit()
     desk.type("!")
     desk.wait_equal(lambda: editor.text, "milk and bread!")

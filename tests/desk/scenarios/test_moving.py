@@ -1,14 +1,14 @@
 """A note dragged with the mouse: where it ends up, what it snaps to, and what is stored of it."""
 
 import pytest
-from one_note import NOTE, OTHER, TWIP, hand  # noqa: F401
+from kardel_desk.one_note import NOTE, OTHER, TWIP, any_store
 
 SHY = 2  # pixels within which edges meet
 
 
 def drag_to(hand, note, left=None, top=None):
     """Drags the note by its title so that its corner would come to `left`, `top` without any snapping."""
-    rect = hand.awake(note).rect
+    rect = note.rect
     left, top = rect.x if left is None else left, rect.y if top is None else top
     note.drag("lbl", by=(left - rect.x, top - rect.y), dx=100)
     hand.desk.wait(lambda: hand.settled(note))
@@ -26,9 +26,10 @@ def work_area(desk):
 
 def test_a_note_is_dragged_by_its_title_its_text_and_its_time_strip(desk, hand):
     hand.run({**NOTE, "alarmdate": "01/01/2999", "alarmtime": "10:00:00"}, OTHER)
-    note = hand.awake(hand.note("Shopping"))
+    note = hand.note("Shopping")
     desk.wait(lambda: note.part("pic_time").visible, what="the time strip")
-    for part, by, place in (("lbl", (-120, 75), (280, 375)), ("nota", (60, -100), (340, 275)), ("pic_time", (30, 60), (370, 335))):
+    for part, by, place in (("lbl", (-120, 75), (280, 375)), ("nota", (60, -100), (340, 275)),
+                            ("pic_time", (30, 60), (370, 335))):
         note.drag(part, by=by, dx=100)
         check_place(hand, note, *place)
     assert note.rect[2:] == (200, 150)
@@ -37,15 +38,16 @@ def test_a_note_is_dragged_by_its_title_its_text_and_its_time_strip(desk, hand):
 
 
 def test_the_place_is_kept_for_the_next_start(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     note.drag("lbl", by=(33, -47), dx=100)
     check_place(hand, note, 433, 253)
     assert hand.kardel.exit() == 0
     assert desk.run().note().rect[:2] == (433, 253)
 
 
+@any_store
 def test_a_press_with_shift_or_ctrl_or_on_a_picture_does_not_drag(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     before = hand.store.raw()
     for key, part in (("shift", "lbl"), ("ctrl", "lbl"), ("shift", "nota"), ("ctrl", "nota")):
         desk.hands.key_down(key)
@@ -69,6 +71,7 @@ def test_a_mere_click_stores_nothing(desk, hand):
     assert hand.stored("x") == 90000
 
 
+@any_store
 def test_close_to_a_screen_edge_means_exactly_on_it(desk, hand):
     note = hand.run(EasyAlign=True).note()
     left, top, right, bottom = work_area(desk)
@@ -79,6 +82,7 @@ def test_close_to_a_screen_edge_means_exactly_on_it(desk, hand):
         check_place(hand, note, *place)
 
 
+@any_store
 def test_beyond_the_edges_is_pulled_back_into_the_corner(desk, hand):
     note = hand.run(EasyAlign=True).note()
     drag_to(hand, note, -60, -10)
@@ -86,6 +90,7 @@ def test_beyond_the_edges_is_pulled_back_into_the_corner(desk, hand):
     assert note.rect[2:] == (200, 150)
 
 
+@any_store
 def test_a_little_further_from_the_edge_stays_there(desk, hand):
     note = hand.run(EasyAlign=True).note()
     *_, right, bottom = work_area(desk)
@@ -94,6 +99,7 @@ def test_a_little_further_from_the_edge_stays_there(desk, hand):
         check_place(hand, note, *place)
 
 
+@any_store
 @pytest.mark.parametrize("align_all", [False, True])
 def test_without_easy_alignment_nothing_snaps(desk, hand, align_all):
     hand.run(NOTE, OTHER, EasyAlign=False, AlignAll=align_all)
@@ -107,6 +113,7 @@ def test_without_easy_alignment_nothing_snaps(desk, hand, align_all):
     check_place(hand, note, -50, 401)
 
 
+@any_store
 def test_with_automatic_position_a_drag_still_snaps(desk, hand):
     hand.run(NOTE, OTHER, EasyAlign=True, AlignAll=True)
     note = hand.note("Shopping")
@@ -115,10 +122,12 @@ def test_with_automatic_position_a_drag_still_snaps(desk, hand):
     check_place(hand, note, 0, 500)
 
 
-# The other note lies at 800..1000, 300..450; the dragged one has 200 x 150 pixels. Where they touch, and which way is away.
+# The other note lies at 800..1000, 300..450; the dragged one has 200 x 150 pixels: where they touch, and which way is
+# away.
 BESIDE = [((1000, 340), (1, 0)), ((600, 340), (-1, 0)), ((840, 450), (0, 1)), ((840, 150), (0, -1))]
 
 
+@any_store
 def test_facing_edges_of_two_notes_meet(desk, hand):
     hand.run(NOTE, OTHER, EasyAlign=True)
     note = hand.note("Shopping")
@@ -128,6 +137,7 @@ def test_facing_edges_of_two_notes_meet(desk, hand):
         check_place(hand, note, left, top)
 
 
+@any_store
 def test_edges_further_apart_do_not_meet(desk, hand):
     hand.run(NOTE, OTHER, EasyAlign=True)
     note = hand.note("Shopping")
@@ -137,6 +147,7 @@ def test_edges_further_apart_do_not_meet(desk, hand):
         check_place(hand, note, left + (SHY + 1) * x, top + (SHY + 1) * y)
 
 
+@any_store
 def test_edges_on_the_same_side_do_not_meet(desk, hand):
     hand.run(NOTE, OTHER, EasyAlign=True)
     note = hand.note("Shopping")
@@ -144,6 +155,7 @@ def test_edges_on_the_same_side_do_not_meet(desk, hand):
     check_place(hand, note, 801, 600)
 
 
+@any_store
 def test_a_note_put_away_attracts_nothing(desk, hand):
     hand.run(NOTE, {**OTHER, "closed": True}, EasyAlign=True)
     note = hand.note("Shopping")
@@ -152,7 +164,7 @@ def test_a_note_put_away_attracts_nothing(desk, hand):
 
 
 def test_the_drag_moves_the_note_under_the_pointer(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     x, y = note.part("lbl").point(100)
     desk.hands.drag(x, y, by=(80, 40), release=False)
     desk.wait_equal(lambda: note.rect[:2], (480, 340))  # it follows at once
@@ -161,6 +173,24 @@ def test_the_drag_moves_the_note_under_the_pointer(desk, hand):
     check_place(hand, note, 480, 340)
 
 
+@any_store
+def test_the_pointer_shows_that_a_note_is_moved(desk, hand):
+    note = hand.run().note()
+
+    def pointer():
+        hand.settled(note)
+        return desk.display.pointer()
+
+    def drag(x):
+        desk.hands.drag(*note.part("lbl").point(100), by=(x, 0), release=False)
+        during = pointer()
+        desk.hands.release()
+        return during
+
+    desk.wait(lambda: drag(20) == drag(-20) != pointer(), 10, "a pointer of its own during a drag")
+
+
+@any_store
 def test_two_drags_in_a_row_work_as_one(desk, hand):
     """What a drag puts in place for its own time is gone afterwards."""
     hand.run(NOTE, OTHER, EasyAlign=True)

@@ -1,7 +1,7 @@
 """A note shrunk to its title strip and restored, and a note kept above all other windows."""
 
 import pytest
-from one_note import FAR_ALARM, NOTE, OTHER, TWIP, hand  # noqa: F401
+from kardel_desk.one_note import FAR_ALARM, NOTE, OTHER, TWIP, any_store
 
 STRIP = 20  # pixels: the title strip and its two borders
 
@@ -30,7 +30,7 @@ def store_height(hand, height):
 
 
 def test_iconize_and_restore_by_menu_picture_and_double_click(desk, hand):
-    note = hand.awake(hand.run().note())
+    note = hand.run().note()
     for way, turn in WAYS.items():
         turn(hand, note)
         desk.wait_equal(lambda: note.rect, (400, 300, 200, STRIP), 5, way)
@@ -43,6 +43,7 @@ def test_iconize_and_restore_by_menu_picture_and_double_click(desk, hand):
     assert (hand.stored("x"), hand.stored("y")) == (6000, 4500)
 
 
+@any_store
 def test_beside_the_pictures_nothing_happens(desk, hand):
     note = hand.run().note()
     before = hand.store.raw()
@@ -66,6 +67,7 @@ def test_restore_without_a_stored_height_takes_the_remembered_one(desk, hand):
     desk.wait_equal(lambda: note.rect.height, 150)
 
 
+@any_store
 def test_a_note_that_never_had_a_height_gets_the_usual_one(desk, hand):
     note = hand.run({**NOTE, "iconized": True, "height": 0}).note()
     hand.press(note, "iconize")
@@ -73,6 +75,7 @@ def test_a_note_that_never_had_a_height_gets_the_usual_one(desk, hand):
     assert note.part("nota").visible
 
 
+@any_store
 def test_the_time_strip_comes_back_with_the_note(desk, hand):
     note = hand.run({**NOTE, **FAR_ALARM}).note()
     strip = note.part("pic_time")
@@ -83,6 +86,7 @@ def test_the_time_strip_comes_back_with_the_note(desk, hand):
     desk.wait(lambda: strip.visible and strip.rect.bottom == note.rect.bottom - 1, what="the time strip at the foot")
 
 
+@any_store
 def test_iconizing_keeps_what_was_being_typed(desk, hand):
     note = hand.run().note()
     note.edit()
@@ -93,6 +97,7 @@ def test_iconizing_keeps_what_was_being_typed(desk, hand):
     hand.wait_stored(Nota="milk and bread!", iconized=True)
 
 
+@any_store
 def test_iconizing_keeps_a_title_that_was_being_typed(desk, hand):
     note = hand.run().note()
     note.click("lbl", 100, button=3)
@@ -104,6 +109,7 @@ def test_iconizing_keeps_a_title_that_was_being_typed(desk, hand):
     assert note.part("lbl2").visible and not note.part("txtTitle").visible
 
 
+@any_store
 def test_the_last_note_iconized_turns_iconize_all_into_restore_all(desk, hand):
     hand.run(NOTE, OTHER)
     shopping, other = hand.note("Shopping"), hand.note("other")
@@ -121,6 +127,7 @@ def test_the_last_note_iconized_turns_iconize_all_into_restore_all(desk, hand):
     assert iconize_all_entry(hand, other) == "Iconize All"
 
 
+@any_store
 def test_with_automatic_position_the_others_move_up(desk, hand):
     hand.run(NOTE, {**OTHER, "x": 6000, "y": 7500}, AlignAll=True)
     shopping, other = hand.note("Shopping"), hand.note("other")
@@ -149,13 +156,13 @@ def test_the_state_is_kept_for_the_next_start(desk, hand):
 
 def test_a_note_set_on_top_stays_above_the_others(desk, hand):
     hand.run(NOTE, {**OTHER, "x": 4500, "y": 4800})  # they overlap
-    shopping, other = hand.awake(hand.note("Shopping")), hand.awake(hand.note("other"))
+    shopping, other = hand.note("Shopping"), hand.note("other")
     hand.menu(shopping, "Always on Top")
     hand.wait_stored(topmost=True)
     desk.wait(lambda: shopping.topmost, what="the note on top")
     spot = other.rect.x + 150, other.rect.y + 60  # both lie here; no letter does
     other.click("lbl", 40)
-    desk.wait(lambda: other.active and desk.pixel(*spot) == (192, 255, 192), what="the note still above the clicked one")
+    desk.wait(lambda: other.active and desk.pixel(*spot) == (192, 255, 192), 10, "the note above the clicked one")
     desk.wait(lambda: "_NET_WM_STATE_ABOVE" in desk.display.states("Shopping"), what="the window manager to know")
 
     assert hand.open_menu(shopping).item("Always on Top")["checked"]

@@ -1,16 +1,11 @@
 """Questions, messages and the About box: what they show, how they are answered, and what they keep from being done."""
 
-import pytest
 from kardel_desk.ids import part_id
-from one_note import NOTE, OTHER, Hand
+from kardel_desk.one_note import NOTE, OTHER, any_store
 
 WM_CLOSE = 0x10
 ABOUT = "dyn(11)"
-
-
-@pytest.fixture
-def hand(desk):
-    return Hand(desk, "registry")
+pytestmark = any_store
 
 
 def ask(hand, title="Shopping"):
@@ -30,7 +25,7 @@ def gone(hand):
 def about(hand):
     hand.kardel.tray.command(ABOUT)
     box = hand.kardel.dialog()
-    hand.desk.wait(lambda: box.active, 5, "the About box")
+    hand.desk.wait(lambda: box.part("btn1").has_focus, 5, "the About box")
     return box
 
 
@@ -73,7 +68,7 @@ def test_a_question_takes_no_in_every_way(desk, hand):
         box = ask(hand)
         answer(desk, box)
         gone(hand)
-        assert hand.note("Shopping").active, way  # the keyboard goes back to the note
+        desk.wait(lambda: hand.note("Shopping").has_focus, 5, f"the keyboard back at the note after {way}")
         assert hand.store.each("Titolo") == ["Shopping", "other"], way
 
 
@@ -207,13 +202,14 @@ def test_exit_while_a_question_waits_deletes_nothing(desk, hand):
 def test_the_pointer_is_a_hand_over_a_link(desk, hand):
     hand.run()
     box = about(hand)
-    desk.display.x.xfixes_query_version()
 
     def pointer(part):
         desk.hands.move(*box.part(part).rect.centre)
         box.send(0)
-        return str(desk.display.x.xfixes_get_cursor_image(desk.display.root).cursor_image)
+        return desk.display.pointer()
 
-    plain = desk.wait(lambda: pointer("lblmsg"))
-    for link in ("lblmailto", "lblweburl"):
-        desk.wait(lambda: pointer(link) != plain, 5, f"a hand over {link}")
+    def a_hand_over_both():
+        over_mail, over_site, elsewhere = pointer("lblmailto"), pointer("lblweburl"), pointer("lblmsg")
+        return over_mail == over_site != elsewhere
+
+    desk.wait(a_hand_over_both, 10, "a hand over the links")
