@@ -67,7 +67,7 @@ METHOD = """\
 - Single steps run inside a program made of Kardel's own code (`tests/bench/inside.cpp`), {rounds} samples each, in turn
   with their bare counterparts. A drag is the real one, with the snapping on and no edge near: all notes are looked at.
   The bare message goes to a window that leaves it to the system. Linear growth: what a note adds from 25 to 50, over what
-  it adds from 10 to 25. From Enter to the store is all that runs until the key has been answered; the bare step takes the
+  it adds from 10 to 25. From Enter to the store ends when the store's own write of the body has returned; the bare step takes the
   text from an edit control, hides it, shows the text in a label and writes the same bytes. A tick is one of all 50
   notes, divided by 50; where the second has changed, every strip is drawn anew. The bare tick sets and draws a label,
   or is a message that nobody answers.
@@ -164,7 +164,7 @@ def idle_row(reference: int, ours: int) -> str:
 
 def rule_row(name: str, steps: Steps) -> str:
     middle, lower, upper = steps.ours_spread
-    return (f"| Moving on a rule every {name}, missed for 100 years | {steps.bare:.0f} ns | {steps.ours:.0f} ns "
+    return (f"| Moving on a rule that repeats by {name}, missed for 100 years | {steps.bare:.0f} ns | {steps.ours:.0f} ns "
             f"({lower:.0f}-{upper:.0f}) | {steps.ratio[0]:.2f} | under {RULE_GOAL} ns | {judged(middle, RULE_GOAL)} |")
 
 
