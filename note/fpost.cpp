@@ -168,8 +168,8 @@ void fpost::Titolo(const Text& title) {
 
 void fpost::showBody(const Text& body) {
     setWindowText(nota, body);
-    if (bodyBeingEdited) return;  // what is being typed stays
-    SetWindowTextW(txtNota, wide(body));
+    if (bodyBeingEdited) return;   // what is being typed stays
+    setWindowText(txtNota, body);  // after an edit it stands there already
     SendMessageW(txtNota, EM_SETSEL, 0, 0);
     SendMessageW(txtNota, EM_SCROLLCARET, 0, 0);
 }
