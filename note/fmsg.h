@@ -22,6 +22,8 @@ struct fmsg {
     std::function<std::vector<HWND>()> noteWindows;  ///< windows to disable while a face is shown; asked anew
     std::function<HWND()> ownerWindow;               ///< the hidden tray window
     std::function<Now()> now;  ///< the clock of the alarm editor; the system's when empty
+    /// Opens a link; the answer says why it could not, or nothing. The system's shell when empty.
+    std::function<Text(const Text& target)> openTarget;
 
     /// Asks or informs, and returns the answer code once a button was pressed. `Prompt` may hold CR line
     /// breaks. Shown on the monitor of the window `over`, else where the user works. Runs messages meanwhile:

@@ -186,7 +186,7 @@ void fmsg::placeButtons(int width, int footerTop) const {
 }
 
 void fmsg::openLink(const Text& target) {
-    const Text failure = ShellExecuteExt(target);
+    const Text failure = openTarget ? openTarget(target) : ShellExecuteExt(target);
     if (!failure.empty()) MsgBoxExt(failure, MB_ICONEXCLAMATION, u"Kardel", hwnd);
 }
 

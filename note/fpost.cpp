@@ -509,7 +509,11 @@ void fpost::onMouse(HWND part, UINT message, int xPx, int yPx) {
             OpenMenu();
         }
     } else if (part == pic2) {
-        if (leftDown || rightDown) gripPress(x.n, y.n, rightDown);
+        if (leftDown || rightDown) {
+            gripPress(x.n, y.n, rightDown);
+        } else if (message == gripRelease) {
+            setResizeMode(false);
+        }
     } else if (part == pic_time) {
         if (leftDown && Alarming) {
             SoundStop();

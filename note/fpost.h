@@ -212,10 +212,10 @@ private:
     enum class OneShotKey : unsigned char { None, Save, NewLine, BlankLine, Cancel };
     OneShotKey oneShot = OneShotKey::None;
     bool swallowDoubleClick = false;
-    bool drafting = false;     ///< the timer that writes the draft runs
-    bool drafted = false;      ///< the draft is this note's
-    bool counting = false;     ///< the alarm's countdown runs
-    bool loopRunning = false;  ///< the grip's press-and-hold loop
+    bool drafting = false;  ///< the timer that writes the draft runs
+    bool drafted = false;   ///< the draft is this note's
+    bool counting = false;  ///< the alarm's countdown runs
+    UINT gripRelease = 0;   ///< the button message that ends the grip's press-and-hold loop; 0: none runs
 };
 
 /// Registers the window classes of the note and its parts.

@@ -129,7 +129,7 @@ void fpost::showResizeCursor(int cursor) {
 }
 
 void fpost::gripPress(int x, int y, bool rightButton) {
-    if (loopRunning) return;
+    if (gripRelease != 0) return;
     const bool width = design::kWidthArrow.contains(Twips{x}, Twips{y});
     const bool height = !width && design::kHeightArrow.contains(Twips{x}, Twips{y}) && !record.iconized;
     if (!width && !height) return;
@@ -139,11 +139,12 @@ void fpost::gripPress(int x, int y, bool rightButton) {
     const std::int32_t widthBefore = record.width;
     const std::int32_t heightBefore = record.height;
     const float step = rightButton || GetKeyState(VK_SHIFT) < 0 ? -kGripStep : kGripStep;
-    loopRunning = true;
+    gripRelease = rightButton ? WM_RBUTTONUP : WM_LBUTTONUP;
     setResizeMode(true);
     showResizeCursor(width ? IDC_RESIZE_WIDTH : IDC_RESIZE_HEIGHT);
-    // The grip moves away from under the pointer: with the capture its release arrives all the same. Another
-    // window that takes the capture, a dialog for one, ends the loop.
+    // The grip moves away from under the pointer: with the capture its release arrives all the same, and
+    // leaves the resize mode. Another window that takes the capture, a dialog for one, ends the loop too, and
+    // so does a release that only the hardware tells of.
     SetCapture(grip);
     for (bool goOn = true; goOn;) {
         if (width) {
@@ -156,7 +157,7 @@ void fpost::gripPress(int x, int y, bool rightButton) {
         goOn =
             goOn && !beingDeleted && resizeMode && visible() && GetCapture() == grip && isHeld(rightButton);
     }
-    loopRunning = false;
+    gripRelease = 0;
     if (GetCapture() == grip) ReleaseCapture();
     setResizeMode(false);
     if (beingDeleted || (record.width == widthBefore && record.height == heightBefore)) return;

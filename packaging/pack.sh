@@ -7,7 +7,7 @@ program64=$(realpath "$1") program32=$(realpath "$2") folder=$(realpath -m "$3")
 shift 3
 root=$(realpath "$(dirname "$0")/..")
 export TZ=UTC SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-1577836800}
-version=$(sed -n 's/.*KARDEL_VERSION_TEXT *"\(.*\)".*/\1/p' "$root/resources/version.h")
+version=$(sed -n 's/.*KARDEL_VERSION_\(MAJOR\|MINOR\|REVISION\) *\([0-9][0-9]*\)$/\2/p' "$root/resources/version.h" | paste -sd.)
 umask 022
 rm -rf "$folder"
 mkdir -p "$folder"

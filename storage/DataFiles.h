@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "resources/version.h"
 #include "storage/Files.h"
 #include "storage/NoteFields.h"
 #include "storage/NoteRecord.h"
@@ -24,7 +25,8 @@ inline constexpr std::size_t kMemoNumberAt = 53;  ///< offset of the body's reco
 
 /// The running program's version as a header holds it. Older layouts are told by a smaller number, so a
 /// program that called itself less than 1.25 would "upgrade" its own files at the next start.
-inline constexpr float kProgramVersion = 1.28F;
+inline constexpr auto kProgramVersion =
+    static_cast<float>(KARDEL_VERSION_MAJOR + KARDEL_VERSION_MINOR / 100.0);
 static_assert(kProgramVersion >= 1.25F);
 
 struct DataHeader {

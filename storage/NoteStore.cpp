@@ -271,6 +271,22 @@ bool makeSectionsDense(const RegistryStore& registry, std::span<NoteRecord* cons
     return registry.removeBeyond(left) && removed;
 }
 
+/// A note that stands in the store, unlike the empty one that a missing section is read as.
+bool holdsSomething(const NoteRecord& note) {
+    NoteRecord empty;
+    empty.width = note.width;
+    empty.height = note.height;
+    return note != empty;
+}
+
+/// Whether a section is the copy of the one before it.
+bool isDouble(const NoteRecord& one, NoteRecord other) {
+    if (one.readOnly || other.readOnly || !holdsSomething(one)) return false;
+    // A section written anew loses the kind that a weekly rule had before.
+    if (one.alarmweekday >= 1 && one.interval.empty()) other.interval.clear();
+    return one == other;
+}
+
 // --- Whole copies
 // -------------------------------------------------------------------------------------------
 
@@ -499,6 +515,17 @@ bool NoteStore::settleSections(std::span<NoteRecord* const> notes, const GlobalS
     const bool done = makeSectionsDense(registry, notes, sectionPlaces, settings, useRegistry);
     if (done) sectionPlaces.settled();
     return done;
+}
+
+void NoteStore::dropDouble(std::vector<NoteRecord>& notes, const GlobalSettings& settings) {
+    if (!UseRegistry) return;
+    const auto first = std::adjacent_find(notes.begin(), notes.end(), isDouble);
+    if (first == notes.end() || std::adjacent_find(first + 1, notes.end(), isDouble) != notes.end()) return;
+    const auto second = notes.erase(first + 1);
+    std::vector<NoteRecord*> remaining;
+    for (NoteRecord& note : notes)
+        remaining.push_back(&note);
+    remove(static_cast<int>(second - notes.begin()) + 1, remaining, settings);
 }
 
 bool NoteStore::storeCount(int count) {

@@ -287,6 +287,132 @@ TEST(RemoveNoteFromRegistry, ClearsSectionsThatAreNoNotesAnyMore) {
     removal.expectDense();
 }
 
+// --- What a removal that was ended half-way leaves twice
+// ------------------------------------------------------
+
+/// The notes as a start loads them, without the one that stands there twice.
+std::vector<NoteRecord> startOver(Desk& desk) {
+    desk.open(true);
+    std::vector<NoteRecord> notes = desk.loadAll();
+    desk.store.dropDouble(notes, desk.global);
+    return notes;
+}
+
+TEST(DoubledNote, IsDroppedByTheNextStartWhereverTheRemovalEnded) {
+    for (int total = 2; total <= kMostNotes; ++total) {
+        for (int number = 1; number <= total; ++number) {
+            int doubles = 0;
+            for (int at = 0;; ++at) {
+                Removal removal(true, total, number);
+                removal.desk.changes->endAt = at;
+                bool ended = false;
+                try {
+                    removal.run();
+                } catch (const ProgramEnd&) {
+                    ended = true;
+                }
+                if (!ended) break;
+                const std::size_t before = removal.found().size();
+                const std::vector<NoteRecord> after = startOver(removal.desk);
+                if (after.size() == before) continue;
+                ++doubles;
+                EXPECT_EQ(after, removal.remaining);
+                removal.expectDense();
+            }
+            // Between two notes that move, and after the last of them until the count is written.
+            EXPECT_GE(doubles, total - number) << number << " of " << total;
+        }
+    }
+}
+
+TEST(DoubledNote, IsDroppedOnceMoreWhenTheDropWasEndedToo) {
+    Removal removal(true, 5, 1);
+    removal.desk.settings.content.erase(removal.desk.settings.content.begin());  // "kardel-1"
+    removal.desk.open(true);
+    NoteRecord copy = removal.notes[1];
+    removal.desk.store.registry.SaveNoteToRegistry(1, copy);
+    for (int at = 0; at < 200; ++at) {
+        removal.desk.open(true);
+        std::vector<NoteRecord> notes = removal.desk.loadAll();
+        removal.desk.changes->endAt = at;
+        try {
+            removal.desk.store.dropDouble(notes, removal.desk.global);
+        } catch (const ProgramEnd&) {
+            removal.expectNoneLost("drop ended at " + std::to_string(at));
+            continue;
+        }
+        break;
+    }
+    EXPECT_LE(startOver(removal.desk).size(), removal.remaining.size() + 1);
+    removal.expectNoneLost("in the end");
+}
+
+TEST(DoubledNote, OfAWeeklyRuleIsSeenThoughItsOldKindIsLost) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    notes[0].alarmweekday = 3;
+    notes[0].alarmdate = kPatternDate;
+    notes[0].interval.clear();
+    notes[1] = notes[0];
+    desk.createAll(notes);
+    desk.settings.put(u"kardel-2", u"interval", u"eachday");
+    EXPECT_EQ(startOver(desk).size(), 1U);
+}
+
+TEST(DoubledNote, OfTheUserIsKept) {
+    const auto kept = [](std::vector<NoteRecord> notes) {
+        Desk desk(true);
+        desk.createAll(notes);
+        const auto before = desk.settings.content.size();
+        const std::size_t left = startOver(desk).size();
+        EXPECT_EQ(desk.settings.content.size(), before);
+        EXPECT_EQ(desk.changes->made, 0);
+        return left;
+    };
+    const NoteRecord note = sampleNotes(1).front();
+    NoteRecord elsewhere = note;
+    elsewhere.x += 15;
+    EXPECT_EQ(kept({note, elsewhere}), 2U) << "alike, but not on the same spot";
+    EXPECT_EQ(kept({note, note, note}), 3U) << "an interruption leaves two";
+    EXPECT_EQ(kept({note, note, elsewhere, elsewhere}), 4U) << "and only one note twice";
+    EXPECT_EQ(kept({note, elsewhere, note}), 3U) << "side by side";
+}
+
+TEST(DoubledNote, IsNoneWhereNothingIsStoredOrNothingCouldBeRead) {
+    Desk missing(true);
+    missing.settings.put(u"setting", u"count", u"2");
+    EXPECT_EQ(startOver(missing).size(), 2U);
+
+    Desk locked(true);
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    locked.createAll(notes);
+    locked.settings.locked = {u"kardel-1", u"kardel-2"};
+    EXPECT_EQ(startOver(locked).size(), 2U);
+
+    Desk files(false);
+    std::vector<NoteRecord> same(2, sampleNotes(1).front());
+    files.createAll(same);
+    files.store.dropDouble(same, files.global);
+    EXPECT_EQ(same.size(), 2U) << "the files replace all records in one step";
+}
+
+TEST(DoubledNote, ThatCannotBeDroppedLeavesTheNotesWhereTheyAre) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(4);
+    notes[1] = notes[0];
+    desk.createAll(notes);
+    desk.open(true);
+    std::vector<NoteRecord> loaded = desk.loadAll();
+    desk.changes->allFail = true;
+    desk.store.dropDouble(loaded, desk.global);
+    desk.changes->allFail = false;
+    ASSERT_EQ(loaded.size(), 3U);
+    EXPECT_EQ(desk.told, 1);
+    loaded[1].Nota = u"edited";
+    EXPECT_TRUE(desk.store.set(2, loaded[1], {NoteField::Nota}));
+    EXPECT_EQ(desk.settings.text(u"kardel-3", u"Nota"), u"edited");
+}
+
 TEST(RemoveNoteFromFiles, KeepsABodyThatAnotherNoteShares) {
     Removal removal(false, 4, 2);
     std::string record = removal.desk.file(kNoteFile).substr(3 * kRecordLength, kRecordLength);

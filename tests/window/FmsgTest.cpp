@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "note/About.h"
+#include "note/ShellExecuteExt.h"
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
 #include "tests/window/Script.h"
@@ -291,8 +292,7 @@ TEST_F(Fmsg, TheEndOfTheProgramIsSeenByEveryLoop) {
 TEST_F(Fmsg, AboutTellsTheVersionAndOffersItsLinks) {
     Script script(dialog);
     script.when(shown("About"), [this] {
-        EXPECT_NE(text(ID_LBLMSG).find("Kardel - version 1.28.0\r\n\r\n"), std::string::npos)
-            << text(ID_LBLMSG);
+        EXPECT_EQ(text(ID_LBLMSG).find("Kardel - version 1.28.0\r\n\r\n"), 0U) << text(ID_LBLMSG);
         EXPECT_EQ(windowText(item(ID_LBLMAILTO)), Text(about::kMail));
         EXPECT_EQ(windowText(item(ID_LBLWEBURL)), Text(about::kSite));
         for (const int link : {ID_LBLMAILTO, ID_LBLWEBURL}) {
@@ -305,6 +305,78 @@ TEST_F(Fmsg, AboutTellsTheVersionAndOffersItsLinks) {
         click(ID_BTN1);
     });
     dialog.about();
+}
+
+TEST_F(Fmsg, TheLinksOfAboutOpenByMouseAndKeyboard) {
+    std::vector<Text> opened;
+    dialog.openTarget = [&](const Text& target) {
+        opened.push_back(target);
+        return Text();
+    };
+    Script script(dialog);
+    script.when(focused(ID_BTN1), [this] { key(VK_TAB); });
+    script.when(focused(ID_LBLMAILTO), [this] { key(VK_RETURN); });
+    script.when([&] { return opened.size() == 1; }, [this] { key(VK_TAB); });
+    script.when(focused(ID_LBLWEBURL), [] {
+        type(GetFocus(), WM_KEYDOWN, VK_SPACE);
+        type(GetFocus(), WM_KEYUP, VK_SPACE);
+    });
+    script.when([&] { return opened.size() == 2; }, [this] { click(ID_LBLMAILTO); });
+    script.when([&] { return opened.size() == 3; },
+                [this] {
+                    EXPECT_TRUE(dialog.open()) << "a link does not close the box";
+                    key(VK_ESCAPE);
+                });
+    dialog.about();
+    const Text mail = u"mailto:" + Text(about::kMail);
+    EXPECT_EQ(opened, (std::vector<Text>{mail, Text(about::kSite), mail}));
+}
+
+TEST_F(Fmsg, ALinkThatCannotBeOpenedSaysWhyAndGivesAboutBack) {
+    dialog.openTarget = [](const Text&) { return shellMessage(31); };
+    Script script(dialog);
+    script.when(shown("About"), [this] {
+        SetFocus(item(ID_LBLWEBURL));
+        click(ID_LBLWEBURL);
+    });
+    script.when(shown("Kardel"), [this] {
+        EXPECT_EQ(text(ID_LBLMSG), "Missing association file type.");
+        EXPECT_EQ(text(ID_MICON), "Warning");
+        EXPECT_FALSE(shows(ID_LBLWEBURL));
+        click(ID_BTN1);
+    });
+    script.when(focused(ID_LBLWEBURL), [this] {
+        EXPECT_EQ(title(), "About");
+        EXPECT_TRUE(shows(ID_LBLMAILTO));
+        closeBox();
+    });
+    dialog.about();
+}
+
+TEST_F(Fmsg, AboutIsOpenOnlyOnce) {
+    Script script(dialog);
+    script.when(shown("About"), [this] {
+        dialog.about();
+        EXPECT_TRUE(dialog.open()) << "it came forward and waits on";
+        click(ID_BTN1);
+    });
+    dialog.about();
+    EXPECT_FALSE(dialog.open());
+}
+
+// --- Files and links
+// ----------------------------------------------------------------------------------------
+
+TEST(ShellExecuteExt, SaysWhyAFileDoesNotOpen) {
+    EXPECT_EQ(ShellExecuteExt(u"C:\\no such file.txt"), u"File not found.");
+    Text folder(MAX_PATH, u'\0');
+    folder.resize(GetTempPathW(MAX_PATH, wideBuffer(folder)));
+    const Text file = folder + u"document.kardelunknown";
+    const HANDLE made = CreateFileW(wide(file), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(made, INVALID_HANDLE_VALUE);
+    CloseHandle(made);
+    EXPECT_EQ(ShellExecuteExt(file), u"Missing association file type.");
+    DeleteFileW(wide(file));
 }
 
 // --- Alarm editor

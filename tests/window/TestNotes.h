@@ -2,6 +2,10 @@
 // in memory, with a clock that stands still until the test moves it.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -118,4 +122,55 @@ inline RECT rectOf(HWND window) {
     RECT rect{};
     GetWindowRect(window, &rect);
     return rect;
+}
+
+/// Behaviour that must be the same in both stores; the parameter is true for the registry.
+class InBothStores : public testing::TestWithParam<bool> {
+protected:
+    static std::unique_ptr<TestNotes> run(std::vector<NoteRecord> notes,
+                                          const GlobalSettings& settings = {}) {
+        return std::make_unique<TestNotes>(GetParam(), std::move(notes), settings);
+    }
+};
+inline std::string storeName(const testing::TestParamInfo<bool>& store) {
+    return store.param ? "Registry" : "Files";
+}
+
+/// How often either store was changed so far.
+inline int changesOf(const TestNotes& desk) {
+    return desk.folder.changes->made + desk.registry.changes->made;
+}
+
+/// Keys that this thread sees held as long as it lives.
+class HeldKeys {
+public:
+    explicit HeldKeys(std::initializer_list<int> keys) {
+        GetKeyboardState(before_);
+        BYTE now[256];
+        std::copy(std::begin(before_), std::end(before_), now);
+        for (const int key : keys)
+            now[key] = 0x80;
+        SetKeyboardState(now);
+    }
+    ~HeldKeys() { SetKeyboardState(before_); }
+    HeldKeys(const HeldKeys&) = delete;
+    HeldKeys& operator=(const HeldKeys&) = delete;
+
+private:
+    BYTE before_[256]{};
+};
+
+/// A key and the character that it types (0: none), as they reach a window.
+inline void typeKey(HWND window, WPARAM key, WPARAM character = 0) {
+    SendMessageW(window, WM_KEYDOWN, key, 0);
+    if (character != 0) SendMessageW(window, WM_CHAR, character, 0);
+    SendMessageW(window, WM_KEYUP, key, 0);
+}
+
+/// A press and a release of the left button on a part of a note, in twips of the part.
+inline void click(const TestNotes& desk, HWND part, int x, int y) {
+    const NoteLook& look = desk.desk->look;
+    const LPARAM at = MAKELPARAM(look.px(Twips{x}), look.px(Twips{y}));
+    SendMessageW(part, WM_LBUTTONDOWN, MK_LBUTTON, at);
+    SendMessageW(part, WM_LBUTTONUP, 0, at);
 }

@@ -1,0 +1,321 @@
+// Resizing, iconizing and the pictures of the strip, on real windows.
+#include "note/bas_GetWorkArea.h"
+#include "resources/resource.h"
+#include "tests/window/TestNotes.h"
+
+namespace {
+
+class NoteSize : public InBothStores {};
+INSTANTIATE_TEST_SUITE_P(Stores, NoteSize, testing::Bool(), storeName);
+
+NoteRecord iconizedNote(TextView title) {
+    NoteRecord note = plainNote(title);
+    note.iconized = true;
+    return note;
+}
+
+int heightOf(HWND window) {
+    return static_cast<int>(rectOf(window).bottom - rectOf(window).top);
+}
+
+// --- Limits -----------------------------------------------------------------------------------------------
+
+TEST_P(NoteSize, ShrinkingStopsAtTheLeastSizeStepByStep) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.pWidth(1150);
+    note.ResizeWidth(-15);
+    EXPECT_EQ(note.pWidth(), 1135);
+    note.ResizeWidth(-15);
+    EXPECT_EQ(note.pWidth(), 1135) << "1120 is refused as a whole";
+    note.ResizeWidth(-5);
+    EXPECT_EQ(note.pWidth(), 1130);
+    note.ResizeWidth(-1);
+    EXPECT_EQ(note.pWidth(), 1130);
+    note.pHeight(710);
+    note.ResizeHeight(-15);
+    EXPECT_EQ(note.pHeight(), 710);
+    note.ResizeHeight(-5);
+    EXPECT_EQ(note.pHeight(), 705);
+    note.ResizeHeight(-1);
+    EXPECT_EQ(note.pHeight(), 705);
+}
+
+TEST_P(NoteSize, GrowingStopsFlushWithTheWorkArea) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    for (int step = 0; step < 150; ++step) {
+        note.ResizeWidth(180);
+        note.ResizeHeight(180);
+    }
+    const PxRect work = GetWorkArea();
+    EXPECT_EQ(rectOf(note.hwnd).right, work.right);
+    EXPECT_EQ(rectOf(note.hwnd).bottom, work.bottom);
+    EXPECT_EQ(rectOf(note.hwnd).left, desk->desk->look.px(Twips{1500}));
+}
+
+TEST_P(NoteSize, ANoteBeyondTheEdgeKeepsItsSize) {
+    NoteRecord record = plainNote(u"a");
+    record.x = toTwips(Px{GetWorkArea().right - 50}, screenDpi()).n;
+    const auto desk = run({record});
+    desk->note(1).ResizeWidth(180);
+    EXPECT_EQ(desk->note(1).pWidth(), 3000);
+}
+
+// --- Keys of the resize mode ------------------------------------------------------------------------------
+
+TEST_P(NoteSize, TheArrowsResizeInTheResizeModeAndAreStoredAtOnce) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    typeKey(note.hwnd, VK_RIGHT);
+    EXPECT_EQ(note.pWidth(), 3000) << "not outside the mode";
+    SendMessageW(note.hwnd, WM_COMMAND, IDM_RESIZE, 0);
+    EXPECT_TRUE(note.menuInput(note.alarm).resizeMode);
+    EXPECT_EQ(note.currentCursor, IDC_RESIZE_WIDTH);
+    typeKey(note.hwnd, VK_RIGHT);
+    EXPECT_EQ(desk->stored(1).width, 3030);
+    typeKey(note.hwnd, VK_DOWN);
+    EXPECT_EQ(desk->stored(1).height, 2280);
+    EXPECT_EQ(note.currentCursor, IDC_RESIZE_HEIGHT);
+    {
+        const HeldKeys held({VK_SHIFT});
+        typeKey(note.hwnd, VK_LEFT);
+    }
+    EXPECT_EQ(desk->stored(1).width, 3000) << "Shift alone changes nothing about the step";
+    {
+        const HeldKeys held({VK_CONTROL});
+        typeKey(note.hwnd, VK_RIGHT);
+        typeKey(note.hwnd, VK_UP);
+    }
+    EXPECT_EQ(desk->stored(1).width, 3180);
+    EXPECT_EQ(desk->stored(1).height, 2100);
+    typeKey(note.hwnd, VK_RETURN);
+    EXPECT_FALSE(note.resizeMode || note.menuInput(note.alarm).resizeMode);
+    typeKey(note.hwnd, VK_RIGHT);
+    EXPECT_EQ(note.pWidth(), 3180);
+}
+
+TEST_P(NoteSize, AClickOnTitleOrTextLeavesTheResizeMode) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    for (const HWND part : {note.lbl, note.nota}) {
+        note.setResizeMode(true);
+        click(*desk, part, 900, 100);
+        EXPECT_FALSE(note.resizeMode) << GetDlgCtrlID(part);
+    }
+}
+
+TEST_P(NoteSize, AnIconizedNoteCannotBeMadeTaller) {
+    const auto desk = run({iconizedNote(u"a")});
+    fpost& note = desk->note(1);
+    const int strip = heightOf(note.hwnd);
+    note.setResizeMode(true);
+    for (const WPARAM key : {WPARAM{VK_DOWN}, WPARAM{VK_UP}})
+        typeKey(note.hwnd, key);
+    note.gripPress(60, 170, false);
+    note.ResizeHeight(180);
+    EXPECT_EQ(heightOf(note.hwnd), strip);
+    EXPECT_EQ(desk->stored(1).height, 2250);
+    note.setResizeMode(true);
+    typeKey(note.hwnd, VK_RIGHT);
+    EXPECT_EQ(desk->stored(1).width, 3030) << "wider it can be made";
+}
+
+// --- The grip ---------------------------------------------------------------------------------------------
+
+/// A button of the mouse that the system reports as held; its press waits among the messages of a note's
+/// grip. Injected as a key: the pointer stays where it is, and no window is activated.
+class HeldGrip {
+public:
+    HeldGrip(const TestNotes& desk, const fpost& note, int x, int y, bool right)
+        : key_(static_cast<BYTE>(right ? VK_RBUTTON : VK_LBUTTON)) {
+        const NoteLook& look = desk.desk->look;
+        keybd_event(key_, 0, 0, 0);
+        PostMessageW(note.pic2, right ? WM_RBUTTONDOWN : WM_LBUTTONDOWN, 0,
+                     MAKELPARAM(look.px(Twips{x}), look.px(Twips{y})));
+    }
+    ~HeldGrip() {
+        keybd_event(key_, 0, KEYEVENTF_KEYUP, 0);
+        pumpPending();
+    }
+    HeldGrip(const HeldGrip&) = delete;
+    HeldGrip& operator=(const HeldGrip&) = delete;
+
+private:
+    BYTE key_;
+};
+
+/// Does something once the held grip has resized the note, and waits for the end of the resizing. Ends it by
+/// itself when nothing else does.
+class WhileHeld {
+public:
+    WhileHeld(fpost& note, std::function<void()> act)
+        : note_(&note),
+          window_(note.hwnd),
+          width_(note.pWidth()),
+          height_(note.pHeight()),
+          act_(std::move(act)),
+          end_(GetTickCount64() + kPatience) {
+        running = this;
+        const UINT_PTR timer = SetTimer(nullptr, 0, kTick, onTick);
+        while (!gaveUp && !(acted && ended()))
+            pumpFor(kTick);
+        KillTimer(nullptr, timer);
+        running = nullptr;
+    }
+    WhileHeld(const WhileHeld&) = delete;
+    WhileHeld& operator=(const WhileHeld&) = delete;
+
+    bool acted = false;
+    bool gaveUp = false;
+
+private:
+    static constexpr UINT kTick = 10;
+    static constexpr ULONGLONG kPatience = 10000;
+    static inline WhileHeld* running = nullptr;
+
+    bool ended() const { return IsWindow(window_) == FALSE || !note_->resizeMode; }
+    static void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) {
+        if (running != nullptr) running->tick();
+    }
+    void tick() {
+        if (GetTickCount64() > end_) {
+            gaveUp = true;
+            if (IsWindow(window_) != FALSE) note_->setResizeMode(false);
+        } else if (!acted && (note_->pWidth() != width_ || note_->pHeight() != height_)) {
+            acted = true;
+            act_();
+        }
+    }
+
+    fpost* note_;
+    HWND window_;
+    int width_;
+    int height_;
+    std::function<void()> act_;
+    ULONGLONG end_;
+};
+
+TEST_P(NoteSize, TheGripResizesUntilItHearsOfTheRelease) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    for (const bool right : {false, true}) {
+        const int before = note.pWidth();
+        const HeldGrip held(*desk, note, 190, 60, right);
+        // Told of the release while the hardware still reports the button as down.
+        const WhileHeld wait(note,
+                             [&] { PostMessageW(note.pic2, right ? WM_RBUTTONUP : WM_LBUTTONUP, 0, 0); });
+        EXPECT_FALSE(wait.gaveUp) << "the resizing went on";
+        EXPECT_EQ(note.pWidth() < before, right);
+        EXPECT_EQ(desk->stored(1).width, note.pWidth());
+        EXPECT_NE(GetCapture(), note.pic2);
+        EXPECT_EQ(note.pHeight(), 2250);
+    }
+}
+
+TEST_P(NoteSize, TheReleaseOfTheOtherButtonDoesNotEndTheGrip) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    const HeldGrip held(*desk, note, 60, 170, false);
+    bool goesOn = false;
+    const WhileHeld wait(note, [&] {
+        SendMessageW(note.pic2, WM_RBUTTONUP, 0, 0);
+        goesOn = note.resizeMode;
+        SendMessageW(note.pic2, WM_LBUTTONUP, 0, 0);
+    });
+    EXPECT_TRUE(goesOn);
+    EXPECT_GT(desk->stored(1).height, 2250);
+}
+
+TEST_P(NoteSize, WhateverTakesTheNoteAwayEndsTheGrip) {
+    struct Case {
+        const char* name;
+        std::function<void(TestNotes&, fpost&)> act;
+    };
+    const Case cases[] = {
+        {"delete", [](TestNotes&, fpost& note) { note.DeleteForm(true); }},
+        {"close", [](TestNotes&, fpost& note) { note.CloseForm(); }},
+        {"hide all", [](TestNotes& desk, fpost&) { desk.desk->ToggleHideAll(); }},
+        {"another window takes the mouse", [](TestNotes&, fpost&) { ReleaseCapture(); }},
+        {"the window goes at once",
+         [](TestNotes& desk, fpost& note) {
+             desk.desk->Notes.erase(desk.desk->Notes.begin());
+             DestroyWindow(note.hwnd);
+         }},
+    };
+    for (const Case& c : cases) {
+        const auto desk = run({plainNote(u"a"), plainNote(u"b", 9000, 9000)});
+        fpost& note = desk->note(1);
+        const HeldGrip held(*desk, note, 60, 170, false);
+        const WhileHeld wait(note, [&] { c.act(*desk, note); });
+        EXPECT_FALSE(wait.gaveUp) << c.name;
+    }
+}
+
+// --- Iconizing --------------------------------------------------------------------------------------------
+
+TEST_P(NoteSize, RestoringGivesTheStoredHeightBack) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.toggleIconized();
+    EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(kIconizedHeight));
+    EXPECT_TRUE(desk->stored(1).iconized);
+    EXPECT_EQ(desk->stored(1).height, 2250);
+    NoteRecord taller = desk->stored(1);
+    taller.height = 3000;
+    desk->desk->store.set(1, taller, {NoteField::Height});
+    note.toggleIconized();
+    EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(Twips{3000})) << "what the store holds now";
+    EXPECT_FALSE(desk->stored(1).iconized);
+    EXPECT_TRUE(IsWindowVisible(note.nota));
+}
+
+TEST_P(NoteSize, RestoringWithoutAStoredHeightTakesTheRememberedOne) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.toggleIconized();
+    NoteRecord none = desk->stored(1);
+    none.height = 0;
+    desk->desk->store.set(1, none, {NoteField::Height});
+    note.toggleIconized();
+    EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(Twips{2250}));
+}
+
+TEST_P(NoteSize, TheLastNoteIconizedTurnsEveryCaption) {
+    const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
+    desk->note(1).toggleIconized();
+    EXPECT_FALSE(desk->desk->AllIconized);
+    desk->note(2).toggleIconized();
+    EXPECT_TRUE(desk->desk->AllIconized);
+    EXPECT_TRUE(desk->note(1).menuInput(desk->note(1).alarm).allIconized);
+    desk->note(1).toggleIconized();
+    EXPECT_FALSE(desk->desk->AllIconized);
+}
+
+// --- The pictures of the strip ----------------------------------------------------------------------------
+
+TEST_P(NoteSize, ThePicturesOfTheStripActOnlyWhereTheyAreDrawn) {
+    const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
+    fpost& note = desk->note(1);
+    int questions = 0;
+    desk->desk->host.ask = [&](const Text&, long, const Text&) {
+        ++questions;
+        return IDNO;
+    };
+    for (const auto& [x, y] : {std::pair{225, 120}, std::pair{105, 15}, std::pair{105, 262}})
+        click(*desk, note.lbl2, x, y);
+    click(*desk, note.pic, 135, 250);
+    EXPECT_FALSE(note.record.iconized || note.record.closed);
+    EXPECT_EQ(questions, 0);
+    click(*desk, note.pic, 135, 120);
+    EXPECT_EQ(questions, 1);
+    click(*desk, note.lbl2, 105, 120);
+    EXPECT_TRUE(desk->stored(1).iconized);
+    click(*desk, note.lbl2, 105, 120);
+    EXPECT_FALSE(desk->stored(1).iconized);
+    click(*desk, note.lbl2, 345, 120);
+    EXPECT_TRUE(desk->stored(1).closed);
+    EXPECT_FALSE(note.visible());
+}
+
+}  // namespace
