@@ -151,6 +151,7 @@ a later Kardel in the same folder shows them again." /SD IDNO IDNO keepNotes
     !insertmacro deleteData KARDEL.HDR
     !insertmacro deleteData KARDEL.DAT
     !insertmacro deleteData MEMO
+    !insertmacro deleteData KARDEL.TMP ; an edit that was never ended
     !insertmacro deleteData KARDEL121.DAT
     !insertmacro deleteData KARDEL122.DAT
     !insertmacro deleteData KARDEL125.DAT

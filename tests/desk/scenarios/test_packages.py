@@ -129,6 +129,8 @@ def test_leaving_asks_before_it_touches_notes(desk, setup, answer):
     setup()
     folder, path = installed(desk)
     desk.seed_files([NOTE], folder=folder)
+    (path / "KARDEL.TMP").write_bytes(b"left by a crash")
+    (path / "MEMO.tmp").write_bytes(b"left by a crash")
     desk.set_registry("setting", {"UseRegistry": "False"})
     uninstall(desk, folder)
     window(desk, "Kardel Uninstall", "&Uninstall").press()
