@@ -111,10 +111,9 @@ bool fpost::createParts() {
     txtNota = editor(ES_MULTILINE | ES_AUTOVSCROLL, ID_TXTNOTA, host->look->body.get(), at.txtNota);
     pic_time = child(part, 0, ID_PIC_TIME, u"", at.pic_time);
     const DWORD bodyShown = record.iconized ? 0 : WS_VISIBLE;
-    nota = child(part, bodyShown, ID_NOTA, u"", at.nota);
+    nota = child(part, bodyShown, ID_NOTA, withLineBreaks(record.Nota), at.nota);
     const auto parts = {lbl, lbl2, pic, nota, txtNota, txtTitle, pic2, pic_time};
     if (std::any_of(parts.begin(), parts.end(), [](HWND window) { return window == nullptr; })) return false;
-    showBody(withLineBreaks(record.Nota));
     tBackColor(Backcol());
     if (record.topmost) applyTopmost();
     return true;
@@ -135,7 +134,7 @@ void fpost::take(const NoteRecord& stored) {
 void fpost::apply(const NoteRecord& stored) {
     take(stored);
     Titolo(record.Titolo);
-    showBody(withLineBreaks(record.Nota));
+    setWindowText(nota, withLineBreaks(record.Nota));
     tBackColor(Backcol());
     place();
     applyTopmost();
@@ -164,14 +163,6 @@ void fpost::Titolo(const Text& title) {
     record.Titolo = title;
     setWindowText(hwnd, title);
     setWindowText(lbl, kTitleLead + title);
-}
-
-void fpost::showBody(const Text& body) {
-    setWindowText(nota, body);
-    if (bodyBeingEdited) return;   // what is being typed stays
-    setWindowText(txtNota, body);  // after an edit it stands there already
-    SendMessageW(txtNota, EM_SETSEL, 0, 0);
-    SendMessageW(txtNota, EM_SCROLLCARET, 0, 0);
 }
 
 Rgb fpost::Backcol() const {

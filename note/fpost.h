@@ -167,7 +167,7 @@ private:
     void paintFrame();
     void paintPart(HWND part);
     void paintTitle(HDC dc, const RECT& area) const;
-    void paintBody(HDC dc) const;
+    void paintBody(HDC dc, const RECT& area) const;
     void paintStrip(HDC dc) const;
     void endBodyEdit();
     void draftNow();
@@ -181,8 +181,6 @@ private:
     void onMouse(HWND part, UINT message, int xPx, int yPx);
     void setPartCursor(HWND part);
     void repaint() const;
-    /// Shows a body: the label has its text for whoever asks, the hidden editor draws it.
-    void showBody(const Text& body);
     Text stripText() const;
     void placeStripText();
     void count(bool on);

@@ -73,7 +73,7 @@ void fpost::SaveNote() {
     const bool refused = std::find(unsaved.begin(), unsaved.end(), NoteField::Nota) != unsaved.end();
     const bool changed = edited != withLineBreaks(record.Nota);
     if (changed) record.Nota = edited;
-    showBody(withLineBreaks(record.Nota));
+    setWindowText(nota, withLineBreaks(record.Nota));
     // Text that the store refuses stays in the draft.
     if ((!changed && !refused) || store({NoteField::Nota})) dropDraft();
 }
@@ -81,7 +81,6 @@ void fpost::SaveNote() {
 void fpost::CancelNote() {
     endBodyEdit();
     dropDraft();
-    showBody(withLineBreaks(record.Nota));
 }
 
 void fpost::EditCaption() {
@@ -159,7 +158,7 @@ bool fpost::finishEdit(bool title, const Text& text) {
         return store({NoteField::Titolo});
     }
     record.Nota = text;
-    showBody(withLineBreaks(text));
+    setWindowText(nota, withLineBreaks(text));
     return store({NoteField::Nota});
 }
 

@@ -156,7 +156,7 @@ void fpost::paintPart(HWND part) {
     if (part == lbl) {
         paintTitle(dc, buffer.client());
     } else if (part == nota) {
-        paintBody(dc);
+        paintBody(dc, buffer.client());
     } else if (part == lbl2) {
         drawIconizeButton(pencil, *host->look, record.iconized);
         pencil.cross(centred(design::kCloseButton, kSign, kSign, *host->look));
@@ -185,10 +185,17 @@ void fpost::paintTitle(HDC dc, const RECT& area) const {
               DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS | DT_EXPANDTABS);
 }
 
-void fpost::paintBody(HDC dc) const {
-    // By the editor that will lie over the label: lines break and stand alike, so nothing moves when it
-    // opens.
+void fpost::paintBody(HDC dc, const RECT& area) const {
+    if (bodyBeingEdited) return;  // the editor lies over all of it
+    // The editor that will lie over the label draws it: lines break and stand alike, so nothing moves when it
+    // opens. It gets no more than can be seen, and keeps nothing: fifty laid out bodies take megabytes.
+    constexpr LONG kNarrowest = 2;  // pixels of a letter
+    constexpr LONG kLowest = 8;     // and of a line
+    constexpr LONG kLineEnd = 2;
+    const LONG seen = (area.right / kNarrowest + kLineEnd) * (area.bottom / kLowest + 1);
+    SetWindowTextW(txtNota, wide(windowText(nota).substr(0, static_cast<std::size_t>(seen))));
     SendMessageW(txtNota, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
+    SetWindowTextW(txtNota, L"");
 }
 
 void fpost::paintStrip(HDC dc) const {
