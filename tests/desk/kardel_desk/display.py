@@ -136,9 +136,13 @@ class Display:
         self.image().save(path)
         return path
 
-    def has_keys(self, window: int) -> bool:
-        """Whether the X server gives keys to this window."""
-        return getattr(self.x.get_input_focus().focus, "id", None) == window
+    def keys_reach(self, program: str) -> bool:
+        """Whether the X server gives keys to one of a program's windows."""
+        focus = self.x.get_input_focus().focus
+        try:
+            return not isinstance(focus, int) and program in (focus.get_wm_class() or ())
+        except XError:
+            return False  # it went while we looked
 
     def under_pointer(self) -> list[int]:
         """The X windows below the pointer, from the root to the smallest."""
