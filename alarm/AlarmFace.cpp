@@ -396,16 +396,30 @@ void AlarmFace::refuse() const {
 }
 
 void AlarmFace::onCommand(int id, int code) {
-    if (id == ID_CBOREPEAT && code == CBN_SELCHANGE) {
-        onRepeat();
-    } else if (id == ID_CBODAY && code == CBN_SELCHANGE) {
-        onDay();
+    if (id == ID_CBOREPEAT || id == ID_CBODAY) {
+        onList(id, code);
     } else if (id == ID_BTNOK && code == BN_CLICKED) {
         onStart();
     } else if (id == ID_BTNCANCEL && code == BN_CLICKED) {
         result = {};
         result.AlarmStop = true;
         host.finished();
+    }
+}
+
+// What the keyboard passes in an open list is not chosen yet: it counts once the list is closed.
+void AlarmFace::onList(int id, int code) {
+    const HWND list = item(id);
+    if (code == CBN_CLOSEUP) {
+        // Windows may still be taking the choice or giving it up.
+        PostMessageW(form_, WM_COMMAND, static_cast<WPARAM>(MAKELONG(id, CBN_SELCHANGE)),
+                     reinterpret_cast<LPARAM>(list));
+    } else if (code == CBN_SELCHANGE && SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) == FALSE) {
+        if (id == ID_CBOREPEAT) {
+            onRepeat();
+        } else {
+            onDay();
+        }
     }
 }
 

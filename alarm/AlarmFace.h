@@ -81,6 +81,7 @@ private:
     bool alive() const { return IsWindow(form_) != FALSE; }
     EditorChoice choice() const;
     void refuse() const;
+    void onList(int id, int code);
     void onRepeat();
     void onDay();
     void onDatePart(DatePart part);

@@ -785,6 +785,48 @@ TEST_F(Editor, SeveralWeekdaysAreTickedInTheirFrame) {
     EXPECT_TRUE(answer.alarm.Mute);
 }
 
+TEST_F(Editor, WhatTheKeyboardPassesInAnOpenListCountsOnceItIsClosed) {
+    const auto open = [this] { return SendMessageW(item(ID_CBODAY), CB_GETDROPPEDSTATE, 0, 0) != FALSE; };
+    Script script(dialog);
+    script.when(shown("Set alarm"), [this] {
+        SetFocus(item(ID_CBODAY));
+        SendMessageW(item(ID_CBODAY), CB_SHOWDROPDOWN, TRUE, 0);
+        SendMessageW(item(ID_CBODAY), WM_KEYDOWN, VK_END, 0);
+    });
+    script.when([this] { return chosen(ID_CBODAY) == kSeveralWeekdays; },
+                [this, open] {
+                    EXPECT_TRUE(open()) << "a new layout would close it under the user's hands";
+                    EXPECT_FALSE(shows(ID_FRAWEEK));
+                    key(VK_RETURN);
+                });
+    script.when([this] { return shows(ID_FRAWEEK); },
+                [this, open] {
+                    EXPECT_FALSE(open());
+                    closeBox();
+                });
+    EXPECT_FALSE(edit(ruleAt(u"16/06/2026", u"12:00:00")).AlarmStart);
+}
+
+TEST_F(Editor, APatternsWeekdayIsRefusedOnceTheListIsClosed) {
+    AlarmRule daily = ruleAt(u"", u"12:00:00");
+    daily.eachday = true;
+    Script script(dialog);
+    script.when(shown("Set alarm"), [this] {
+        SetFocus(item(ID_CBODAY));
+        SendMessageW(item(ID_CBODAY), CB_SHOWDROPDOWN, TRUE, 0);
+        SendMessageW(item(ID_CBODAY), WM_KEYDOWN, VK_DOWN, 0);
+        SendMessageW(item(ID_CBODAY), WM_KEYDOWN, VK_DOWN, 0);
+        EXPECT_EQ(chosen(ID_CBODAY), 2);
+        key(VK_RETURN);
+    });
+    script.when(shown("Date"), [this] { key(VK_RETURN); });
+    script.when(shown("Set alarm"), [this] {
+        EXPECT_EQ(chosen(ID_CBODAY), 0);
+        closeBox();
+    });
+    EXPECT_FALSE(edit(daily).AlarmStart);
+}
+
 TEST_F(Editor, OnlyStopIsStop) {
     const AlarmRule rule = ruleAt(u"16/06/2026", u"12:00:00");
     {
