@@ -17,6 +17,7 @@ from .display import Display
 from .hands import Hands
 from .paths import WORK, program
 from .probe import Probe
+from .sound import Recorder
 from .wine import Wine
 
 SETTINGS_KEY = r"HKCU\Software\VB and VBA Program Settings\Kardel"
@@ -76,7 +77,7 @@ class Desk:
         self.work = pathlib.Path(tempfile.mkdtemp(prefix=f"session-{arch}-", dir=WORK))
         self._lock = open(self.work / "lock", "w")
         fcntl.flock(self._lock, fcntl.LOCK_EX)
-        self.display = self.wine = self.probe = None
+        self.display = self.wine = self.probe = self._ears = None
         self._programs: list[Kardel] = []
         self._folders = 0
         self._seeded_notes: dict[str, int] = {}
@@ -263,6 +264,13 @@ class Desk:
         """Work area, size, dpi and ANSI code page as Windows programs see them."""
         return self.probe.ask("screen")
 
+    @property
+    def ears(self) -> Recorder:
+        """What programs play that were started with its `env`. The sound server starts when it is first asked for."""
+        if self._ears is None:
+            self._ears = Recorder(self.work, self.display.env)
+        return self._ears
+
     # --- other programs of the build
 
     def run_program(self, exe: pathlib.Path, words: list[str], results: dict[str, pathlib.Path], timeout: float) -> int:
@@ -294,7 +302,7 @@ class Desk:
         with contextlib.ExitStack() as steps:  # in reverse order, each whatever became of the others
             steps.callback(self._lock.close)
             steps.callback(shutil.rmtree, self.work, ignore_errors=True)
-            for part in (self.display, self.wine, self.probe):
+            for part in (self.display, self.wine, self.probe, self._ears):
                 if part:
                     steps.callback(part.close)
-            self.display = self.wine = self.probe = None
+            self.display = self.wine = self.probe = self._ears = None

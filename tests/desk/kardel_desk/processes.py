@@ -11,7 +11,7 @@ _libc = ctypes.CDLL(None, use_errno=True)
 _PR_SET_PDEATHSIG = 1
 
 
-def _die_with_parent() -> None:
+def die_with_parent() -> None:
     _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
 
 
@@ -19,7 +19,7 @@ def start(command: list[str], env: dict[str, str], log: pathlib.Path, **more) ->
     """Starts a server of the desk; it ends with this process, however that ends."""
     with open(log, "ab") as output:
         return subprocess.Popen([str(word) for word in command], env=env, stdin=subprocess.DEVNULL, stdout=output,
-                                stderr=output, preexec_fn=_die_with_parent, **more)
+                                stderr=output, preexec_fn=die_with_parent, **more)
 
 
 def stop(process: subprocess.Popen | None) -> None:
