@@ -31,16 +31,24 @@ BOOL CALLBACK cancelSystemDialog(HWND window, LPARAM note) noexcept {
     return TRUE;
 }
 
-/// Where new note `number` begins: cascading in the work area of the monitor with the mouse.
-POINT cascadePlace(int number, int width, int height) {
+/// Where new note `number` begins: cascading in the work area of the monitor with the mouse, on the first
+/// step on which no note lies yet.
+POINT cascadePlace(int number, int width, int height, const std::function<bool(POINT)>& taken) {
     POINT mouse{};
     GetCursorPos(&mouse);
     const int x = static_cast<int>(mouse.x);
     const int y = static_cast<int>(mouse.y);
     const PxRect work = workAreaAt({x, y, x + 1, y + 1});
     const int steps = std::max(1, std::min(work.width() - width, work.height() - height) / kCascadeStep);
-    const int offset = (number - 1) % steps * kCascadeStep;
-    return {work.left + offset, work.top + offset};
+    const auto place = [&](int step) {
+        const int offset = step % steps * kCascadeStep;
+        return POINT{work.left + offset, work.top + offset};
+    };
+    const int first = number - 1;
+    int step = first;
+    while (step < first + steps && taken(place(step)))
+        ++step;
+    return place(step);
 }
 
 }  // namespace
@@ -215,7 +223,13 @@ NoteRecord basPost::freshRecord(int number) const {
     const PxRect work = GetWorkArea();
     record.width = std::min(width.n, look.twips(work.width()));
     record.height = std::min(height.n, look.twips(work.height()));
-    const POINT at = cascadePlace(number, look.px(width), look.px(height));
+    const auto taken = [this](POINT at) {
+        const auto liesThere = [&](const fpost* note) {
+            return look.px(Twips{note->record.x}) == at.x && look.px(Twips{note->record.y}) == at.y;
+        };
+        return std::any_of(Notes.begin(), Notes.end(), liesThere);
+    };
+    const POINT at = cascadePlace(number, look.px(width), look.px(height), taken);
     record.x = look.twips(static_cast<int>(at.x));
     record.y = look.twips(static_cast<int>(at.y));
     return record;

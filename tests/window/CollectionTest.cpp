@@ -185,6 +185,15 @@ TEST_P(Collection, NewNotesCascadeInsteadOfCoveringEachOther) {
     EXPECT_EQ(places.size(), 6U);
 }
 
+TEST_P(Collection, ANewNoteAfterADeletionCoversNoOther) {
+    const auto desk = run({});
+    ASSERT_TRUE(desk->desk->NewNote());
+    ASSERT_TRUE(desk->desk->NewNote());
+    desk->note(1).DeleteForm(true);
+    ASSERT_TRUE(desk->desk->NewNote());
+    EXPECT_NE(desk->note(1).Left(), desk->note(2).Left());
+}
+
 TEST_P(Collection, ANewNoteEndsTheEditThatIsOpenAndKeepsItsText) {
     const auto desk = run({plainNote(u"a")});
     desk->note(1).EditForm();

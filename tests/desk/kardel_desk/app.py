@@ -118,19 +118,23 @@ class Window:
     def settle(self) -> None:
         """Waits until the window manager knows the window and Wine knows where it is. While the window manager takes
         it over, the window lies in the screen's corner; when Wine looks just then, it goes on believing that."""
-        display = self.desk.display
-        wait(lambda: display.place(self.info["x11"]), 10, f"the window manager to know {self!r}")
+        wait(lambda: self.desk.display.place(self.info["x11"]), 10, f"the window manager to know {self!r}")
         for _ in range(2):  # what the X server has said is read between two messages
             self.send(WM_NULL)
+        wait(self.placed, 10, f"Wine and the window manager to agree about {self!r}")
 
-        def agreed():
-            info = self.info
-            if display.place(info["x11"]) in (info["rect"][:2], info["client"][:2]):
-                return True
-            display.tell_place(info["x11"])
-            return False
-
-        wait(agreed, 10, f"Wine and the window manager to agree about {self!r}")
+    def placed(self) -> Rect:
+        """Where it is, also when the window manager may be taking it over just now: LookupError, and the place sent
+        again, as long as Wine believes something else."""
+        info = self.info
+        try:
+            place = self.desk.display.place(info["x11"])
+        except LookupError:  # nobody but Windows has a say
+            return Rect(*info["rect"])
+        if place not in (info["rect"][:2], info["client"][:2]):
+            self.desk.display.tell_place(info["x11"])
+            raise LookupError(f"{self!r} is at {place} for the window manager")
+        return Rect(*info["rect"])
 
     def click_at(self, dx: int | None = None, dy: int | None = None, button: int = 1, double: bool = False) -> None:
         self.desk.hands.click(*self.point(dx, dy), button=button, double=double, ready=self.under_pointer)

@@ -33,9 +33,9 @@ def test_a_new_note_stands_on_the_desk_and_in_the_store(desk, store, way):
         desk.key("ctrl+n")
     note = kardel.note("- 2 -")
     desk.wait(lambda: note.visible and note.active, what="the new note in front with the keyboard")
-    note.settle()
-    assert note.rect[2:] == (200, 160) and note.body == "" and note.colour == (255, 255, 128)
-    fields = {"Titolo": "- 2 -", "Nota": "", "x": note.rect.x * 15, "y": note.rect.y * 15, "width": 3000,
+    place = desk.wait(note.placed)
+    assert place[2:] == (200, 160) and note.body == "" and note.colour == (255, 255, 128)
+    fields = {"Titolo": "- 2 -", "Nota": "", "x": place.x * 15, "y": place.y * 15, "width": 3000,
               "height": 2400, "closed": False, "iconized": False, "topmost": False}
     desk.wait_equal(lambda: {key: store.notes()[1][key] for key in fields}, fields)
     assert store.notes()[0]["Nota"] == "old text"
@@ -68,8 +68,8 @@ def test_new_notes_do_not_cover_each_other(desk, store):
     kardel = desk.run()
     for number in (2, 3, 4, 5):
         kardel.tray.command(NEW)
-        kardel.note(f"- {number} -").settle()
-    places = [note.rect[:2] for note in kardel.notes()]
+        kardel.note(f"- {number} -")
+    places = [desk.wait(note.placed)[:2] for note in kardel.notes()]
     assert len(set(places)) == 5
     left, top, width, height = desk.screen()["workarea"]
     for note in kardel.notes():
@@ -171,8 +171,7 @@ def test_a_second_note_stands_under_the_first_with_automatic_position(desk, stor
     kardel = desk.run()
     kardel.tray.command(NEW)
     first, second = kardel.note("first").rect, kardel.note("- 2 -")
-    second.settle()
-    desk.wait_equal(lambda: second.rect[:2], (first.x, first.bottom))
+    desk.wait_equal(lambda: second.placed()[:2], (first.x, first.bottom))
     desk.wait_equal(lambda: (store.notes()[1]["x"], store.notes()[1]["y"]),
                     (first.x * 15, first.bottom * 15))
 
