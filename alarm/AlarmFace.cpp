@@ -306,8 +306,7 @@ PxSize AlarmFace::layout(const DialogGrid& grid) {
     return {width, buttonTop + row + grid.y(kMargin)};
 }
 
-// --- What the controls show
-// ---------------------------------------------------------------------------------
+// --- What the controls show ------------------------------------------------------------------------------
 
 void AlarmFace::showClock(const EditorClock& clock) {
     setWindowText(item(ID_LBLTIME), timeText(clock.time));
@@ -366,8 +365,7 @@ bool AlarmFace::showWeek(bool shown) {
     return true;
 }
 
-// --- What the user does
-// -------------------------------------------------------------------------------------
+// --- What the user does ----------------------------------------------------------------------------------
 
 int AlarmFace::selected(int id) const {
     return static_cast<int>(SendMessageW(item(id), CB_GETCURSEL, 0, 0));

@@ -105,8 +105,7 @@ void fmsg::showCountdown(HWND note, const Text& text) {
     }
 }
 
-// --- One face after the other
-// ----------------------------------------------------------------------------------
+// --- One face after the other ----------------------------------------------------------------------------
 
 fmsg::Face* fmsg::top() const {
     const auto shown =

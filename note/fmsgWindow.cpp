@@ -140,8 +140,7 @@ void fmsg::onCommand(int id, int code) {
     }
 }
 
-// --- Focus and default button
-// ---------------------------------------------------------------------------------
+// --- Focus and default button ----------------------------------------------------------------------------
 
 void fmsg::onActivate(bool active) {
     const HWND focus = GetFocus();

@@ -252,8 +252,7 @@ bool DataFiles::exists(TextView name) const {
     return files.length(name).status != IoStatus::Absent;
 }
 
-// --- Copies between the stores
-// ------------------------------------------------------------------------------
+// --- Copies between the stores ---------------------------------------------------------------------------
 
 bool AppendRecordPair(const CodePage& page, std::string& datImage, std::string& memoImage,
                       NoteRecord record) {

@@ -15,8 +15,7 @@ struct DataFilesTest : testing::Test {
     std::string& file(TextView name) { return folder.content[Text(name)]; }
 };
 
-// --- Bytes, written by hand
-// -----------------------------------------------------------------------------------
+// --- Bytes, written by hand ------------------------------------------------------------------------------
 
 TEST_F(DataFilesTest, TheHeaderIsTenBytes) {
     DataHeader header;
@@ -184,8 +183,7 @@ TEST_F(DataFilesTest, ACharacterOutsideTheCodePageIsTold) {
     EXPECT_EQ(decodeRecord(westernPage(), encoded.bytes).Titolo, u"?");
 }
 
-// --- Header file
-// ------------------------------------------------------------------------------------------------
+// --- Header file -----------------------------------------------------------------------------------------
 
 TEST_F(DataFilesTest, AMissingHeaderInRegistryModeCreatesNoFile) {
     DataHeader header;
@@ -250,8 +248,7 @@ TEST_F(DataFilesTest, WritingTheHeaderStampsTheProgramsVersion) {
     EXPECT_EQ(read.count, 3);
 }
 
-// --- Records
-// ----------------------------------------------------------------------------------------------------
+// --- Records ---------------------------------------------------------------------------------------------
 
 TEST_F(DataFilesTest, ARecordBeyondTheEndIsZero) {
     file(kNoteFile) = handWrittenRecord();
@@ -299,8 +296,7 @@ TEST_F(DataFilesTest, ARecordCutShortKeepsTheFieldsItHas) {
     EXPECT_EQ(note.width, 0);
 }
 
-// --- Bodies
-// -----------------------------------------------------------------------------------------------------
+// --- Bodies ----------------------------------------------------------------------------------------------
 
 TEST_F(DataFilesTest, ABodyWithoutANumberGoesToTheEnd) {
     MemoResult result = data.WriteMemo(0, u"first");
@@ -366,8 +362,7 @@ TEST_F(DataFilesTest, ABodyThatCannotBeWrittenIsTold) {
     EXPECT_FALSE(data.WriteMemo(1, u"body").done);
 }
 
-// --- Files
-// ------------------------------------------------------------------------------------------------------
+// --- Files -----------------------------------------------------------------------------------------------
 
 TEST_F(DataFilesTest, DeletingTheDataFilesLeavesTheHeader) {
     file(kHeaderFile) = file(kNoteFile) = file(kMemoFile) = "x";
@@ -411,8 +406,7 @@ TEST_F(DataFilesTest, PairsOfAnImagePointToTheirOwnBodies) {
     }
 }
 
-// --- Copies from the registry
-// -------------------------------------------------------------------------------------
+// --- Copies from the registry ----------------------------------------------------------------------------
 
 struct CopyFromRegistry : testing::Test {
     MemorySettings memory;

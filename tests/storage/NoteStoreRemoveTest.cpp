@@ -287,8 +287,7 @@ TEST(RemoveNoteFromRegistry, ClearsSectionsThatAreNoNotesAnyMore) {
     removal.expectDense();
 }
 
-// --- What a removal that was ended half-way leaves twice
-// ------------------------------------------------------
+// --- What a removal that was ended half-way leaves twice -------------------------------------------------
 
 /// The notes as a start loads them, without the one that stands there twice.
 std::vector<NoteRecord> startOver(Desk& desk) {

@@ -37,8 +37,7 @@ void live(Desk& desk, std::vector<NoteRecord>& notes) {
     desk.store.remove(3, remaining, desk.global);
 }
 
-// --- To the files
-// ---------------------------------------------------------------------------------------------
+// --- To the files ----------------------------------------------------------------------------------------
 
 TEST(SwitchToFiles, BringsEveryNoteOver) {
     Desk desk(true);
@@ -127,8 +126,7 @@ TEST(SwitchToFiles, WithoutAnyNoteLeavesNoRecords) {
     EXPECT_FALSE(desk.hasFile(kMemoFile));
 }
 
-// --- To the registry
-// ------------------------------------------------------------------------------------------
+// --- To the registry -------------------------------------------------------------------------------------
 
 TEST(SwitchToRegistry, BringsEveryNoteOver) {
     Desk desk(false);
@@ -211,8 +209,7 @@ TEST(SwitchToRegistry, RefusesWhileANoteCannotBeRead) {
     EXPECT_EQ(desk.settings.text(u"kardel-2", u"Titolo"), u"Title 2");
 }
 
-// --- There and back in one run
-// ----------------------------------------------------------------------------------
+// --- There and back in one run ---------------------------------------------------------------------------
 
 TEST(SwitchBack, ToTheRegistryInForceCreatesNoFiles) {
     Desk desk(true);
@@ -290,8 +287,7 @@ TEST(RoundTrip, FilesToRegistryToFilesKeepsFiftyFullNotes) {
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
 }
 
-// --- Import
-// -----------------------------------------------------------------------------------------------------
+// --- Import ----------------------------------------------------------------------------------------------
 
 /// Notes that the registry holds, under a program that uses the local files.
 struct ImportDesk {

@@ -9,8 +9,7 @@ namespace {
 constexpr NoteField kTitle = NoteField::Titolo;
 constexpr NoteField kBody = NoteField::Nota;
 
-// --- Both stores alike
-// --------------------------------------------------------------------------------------
+// --- Both stores alike -----------------------------------------------------------------------------------
 
 struct EitherStore : testing::TestWithParam<bool> {
     Desk desk{GetParam()};
@@ -159,8 +158,7 @@ TEST_P(EitherStore, AFailedCreationIsTold) {
     EXPECT_EQ(desk.told, 1);
 }
 
-// --- The registry
-// ---------------------------------------------------------------------------------------------
+// --- The registry ----------------------------------------------------------------------------------------
 
 TEST(NoteStoreInRegistry, ANewNoteInheritsNothingFromALeftOverSection) {
     Desk desk(true);
@@ -189,8 +187,7 @@ TEST(NoteStoreInRegistry, TextOfAnyLengthAndScriptIsKept) {
     EXPECT_EQ(desk.told, 0);
 }
 
-// --- The local files
-// ------------------------------------------------------------------------------------------
+// --- The local files -------------------------------------------------------------------------------------
 
 struct InFiles : testing::Test {
     Desk desk{false};

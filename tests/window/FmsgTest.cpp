@@ -82,8 +82,7 @@ protected:
     std::vector<HWND> notes;
 };
 
-// --- Message box
-// --------------------------------------------------------------------------------------------
+// --- Message box -----------------------------------------------------------------------------------------
 
 TEST_F(Fmsg, AQuestionShowsYesAndNoAndAnswersSix) {
     Script script(dialog);
@@ -364,8 +363,7 @@ TEST_F(Fmsg, AboutIsOpenOnlyOnce) {
     EXPECT_FALSE(dialog.open());
 }
 
-// --- Files and links
-// ----------------------------------------------------------------------------------------
+// --- Files and links -------------------------------------------------------------------------------------
 
 TEST(ShellExecuteExt, SaysWhyAFileDoesNotOpen) {
     EXPECT_EQ(ShellExecuteExt(u"C:\\no such file.txt"), u"File not found.");
@@ -379,8 +377,7 @@ TEST(ShellExecuteExt, SaysWhyAFileDoesNotOpen) {
     DeleteFileW(wide(file));
 }
 
-// --- Alarm editor
-// -------------------------------------------------------------------------------------------
+// --- Alarm editor ----------------------------------------------------------------------------------------
 
 AlarmRule ruleAt(const Text& date, const Text& time) {
     AlarmRule rule;

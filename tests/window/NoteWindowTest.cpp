@@ -388,8 +388,7 @@ TEST_P(NoteWindow, WeekdayRuleWithoutADayHasNothingToWaitFor) {
     EXPECT_EQ(desk->stored(1).alarmweekday, 8);
 }
 
-// --- Numbers and flags of the collection
-// --------------------------------------------------------------------
+// --- Numbers and flags of the collection -----------------------------------------------------------------
 
 TEST_P(NoteWindow, CountsFollowTheNotes) {
     NoteRecord closed = plainNote(u"closed");
@@ -421,8 +420,7 @@ TEST_P(NoteWindow, DeskWithoutNotesIsNeitherHiddenNorIconized) {
     EXPECT_FALSE(desk->desk->AllIconized);
 }
 
-// --- Text that fits the window
-// --------------------------------------------------------------------------------
+// --- Text that fits the window ---------------------------------------------------------------------------
 
 TEST_P(NoteWindow, LongTitleWidensTheNoteUpToTheScreen) {
     const auto desk = run({plainNote(u"a")});

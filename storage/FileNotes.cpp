@@ -1,0 +1,201 @@
+#include "storage/FileNotes.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace {
+
+/// The MEMO numbers in the first `count` records of an image of KARDEL.DAT.
+std::vector<std::int32_t> memoNumbers(std::string_view image, std::size_t count) {
+    std::vector<std::int32_t> numbers;
+    for (std::size_t i = 0; i < count && (i + 1) * kRecordLength <= image.size(); ++i) {
+        numbers.push_back(memoNumberOf(image.substr(i * kRecordLength, kRecordLength)));
+    }
+    return numbers;
+}
+
+bool isIn(const std::vector<std::int32_t>& numbers, std::int64_t number) {
+    return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+}
+
+/// Writes a body into a record at the end that no other note points to. `taken` are the other notes' numbers:
+/// where MEMO was lost or cut, they point behind its end, and the body must not become theirs.
+MemoResult appendMemo(const DataFiles& data, const std::vector<std::int32_t>& taken, TextView body) {
+    const LengthResult length = data.files.length(kMemoFile);
+    if (length.status == IoStatus::Failed) return {};
+    const std::uint64_t tail = length.bytes % kMemoLength;
+    if (tail != 0) {
+        const std::string blanks(kMemoLength - static_cast<std::size_t>(tail), ' ');
+        if (!data.files.write(kMemoFile, length.bytes, blanks)) return {};
+    }
+    auto next = static_cast<std::int64_t>((length.bytes + kMemoLength - 1) / kMemoLength) + 1;
+    for (; isIn(taken, next); ++next) {
+        if (!data.WriteMemo(0, {}).done) return {};
+    }
+    return data.WriteMemo(0, body);
+}
+
+/// Writes the body of note `number`, which points to MEMO record `current`: there, or into a new record when
+/// that number is none of MEMO's or another note has it too. Whose body it was first, nobody knows.
+MemoResult writeBody(const DataFiles& data, int number, std::int32_t current, TextView body) {
+    std::optional<std::vector<std::int32_t>> others = storedMemoNumbers(data);
+    const LengthResult memos = data.memoRecords();
+    if (!others || memos.status == IoStatus::Failed) return {};
+    if (static_cast<std::size_t>(number) <= others->size()) others->erase(others->begin() + (number - 1));
+    const bool inside = current >= 1 && static_cast<std::uint64_t>(current) <= memos.bytes + 1;
+    if (inside && !isIn(*others, current)) return data.WriteMemo(current, body);
+    return appendMemo(data, *others, body);
+}
+
+/// Makes every note that points to MEMO record `from` point to `to`.
+bool repoint(const DataFiles& data, std::string& image, std::int32_t from, std::int32_t to,
+             std::span<NoteRecord* const> notes) {
+    for (std::size_t i = 0; i < notes.size(); ++i) {
+        std::string record = image.substr(i * kRecordLength, kRecordLength);
+        if (memoNumberOf(record) != from) continue;
+        setMemoNumber(record, to);
+        if (!data.PutRecordBytes(static_cast<int>(i) + 1, record)) return false;
+        image.replace(i * kRecordLength, kRecordLength, record);
+        notes[i]->memo = to;
+    }
+    return true;
+}
+
+/// Leaves no record in MEMO that no note points to: the last one moves into a free place, then the file is
+/// cut. At every instant each note points to its own body; what is left undone is done at the next removal.
+void compactMemo(const DataFiles& data, std::string image, std::span<NoteRecord* const> notes) {
+    const LengthResult length = data.files.length(kMemoFile);
+    if (length.status != IoStatus::Done) return;
+    const std::uint64_t records = (length.bytes + kMemoLength - 1) / kMemoLength;
+    for (;;) {
+        std::vector<std::int32_t> used;
+        for (const std::int32_t number : memoNumbers(image, notes.size())) {
+            if (number >= 1 && static_cast<std::uint64_t>(number) <= records) used.push_back(number);
+        }
+        const std::int32_t last = used.empty() ? 0 : *std::max_element(used.begin(), used.end());
+        std::int32_t gap = 1;
+        while (isIn(used, gap))
+            ++gap;
+        if (gap > last) {
+            const std::uint64_t needed = static_cast<std::uint64_t>(last) * kMemoLength;
+            if (needed < length.bytes) static_cast<void>(data.files.cut(kMemoFile, needed));
+            return;
+        }
+        const auto at = [](std::int32_t number) {
+            return static_cast<std::uint64_t>(number - 1) * kMemoLength;
+        };
+        ReadResult body = data.files.read(kMemoFile, at(last), kMemoLength);
+        if (body.status != IoStatus::Done) return;
+        body.bytes.resize(kMemoLength, ' ');
+        if (!data.files.write(kMemoFile, at(gap), body.bytes)) return;
+        if (!repoint(data, image, last, gap, notes)) return;
+    }
+}
+
+}  // namespace
+
+bool isZeroRecord(std::string_view bytes) {
+    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte == '\0'; });
+}
+
+NoteRecord withStoredRule(NoteRecord record) {
+    if (recursByPattern(record)) {
+        record.alarmdate = kPatternDate;
+    } else {
+        record.interval.clear();
+        record.alarmday.clear();
+        record.alarmdaymonth.clear();
+    }
+    return record;
+}
+
+std::optional<std::vector<std::int32_t>> storedMemoNumbers(const DataFiles& data) {
+    ReadResult read = data.files.read(kNoteFile, 0, kMaxNotes * kRecordLength);
+    if (read.status == IoStatus::Failed) return std::nullopt;
+    read.bytes.resize((read.bytes.size() + kRecordLength - 1) / kRecordLength * kRecordLength, '\0');
+    return memoNumbers(read.bytes, kMaxNotes);
+}
+
+FileSave setInFiles(const DataFiles& data, int number, NoteRecord& record,
+                    std::span<const NoteField> fields) {
+    FileSave save;
+    EncodedRecord stored;
+    const IoStatus status = data.GetRecordBytes(number, stored.bytes);
+    if (status == IoStatus::Failed) return save;
+    const bool fresh = isZeroRecord(stored.bytes);
+    const std::string before = stored.bytes;
+    const NoteRecord source = withStoredRule(record);
+    const auto has = [fields](NoteField field) {
+        return std::find(fields.begin(), fields.end(), field) != fields.end();
+    };
+    if (fresh) {
+        stored = encodeRecord(data.page, source);
+    } else {
+        for (const NoteField field : fields)
+            encodeFieldInto(data.page, source, field, stored);
+        if (has(NoteField::AlarmDate) && !recursByPattern(source)) {
+            for (const NoteField field :
+                 {NoteField::Interval, NoteField::AlarmDay, NoteField::AlarmDayMonth}) {
+                encodeFieldInto(data.page, source, field, stored);
+            }
+        }
+    }
+    save.unmappable = stored.unmappable;
+    save.done = true;
+    if (fresh || has(NoteField::Nota)) {
+        // The body first: a record must never point to one that is not there.
+        const MemoResult body = writeBody(data, number, memoNumberOf(stored.bytes), record.Nota);
+        save.done = body.done;
+        save.unmappable = save.unmappable || body.unmappable;
+        if (body.done) setMemoNumber(stored.bytes, body.recordNumber);
+        if (!body.done && fresh) setMemoNumber(stored.bytes, 0);
+    }
+    record.memo = memoNumberOf(stored.bytes);
+    if (stored.bytes == before) return save;
+    save.done = data.PutRecordBytes(number, stored.bytes) && save.done;
+    return save;
+}
+
+FileSave createInFiles(const DataFiles& data, int number, NoteRecord& record, DataHeader& header) {
+    FileSave save;
+    std::optional<std::vector<std::int32_t>> numbers = storedMemoNumbers(data);
+    if (!numbers) return save;
+    // Records from `number` on are left-overs: their bodies are nobody's.
+    numbers->resize(std::min(numbers->size(), static_cast<std::size_t>(number - 1)));
+    const MemoResult body = appendMemo(data, *numbers, record.Nota);
+    if (!body.done) return save;
+    record.memo = body.recordNumber;
+    const EncodedRecord encoded = encodeRecord(data.page, withStoredRule(record));
+    if (!data.PutRecordBytes(number, encoded.bytes)) return save;
+    header.count = number;
+    save.done = data.WriteHeader(header);
+    save.unmappable = body.unmappable || encoded.unmappable;
+    return save;
+}
+
+bool makeRecordsDense(const DataFiles& data, std::span<NoteRecord* const> notes, NotePlaces& places,
+                      DataHeader& header) {
+    const int left = static_cast<int>(notes.size());
+    if (notes.empty()) {
+        data.DeleteDataFiles();
+        header.count = 0;
+        return data.WriteHeader(header) && !data.exists(kNoteFile);
+    }
+    const std::size_t total = static_cast<std::size_t>(places.of(left)) * kRecordLength;
+    ReadResult read = data.files.read(kNoteFile, 0, total);
+    if (read.status == IoStatus::Failed) return false;
+    read.bytes.resize(total, '\0');
+    std::string image;
+    for (int number = 1; number <= left; ++number) {
+        image +=
+            read.bytes.substr(static_cast<std::size_t>(places.of(number) - 1) * kRecordLength, kRecordLength);
+    }
+    if (!data.files.replace(kNoteFile, image)) return false;
+    places.moved.clear();
+    header.count = left;
+    // A start takes the smaller of the header's count and the number of records.
+    const bool counted = data.WriteHeader(header);
+    compactMemo(data, std::move(image), notes);
+    return counted;
+}

@@ -1,0 +1,18 @@
+// Where a store keeps which note.
+#pragma once
+
+#include <vector>
+
+/// Where a store keeps the notes. Usually note n stands at place n, which is a section or a record. A removal
+/// that the store refused leaves a place that holds no note any more: the later ones stand further on.
+struct NotePlaces {
+    bool unfinished = false;  ///< the store still has to be brought to the notes that remain
+    std::vector<int> moved;   ///< place of note n at [n - 1]; empty: note n stands at place n
+
+    int of(int number) const;
+    /// Puts the places of notes 1..`count` into `moved`: from there each can change by itself.
+    void name(int count);
+    /// Note `number` goes; `left` remain.
+    void remove(int number, int left);
+    void settled();
+};
