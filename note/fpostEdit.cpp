@@ -61,7 +61,6 @@ void fpost::endBodyEdit() {
     oneShot = OneShotKey::None;
     const bool focused = GetFocus() == txtNota;
     ShowWindow(txtNota, SW_HIDE);
-    SetWindowTextW(txtNota, L"");  // and no caret or scrolling of it: the label is drawn from its beginning
     if (focused) SetFocus(hwnd);
     ShowAlarmStrip();
 }

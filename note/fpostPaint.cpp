@@ -188,13 +188,14 @@ void fpost::paintTitle(HDC dc, const RECT& area) const {
 void fpost::paintBody(HDC dc, const RECT& area) const {
     if (bodyBeingEdited) return;  // the editor lies over all of it
     // The editor that will lie over the label draws it: lines break and stand alike, so nothing moves when it
-    // opens. It gets no more than can be seen: fifty laid out bodies would take megabytes.
+    // opens. It gets no more than can be seen, and keeps nothing: fifty laid out bodies take megabytes.
     constexpr LONG kNarrowest = 2;  // pixels of a letter
+    constexpr LONG kLowest = 8;     // and of a line
     constexpr LONG kLineEnd = 2;
-    const LONG lines = area.bottom / std::max(1, host->look->titleHeight) + 2;
-    const LONG seen = (area.right / kNarrowest + kLineEnd) * lines;
-    setWindowText(txtNota, windowText(nota).substr(0, static_cast<std::size_t>(seen)));
+    const LONG seen = (area.right / kNarrowest + kLineEnd) * (area.bottom / kLowest + 1);
+    SetWindowTextW(txtNota, wide(windowText(nota).substr(0, static_cast<std::size_t>(seen))));
     SendMessageW(txtNota, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
+    SetWindowTextW(txtNota, L"");
 }
 
 void fpost::paintStrip(HDC dc) const {
