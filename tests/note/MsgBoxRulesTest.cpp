@@ -2,13 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include "tests/support/Plain.h"
 
 namespace {
-
-std::string plain(const Text& text) {
-    return std::string(text.begin(), text.end());
-}
 
 struct FaceCase {
     const char* name;

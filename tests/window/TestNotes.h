@@ -23,14 +23,7 @@ struct TestNotes {
     explicit TestNotes(bool useRegistry, std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
         registerNoteClasses();
         registerDialogClasses();
-        desk->look = loadNoteLook();
-        desk->settings = settings;
-        desk->store.UseRegistry = useRegistry;
-        desk->store.registry = {registry.settings(), englishWeekdayKeys()};
-        desk->store.files = {folder.files(), westernPage()};
-        desk->host.now = [this] { return clock; };
-        desk->host.startSound = [this] { ++sounds; };
-        desk->host.stopSound = [this] { ++silences; };
+        prepare(useRegistry, settings);
         for (std::size_t i = 0; i < notes.size(); ++i) {
             desk->store.create(static_cast<int>(i) + 1, notes[i]);
         }
@@ -74,6 +67,8 @@ private:
         desk->store.registry = {registry.settings(), englishWeekdayKeys()};
         desk->store.files = {folder.files(), westernPage()};
         desk->host.now = [this] { return clock; };
+        desk->host.startSound = [this] { ++sounds; };
+        desk->host.stopSound = [this] { ++silences; };
     }
     void open(int count) {
         desk->createTray();
