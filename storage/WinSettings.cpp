@@ -137,7 +137,7 @@ bool removeValue(TextView section, TextView key) {
 }
 
 bool removeTree(const Text& parent, TextView name) {
-    constexpr REGSAM kAccess = DELETE | KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | KEY_SET_VALUE;
+    constexpr REGSAM kAccess = DELETE | KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE;
     UniqueKey opened;
     LSTATUS code = open(parent, kAccess, opened);
     if (code == ERROR_SUCCESS) code = RegDeleteTreeW(opened.get(), wide(Text(name)));

@@ -1,11 +1,94 @@
 """What another program, a strange folder or a strange text may try, and must not get."""
 
+import re
 import shutil
 
 from kardel_desk.ids import IDS
 from kardel_desk.paths import helper
 
 STRANGE = "%s%n%1 &File\\..\\x"
+# Windows' own numbers.
+QUERY, SET, SUB_KEY, ENUMERATE, DELETE = 1, 2, 4, 8, 0x10000
+READ, WRITE, EVERY_FILE = 0x80000000, 0x40000000, 0x100080
+USES = {"NtQueryValueKey": QUERY, "NtEnumerateValueKey": QUERY, "NtSetValueKey": SET, "NtDeleteValueKey": SET,
+        "RegEnumKeyExW": ENUMERATE}
+STORE = ("KARDEL.HDR", "KARDEL.DAT", "MEMO", "KARDEL.TMP")
+
+
+def keys_opened(kardel):
+    """Every opening of one of the program's keys as Wine's trace tells it: the path below the user's root, the rights
+    asked for, and those that the calls on the open key needed."""
+    opened, handles, path = [], {}, None
+    for line in kardel.output().splitlines():
+        asked = re.search(r'(?:NtOpenKeyEx|NtCreateKey) \((\w+),L"([^"]*)",(?:.*,)?([0-9a-f]+),0x\w+\)$', line)
+        answer = re.search(r"(?:NtOpenKeyEx|NtCreateKey) <- 0x(\w+)", line)
+        used = re.search(r":(\w+) \((?:0x)?([0-9A-Fa-f]+),", line)
+        if asked:
+            path, rights = asked[2].replace("\\\\", "\\"), int(asked[3], 16)
+        elif answer and path:
+            handles.pop(int(answer[1], 16), None)
+            if path.startswith(("Software\\VB and VBA", "Software\\Microsoft\\Windows\\CurrentVersion\\Run")):
+                opened.append([path.rpartition("\\")[2], rights, 0])
+                handles[int(answer[1], 16)] = opened[-1]
+            path = None
+        elif used and int(used[2], 16) in handles:
+            handles[int(used[2], 16)][2] |= USES.get(used[1], 0)
+    return opened
+
+
+def files_opened(kardel):
+    """The same of the note files: name and rights, without those that every opening has."""
+    folder = "\\??\\" + kardel.folder + "\\"
+    found = [(path.replace("\\\\", "\\"), int(rights, 16) & ~EVERY_FILE)
+             for rights, path in re.findall(r'Nt(?:Create|Open)File handle=\w+ access=(\w+) name=L"([^"]*)"',
+                                            kardel.output())]
+    return [(path[len(folder):], rights) for path, rights in found
+            if path.startswith(folder) and path[len(folder):].removesuffix(".tmp") in STORE]
+
+
+def test_registry_keys_are_opened_with_no_more_rights_than_they_need(desk):
+    """Each opening asks for what the calls on the key then need: where a policy lets a user read only, reading goes
+    on. The log-on entry may have to make its key; whoever removes a section may list what is in it."""
+    desk.seed_registry({}, [{"Titolo": name, "x": 1500, "y": 1500 + 3000 * n, "width": 3000, "height": 2000}
+                            for n, name in enumerate("abc")])
+    kardel = desk.start(env={"WINEDEBUG": "+reg"}).wait_ready()
+    kardel.note("b").edit()
+    desk.type("more")
+    desk.click_desktop()
+    desk.wait(lambda: desk.stored_note(2).get("Nota") == "more", what="the edit to be stored")
+    kardel.note("a").command("delete")
+    kardel.dialog().press("Yes")
+    desk.wait_equal(desk.sections, ["kardel-1", "kardel-2", "setting"], what="the last section to go")
+    kardel.tray.command("dyn(6)")
+    desk.wait_equal(lambda: desk.registry("setting")["EasyAlign"], "True")
+    assert kardel.exit() == 0
+
+    opened = keys_opened(kardel)
+    for name, rights, used in opened:
+        extra = {"Run": SUB_KEY if used == SET else 0, "Kardel": DELETE | ENUMERATE | QUERY if used == 0 else 0}
+        assert rights == used | extra.get(name, 0), f"{name} opened with {rights:#x}, {used:#x} would do"
+    for name, rights in (("setting", QUERY), ("setting", SET), ("kardel-1", QUERY), ("kardel-2", SET), ("Run", QUERY),
+                         ("Run", SET | SUB_KEY), ("Kardel", DELETE | ENUMERATE | QUERY)):
+        assert rights in [seen[1] for seen in opened if seen[0] == name], f"{name} with {rights:#x} was seen"
+
+
+def test_files_are_opened_with_no_more_rights_than_they_need(desk):
+    desk.seed_registry({"UseRegistry": False})
+    desk.seed_files([{"Titolo": name, "Nota": "text", "x": 1500, "y": 1500 + 3000 * n, "width": 3000, "height": 2000}
+                     for n, name in enumerate("ab")])
+    kardel = desk.start(env={"WINEDEBUG": "+file"}).wait_ready()
+    start = files_opened(kardel)
+    assert {("KARDEL.HDR", READ), ("KARDEL.DAT", READ), ("MEMO", READ)} <= set(start)
+    assert {rights for _, rights in start} <= {READ, 0}, "a start reads only"
+    kardel.note("b").edit()
+    desk.type("more")
+    desk.click_desktop()
+    desk.wait(lambda: "more" in desk.read_files().notes[1]["Nota"], what="the edit to be stored")
+    kardel.note("a").command("delete")
+    kardel.dialog().press("Yes")
+    desk.wait_equal(lambda: desk.read_files().count, 1)
+    assert kardel.exit() == 0
+    assert {rights for _, rights in files_opened(kardel)} == {READ, WRITE, DELETE, 0}, "one right at a time"
 
 
 def test_nothing_is_taken_from_the_current_folder(desk):
