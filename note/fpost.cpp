@@ -357,7 +357,8 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_NCPAINT:
             paintFrame();
             return 0;
-        case WM_NCACTIVATE:  // no caption whose colour would change
+        case WM_NCACTIVATE:  // no caption whose colour would change, but a frame
+            showActive(wp != FALSE);
             return TRUE;
         case WM_ERASEBKGND:
             return 1;
@@ -369,6 +370,10 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_SYSCOMMAND:
             if ((wp & 0xFFF0) == SC_MINIMIZE || (wp & 0xFFF0) == SC_MAXIMIZE) return 0;
+            if ((wp & 0xFFF0) == SC_KEYMENU && lp == VK_SPACE) {  // Alt+Space: a note's own menu
+                OpenMenu();
+                return 0;
+            }
             break;
         case WM_DISPLAYCHANGE:
         case WM_SETTINGCHANGE:
@@ -388,6 +393,10 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         }
         case WM_KEYDOWN:
             if (onKeyDown(wp)) return 0;
+            break;
+        case WM_KEYUP:
+        case WM_KILLFOCUS:
+            endKeyMove();
             break;
         case WM_SYSKEYDOWN:
             if (wp == VK_F10 && GetKeyState(VK_SHIFT) < 0) {
@@ -511,8 +520,7 @@ void fpost::onMouse(HWND part, UINT message, int xPx, int yPx) {
         } else if (leftDown) {
             DragWindow();
         } else if (rightDown) {
-            ShowCountdown = !ShowCountdown;
-            placeStripText();
+            swapStrip();
         }
     }
 }

@@ -11,6 +11,7 @@
 #include "note/NoteLayout.h"
 #include "note/NoteLook.h"
 #include "note/NoteMenu.h"
+#include "note/bas_HookEasyMove.h"
 #include "storage/NoteFields.h"
 #include "support/Window.h"
 
@@ -57,6 +58,8 @@ struct fpost {
     void ArmAfterLoad();
     /// Places and fills the time strip, or hides it when there is nothing to count.
     void ShowAlarmStrip();
+    /// Shows when it rings instead of the time left, or the other way round.
+    void swapStrip();
     void startCountdown();
     void stopCountdown();
     bool isCounting() const { return counting; }
@@ -80,6 +83,8 @@ struct fpost {
     void command(unsigned id);
     /// A key on the note or one of its editors. True when it was the note's.
     bool onKeyDown(WPARAM key);
+    /// Gives the keyboard to the next visible note, in the order of their numbers, or to the one before.
+    void goToNote(int step);
 
     // --- Editing (fpostEdit.cpp) --------------------------------------------------------------------------
     void EditForm();
@@ -100,6 +105,9 @@ struct fpost {
 
     // --- Moving, resizing, iconizing (fpostMove.cpp) ------------------------------------------------------
     void DragWindow();
+    /// Moves the note by a step of the keyboard. It snaps as in a drag; endKeyMove() stores where it is.
+    void moveStep(int columns, int rows);
+    void endKeyMove();
     void ResizeWidth(float Delta);
     void ResizeHeight(float Delta);
     /// Applies `Iconized` to the window.
@@ -163,6 +171,8 @@ private:
     NoteRects partRects();
     void layout();
     void onSize(WPARAM kind);
+    void showActive(bool on);
+    RECT lineUnderTitle() const;
     void paint();
     void paintFrame();
     void paintPart(HWND part);
@@ -192,6 +202,8 @@ private:
     void fillTip(NMHDR& header) const;
     // Moving, resizing, iconizing
     void runMoveLoop();
+    MoveHook::Desk snapDesk() const;
+    void storePlace();
     std::vector<PxRect> otherVisibleNotes() const;
     void showResizeCursor(int cursor);
     void showIconized();
@@ -205,6 +217,8 @@ private:
     UniqueBrush editBrush;
     Text lastGoodEdit;               ///< what the open editor held when it last fitted into the store
     std::vector<NoteField> unsaved;  ///< what the store refused: the next save tries again
+    bool movedByKeys = false;        ///< the keyboard has moved it, and that is not stored yet
+    bool active = false;             ///< has the keyboard: its lines say so
     int resizeCursor = 0;            ///< cursor of the keyboard resize mode, 0 outside it
     bool* freed = nullptr;           ///< told when the window goes while it is still being created
     enum class OneShotKey : unsigned char { None, Save, NewLine, BlankLine, Cancel };

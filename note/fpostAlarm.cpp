@@ -71,6 +71,12 @@ Text fpost::stripText() const {
     return ShowCountdown ? countdownText(*alarm.due, host->now()) : dueText(alarm);
 }
 
+void fpost::swapStrip() {
+    if (IsWindowVisible(pic_time) == FALSE) return;
+    ShowCountdown = !ShowCountdown;
+    placeStripText();
+}
+
 void fpost::placeStripText() {
     setWindowText(pic_time, stripText());
 }

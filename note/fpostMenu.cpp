@@ -1,4 +1,5 @@
 // The context menu, its commands, and the keys of a note.
+#include "note/NoteKeys.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
 
@@ -128,34 +129,67 @@ bool fpost::onKeyDown(WPARAM key) {
         unload();
         return true;
     }
-    const bool shift = isDown(VK_SHIFT);
-    const bool control = isDown(VK_CONTROL);
-    const bool alt = isDown(VK_MENU);
-    const bool none = !shift && !control && !alt;
     if (resizeMode && resizeKey(key)) return true;
-    switch (key) {
-        case VK_DELETE:
-            if (!none || bodyBeingEdited || titleBeingEdited) return false;
-            command(IDM_DELETE);
-            return true;
-        case 'N':
-            // Exactly Ctrl: AltGr is Ctrl+Alt and types letters on many keyboards.
-            if (!control || alt || shift) return false;
-            command(IDM_NEW);
-            return true;
-        case VK_APPS:
-            OpenMenu();
-            return true;
-        case VK_F2:
-            if (!none) return false;
-            command(IDM_EDIT);
-            return true;
-        case VK_F4:
-            if (!none) return false;
-            command(IDM_ALARM);
-            return true;
-        default:
+    const NoteKey pressed{static_cast<unsigned>(key), isDown(VK_SHIFT), isDown(VK_CONTROL), isDown(VK_MENU)};
+    switch (noteAction(pressed, {bodyBeingEdited || titleBeingEdited, Alarming})) {
+        case NoteAction::None:
             return false;
+        case NoteAction::Delete:
+            command(IDM_DELETE);
+            break;
+        case NoteAction::New:
+            command(IDM_NEW);
+            break;
+        case NoteAction::Menu:
+            OpenMenu();
+            break;
+        case NoteAction::Edit:
+            command(IDM_EDIT);
+            break;
+        case NoteAction::EditTitle:
+            EditCaption();
+            break;
+        case NoteAction::Alarm:
+            command(IDM_ALARM);
+            break;
+        case NoteAction::SwapStrip:
+            swapStrip();
+            break;
+        case NoteAction::StopRinging:
+            SoundStop();
+            break;
+        case NoteAction::NextNote:
+            goToNote(1);
+            break;
+        case NoteAction::PreviousNote:
+            goToNote(-1);
+            break;
+        case NoteAction::MoveLeft:
+            moveStep(-1, 0);
+            break;
+        case NoteAction::MoveUp:
+            moveStep(0, -1);
+            break;
+        case NoteAction::MoveRight:
+            moveStep(1, 0);
+            break;
+        case NoteAction::MoveDown:
+            moveStep(0, 1);
+            break;
+    }
+    return true;
+}
+
+void fpost::goToNote(int step) {
+    const std::vector<fpost*>& notes = *host->Notes;
+    const int count = static_cast<int>(notes.size());
+    int at = number - 1;
+    for (int seen = 1; seen < count; ++seen) {
+        at = (at + step + count) % count;
+        fpost* const note = notes[static_cast<std::size_t>(at)];
+        if (!note->visible()) continue;
+        note->show(true);
+        return;
     }
 }
 

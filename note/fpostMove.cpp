@@ -4,7 +4,6 @@
 
 #include "note/ResizeRules.h"
 #include "note/bas_GetWorkArea.h"
-#include "note/bas_HookEasyMove.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
 
@@ -14,11 +13,16 @@ constexpr float kGripStep = 15;      // twips a round of the press-and-hold loop
 constexpr float kGripPause = 0.01F;  // seconds between two rounds
 constexpr float kKeyStep = 30;       // twips an arrow key
 constexpr float kWideKeyStep = 180;  // with Ctrl
+constexpr Twips kMoveStep{120};      // an arrow key that moves; larger than what snaps, to get free again
 
 /// Waits while the windows answer their events. False when the program is to end.
 bool Pause(float Seconds) {
     constexpr float kMsPerSecond = 1000;
     return pumpFor(static_cast<DWORD>(std::lround(Seconds * kMsPerSecond)));
+}
+
+PxRect shifted(const PxRect& rect, int x, int y) {
+    return {rect.left + x, rect.top + y, rect.right + x, rect.bottom + y};
 }
 
 /// Whether a mouse button is down at this moment, wherever the pointer is and whoever got the message.
@@ -52,6 +56,10 @@ void fpost::DragWindow() {
     const PxRect after = windowRect();
     // A click alone stores nothing: a note shown elsewhere because its monitor is away keeps its real place.
     if (after.left == before.left && after.top == before.top) return;
+    storePlace();
+}
+
+void fpost::storePlace() {
     record.x = Left();
     record.y = Top();
     if (host->store->UseRegistry) host->store->storeCount(static_cast<int>(host->Notes->size()));
@@ -73,14 +81,49 @@ void fpost::runMoveLoop() {
         drag();
         return;
     }
+    const MoveHook hook(window, alignAll ? MoveHook::Kind::AlignedMove : MoveHook::Kind::EasyMove,
+                        snapDesk());
+    drag();
+}
+
+MoveHook::Desk fpost::snapDesk() const {
     MoveHook::Desk desk;
-    desk.easyAlign = easyAlign;
+    desk.easyAlign = host->settings->EasyAlign;
     desk.leastWidth = host->look->px(design::kMinWidth);
     desk.leastHeight = host->look->px(record.iconized ? kIconizedHeight : design::kMinHeight);
     desk.others = [this] { return otherVisibleNotes(); };
-    const MoveHook hook(window, alignAll ? MoveHook::Kind::AlignedMove : MoveHook::Kind::EasyMove,
-                        std::move(desk));
-    drag();
+    return desk;
+}
+
+void fpost::moveStep(int columns, int rows) {
+    const PxRect from = windowRect();
+    const int step = host->look->px(kMoveStep);
+    PxRect to = shifted(from, columns * step, rows * step);
+    if (host->settings->EasyAlign) {
+        // Pixel by pixel, so that no edge is stepped over; those that hold the note now let it go.
+        const MoveHook hook(hwnd, MoveHook::Kind::EasyMove, snapDesk());
+        bool caught = false;
+        for (int way = kSnapTolerance + 1; way <= step && !caught; ++way) {
+            const PxRect wanted = shifted(from, columns * way, rows * way);
+            RECT moving{wanted.left, wanted.top, wanted.right, wanted.bottom};
+            SendMessageW(hwnd, WM_MOVING, 0, reinterpret_cast<LPARAM>(&moving));
+            to = pxRect(moving);
+            caught = to.left != wanted.left || to.top != wanted.top;
+        }
+    }
+    const int strip = host->look->px(design::kStripHeight);
+    if (!isOnScreen({to.left, to.top, to.left + from.width(), to.top + strip})) return;
+    if (to.left == from.left && to.top == from.top) return;
+    SetWindowPos(hwnd, nullptr, to.left, to.top, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    record.x = Left();
+    record.y = Top();
+    movedByKeys = true;
+}
+
+void fpost::endKeyMove() {
+    // Once for the whole way, however long the key was held.
+    if (std::exchange(movedByKeys, false) && !beingDeleted) storePlace();
 }
 
 std::vector<PxRect> fpost::otherVisibleNotes() const {
@@ -181,6 +224,7 @@ bool fpost::resizeKey(WPARAM key) {
             ResizeHeight(key == VK_UP ? -step : step);
             break;
         case VK_RETURN:
+        case VK_ESCAPE:
             setResizeMode(false);
             return true;
         default:

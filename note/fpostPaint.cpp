@@ -7,6 +7,7 @@
 namespace {
 
 constexpr int kStripLinePercent = 22;  // the line under the title
+constexpr int kActivePercent = 100;    // that line and the frame, where the keyboard is
 constexpr int kPicturePercent = 70;
 
 // Sizes of the pictures in twips.
@@ -119,7 +120,8 @@ void fpost::paintFrame() {
     RECT rect{};
     GetWindowRect(hwnd, &rect);
     OffsetRect(&rect, -rect.left, -rect.top);
-    const UniqueBrush line(CreateSolidBrush(frameColor(shownBack)));
+    const UniqueBrush line(
+        CreateSolidBrush(active ? shaded(shownBack, kActivePercent) : frameColor(shownBack)));
     for (int i = host->look->px(design::kBorder); i > 0; --i) {
         FrameRect(dc, &rect, line.get());
         InflateRect(&rect, -1, -1);
@@ -127,15 +129,27 @@ void fpost::paintFrame() {
     ReleaseDC(hwnd, dc);
 }
 
-void fpost::paint() {
-    PAINTSTRUCT area{};
-    const HDC dc = BeginPaint(hwnd, &area);
-    FillRect(dc, &area.rcPaint, backBrush.get());
+void fpost::showActive(bool on) {
+    active = on;
+    paintFrame();
+    const RECT line = lineUnderTitle();
+    InvalidateRect(hwnd, &line, FALSE);
+}
+
+RECT fpost::lineUnderTitle() const {
     RECT line{};
     GetClientRect(hwnd, &line);
     line.top = host->look->px(design::kStripHeight);
     line.bottom = line.top + host->look->px(design::kBorder);
-    const UniqueBrush brush(CreateSolidBrush(shaded(shownBack, kStripLinePercent)));
+    return line;
+}
+
+void fpost::paint() {
+    PAINTSTRUCT area{};
+    const HDC dc = BeginPaint(hwnd, &area);
+    FillRect(dc, &area.rcPaint, backBrush.get());
+    const RECT line = lineUnderTitle();
+    const UniqueBrush brush(CreateSolidBrush(shaded(shownBack, active ? kActivePercent : kStripLinePercent)));
     FillRect(dc, &line, brush.get());
     EndPaint(hwnd, &area);
 }

@@ -235,8 +235,11 @@ def test_outside_the_resize_mode_the_arrows_do_nothing(desk, hand):
     note = hand.run().note()
     note.activate()
     before = hand.store.raw()
-    desk.key("Left", "ctrl+Down", "Return")
+    desk.key("Left", "Down", "Return")
     assert still(hand, note) == (200, 150) and hand.store.raw() == before
+    desk.key("ctrl+Down", "ctrl+Right")  # they move it
+    assert still(hand, note) == (200, 150)
+    assert (hand.stored("width"), hand.stored("height")) == (3000, 2250)
 
 
 def test_up_and_down_do_nothing_to_an_iconized_note(desk, hand):
@@ -258,6 +261,7 @@ def click_the_grip(hand, note):
 
 LEAVING = {
     "Enter": lambda hand, note: hand.desk.key("Return"),
+    "Esc": lambda hand, note: hand.desk.key("Escape"),
     "a click on the title": lambda hand, note: note.click("lbl", 100),
     "a click on the text": lambda hand, note: note.click("nota"),
     "the menu": lambda hand, note: hand.menu(note, "Resize"),

@@ -1,0 +1,71 @@
+#include "note/NoteKeys.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+constexpr unsigned kTab = 0x09;
+constexpr unsigned kEscape = 0x1B;
+constexpr unsigned kSpace = 0x20;
+constexpr unsigned kLeft = 0x25;
+constexpr unsigned kUp = 0x26;
+constexpr unsigned kRight = 0x27;
+constexpr unsigned kDown = 0x28;
+constexpr unsigned kDelete = 0x2E;
+constexpr unsigned kMenuKey = 0x5D;
+constexpr unsigned kF2 = 0x71;
+constexpr unsigned kF4 = 0x73;
+constexpr unsigned kF6 = 0x75;
+
+// Exactly what is held: AltGr is Ctrl+Alt and types letters on many keyboards.
+enum class Held : unsigned char { Nothing, Shift, Ctrl, CtrlShift, Any };
+
+enum class When : unsigned char { Always, NotEditing, Ringing };
+
+struct Row {
+    unsigned key;
+    Held held;
+    When when;
+    NoteAction action;
+};
+
+constexpr Row kRows[] = {
+    {kDelete, Held::Nothing, When::NotEditing, NoteAction::Delete},
+    {'N', Held::Ctrl, When::Always, NoteAction::New},
+    {kMenuKey, Held::Any, When::Always, NoteAction::Menu},
+    {kF2, Held::Nothing, When::Always, NoteAction::Edit},
+    {kF2, Held::Shift, When::Always, NoteAction::EditTitle},
+    {kF4, Held::Nothing, When::Always, NoteAction::Alarm},
+    {kF4, Held::Shift, When::Always, NoteAction::SwapStrip},
+    {kEscape, Held::Nothing, When::Ringing, NoteAction::StopRinging},
+    {kSpace, Held::Nothing, When::Ringing, NoteAction::StopRinging},
+    {kF6, Held::Nothing, When::Always, NoteAction::NextNote},
+    {kF6, Held::Shift, When::Always, NoteAction::PreviousNote},
+    {kTab, Held::Ctrl, When::Always, NoteAction::NextNote},
+    {kTab, Held::CtrlShift, When::Always, NoteAction::PreviousNote},
+    {kLeft, Held::Ctrl, When::NotEditing, NoteAction::MoveLeft},
+    {kUp, Held::Ctrl, When::NotEditing, NoteAction::MoveUp},
+    {kRight, Held::Ctrl, When::NotEditing, NoteAction::MoveRight},
+    {kDown, Held::Ctrl, When::NotEditing, NoteAction::MoveDown},
+};
+
+bool fits(Held held, const NoteKey& pressed) {
+    if (held == Held::Any) return true;
+    const bool shift = held == Held::Shift || held == Held::CtrlShift;
+    const bool control = held == Held::Ctrl || held == Held::CtrlShift;
+    return pressed.shift == shift && pressed.control == control && !pressed.alt;
+}
+
+bool fits(When when, const NoteKeyInput& input) {
+    return when == When::Always || (!input.editing && (when == When::NotEditing || input.ringing));
+}
+
+}  // namespace
+
+NoteAction noteAction(const NoteKey& pressed, const NoteKeyInput& input) {
+    const auto* const row = std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& r) {
+        return r.key == pressed.key && fits(r.held, pressed) && fits(r.when, input);
+    });
+    return row == std::end(kRows) ? NoteAction::None : row->action;
+}

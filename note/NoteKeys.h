@@ -1,0 +1,36 @@
+// What a key does on a note, outside the resize mode: one row a key.
+#pragma once
+
+/// A key that went down, with what was held. The numbers of the keys are Windows' own.
+struct NoteKey {
+    unsigned key = 0;
+    bool shift = false;
+    bool control = false;
+    bool alt = false;
+};
+
+/// What the answer depends on.
+struct NoteKeyInput {
+    bool editing = false;  ///< title or text: its editor has the first say on letters, arrows and Esc
+    bool ringing = false;
+};
+
+enum class NoteAction : unsigned char {
+    None,
+    Delete,
+    New,
+    Menu,
+    Edit,       ///< the text; on a note that is shrunk to its title, the title
+    EditTitle,  ///< the title, also on a normal note
+    Alarm,
+    SwapStrip,  ///< the time strip shows when it rings instead of the time left, or the other way round
+    StopRinging,
+    NextNote,
+    PreviousNote,
+    MoveLeft,
+    MoveUp,
+    MoveRight,
+    MoveDown,
+};
+
+NoteAction noteAction(const NoteKey& pressed, const NoteKeyInput& input);
