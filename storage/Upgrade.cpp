@@ -1,6 +1,7 @@
 #include "storage/Upgrade.h"
 
 #include <array>
+#include <cmath>
 #include <optional>
 
 namespace {
@@ -51,7 +52,7 @@ std::uint64_t recordsIn(std::uint64_t length, std::size_t recordLength) {
 
 struct StoredHeader {
     bool existed = false;
-    bool whole = false;  ///< all of its bytes could be read
+    bool whole = false;  ///< all of its bytes could be read, and the version is a number
     DataHeader header;
 };
 
@@ -59,26 +60,37 @@ StoredHeader storedHeader(const Files& files) {
     StoredHeader stored;
     const ReadResult read = files.read(kHeaderFile, 0, kHeaderLength);
     stored.existed = read.status != IoStatus::Absent;
-    stored.whole = read.status == IoStatus::Done && decodeHeader(read.bytes, stored.header);
+    stored.whole = read.status == IoStatus::Done && decodeHeader(read.bytes, stored.header) &&
+                   std::isfinite(stored.header.version);
     return stored;
 }
 
+/// Whether the header claims the present layout over records of an old one, whose new form has `freshBytes`.
+/// The two are told apart by the file's length or, where that fits both, by the number of notes.
+bool isOldUnderNewHeader(const DataHeader& header, std::uint64_t bytes, const OldLayout& layout,
+                         std::uint64_t freshBytes) {
+    const std::uint64_t records = recordsIn(bytes, layout.recordLength);
+    if (layoutOf(header.version) != nullptr || records * kRecordLength != freshBytes) return false;
+    return bytes % kRecordLength != 0 || header.count == static_cast<std::int64_t>(records);
+}
+
 /// The last step of an upgrade that was interrupted before it: the new file is complete beside the old one,
-/// or the only one. False when it could not be done.
-bool finishInterrupted(const DataFiles& data, const StoredHeader& stored) {
+/// or the only one. NotNeeded: there was no such upgrade.
+Upgraded finishInterrupted(const DataFiles& data, StoredHeader& stored) {
     const LengthResult old = data.files.length(kNoteFile);
-    if (old.status == IoStatus::Failed) return false;
+    if (old.status == IoStatus::Failed) return Upgraded::Failed;
     for (const OldLayout& layout : kOldLayouts) {
         const LengthResult fresh = data.files.length(layout.temporaryFile);
         if (fresh.status != IoStatus::Done || fresh.bytes % kRecordLength != 0) continue;
         const bool only = old.status == IoStatus::Absent && stored.existed;
-        // The header claims the new layout already, the file still has the old one.
-        const bool beside = stored.whole && layoutOf(stored.header.version) == nullptr &&
-                            old.bytes % kRecordLength != 0 &&
-                            recordsIn(old.bytes, layout.recordLength) * kRecordLength == fresh.bytes;
-        if (only || beside) return data.files.rename(layout.temporaryFile, kNoteFile);
+        const bool beside =
+            stored.whole && isOldUnderNewHeader(stored.header, old.bytes, layout, fresh.bytes);
+        if (!only && !beside) continue;
+        if (!data.files.rename(layout.temporaryFile, kNoteFile)) return Upgraded::Failed;
+        if (stored.whole && !data.WriteHeader(stored.header)) return Upgraded::Failed;
+        return Upgraded::Done;
     }
-    return true;
+    return Upgraded::NotNeeded;
 }
 
 Upgraded convert(const DataFiles& data, DataHeader header, const OldLayout& layout) {
@@ -95,7 +107,8 @@ Upgraded convert(const DataFiles& data, DataHeader header, const OldLayout& layo
 
 Upgraded UpgradeDataFiles(const DataFiles& data) {
     StoredHeader stored = storedHeader(data.files);
-    if (!finishInterrupted(data, stored)) return Upgraded::Failed;
+    const Upgraded finished = finishInterrupted(data, stored);
+    if (finished != Upgraded::NotNeeded) return finished;
     const LengthResult length = data.files.length(kNoteFile);
     if (length.status == IoStatus::Failed) return Upgraded::Failed;
 
@@ -107,8 +120,12 @@ Upgraded UpgradeDataFiles(const DataFiles& data) {
         stored.header.count = static_cast<std::int32_t>(recordsIn(length.bytes, layout->recordLength));
         return convert(data, stored.header, *layout);
     }
-    // A header that could not be read whole says nothing; taking it for an old one would destroy the notes.
-    if (!stored.whole) return Upgraded::NotNeeded;
+    if (!stored.whole) {
+        // It says nothing: taking it for an old one would destroy present notes. Records that can only be old
+        // ones would be read, and written over, as something else.
+        const bool old = length.bytes % kRecordLength != 0 && layoutOfLength(length.bytes) != nullptr;
+        return old ? Upgraded::Failed : Upgraded::NotNeeded;
+    }
     const OldLayout* const layout = layoutOf(stored.header.version);
     if (layout == nullptr) return Upgraded::NotNeeded;
     const bool present = length.status == IoStatus::Absent ||

@@ -10,6 +10,7 @@ enum class Upgraded {
 };
 
 /// Rewrites KARDEL.DAT when the header says that an older release wrote it, through a temporary file that is
-/// put in place in one step; finishes an upgrade that was interrupted. MEMO is never touched. Nothing is
+/// put in place in one step; finishes an upgrade that was interrupted. Where there is no header, the length
+/// tells the layout; beside one that cannot be read, nothing is rewritten. MEMO is never touched. Nothing is
 /// created where there are no files.
 Upgraded UpgradeDataFiles(const DataFiles& data);

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 #include "tests/storage/Samples.h"
 
 namespace {
@@ -51,9 +54,16 @@ struct Layout {
     std::size_t length;
     TextView temporary;
 };
-constexpr Layout kLayouts[] = {{0.5F, 195, u"KARDEL121.DAT"},  {1.2099F, 195, u"KARDEL121.DAT"},
-                               {1.21F, 197, u"KARDEL122.DAT"}, {1.2199F, 197, u"KARDEL122.DAT"},
-                               {1.22F, 201, u"KARDEL125.DAT"}, {1.2499F, 201, u"KARDEL125.DAT"}};
+/// The last version below a limit.
+float below(float limit) {
+    return std::nextafter(limit, 0.0F);
+}
+
+const Layout kLayouts[] = {
+    {-1.0F, 195, u"KARDEL121.DAT"},   {0.0F, 195, u"KARDEL121.DAT"},         {0.5F, 195, u"KARDEL121.DAT"},
+    {1.2099F, 195, u"KARDEL121.DAT"}, {below(1.21F), 195, u"KARDEL121.DAT"}, {1.21F, 197, u"KARDEL122.DAT"},
+    {1.2199F, 197, u"KARDEL122.DAT"}, {below(1.22F), 197, u"KARDEL122.DAT"}, {1.22F, 201, u"KARDEL125.DAT"},
+    {1.2499F, 201, u"KARDEL125.DAT"}, {below(1.25F), 201, u"KARDEL125.DAT"}};
 
 TEST(UpgradeDataFiles, RewritesEveryOlderLayoutByteForByte) {
     for (const Layout& layout : kLayouts) {
@@ -93,8 +103,10 @@ TEST(UpgradeDataFiles, FileOfNoRecordsStaysEmptyAndGetsItsHeader) {
     OldFiles old;
     old.seed(1.2F, 195, 0);
     EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+    EXPECT_TRUE(old.has(kNoteFile));
     EXPECT_EQ(old.file(kNoteFile), "");
     EXPECT_EQ(old.file(kHeaderFile), encodeHeader({0, 0, kProgramVersion}));
+    EXPECT_FALSE(old.has(u"KARDEL121.DAT"));
 }
 
 TEST(UpgradeDataFiles, CreatesNothingWhereThereIsNothing) {
@@ -117,6 +129,20 @@ TEST(UpgradeDataFiles, HeaderThatCannotBeReadIsNoOldVersion) {
     files.folder.locked.insert(Text(kHeaderFile));
     EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
     EXPECT_EQ(files.folder.content, before);
+}
+
+TEST(UpgradeDataFiles, OldRecordsUnderAHeaderThatSaysNothingAreLeftAlone) {
+    for (const std::size_t length : {std::size_t{195}, std::size_t{197}, std::size_t{201}}) {
+        const std::string noNumber = encodeHeader({4, 0, std::numeric_limits<float>::quiet_NaN()});
+        for (const std::string& header : {std::string(), std::string("\4\0\0\0\0", 5), noNumber}) {
+            OldFiles old;
+            old.seed(1.0F, length, 4);
+            old.file(kHeaderFile) = header;
+            const auto before = old.folder.content;
+            EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Failed);
+            EXPECT_EQ(old.folder.content, before);
+        }
+    }
 }
 
 TEST(UpgradeDataFiles, PresentRecordsUnderAnOldHeaderStayAsTheyAre) {
@@ -175,6 +201,36 @@ TEST(UpgradeDataFiles, EndedAtAnyChangeTheNextStartFinishesIt) {
     }
 }
 
+TEST(UpgradeDataFiles, HeaderRewrittenOverALengthThatFitsBothLayoutsIsSeenByItsCount) {
+    constexpr int kNotes = 43;  // as long as 39 present records
+    OldFiles old;
+    old.seed(1.2F, 195, kNotes);
+    ASSERT_EQ(old.file(kNoteFile).size() % kRecordLength, 0U);
+    old.file(kHeaderFile) = encodeHeader({kNotes, 0, kProgramVersion});
+    old.file(u"KARDEL121.DAT") = OldFiles::expected(195, kNotes);
+    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+    EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(195, kNotes));
+
+    OldFiles present;
+    present.seed(1.28F, kRecordLength, 39);
+    present.file(u"KARDEL121.DAT") = OldFiles::expected(195, kNotes);
+    const std::string before = present.file(kNoteFile);
+    EXPECT_EQ(UpgradeDataFiles(present.data), Upgraded::NotNeeded);
+    EXPECT_EQ(present.file(kNoteFile), before);
+}
+
+TEST(UpgradeDataFiles, NewFileAloneUnderAnOldHeaderIsPutInPlaceOnce) {
+    OldFiles old;
+    old.seed(1.2F, 195, 39);
+    old.folder.content.erase(Text(kNoteFile));
+    old.file(u"KARDEL121.DAT") = OldFiles::expected(195, 39);  // as long as 43 old records
+    for (const Upgraded wanted : {Upgraded::Done, Upgraded::NotNeeded}) {
+        EXPECT_EQ(UpgradeDataFiles(old.data), wanted);
+        EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(195, 39));
+        EXPECT_EQ(old.file(kHeaderFile), encodeHeader({39, 0, kProgramVersion}));
+    }
+}
+
 TEST(UpgradeDataFiles, LongerStaleTemporaryFileLeavesNothingBehind) {
     OldFiles old;
     old.seed(1.2F, 195, 2);
@@ -190,6 +246,15 @@ TEST(UpgradeDataFiles, StaleTemporaryFileNeverReplacesPresentNotes) {
     const std::string before = files.file(kNoteFile);
     EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
     EXPECT_EQ(files.file(kNoteFile), before);
+}
+
+TEST(UpgradeDataFiles, RecordsThatCannotBeReadNowAreLeftAlone) {
+    OldFiles old;
+    old.seed(1.22F, 201, 3);
+    const auto before = old.folder.content;
+    old.folder.locked.insert(Text(kNoteFile));
+    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Failed);
+    EXPECT_EQ(old.folder.content, before);
 }
 
 TEST(UpgradeDataFiles, FailedChangeLeavesTheNotesReadable) {
