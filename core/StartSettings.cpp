@@ -144,7 +144,7 @@ StartState settleStart(NoteStore& store, GlobalSettings& settings, const StartQu
 
     store.UseRegistry = settings.UseRegistry;
     if (store.UseRegistry) {
-        state.Count = std::max(storedCount(stored), 1);
+        state.Count = store.resumeRemoval(std::max(storedCount(stored), 1));
     } else {
         state.Count = fileCount(store, headerRead);
         importOnce(store, state, questions);

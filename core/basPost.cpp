@@ -172,12 +172,9 @@ void basPost::storeOwedFlags() {
 // --- Start ------------------------------------------------------------------------------------------------
 
 bool basPost::LoadNotes(int count) {
-    std::vector<NoteRecord> stored(static_cast<std::size_t>(count));
-    for (std::size_t i = 0; i < stored.size(); ++i)
-        store.load(static_cast<int>(i) + 1, stored[i], settings);
-    store.dropDouble(stored, settings);
-    for (const NoteRecord& record : stored) {
-        const int number = Count() + 1;
+    for (int number = 1; number <= count; ++number) {
+        NoteRecord record;
+        store.load(number, record, settings);
         fpost* const note = fpost::open(host, tray.hwnd, number, record);
         if (note == nullptr) {
             MsgBoxExt(u"Windows has no room for all notes now. Close some programs and start Kardel again.",
@@ -189,6 +186,7 @@ bool basPost::LoadNotes(int count) {
         note->ArmAfterLoad();
         if (!note->Closed()) note->show(false);
     }
+    store.finishRemovals(records(), settings);
     finishDraft();
     AllHidden = everyNoteClosed();
     AllIconized = everyNoteIconized();

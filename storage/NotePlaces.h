@@ -1,7 +1,10 @@
 // Where a store keeps which note.
 #pragma once
 
+#include <optional>
 #include <vector>
+
+#include "support/Text.h"
 
 /// Where a store keeps the notes. Usually note n stands at place n, which is a section or a record. A removal
 /// that the store refused leaves a place that holds no note any more: the later ones stand further on.
@@ -16,3 +19,10 @@ struct NotePlaces {
     void remove(int number, int left);
     void settled();
 };
+
+/// The places as the registry keeps them while a removal is under way: first the number of notes that it
+/// counts, then the place of each note that stays.
+Text placesText(const NotePlaces& places, int counted);
+/// None unless the text is such a list and belongs to a registry that counts `counted` notes: as many as when
+/// it was written, or just those that stay.
+std::optional<NotePlaces> parsePlaces(TextView text, int counted);

@@ -16,6 +16,7 @@ constexpr TextView kSettingSection = u"setting";
 constexpr TextView kCountKey = u"count";
 constexpr TextView kUseRegistryKey = u"UseRegistry";
 constexpr TextView kImportedKey = u"ImportDAT";
+constexpr TextView kPlacesKey = u"places";  ///< only while a removal is under way
 
 std::vector<NoteField> allFields() {
     std::vector<NoteField> fields;
@@ -24,9 +25,14 @@ std::vector<NoteField> allFields() {
     return fields;
 }
 
+int storedCount(const Settings& settings) {
+    return leadingInt32(settingOr(settings, kSettingSection, kCountKey, u""));
+}
+
 /// Note by note, so that each one is whole in at least one section at every instant: the section that a note
-/// moves into holds a removed note or one that stands in the section before already. A note that cannot be
-/// moved ends it there, as the next step would take that note's only section.
+/// moves into holds a removed note or one that stands in the section before already. The registry is told
+/// where each note stands before its former section is written over, so that a start can go on with it. A
+/// note that cannot be moved ends it there, as the next step would take that note's only section.
 bool moveSections(const RegistryStore& registry, std::span<NoteRecord* const> notes, NotePlaces& places) {
     const int left = static_cast<int>(notes.size());
     const auto noteAt = [notes](int at) -> const NoteRecord& {
@@ -38,14 +44,22 @@ bool moveSections(const RegistryStore& registry, std::span<NoteRecord* const> no
             return false;
     }
     places.name(left);
+    const int counted = storedCount(registry.settings);
+    const auto tell = [&](const NotePlaces& known) {
+        return saveSetting(registry.settings, kSettingSection, kPlacesKey, placesText(known, counted));
+    };
+    bool told = false;
     for (int to = 1; to <= left; ++to) {
-        const int from = places.of(to);
-        if (from == to) continue;
-        const bool moved = noteAt(to).readOnly
-                               ? registry.copySection(from, to)
-                               : registry.removeNote(to) && registry.SaveNoteToRegistry(to, noteAt(to));
-        if (!moved) return false;
-        places.moved[static_cast<std::size_t>(to - 1)] = to;
+        if (places.of(to) == to) continue;
+        told = told || tell(places);
+        const bool moved = told && (noteAt(to).readOnly ? registry.copySection(places.of(to), to)
+                                                        : registry.removeNote(to) &&
+                                                              registry.SaveNoteToRegistry(to, noteAt(to)));
+        NotePlaces next = places;
+        next.moved[static_cast<std::size_t>(to - 1)] = to;
+        // Not told, the note goes on in its former section: there the next start would look for it.
+        if (!moved || !tell(next)) return false;
+        places = next;
     }
     places.moved.clear();
     return true;
@@ -57,24 +71,9 @@ bool makeSectionsDense(const RegistryStore& registry, std::span<NoteRecord* cons
     const int left = static_cast<int>(notes.size());
     // While the count is the old one, the last section must stand: it would come back as an empty note.
     if (!registry.settings.set(kSettingSection, settingValues(settings, left, useRegistry))) return false;
+    if (!dropSetting(registry.settings, kSettingSection, kPlacesKey)) return false;
     const bool removed = registry.removeNote(left + 1);
     return registry.removeBeyond(left) && removed;
-}
-
-/// A note that stands in the store, unlike the empty one that a missing section is read as.
-bool holdsSomething(const NoteRecord& note) {
-    NoteRecord empty;
-    empty.width = note.width;
-    empty.height = note.height;
-    return note != empty;
-}
-
-/// Whether a section is the copy of the one before it.
-bool isDouble(const NoteRecord& one, NoteRecord other) {
-    if (one.readOnly || other.readOnly || !holdsSomething(one)) return false;
-    // A section written anew loses the kind that a weekly rule had before.
-    if (one.alarmweekday >= 1 && one.interval.empty()) other.interval.clear();
-    return one == other;
 }
 
 // --- Whole copies ----------------------------------------------------------------------------------------
@@ -279,20 +278,20 @@ bool NoteStore::settleSections(std::span<NoteRecord* const> notes, const GlobalS
     return done;
 }
 
-void NoteStore::dropDouble(std::vector<NoteRecord>& notes, const GlobalSettings& settings) {
-    if (!UseRegistry) return;
-    const auto first = std::adjacent_find(notes.begin(), notes.end(), isDouble);
-    if (first == notes.end() || std::adjacent_find(first + 1, notes.end(), isDouble) != notes.end()) return;
-    const auto second = notes.erase(first + 1);
-    std::vector<NoteRecord*> remaining;
-    remaining.reserve(notes.size());
-    for (NoteRecord& note : notes)
-        remaining.push_back(&note);
-    remove(static_cast<int>(second - notes.begin()) + 1, remaining, settings);
+int NoteStore::resumeRemoval(int count) {
+    if (!UseRegistry) return count;
+    const Text stored = settingOr(registry.settings, kSettingSection, kPlacesKey, u"");
+    const std::optional<NotePlaces> places = parsePlaces(stored, count);
+    if (!places) return count;
+    sectionPlaces = *places;
+    return static_cast<int>(places->moved.size());
 }
 
 bool NoteStore::storeCount(int count) {
     if (!UseRegistry && !switchPending) return true;
+    // The note that is new is none of those whose places the registry was told.
+    if (sectionPlaces.unfinished && !dropSetting(registry.settings, kSettingSection, kPlacesKey))
+        return false;
     const int last = count > 0 ? sectionPlaces.of(count) : 0;
     return saveSetting(registry.settings, kSettingSection, kCountKey, decimal(last));
 }

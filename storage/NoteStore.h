@@ -46,11 +46,10 @@ struct NoteStore {
     /// Goes on with the removals that the store refused. `notes` are all there are.
     void finishRemovals(std::span<NoteRecord* const> notes, const GlobalSettings& settings);
 
-    /// Takes the second one of a note that the registry holds twice out of store and list. `notes` are the
-    /// notes just loaded, in their order. A removal that ended half-way leaves exactly one note twice, side
-    /// by side and alike in every field, its place on the screen included. Three alike, or two that lie
-    /// apart, are the user's.
-    void dropDouble(std::vector<NoteRecord>& notes, const GlobalSettings& settings);
+    /// Registry only: takes up a removal that the last run did not live to end. Answers the number of notes
+    /// that stay, out of the `count` that the registry says; `finishRemovals` does the rest once they are
+    /// loaded.
+    int resumeRemoval(int count);
 
     /// Registry only: stores "count"; the files keep theirs in the header.
     bool storeCount(int count);

@@ -22,16 +22,9 @@ KeyText valueOf(const RegistryStore& store, const NoteRecord& record, NoteField 
     return {store.keyOf(field), rowOf(field).write(record)};
 }
 
-/// Removes a value that reads back as something.
-bool dropValue(const Settings& settings, TextView section, TextView key) {
-    const SettingResult stored = settings.get(section, key);
-    if (stored.status == IoStatus::Failed) return false;
-    return stored.text.empty() || settings.removeValue(section, key);
-}
-
 bool dropPatternValues(const Settings& settings, TextView section) {
-    const bool day = dropValue(settings, section, rowOf(NoteField::AlarmDay).key);
-    const bool dayMonth = dropValue(settings, section, rowOf(NoteField::AlarmDayMonth).key);
+    const bool day = dropSetting(settings, section, rowOf(NoteField::AlarmDay).key);
+    const bool dayMonth = dropSetting(settings, section, rowOf(NoteField::AlarmDayMonth).key);
     return day && dayMonth;
 }
 
@@ -117,7 +110,7 @@ bool RegistryStore::set(int number, const NoteRecord& record, std::span<const No
         }
         const bool patternDay = field == NoteField::AlarmDay || field == NoteField::AlarmDayMonth;
         if (patternDay && value.second.empty()) {
-            done = dropValue(settings, section, value.first) && done;
+            done = dropSetting(settings, section, value.first) && done;
             continue;
         }
         values.push_back(std::move(value));

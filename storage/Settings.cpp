@@ -9,3 +9,9 @@ bool saveSetting(const Settings& settings, TextView section, TextView key, const
     const KeyText value{Text(key), text};
     return settings.set(section, std::span(&value, 1));
 }
+
+bool dropSetting(const Settings& settings, TextView section, TextView key) {
+    const SettingResult stored = settings.get(section, key);
+    if (stored.status == IoStatus::Failed) return false;
+    return stored.text.empty() || settings.removeValue(section, key);
+}

@@ -42,5 +42,8 @@ Text settingOr(const Settings& settings, TextView section, TextView key, TextVie
 /// Writes one value.
 bool saveSetting(const Settings& settings, TextView section, TextView key, const Text& text);
 
+/// Removes a value that reads back as something.
+bool dropSetting(const Settings& settings, TextView section, TextView key);
+
 /// The settings of the user who runs the program, application "Kardel".
 Settings userSettings();

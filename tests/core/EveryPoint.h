@@ -80,6 +80,7 @@ struct Program {
         notes.resize(static_cast<std::size_t>(state.Count));
         for (std::size_t i = 0; i < notes.size(); ++i)
             store.load(static_cast<int>(i) + 1, notes[i], settings);
+        store.finishRemovals(pointersTo(notes), settings);
     }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;

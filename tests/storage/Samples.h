@@ -138,7 +138,8 @@ struct Desk {
     }
 
     std::vector<NoteRecord> loadAll() {
-        std::vector<NoteRecord> notes(static_cast<std::size_t>(std::clamp(count(), 0, kMaxNotes)));
+        const int found = store.resumeRemoval(std::clamp(count(), 0, kMaxNotes));
+        std::vector<NoteRecord> notes(static_cast<std::size_t>(found));
         for (std::size_t i = 0; i < notes.size(); ++i)
             store.load(static_cast<int>(i) + 1, notes[i], global);
         return notes;

@@ -197,11 +197,16 @@ TEST_P(NoteRemoval, UntilItIsFinishedNoNewNoteTakesAPlaceThatTheNextStartDoesNot
     EXPECT_EQ(storedTitles(*desk).front(), u"n2");
 }
 
-TEST(NoteRemovalRegistry, AStartShowsOnceWhatAnEndedDeletionLeftTwice) {
-    const NoteRecord twice = plainNote(u"twice");
-    TestNotes desk(true, {plainNote(u"first", 3000, 3000), twice, twice, plainNote(u"last", 6000, 6000)});
-    EXPECT_EQ(desk.desk->titles(), (std::vector<Text>{u"first", u"twice", u"last"}));
+TEST(NoteRemovalRegistry, AStartEndsADeletionThatWasKilledHalfWay) {
+    TestNotes desk(true, {plainNote(u"first", 3000, 3000), plainNote(u"gone"), plainNote(u"third"),
+                          plainNote(u"last", 6000, 6000)});
+    desk.registry.put(u"setting", u"places", u"4 1 3 4");
+    desk.registry.put(u"kardel-2", u"Titolo", u"third, as far as it came");
+    desk.killAndRestart();
+    EXPECT_EQ(desk.desk->titles(), (std::vector<Text>{u"first", u"third", u"last"}));
+    EXPECT_EQ(desk.registry.text(u"kardel-2", u"Titolo"), u"third");
     EXPECT_EQ(desk.registry.text(u"kardel-3", u"Titolo"), u"last");
+    EXPECT_EQ(desk.registry.find(u"kardel-4"), nullptr);
     EXPECT_EQ(desk.registry.text(u"setting", u"count"), u"3");
     EXPECT_EQ(desk.desk->NoteSlots[2], &desk.note(3));
 }

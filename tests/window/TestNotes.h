@@ -37,7 +37,7 @@ struct TestNotes {
     void killAndRestart() {
         const bool useRegistry = desk->store.UseRegistry;
         const GlobalSettings settings = desk->settings;
-        const int count = desk->Count();
+        int count = desk->Count();
         {
             const std::map<Text, std::string> files = folder.content;
             const std::vector<MemorySettings::Section> sections = registry.content;
@@ -47,6 +47,7 @@ struct TestNotes {
         }
         desk = std::make_unique<basPost>();
         prepare(useRegistry, settings);
+        count = desk->store.resumeRemoval(count);
         open(count);
     }
 
