@@ -10,7 +10,7 @@ import pytest
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
-from kardel_desk import ClockUnavailable, Desk  # noqa: E402
+from kardel_desk import Desk, Unavailable  # noqa: E402
 from kardel_desk.one_note import Hand  # noqa: E402
 from kardel_desk.paths import FAILURES, program  # noqa: E402
 from kardel_desk.stores import KINDS  # noqa: E402
@@ -60,7 +60,7 @@ def hand(request, desk) -> Hand:
 def pytest_runtest_makereport(item, call):
     outcome = yield
     report = outcome.get_result()
-    if call.excinfo is not None and call.excinfo.errisinstance(ClockUnavailable):
+    if call.excinfo is not None and call.excinfo.errisinstance(Unavailable):
         report.outcome = "skipped"
         report.longrepr = (str(item.path), item.location[1] or 0, f"Skipped: {call.excinfo.value}")
         return

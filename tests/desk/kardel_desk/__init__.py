@@ -3,9 +3,10 @@ process that looks at windows and registry from outside. See ../README.md for a 
 
 from .app import Dialog, Kardel, Note, Part, Rect, Tray, Window, rgb
 from .datafiles import DataFiles, read_folder, write_folder
-from .desk import ClockUnavailable, Desk
+from .desk import Desk
 from .ids import IDS
+from .processes import Unavailable
 from .waiting import wait, wait_equal
 
-__all__ = ["ClockUnavailable", "DataFiles", "Desk", "Dialog", "IDS", "Kardel", "Note", "Part", "Rect", "Tray", "Window", "read_folder",
-           "rgb", "wait", "wait_equal", "write_folder"]
+__all__ = ["DataFiles", "Desk", "Dialog", "IDS", "Kardel", "Note", "Part", "Rect", "Tray", "Unavailable", "Window",
+           "read_folder", "rgb", "wait", "wait_equal", "write_folder"]

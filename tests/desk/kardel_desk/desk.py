@@ -38,10 +38,6 @@ def _sweep() -> None:
             pass  # in use, or swept by another run meanwhile
 
 
-class ClockUnavailable(Exception):
-    """The clock of a 32-bit program cannot be set under Wine."""
-
-
 class Clock:
     """The time that a program of the desk sees. It runs on from what was set; timers keep their own pace."""
 
@@ -189,6 +185,25 @@ class Desk:
         """The log-on start entry."""
         return (self.probe.ask("regvalues", RUN_KEY) or {}).get("Kardel")
 
+    @contextlib.contextmanager
+    def held(self, *files: str):
+        """While the block runs, another program has these files of the program folder open for itself alone."""
+        try:
+            for name in files:
+                self.probe.ask("holdfile", f"{self.folder}\\{name}")
+            yield
+        finally:
+            self.probe.ask("release")
+
+    @contextlib.contextmanager
+    def named(self, mutex: str):
+        """While the block runs, another program holds a mutex of this name."""
+        self.probe.ask("holdmutex", mutex)
+        try:
+            yield
+        finally:
+            self.probe.ask("release")
+
     # --- the program
 
     def start(self, folder: str | None = None, env: dict[str, str] | None = None, faketime: str | None = None,
@@ -214,9 +229,9 @@ class Desk:
         return self.start(**how).wait_ready()
 
     def clock(self, start: str, zone: str = "UTC") -> Clock:
-        """A clock to give to start(clock=...) and to move with jump(). Raises ClockUnavailable for 32-bit programs."""
+        """A clock to give to start(clock=...) and to move with jump(). Raises Unavailable for 32-bit programs."""
         if self.arch == "win32":
-            raise ClockUnavailable("the clock of a 32-bit program cannot be set under Wine")
+            raise processes.Unavailable("the clock of a 32-bit program cannot be set under Wine")
         return Clock(self.work / f"clock-{self._folders}", start, zone)
 
     def _expected_notes(self, folder: str) -> int:

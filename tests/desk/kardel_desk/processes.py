@@ -11,6 +11,10 @@ _libc = ctypes.CDLL(None, use_errno=True)
 _PR_SET_PDEATHSIG = 1
 
 
+class Unavailable(Exception):
+    """This machine cannot do what a test needs; the test is skipped."""
+
+
 def die_with_parent() -> None:
     _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
 
@@ -63,5 +67,5 @@ def private_mounts() -> None:
     """From here on, mounts made by this process are seen by it and its children only, and vanish with them."""
     CLONE_NEWNS = 0x00020000
     if _libc.unshare(CLONE_NEWNS) != 0:
-        raise OSError(ctypes.get_errno(), "cannot have private mounts")
+        raise Unavailable(f"private mounts: {os.strerror(ctypes.get_errno())}")
     subprocess.run(["mount", "--make-rprivate", "/"], check=True)

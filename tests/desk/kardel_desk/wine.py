@@ -3,6 +3,7 @@
 The 64-bit Wine is the system's own. The 32-bit one lives in a small i386 root folder (tools/i386-root makes it) and
 runs through chroot; callers notice nothing, since the work folder has the same path inside."""
 
+import contextlib
 import fcntl
 import os
 import pathlib
@@ -44,6 +45,9 @@ class Wine:
         self.env = {**env, **_WINE_ENV, "WINEARCH": arch, "WINEPREFIX": str(self.prefix)}
         if arch == "win32":
             _enter_i386_root()
+        elif os.geteuid() == 0:
+            with contextlib.suppress(processes.Unavailable):
+                processes.private_mounts()
         self._copy_template()
         # The server stays until close(). The first call must not write into a pipe: Wine's services would inherit it
         # and whoever reads the pipe would wait for ever.
@@ -100,6 +104,29 @@ class Wine:
     def path(self, windows_path: str) -> pathlib.Path:
         """C:\\desk\\1 -> the same folder of the prefix."""
         return self.prefix / "drive_c" / windows_path[3:].replace("\\", "/")
+
+    @contextlib.contextmanager
+    def read_only(self, folder: pathlib.Path):
+        """While the block runs, nobody can change a folder of the prefix or anything in it, the administrator
+        neither. Raises Unavailable where he may not mount."""
+        if os.geteuid() != 0:
+            modes = {path: path.stat().st_mode for path in [folder, *folder.rglob("*")]}
+            for path, mode in modes.items():
+                path.chmod(mode & ~0o222)
+            try:
+                yield
+            finally:
+                for path, mode in modes.items():
+                    path.chmod(mode)
+            return
+        place = str(folder) if self.arch == "win64" else str(I386_ROOT) + str(folder)
+        if subprocess.run(["mount", "--bind", place, place], check=False).returncode != 0:
+            raise processes.Unavailable("nothing can be mounted here")
+        try:
+            subprocess.run(["mount", "-o", "remount,bind,ro", place], check=True)
+            yield
+        finally:
+            subprocess.run(["umount", "--lazy", place], check=True)
 
     def close(self) -> None:
         if self.prefix.exists():

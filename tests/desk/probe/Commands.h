@@ -36,6 +36,11 @@ void processLives(const Words& words, Json& out);    // process id
 void killProcess(const Words& words, Json& out);     // process id
 void cursorAt(const Words& words, Json& out);        // the pointer's place on the screen
 
+// Holding.cpp: what another program, or another user's session, may have in its hands
+void holdFile(const Words& words, Json& out);   // path: opened so that nobody else can
+void holdMutex(const Words& words, Json& out);  // name
+void release(const Words& words, Json& out);    // everything held
+
 // Menus.cpp
 void readMenu(const Words& words, Json& out);  // the popup menus open at this moment, innermost last
 

@@ -1,5 +1,14 @@
 """A second start only wakes the running copy and ends; it never touches a note."""
 
+import random
+import time
+
+import pytest
+
+from kardel_desk.stores import KINDS, Store
+
+RUNNING = "Kardel application is already running."
+
 
 def stored(desk):
     return desk.registry("setting"), desk.registry("kardel-1"), desk.run_value
@@ -12,7 +21,7 @@ def test_second_start_ends_and_the_first_says_it_is_running(desk):
     second = desk.start()
     assert second.wait_ended() == 0
     box = first.dialog()
-    assert "Kardel application is already running." in box.texts()
+    assert RUNNING in box.texts()
     assert stored(desk) == before
     box.press("OK")
     desk.wait(lambda: not first.dialogs(), what="the box to close")
@@ -48,6 +57,52 @@ def test_two_starts_at_once_leave_one_running(desk):
             box.press("OK")
     desk.wait(lambda: len(running.notes()) == 1 and running.tray.window(), 20, "the other to be ready")
     assert desk.read_files().count == 1
+
+
+@pytest.mark.parametrize("store", KINDS)
+def test_starts_within_milliseconds_leave_one_running_ten_times_over(desk, store):
+    notes = Store(desk, store)
+    notes.seed([{"Titolo": title, "Nota": "text of " + title, "x": 3000, "y": 3000 * n, "width": 3000, "height": 2000}
+                for n, title in enumerate("ab")])
+    before = notes.notes()
+    dice = random.Random(10)
+    for _ in range(5):
+        copies = [desk.start()]
+        time.sleep(dice.choice((0, 0.002, 0.01, 0.03, 0.1)))  # how far apart they come is what is tried
+        copies.append(desk.start())
+        desk.wait(lambda: sum(copy.alive for copy in copies) == 1, 20, "one of the two to end")
+        (running,) = [copy for copy in copies if copy.alive]
+        desk.wait(lambda: [note.title for note in running.notes()] == ["a", "b"] and running.tray.window(), 20,
+                  "the notes of the other")
+        assert running.exit() == 0
+        assert all(copy.process.returncode == 0 for copy in copies)
+        assert notes.notes() == before
+
+
+def mutex_of_folder(folder):
+    """The name under which all sessions of a machine see that somebody works on a folder's files."""
+    mark = 14695981039346656037
+    for letter in folder.lower():
+        mark = (mark ^ ord(letter)) * 1099511628211 % (1 << 64)
+    return f"Global\\Kardel.Folder.{mark >> 1}"
+
+
+def test_files_in_use_by_another_session_are_left_alone(desk):
+    """Two users of one machine may start the same program from one folder: the second is told and has to wait."""
+    desk.seed_files([{"Titolo": "a", "Nota": "theirs"}])
+    before = desk.read_files()
+    with desk.named(mutex_of_folder(desk.folder + "\\")):
+        kardel = desk.start()
+        box = kardel.dialog()
+        assert RUNNING in box.texts()
+        assert kardel.notes() == []
+        box.press("OK")
+        assert kardel.wait_ended() == 0
+        other = desk.program_folder("desk\\a folder of its own")
+        assert desk.start(folder=other).wait_ready(notes=1).exit() == 0
+    after = desk.read_files()
+    assert (after.hdr, after.dat, after.memo) == (before.hdr, before.dat, before.memo)
+    assert desk.run().note("a").body == "theirs"
 
 
 def test_message_1126_brings_a_vanished_icon_back_silently(desk):
