@@ -302,10 +302,11 @@ bool NoteStore::switchToFiles(std::span<NoteRecord* const> notes) {
     const Settings& settings = registry.settings;
     if (!UseRegistry) {
         // Back to the store in force: the registry is no longer one, so nothing may count its notes. The
-        // choice first: a registry without a count would be a desk of one empty note.
+        // choice first: a registry without a count would be a desk of one empty note. Until the choice is
+        // stored, the next start may take either store: both are kept in step.
+        if (!saveSetting(settings, kSettingSection, kUseRegistryKey, boolText(false))) return false;
         switchPending = false;
-        return saveSetting(settings, kSettingSection, kUseRegistryKey, boolText(false)) &&
-               settings.removeValue(kSettingSection, kCountKey);
+        return settings.removeValue(kSettingSection, kCountKey);
     }
     switchPending = false;
     Images images;
@@ -346,7 +347,6 @@ bool NoteStore::switchToRegistry(std::span<NoteRecord* const> notes, const Globa
 }
 
 bool NoteStore::returnToRegistry(std::span<NoteRecord* const> notes, const GlobalSettings& settings) {
-    switchPending = false;
     finishRemovals(notes, settings);
     if (sectionPlaces.unfinished) return false;  // a note would be written over the only section of another
     bool done = true;
@@ -357,6 +357,8 @@ bool NoteStore::returnToRegistry(std::span<NoteRecord* const> notes, const Globa
     }
     const int count = static_cast<int>(notes.size());
     done = registry.settings.set(kSettingSection, settingValues(settings, count, true)) && done;
+    // Until the choice is stored, the next start may take either store: both are kept in step.
+    if (done) switchPending = false;
     if (done) done = registry.removeBeyond(count);
     // A header on its own would make the next start ask about local files that nobody has.
     if (files.exists(kHeaderFile)) done = files.WriteHeader(header) && done;

@@ -337,6 +337,40 @@ TEST_P(EveryChange, ASwitchThatWasRefusedLosesNothingAndCanBeRepeated) {
         });
 }
 
+TEST_P(EveryChange, ASwitchBackThatWasRefusedLosesNothingAndCanBeRepeated) {
+    failedAnywhere(
+        [&](Stores& stores) {
+            stores.seed(GetParam(), notes());
+            stores.registry.put(u"setting", u"ImportDAT", u"1");
+        },
+        [&](Program& program) {
+            const int from = program.stores.changes->failAt - program.stores.changes->made;
+            program.stores.changes->failAt = -1;
+            program.switchStore(GetParam());
+            program.stores.changes->failAt = program.stores.changes->made + from;
+            program.switchStore(!GetParam());
+            return program.told == 0;
+        },
+        [&](Program& program, bool) {
+            for (const bool deleteLeftOver : {false, true}) {
+                EXPECT_EQ(foundIn(program.stores.image(), deleteLeftOver), storeFree(notes()));
+            }
+            program.notes[1].Nota = u"edited meanwhile";
+            const Fields body{NoteField::Nota};
+            EXPECT_TRUE(program.set(2, body));
+            EXPECT_EQ(foundIn(program.stores.image(), true), storeFree(program.notes));
+            const Text chosen = program.stores.registry.text(u"setting", u"UseRegistry");
+            // Files that a switch made are left over once the registry is chosen again: they stay as they
+            // were.
+            if (!GetParam() || chosen == u"False") {
+                EXPECT_EQ(foundIn(program.stores.image()), storeFree(program.notes));
+            }
+            program.switchStore(!GetParam());
+            EXPECT_EQ(foundIn(program.stores.image(), true), storeFree(program.notes));
+            EXPECT_EQ(program.stores.registry.text(u"setting", u"UseRegistry"), boolText(GetParam()));
+        });
+}
+
 TEST_P(EveryChange, ADeletionThatOnlyTheComingStoreRefusedPutsNoBodyUnderAnotherTitle) {
     const Fields body{NoteField::Nota};
     failedAnywhere([&](Stores& stores) { stores.seed(GetParam(), notes()); },

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "storage/Draft.h"
+#include "tests/core/EveryPoint.h"
 #include "tests/window/TestNotes.h"
 
 namespace {
@@ -31,6 +32,33 @@ struct OpenEdit : testing::TestWithParam<bool> {
     void typeInBody(int number) {
         desk.note(number).EditForm();
         type(desk.note(number).txtNota, u", and more");
+    }
+
+    Image image() const { return {desk.folder.content, desk.registry.content}; }
+    void restartOver(const Image& stores) {
+        desk.folder.content = stores.files;
+        desk.registry.content = stores.settings;
+        desk.killAndRestart();
+    }
+    /// Both stores ahead of each change of `run`, and after it.
+    std::vector<Image> everyPointOf(const std::function<void()>& run) {
+        const auto changes = std::make_shared<Changes>();
+        desk.folder.changes = changes;
+        desk.registry.changes = changes;
+        return everyPoint(
+            *changes, [this] { return image(); }, run);
+    }
+    /// What was typed in note 2 is there after a start over each of them, whatever else is as it was.
+    void expectTypedIn(const std::vector<Image>& points) {
+        for (std::size_t at = 0; at < points.size(); ++at) {
+            SCOPED_TRACE("ended ahead of change " + std::to_string(at));
+            restartOver(points[at]);
+            EXPECT_EQ(desk.desk->titles(), (std::vector<Text>{u"a", u"b"}));
+            EXPECT_EQ(desk.stored(1).Nota, u"body of a");
+            EXPECT_EQ(desk.stored(2).Nota, u"body of b, and more");
+            EXPECT_FALSE(hasDraft());
+            ++tally.killed;
+        }
     }
 };
 INSTANTIATE_TEST_SUITE_P(Stores, OpenEdit, testing::Bool(),
@@ -76,6 +104,30 @@ TEST_P(OpenEdit, LeavesNoDraftWhenItEndsEitherWay) {
     desk.killAndRestart();
     EXPECT_EQ(desk.stored(1).Nota, u"body of a, and more");
     EXPECT_EQ(desk.stored(1).Titolo, u"a!");
+}
+
+TEST_P(OpenEdit, WhoseEndIsKilledAnywhereIsWhole) {
+    typeInBody(2);
+    const std::vector<Image> points = everyPointOf([this] { desk.note(2).SaveNote(); });
+    EXPECT_GE(points.size(), 3U) << "stored, then the draft goes";
+    expectTypedIn(points);
+}
+
+TEST_P(OpenEdit, WhoseStartIsKilledAnywhereIsEndedByTheNextOne) {
+    typeInBody(2);
+    const Image killed = image();
+    const std::vector<Image> points = everyPointOf([&] { restartOver(killed); });
+    EXPECT_GE(points.size(), 3U) << "stored, then the draft goes";
+    expectTypedIn(points);
+}
+
+TEST_P(OpenEdit, ThatIsDroppedAndKilledStoresNothingOrIsKept) {
+    typeInBody(2);
+    const std::vector<Image> points = everyPointOf([this] { desk.note(2).CancelNote(); });
+    ASSERT_EQ(points.size(), 2U);
+    restartOver(points.back());
+    EXPECT_EQ(desk.stored(2).Nota, u"body of b");
+    expectTypedIn({points.front()});
 }
 
 TEST_P(OpenEdit, ThatTheStoreRefusedStaysInTheDraft) {
