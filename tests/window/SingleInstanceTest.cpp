@@ -65,9 +65,8 @@ TEST(SingleInstance, AFolderIsTakenOnceHoweverItIsSpelt) {
     EXPECT_TRUE(claimStore(second, false, u"C:\\Other notes\\"));
     const std::vector<std::wstring> names = namesForEverybody();
     EXPECT_EQ(names.size(), 2U) << "all sessions see who works on a folder";
-    EXPECT_TRUE(std::all_of(names.begin(), names.end(), [](const std::wstring& name) {
-        return name.starts_with(L"Kardel.Folder.");
-    }));
+    EXPECT_TRUE(std::all_of(names.begin(), names.end(),
+                            [](const std::wstring& name) { return name.starts_with(L"Kardel.Folder."); }));
 }
 
 TEST(SingleInstance, AUsersRegistryIsTakenOnceWhateverTheFolder) {
