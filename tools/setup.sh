@@ -13,7 +13,7 @@ PACKAGES=(
     python3 python3-pytest python3-pil python3-xlib
     nsis zip debootstrap
 )
-LOCALES=(it_IT ja_JP)
+LOCALES=(de_DE it_IT ja_JP pl_PL tr_TR)
 
 say() { printf '%s\n' "$*" >&2; }
 
