@@ -304,19 +304,21 @@ void basPost::showAgain(fpost& note) {
 void basPost::ToggleIconizeAll() {
     if (Notes.empty()) return;
     CommitEdits();
-    AllIconized = !AllIconized;
+    const bool iconized = !AllIconized;
     {
         const Bulk bulk(*this);
         const std::vector<fpost*> walk = Notes;
         for (fpost* note : walk) {
             if (!holds(note)) continue;
             note->restoreIfMinimized();
-            if (note->record.iconized == AllIconized) continue;
-            note->record.iconized = AllIconized;
+            if (note->record.iconized == iconized) continue;
+            note->record.iconized = iconized;
             note->IconizeForm();
             if (holds(note)) note->store({NoteField::Iconized});
         }
     }
+    // Only now: a note that rang and went with its alarm made the desk count again half-way.
+    AllIconized = iconized && !Notes.empty();
     if (settings.AlignAll) AutoPosition();
 }
 

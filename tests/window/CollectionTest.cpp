@@ -405,6 +405,41 @@ TEST_P(Collection, IconizeAllShrinksAndRestoreAllBringsBack) {
     }
 }
 
+TEST_P(Collection, IconizeAllReachesTheNotesBehindOneThatGoesWithItsAlarm) {
+    const auto desk = ringing(GetParam(), false);
+    desk->desk->ToggleIconizeAll();
+    pumpPending();
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"n2", u"n4"}));
+    EXPECT_EQ(trayCaption(*desk, tray::kIconizeAll), u"Restore All");
+    for (int n = 1; n <= 2; ++n) {
+        EXPECT_TRUE(desk->note(n).Iconized()) << n;
+        EXPECT_TRUE(desk->stored(n).iconized) << n;
+    }
+}
+
+TEST_P(Collection, RestoreAllReachesTheNotesBehindOneThatGoesWithItsAlarm) {
+    const auto desk = ringing(GetParam(), true);
+    desk->desk->ToggleIconizeAll();
+    for (const int n : {1, 3}) {
+        fpost& note = desk->note(n);
+        note.record.alarmdate = u"15/06/2026";
+        note.record.alarmtime = u"12:00:10";
+        note.apply(NoteRecord(note.record));
+        note.ArmAfterLoad();
+        note.tmr_Timer();
+        ASSERT_TRUE(note.Alarming) << n;
+    }
+    desk->desk->settings.DontDeleteWhenPlay = false;
+    desk->desk->ToggleIconizeAll();
+    pumpPending();
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"n2", u"n4"}));
+    EXPECT_EQ(trayCaption(*desk, tray::kIconizeAll), u"Iconize All");
+    for (int n = 1; n <= 2; ++n) {
+        EXPECT_FALSE(desk->note(n).Iconized()) << n;
+        EXPECT_FALSE(desk->stored(n).iconized) << n;
+    }
+}
+
 TEST_P(Collection, IconizeAllRestoresNotesThatTheSystemMinimised) {
     const auto desk = run(manyNotes(2));
     ShowWindow(desk->note(2).hwnd, SW_MINIMIZE);
