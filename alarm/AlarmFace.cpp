@@ -4,6 +4,7 @@
 
 #include "alarm/AlarmText.h"
 #include "resources/resource.h"
+#include "support/Accessible.h"
 #include "support/Number.h"
 #include "support/Window.h"
 
@@ -68,6 +69,25 @@ LRESULT CALLBACK cueProc(HWND list, UINT message, WPARAM wp, LPARAM lp) noexcept
         SetWindowLongPtrW(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before));
     }
     return CallWindowProcW(before, list, message, wp, lp);
+}
+
+/// A bar by itself is spoken of in percent: what counts is the date or the time that it sets.
+Spoken sayBar(HWND bar, int) {
+    const int shownBy = GetDlgCtrlID(bar) == ID_HDATE ? ID_DATA : ID_LBLTIME;
+    Spoken said;
+    said.name = windowText(bar);
+    said.value = windowText(GetDlgItem(GetParent(bar), shownBy));
+    return said;
+}
+
+constexpr Voice kBarVoice{0, sayBar};
+
+LRESULT CALLBACK barProc(HWND bar, UINT message, WPARAM wp, LPARAM lp) noexcept {
+    const auto before = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(bar, GWLP_USERDATA));
+    if (message == WM_GETOBJECT && static_cast<LONG>(lp) == OBJID_CLIENT) {
+        return answerAccessible(bar, wp, lp, kBarVoice);
+    }
+    return CallWindowProcW(before, bar, message, wp, lp);
 }
 
 void fillList(HWND list, std::span<const TextView> entries, int chosen) {
@@ -142,6 +162,8 @@ void AlarmFace::addBar(const DialogGrid& grid, int id, BarRange range, const Tex
     // A page of 1: with a longer one the bar could not reach its last position.
     SCROLLINFO info{sizeof(info), SIF_RANGE | SIF_PAGE | SIF_POS, range.low, range.high, 1, 0, 0};
     SendMessageW(bar, SBM_SETSCROLLINFO, FALSE, reinterpret_cast<LPARAM>(&info));
+    SetWindowLongPtrW(bar, GWLP_USERDATA, GetWindowLongPtrW(bar, GWLP_WNDPROC));
+    SetWindowLongPtrW(bar, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(barProc));
 }
 
 void AlarmFace::addList(const DialogGrid& grid, int id, CueList& cue) {
@@ -154,7 +176,8 @@ void AlarmFace::addList(const DialogGrid& grid, int id, CueList& cue) {
         reinterpret_cast<WNDPROC>(SetWindowLongPtrW(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(cueProc)));
 }
 
-// Their order is the Tab order. What may lie over others comes first, the frames last.
+// Their order is the Tab order, and a screen reader takes the label before a field for the field's name. What
+// may lie over others comes first, the frames last.
 bool AlarmFace::create(HWND form, const DialogGrid& grid, const AlarmRule& rule, Now now) {
     form_ = form;
     ViewElapse = isAhead(rule, now);
@@ -162,18 +185,19 @@ bool AlarmFace::create(HWND form, const DialogGrid& grid, const AlarmRule& rule,
     data.hovered = [this](bool over) { showHint(over); };
 
     hint_ = add(grid, L"STATIC", Text(kHint), WS_BORDER | SS_CENTER | SS_NOPREFIX | SS_CENTERIMAGE, kMarkId);
+    mark_ = add(grid, L"STATIC", u"*", SS_CENTER | SS_CENTERIMAGE, kMarkId);
     add(grid, L"STATIC", u"Date", SS_OWNERDRAW, ID_LBLDATE);
     if (createDateLabel(data, form, ID_DATA, grid.font.get()) == nullptr) return false;
     controls_.push_back(data.hwnd);
-    mark_ = add(grid, L"STATIC", u"*", SS_CENTER | SS_CENTERIMAGE, kMarkId);
     addBar(grid, ID_HDATE, kDateBar, u"Date");
-    add(grid, L"STATIC", u"Hours", SS_OWNERDRAW, ID_LBLHOURS);
     add(grid, L"STATIC", {}, SS_CENTERIMAGE | SS_NOPREFIX, ID_LBLTIME);
+    add(grid, L"STATIC", u"Hours", SS_OWNERDRAW, ID_LBLHOURS);
     addBar(grid, ID_HORE, kHourBar, u"Hours");
     addBar(grid, ID_HMIN, kMinuteBar, u"Minutes");
     addBar(grid, ID_HSEC, kSecondBar, u"Seconds");
     add(grid, L"STATIC", u"Repeat every:", SS_OWNERDRAW, ID_LBLREPEAT);
     addList(grid, ID_CBOREPEAT, repeatCue_);
+    dayName_ = add(grid, L"STATIC", {}, 0, kMarkId);
     addList(grid, ID_CBODAY, dayCue_);
     for (int day = 0; day < kWeekdays; ++day) {
         const auto name = Text(kWeekdayCaptions[static_cast<std::size_t>(day)]);
@@ -224,7 +248,7 @@ void AlarmFace::show(bool shown) const {
         const bool inWeek = (id >= ID_CHKWEEK && id <= ID_CHKWEEK_LAST) || id == ID_FRAWEEK;
         const bool onHover = control == hint_ || control == mark_;
         const bool wanted = shown && (!inWeek || weekShown_) && (!onHover || hovered_) &&
-                            (id != ID_LBLCOUNTDOWN || ViewElapse);
+                            (id != ID_LBLCOUNTDOWN || ViewElapse) && control != dayName_;
         ShowWindow(control, wanted ? SW_SHOWNA : SW_HIDE);
     }
 }
@@ -349,6 +373,7 @@ void AlarmFace::showHint(bool shown) {
 void AlarmFace::fillDays(bool units, int chosen) {
     unitMode_ = units;
     lastDay_ = chosen;
+    setWindowText(dayName_, units ? u"Unit" : u"Weekday");
     dayCue_.at = 0;
     dayCue_.cue = units ? Text() : Text(u"Weekday");
     if (units) {

@@ -92,6 +92,7 @@ private:
     HWND form_ = nullptr;
     HWND hint_ = nullptr;
     HWND mark_ = nullptr;
+    HWND dayName_ = nullptr;  ///< never shown: names the list behind it to screen readers
     std::vector<HWND> controls_;
     CueList repeatCue_;
     CueList dayCue_;

@@ -3,6 +3,7 @@
 #include <windowsx.h>
 
 #include "storage/bas_LogError.h"
+#include "support/Accessible.h"
 #include "support/Window.h"
 
 namespace {
@@ -40,6 +41,18 @@ bool fits(HFONT font) {
     return widthIn(font, u"00") <= day.right - day.left && widthIn(font, u"0000") <= year.right - year.left;
 }
 
+/// The date as it stands, and which part of it the keyboard is on.
+Spoken sayDate(HWND window, int) {
+    Spoken said;
+    said.role = Role::SpinButton;
+    said.name = u"Date";
+    const auto* const label = formOf<DateLabel>(window);
+    if (label != nullptr) said.value = windowText(window).append(u", ").append(label->chosenPart());
+    return said;
+}
+
+constexpr Voice kVoice{0, sayDate};
+
 void draw(HDC dc, TextView text, RECT area, UINT align) {
     DrawTextW(dc, wideData(text), static_cast<int>(text.size()), &area,
               align | DT_SINGLELINE | DT_VCENTER | DT_NOCLIP | DT_NOPREFIX);
@@ -66,6 +79,8 @@ int DateLabel::widthOf(HFONT font) {
 
 LRESULT DateLabel::onMessage(UINT message, WPARAM wp, LPARAM lp) {
     switch (message) {
+        case WM_GETOBJECT:
+            return answerAccessible(hwnd, wp, lp, kVoice);
         case WM_PAINT:
             paint();
             return 0;
@@ -79,6 +94,7 @@ LRESULT DateLabel::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_SETTEXT: {
             const LRESULT set = DefWindowProcW(hwnd, message, wp, lp);
             InvalidateRect(hwnd, nullptr, FALSE);
+            tellValueChanged(hwnd);
             return set;
         }
         case WM_SETFOCUS:
@@ -122,12 +138,25 @@ void DateLabel::onEscaped(UINT message) noexcept {
     WriteLog(u"DateLabel", u"message failed", static_cast<std::int64_t>(message));
 }
 
+TextView DateLabel::chosenPart() const {
+    switch (kDatePartAreas[static_cast<std::size_t>(chosen_)].part) {
+        case DatePart::Day:
+            return u"day";
+        case DatePart::Month:
+            return u"month";
+        case DatePart::Year:
+            return u"year";
+    }
+    return {};
+}
+
 bool DateLabel::onKey(WPARAM key) {
     switch (key) {
         case VK_LEFT:
         case VK_RIGHT:
             chosen_ = (chosen_ + (key == VK_LEFT ? kParts - 1 : 1)) % kParts;
             InvalidateRect(hwnd, nullptr, FALSE);
+            tellValueChanged(hwnd);
             return true;
         case VK_SPACE:
             clicked(kDatePartAreas[static_cast<std::size_t>(chosen_)].part);

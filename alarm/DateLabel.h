@@ -16,6 +16,9 @@ struct DateLabel {
     /// Room in pixels for the date alone, and for a time behind it in `font`.
     static int widthOf(HFONT font);
 
+    /// Name of the part that the keyboard is on.
+    TextView chosenPart() const;
+
     LRESULT onMessage(UINT message, WPARAM wp, LPARAM lp);
     static void onEscaped(UINT message) noexcept;
 

@@ -7,6 +7,7 @@
 #include "note/fmsg.h"
 #include "resources/resource.h"
 #include "storage/bas_LogError.h"
+#include "support/Accessible.h"
 
 namespace {
 
@@ -20,6 +21,15 @@ bool isPushButton(HWND control) {
     const LRESULT code = SendMessageW(control, WM_GETDLGCODE, 0, 0);
     return (code & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0;
 }
+
+/// A dialog: screen readers then read all of it aloud.
+Spoken sayDialog(HWND, int) {
+    Spoken said;
+    said.role = Role::Dialog;
+    return said;
+}
+
+constexpr Voice kVoice{0, sayDialog};
 
 /// A dialog is moved and closed, nothing else.
 void trimSystemMenu(HWND window) {
@@ -51,6 +61,8 @@ bool fmsg::createWindow() {
 
 LRESULT fmsg::onMessage(UINT message, WPARAM wp, LPARAM lp) {
     switch (message) {
+        case WM_GETOBJECT:
+            return answerAccessible(hwnd, wp, lp, kVoice);
         case WM_COMMAND:
             onCommand(LOWORD(wp), HIWORD(wp));
             return 0;

@@ -360,6 +360,8 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_NCACTIVATE:  // no caption whose colour would change, but a frame
             showActive(wp != FALSE);
             return TRUE;
+        case WM_GETOBJECT:
+            return answerSpoken(hwnd, wp, lp);
         case WM_ERASEBKGND:
             return 1;
         case WM_PAINT:
@@ -422,6 +424,8 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
 
 LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
     switch (message) {
+        case WM_GETOBJECT:
+            return answerSpoken(part, wp, lp);
         case WM_ERASEBKGND:
             return 1;
         case WM_PAINT:

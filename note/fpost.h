@@ -13,6 +13,7 @@
 #include "note/NoteMenu.h"
 #include "note/bas_HookEasyMove.h"
 #include "storage/NoteFields.h"
+#include "support/Accessible.h"
 #include "support/Window.h"
 
 /// ms between two ticks, of the countdown and of the flashing.
@@ -73,6 +74,12 @@ struct fpost {
     /// Ends the alarm for good, on screen and in the store.
     void ClearAlarm();
     void toggleSetting(bool GlobalSettings::*flag, const char16_t* key);
+
+    // --- For screen readers (fpostSpeech.cpp) -------------------------------------------------------------
+    Spoken spoken() const;
+    Spoken spokenPart(HWND part, int element) const;
+    /// The answer to WM_GETOBJECT, sent to the note or to one of its parts.
+    LRESULT answerSpoken(HWND window, WPARAM wp, LPARAM lp) const;
 
     // --- Menu and keys (fpostMenu.cpp) --------------------------------------------------------------------
     void OpenMenu();

@@ -58,6 +58,7 @@ void fpost::count(bool on) {
     if (counting == on) return;
     counting = on;
     host->countingChanged();
+    tellNameChanged(hwnd);
 }
 
 void fpost::ShowAlarmStrip() {
@@ -117,6 +118,8 @@ void fpost::ring() {
     if (!alarm.Mute) host->startSound();
     Tickcount = 0;
     tBackColor(kWhite);
+    tellNameChanged(hwnd);
+    tellAlert(hwnd);
     flashTimer = SetTimer(hwnd, IDT_FLASH, kAlarmTick, AlarmTimerProc);
 }
 
@@ -135,6 +138,7 @@ void fpost::StopRinging() {
     flashTimer = 0;
     tBackColor(Backcol());
     host->stopSound();
+    tellNameChanged(hwnd);
 }
 
 void fpost::takeStoredPattern() {

@@ -199,6 +199,9 @@ void fpost::keepWithinStore(HWND editor) {
 LRESULT fpost::onEditor(HWND editor, UINT message, WPARAM wp, LPARAM lp) {
     const auto native = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(editor, GWLP_USERDATA));
     switch (message) {
+        case WM_GETOBJECT:
+            if (static_cast<LONG>(lp) == OBJID_CLIENT) return answerSpoken(editor, wp, lp);
+            break;
         case WM_KEYDOWN:
             if (wp == VK_PROCESSKEY) break;  // Enter and Esc of an input method belong to its composition
             if (onKeyDown(wp) || onEditorKey(editor, wp)) return 0;

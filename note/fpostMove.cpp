@@ -163,6 +163,7 @@ void fpost::setResizeMode(bool on) {
     if (resizeMode == on) return;
     resizeMode = on;
     showResizeCursor(on ? IDC_RESIZE_WIDTH : 0);
+    tellNameChanged(hwnd);
 }
 
 void fpost::showResizeCursor(int cursor) {
@@ -258,6 +259,7 @@ void fpost::IconizeForm() {
 void fpost::showIconized() {
     if (!record.iconized) record.height = storedHeight();
     place();
+    tellNameChanged(hwnd);
     if (record.iconized) return;
     ShowAlarmStrip();
 }
@@ -277,6 +279,7 @@ std::int32_t fpost::storedHeight() const {
 void fpost::toggleTopmost() {
     record.topmost = !record.topmost;
     applyTopmost();
+    tellNameChanged(hwnd);
     store({NoteField::Topmost});
 }
 

@@ -55,8 +55,8 @@ struct Dice {
 
     std::string bytes(std::size_t length) {
         std::string result(length, '\0');
-        for (char& byte : result)
-            byte = testing_pages::byteOf(roll(256));
+        for (char& one : result)
+            one = testing_pages::byteOf(roll(256));
         return result;
     }
 

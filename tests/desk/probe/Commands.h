@@ -44,6 +44,10 @@ void release(const Words& words, Json& out);    // everything held
 // Menus.cpp
 void readMenu(const Words& words, Json& out);  // the popup menus open at this moment, innermost last
 
+// Accessible.cpp
+void describeAccessible(const Words& words, Json& out);  // hwnd: what a screen reader hears of it
+void pressAccessible(const Words& words, Json& out);     // hwnd element: its default action; 0: of the window
+
 // Registry.cpp; a path starts with HKCU or HKLM
 void readValues(const Words& words, Json& out);   // path
 void listKeys(const Words& words, Json& out);     // path

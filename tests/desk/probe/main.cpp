@@ -40,6 +40,8 @@ constexpr Command kCommands[] = {
     {L"holdmutex", holdMutex},
     {L"release", release},
     {L"menu", readMenu},
+    {L"accessible", describeAccessible},
+    {L"press", pressAccessible},
     {L"regvalues", readValues},
     {L"regkeys", listKeys},
     {L"regset", setValue},
