@@ -60,13 +60,15 @@ class Clock:
 
 
 class Desk:
-    """`arch` is win64 or win32. `dpi` and `panel_strut` hold for the whole session. close() ends everything."""
+    """`arch` is win64 or win32; `both`: a win64 desk on which 32-bit programs run too. `dpi` and `panel_strut` hold for the
+    whole session. close() ends everything."""
 
     wait = staticmethod(waiting.wait)
     wait_equal = staticmethod(waiting.wait_equal)
     stays = staticmethod(waiting.stays)
 
-    def __init__(self, arch: str = "win64", size: tuple[int, int] = (1280, 1024), dpi: int = 96, panel_strut: bool = True):
+    def __init__(self, arch: str = "win64", size: tuple[int, int] = (1280, 1024), dpi: int = 96, panel_strut: bool = True,
+                 both: bool = False):
         self.arch, self.dpi = arch, dpi
         WORK.mkdir(parents=True, exist_ok=True)
         _sweep()
@@ -81,7 +83,7 @@ class Desk:
         try:
             self.display = Display(self.work, *size, panel_strut=panel_strut)
             self.hands = Hands(self.display)
-            self.wine = Wine(arch, self.display.env, self.work)
+            self.wine = Wine(arch, self.display.env, self.work, both)
             self.probe = Probe(self.wine)
             if dpi != 96:
                 self.probe.ask("regset", r"HKCU\Control Panel\Desktop", "LogPixels", "dword", dpi)

@@ -1,10 +1,12 @@
 """One Wine session on a display: its own prefix, for 64-bit or 32-bit programs.
 
 The 64-bit Wine is the system's own. The 32-bit one lives in a small i386 root folder (tools/i386-root makes it) and
-runs through chroot; callers notice nothing, since the work folder has the same path inside."""
+runs through chroot; callers notice nothing, since the work folder has the same path inside. Where the two are laid over
+each other, the 64-bit Wine runs 32-bit programs too, as Windows does."""
 
 import contextlib
 import fcntl
+import functools
 import os
 import pathlib
 import shutil
@@ -16,11 +18,21 @@ from .paths import I386_ROOT, WORK
 _WINE_ENV = {"WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=", "TZ": "UTC", "LC_ALL": "C.UTF-8"}
 _WINE64, _WINESERVER64 = "/usr/lib/wine/wine64", "/usr/lib/wine/wineserver"
 _WINE32, _WINESERVER32 = "/usr/lib/wine/wine", "/usr/lib/wine/wineserver"
+# The libraries of both kinds under one path, for the command that follows and what it starts.
+_WITH_32_BIT = ["unshare", "--mount", "--propagation", "private", "sh", "-c",
+                'mount -t overlay overlay -o "lowerdir=/usr/lib:$0" /usr/lib && '
+                'LD_LIBRARY_PATH=/usr/lib/i386-linux-gnu exec "$@"', str(I386_ROOT / "usr/lib")]
 _mounted = False
 
 
 def available(arch: str) -> bool:
     return arch == "win64" or (I386_ROOT / "usr/lib/wine/wine").exists()
+
+
+@functools.cache
+def runs_both() -> bool:
+    """Whether the 64-bit Wine can be made to run 32-bit programs as well."""
+    return available("win32") and subprocess.run([*_WITH_32_BIT, "true"], stderr=subprocess.DEVNULL).returncode == 0
 
 
 def _enter_i386_root() -> None:
@@ -37,10 +49,11 @@ def _enter_i386_root() -> None:
 
 
 class Wine:
-    """`env` names the display and home. The prefix is a copy of a template that is made once."""
+    """`env` names the display and home. The prefix is a copy of a template that is made once. `both`: a win64 one that
+    runs 32-bit programs too."""
 
-    def __init__(self, arch: str, env: dict[str, str], work: pathlib.Path):
-        self.arch = arch
+    def __init__(self, arch: str, env: dict[str, str], work: pathlib.Path, both: bool = False):
+        self.arch, self.both = arch, both
         self.prefix = work / "prefix"
         self.env = {**env, **_WINE_ENV, "WINEARCH": arch, "WINEPREFIX": str(self.prefix)}
         if arch == "win32":
@@ -56,7 +69,7 @@ class Wine:
 
     def _command(self, kind: str, words: list[str], folder: pathlib.Path | None = None) -> list[str]:
         if self.arch == "win64":
-            return [_WINE64 if kind == "wine" else _WINESERVER64, *words]
+            return [*(_WITH_32_BIT if self.both else []), _WINE64 if kind == "wine" else _WINESERVER64, *words]
         return ["chroot", str(I386_ROOT), "/usr/bin/env", f"--chdir={folder or '/'}",
                 _WINE32 if kind == "wine" else _WINESERVER32, *words]
 
@@ -66,8 +79,8 @@ class Wine:
 
     def _copy_template(self) -> None:
         WORK.mkdir(parents=True, exist_ok=True)
-        template = WORK / f"template-{self.arch}"
-        with open(WORK / f"template-{self.arch}.lock", "w") as lock:
+        template = WORK / f"template-{'both' if self.both else self.arch}"
+        with open(template.with_suffix(".lock"), "w") as lock:
             fcntl.flock(lock, fcntl.LOCK_EX)
             if not (template / "complete").exists():
                 shutil.rmtree(template, ignore_errors=True)
