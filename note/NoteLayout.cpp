@@ -40,7 +40,8 @@ NoteRects layoutNote(int width, int height, bool iconized, int dpi, int titleHei
     rects.txtTitle = rectAt(titleLeft, (strip - titleHeight) / 2, titleRoom, titleHeight);
     rects.pic2 = iconized ? rectAt(width - picWidth - gripWidth, 0, gripWidth, std::min(gripHeight, strip))
                           : rectAt(width - gripWidth, height - gripHeight, gripWidth, gripHeight);
-    rects.pic_time = rectAt(0, height - timeHeight, width - gripWidth, timeHeight);
+    const int timeLeft = margin - px(design::kTimeText);  // its text stands below that of the body
+    rects.pic_time = rectAt(timeLeft, height - timeHeight, width - gripWidth - timeLeft, timeHeight);
     return rects;
 }
 

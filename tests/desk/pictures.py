@@ -4,6 +4,7 @@
 
 A face is a note, a box or a menu in one state, cut out of the screen with a little of the desktop around it."""
 
+import datetime
 import pathlib
 import signal
 import sys
@@ -14,6 +15,11 @@ from sample_desk import BLUE, GREEN, ORANGE, YELLOW, note
 
 AROUND = 8  # pixels of desktop, at 96 dpi
 WM_CLOSE = 0x0010
+
+
+def in_days(days: int) -> str:
+    """A day that leaves a countdown as one sees it in use."""
+    return f"{datetime.date.today() + datetime.timedelta(days):%d/%m/%Y}"
 
 
 class Pictures:
@@ -66,7 +72,7 @@ class Pictures:
             note("Shopping", 40, 40, 190, 142, YELLOW, "Milk, butter\r\nBread (the dark one)\r\nBirthday card for Åse"),
             note("Iconized", 280, 40, 190, 142, GREEN, "", iconized=True),
             note("Call the plumber", 40, 240, 190, 142, ORANGE, "Mr Kowal, 0555 01 42.\r\nThe kitchen tap again.",
-                 alarmdate="31/12/2098", alarmtime="18:00:00"),
+                 alarmdate=in_days(1), alarmtime="18:00:00"),
             note("Dark", 280, 240, 190, 142, sample_desk.colour(40, 60, 90), "Readable on any colour"))
         shopping = kardel.note("Shopping")
         self.take("note", shopping.rect)
@@ -127,13 +133,13 @@ class Pictures:
         when = {"alarmtime": "08:30:00"}
         kinds = {
             "none": {},
-            "once": {"alarmdate": "31/12/2098", **when},
+            "once": {"alarmdate": in_days(3), **when},
             "every-day": {"alarmdate": "*", "interval": "eachday", **when},
             "every-month": {"alarmdate": "*", "interval": "eachmonth", "alarmday": "15", **when},
             "every-year": {"alarmdate": "*", "interval": "eachyear", "alarmdaymonth": "24/12", **when},
             "weekday": {"alarmdate": "01/01/2020", "alarmweekday": 5, **when},
             "week": {"alarmdate": "01/01/2020", "alarmweekday": 8, "weekdays": (True,) * 5 + (False, False), **when},
-            "repeat": {"alarmdate": "31/12/2098", "alarmrepeatnumber": 35, "alarmrepeatevery": "mm", **when},
+            "repeat": {"alarmdate": in_days(1), "alarmrepeatnumber": 35, "alarmrepeatevery": "mm", **when},
         }
         kardel = self.start(*(note(kind, 40, 40 + 24 * row, 190, 142, YELLOW, "", iconized=True, **alarm)
                               for row, (kind, alarm) in enumerate(kinds.items())))
