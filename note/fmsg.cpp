@@ -159,7 +159,10 @@ bool fmsg::translate(MSG& message) {
         face->editor->accessKey(static_cast<char16_t>(message.wParam))) {
         return true;
     }
-    return IsDialogMessageW(hwnd, &message) != FALSE;
+    const bool handled = IsDialogMessageW(hwnd, &message) != FALSE;
+    // Wine takes the mark from the default button when Tab comes to a field that is no button.
+    if (handled && message.message == WM_KEYDOWN && message.wParam == VK_TAB) markDefault(defaultId());
+    return handled;
 }
 
 void fmsg::finish(Face& face, int answer) {

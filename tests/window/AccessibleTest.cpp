@@ -317,6 +317,26 @@ TEST_F(AccessibleEditor, TabReachesTheSevenDaysOnlyWhenTheyAreShown) {
     edit(daily, [this] { EXPECT_EQ(tabStops().size(), 9U) << "no next day of every day"; });
 }
 
+TEST_F(AccessibleEditor, TheButtonThatEnterPressesStaysMarkedWhereverTabGoes) {
+    const auto marked = [this](int button) {
+        return (GetWindowLongPtrW(item(button), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
+    };
+    const HWND note = addNote();
+    Script script(dialog);
+    script.when(focused(ID_DATA), [this] { key(VK_TAB); });
+    script.when(focused(ID_HDATE), [this, marked] {
+        EXPECT_TRUE(marked(ID_BTNOK));
+        SetFocus(item(ID_BTNOK));
+        key(VK_TAB);
+    });
+    script.when(focused(ID_BTNCANCEL), [this, marked] {
+        EXPECT_TRUE(marked(ID_BTNCANCEL));
+        EXPECT_FALSE(marked(ID_BTNOK));
+        closeBox();
+    });
+    dialog.editAlarm(tomorrow(), note, someMonday());
+}
+
 TEST_F(AccessibleEditor, ListenersHearOfADateThatChanges) {
     edit(tomorrow(), [this] {
         const Events events;
