@@ -22,6 +22,17 @@ Rgb mixedColor(Rgb ground, Rgb other, int percent) {
            mixed(from.blue, to.blue, share) << 16;
 }
 
+/// What an eye gets of a channel of 0 to 255, of 1: the screen's own curve.
+constexpr double channelLight(std::uint32_t channel) {
+    const double c = channel / 255.0;
+    return c * (c * (c * 0.3053 + 0.6822) + 0.0125);
+}
+
+double lightOf(Rgb color) {
+    const Channels c = channelsOf(color);
+    return 0.2126 * channelLight(c.red) + 0.7152 * channelLight(c.green) + 0.0722 * channelLight(c.blue);
+}
+
 }  // namespace
 
 Rgb shownColor(std::int32_t stored, Rgb (*systemColor)(int index)) {
@@ -29,14 +40,17 @@ Rgb shownColor(std::int32_t stored, Rgb (*systemColor)(int index)) {
     return stored < 0 ? systemColor(static_cast<int>(bits & 0xFF)) : bits & 0xFFFFFF;
 }
 
+bool isLegible(Rgb ink, Rgb ground) {
+    constexpr double kLeast = 4.5;
+    constexpr double kGlare = 0.05;  // light that falls on any screen
+    const double one = lightOf(ink) + kGlare;
+    const double other = lightOf(ground) + kGlare;
+    return one >= kLeast * other || other >= kLeast * one;
+}
+
 Rgb inkOn(Rgb ground) {
-    const Channels c = channelsOf(ground);
-    // Light that reaches the eye: its weights for red, green and blue, with the screen's gamma of about 2.
-    // At 18 of 100 black and white read equally well.
-    const std::uint32_t light =
-        (c.red * c.red * 2126 + c.green * c.green * 7152 + c.blue * c.blue * 722) / 10000;
-    constexpr std::uint32_t kFull = 255 * 255;
-    return light * 100 < kFull * 18 ? kWhite : kBlack;
+    constexpr double kMiddle = 0.179;  // where black and white read equally well
+    return lightOf(ground) < kMiddle ? kWhite : kBlack;
 }
 
 Rgb shaded(Rgb ground, int percent) {

@@ -13,6 +13,9 @@ inline constexpr Rgb kBlack = 0x000000;
 /// stored those) and is looked up through `systemColor`.
 Rgb shownColor(std::int32_t stored, Rgb (*systemColor)(int index));
 
+/// Whether text in this ink can be read on the ground also by weak eyes: a contrast of at least 4.5.
+bool isLegible(Rgb ink, Rgb ground);
+
 /// Black or white, whichever reads better on the ground.
 Rgb inkOn(Rgb ground);
 

@@ -1,8 +1,8 @@
 // The message face and the About face: their controls, sizes and links.
 #include <algorithm>
-#include <cstdlib>
 
 #include "note/About.h"
+#include "note/NoteColor.h"
 #include "note/ShellExecuteExt.h"
 #include "note/fmsg.h"
 #include "resources/resource.h"
@@ -39,16 +39,14 @@ HICON loadIcon(HINSTANCE module, LPCWSTR resource) {
                                          GetSystemMetrics(SM_CYICON), LR_SHARED));
 }
 
-/// The system's colour for links, unless it cannot be read on the system's paper.
+/// The system's colour for links, or the first of two others that can be read on the system's paper.
 COLORREF linkColor() {
     constexpr COLORREF kBlue = RGB(0, 102, 204);
-    constexpr int kLeastContrast = 250;  // of 765
-    const COLORREF link = GetSysColor(COLOR_HOTLIGHT);
     const COLORREF paper = GetSysColor(COLOR_WINDOW);
-    const int contrast = std::abs(GetRValue(link) - GetRValue(paper)) +
-                         std::abs(GetGValue(link) - GetGValue(paper)) +
-                         std::abs(GetBValue(link) - GetBValue(paper));
-    return contrast < kLeastContrast ? kBlue : link;
+    for (const COLORREF color : {GetSysColor(COLOR_HOTLIGHT), kBlue}) {
+        if (isLegible(color, paper)) return color;
+    }
+    return GetSysColor(COLOR_WINDOWTEXT);
 }
 
 UniqueFont underlined(HFONT font) {

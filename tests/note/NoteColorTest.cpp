@@ -40,10 +40,22 @@ TEST(InkOn, IsLegibleOnEveryColour) {
         for (Rgb green = 0; green < 256; green += 15) {
             for (Rgb blue = 0; blue < 256; blue += 15) {
                 const Rgb ground = red | green << 8 | blue << 16;
-                ASSERT_GE(contrast(ground, inkOn(ground)), 4.0) << std::hex << ground;
+                ASSERT_GE(contrast(ground, inkOn(ground)), 4.5) << std::hex << ground;
                 const Rgb editor = editorGround(ground);
-                ASSERT_GE(contrast(editor, inkOn(editor)), 4.0) << std::hex << ground;
+                ASSERT_GE(contrast(editor, inkOn(editor)), 4.5) << std::hex << ground;
                 ASSERT_EQ(inkOn(editor), inkOn(ground)) << "text would change colour when an edit starts";
+            }
+        }
+    }
+}
+
+TEST(IsLegible, AgreesWithTheMeasureOfContrast) {
+    for (Rgb level = 0; level < 256; ++level) {
+        for (const Rgb ground : {0xFFFFFFU, 0x000000U, 0x80FFFFU, 0xCC6600U}) {
+            for (const Rgb ink : {level * 0x10101U, level, level << 8, level << 16}) {
+                const double found = contrast(ink, ground);
+                if (found > 4.45 && found < 4.55) continue;
+                ASSERT_EQ(isLegible(ink, ground), found > 4.5) << std::hex << ink << " on " << ground;
             }
         }
     }

@@ -22,6 +22,9 @@ from .wine import Wine
 
 SETTINGS_KEY = r"HKCU\Software\VB and VBA Program Settings\Kardel"
 RUN_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Run"
+SCREEN_KEY = r"HKCU\Control Panel\Desktop"
+COLOUR_KEY = r"HKCU\Control Panel\Colors"
+THEME_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\ThemeManager"
 ENGLISH_DAYS = ("Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun")
 _FAKETIME = "/usr/lib/x86_64-linux-gnu/faketime/libfaketimeMT.so.1"
 
@@ -86,7 +89,7 @@ class Desk:
             self.wine = Wine(arch, self.display.env, self.work, both)
             self.probe = Probe(self.wine)
             if dpi != 96:
-                self.probe.ask("regset", r"HKCU\Control Panel\Desktop", "LogPixels", "dword", dpi)
+                self.probe.ask("regset", SCREEN_KEY, "LogPixels", "dword", dpi)
         except BaseException:
             self.close()
             raise
@@ -205,6 +208,34 @@ class Desk:
             yield
         finally:
             self.probe.ask("release")
+
+    @contextlib.contextmanager
+    def scaled(self, dpi: int):
+        """While the block runs, programs that start see a screen of so many dots per inch."""
+        before, self.dpi = self.dpi, dpi
+        self.probe.ask("regset", SCREEN_KEY, "LogPixels", "dword", dpi)
+        try:
+            yield
+        finally:
+            self.end_programs()
+            self.dpi = before
+            self.probe.ask("regset", SCREEN_KEY, "LogPixels", "dword", before)
+
+    @contextlib.contextmanager
+    def coloured(self, colours: dict[str, tuple[int, int, int]]):
+        """While the block runs, programs that start see these system colours, by their names in the settings, and
+        plain controls, as under a theme for people who need contrast."""
+        usual = self.probe.ask("regvalues", COLOUR_KEY) or {}
+        self.probe.ask("regtexts", COLOUR_KEY, *sum(([name, "%d %d %d" % rgb] for name, rgb in colours.items()), []))
+        self.probe.ask("regtexts", THEME_KEY, "ThemeActive", "0")
+        try:
+            yield
+        finally:
+            self.end_programs()
+            for name in colours:
+                self.probe.ask("regdelete", COLOUR_KEY, name)
+            self.probe.ask("regtexts", COLOUR_KEY, *sum(map(list, usual.items()), []))
+            self.probe.ask("regtexts", THEME_KEY, "ThemeActive", "1")
 
     # --- the program
 
