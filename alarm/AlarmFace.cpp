@@ -257,6 +257,28 @@ void AlarmFace::showCountdown(const Text& text) const {
     if (ViewElapse && alive()) setWindowText(item(ID_LBLCOUNTDOWN), text);
 }
 
+void AlarmFace::placeLists(const DialogGrid& grid, int left, int top) const {
+    const int row = grid.y(kRow);
+    const int entry = grid.baseY + 2;
+    for (const int list : {ID_CBOREPEAT, ID_CBODAY}) {
+        const int width = grid.x(list == ID_CBOREPEAT ? kRepeatWidth : kDayWidth);
+        SendMessageW(item(list), CB_SETITEMHEIGHT, 0, entry);
+        SendMessageW(item(list), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), row - 6);  // within its border
+        placeControl(item(list), left, top, width, row + kListRows * entry);
+        left += width + grid.x(kGap);
+    }
+}
+
+void AlarmFace::placeWeek(const DialogGrid& grid, int left, int top, int width) const {
+    const int row = grid.y(kRow);
+    const int gap = grid.y(kGap);
+    const int inset = grid.x(kFrameInset);
+    const int dayWidth = (width - 2 * inset) / kWeekdays;
+    placeControl(item(ID_FRAWEEK), left, top, width, row + gap);
+    for (int day = 0; day < kWeekdays; ++day)
+        placeControl(item(ID_CHKWEEK + day), left + inset + day * dayWidth, top + gap / 2, dayWidth, row);
+}
+
 PxSize AlarmFace::layout(const DialogGrid& grid) {
     const int marginX = grid.x(kMargin);
     const int gapX = grid.x(kGap);
@@ -293,27 +315,12 @@ PxSize AlarmFace::layout(const DialogGrid& grid) {
 
     top += step;
     placeControl(item(ID_LBLREPEAT), marginX, top, labelWidth, row);
-    left = fieldLeft;
-    for (const int list : {ID_CBOREPEAT, ID_CBODAY}) {
-        const int width = grid.x(list == ID_CBOREPEAT ? kRepeatWidth : kDayWidth);
-        const int entry = grid.baseY + 2;
-        SendMessageW(item(list), CB_SETITEMHEIGHT, 0, entry);
-        SendMessageW(item(list), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), row - 6);  // within its border
-        placeControl(item(list), left, top, width, row + kListRows * entry);
-        left += width + gapX;
-    }
+    placeLists(grid, fieldLeft, top);
 
     if (weekShown_) {
         top += step;
-        const int inset = grid.x(kFrameInset);
-        const int frameHeight = row + grid.y(kGap);
-        const int dayWidth = (right - marginX - 2 * inset) / kWeekdays;
-        placeControl(item(ID_FRAWEEK), marginX, top, right - marginX, frameHeight);
-        for (int day = 0; day < kWeekdays; ++day) {
-            placeControl(item(ID_CHKWEEK + day), marginX + inset + day * dayWidth, top + grid.y(kGap) / 2,
-                         dayWidth, row);
-        }
-        top += frameHeight - row;
+        placeWeek(grid, marginX, top, right - marginX);
+        top += grid.y(kGap);
     }
 
     top += step;

@@ -71,6 +71,8 @@ private:
     HWND add(const DialogGrid& grid, const wchar_t* name, const Text& text, DWORD style, int id);
     void addBar(const DialogGrid& grid, int id, BarRange range, const Text& name);
     void addList(const DialogGrid& grid, int id, CueList& cue);
+    void placeLists(const DialogGrid& grid, int left, int top) const;
+    void placeWeek(const DialogGrid& grid, int left, int top, int width) const;
     void showRule(const AlarmRule& rule, Now now);
     void showClock(const EditorClock& clock);
     void showDate(const Text& date);

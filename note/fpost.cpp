@@ -328,6 +328,24 @@ bool fpost::visible() const {
 
 // --- Messages -------------------------------------------------------------------------------------------
 
+void fpost::leaveBorder(RECT& window) const {
+    const int border = host->look->px(design::kBorder);
+    InflateRect(&window, -border, -border);
+}
+
+HBRUSH fpost::editorColours(HDC dc, HWND editor) const {
+    const bool asLabel = editor == txtNota && !bodyBeingEdited;
+    const Rgb ground = asLabel ? shownBack : editorGround(shownBack);
+    SetTextColor(dc, inkOn(ground));
+    SetBkColor(dc, ground);
+    return asLabel ? backBrush.get() : editBrush.get();
+}
+
+void fpost::onEditorNotice(unsigned code, HWND editor) {
+    if (code == EN_UPDATE) keepWithinStore(editor);
+    if (code == EN_CHANGE) draftSoon();
+}
+
 LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
     switch (message) {
         case WM_CREATE:
@@ -348,12 +366,9 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case kRestore:
             restoreIfMinimized();
             return 0;
-        case WM_NCCALCSIZE: {
-            auto* rect = reinterpret_cast<RECT*>(lp);  // the first of three when wp is TRUE
-            const int border = host->look->px(design::kBorder);
-            InflateRect(rect, -border, -border);
+        case WM_NCCALCSIZE:  // the first of three rectangles when wp is TRUE
+            leaveBorder(*reinterpret_cast<RECT*>(lp));
             return 0;
-        }
         case WM_NCPAINT:
             paintFrame();
             return 0;
@@ -386,13 +401,9 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_SYSCOLORCHANGE:
             if (!Alarming) tBackColor(Backcol());
             break;
-        case WM_CTLCOLOREDIT: {
-            const bool asLabel = reinterpret_cast<HWND>(lp) == txtNota && !bodyBeingEdited;
-            const Rgb ground = asLabel ? shownBack : editorGround(shownBack);
-            SetTextColor(reinterpret_cast<HDC>(wp), inkOn(ground));
-            SetBkColor(reinterpret_cast<HDC>(wp), ground);
-            return reinterpret_cast<LRESULT>(asLabel ? backBrush.get() : editBrush.get());
-        }
+        case WM_CTLCOLOREDIT:
+            return reinterpret_cast<LRESULT>(
+                editorColours(reinterpret_cast<HDC>(wp), reinterpret_cast<HWND>(lp)));
         case WM_KEYDOWN:
             if (onKeyDown(wp)) return 0;
             break;
@@ -409,9 +420,11 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_CONTEXTMENU:  // the menu key was answered when it went down
             return 0;
         case WM_COMMAND:
-            if (lp == 0) command(LOWORD(wp));
-            if (lp != 0 && HIWORD(wp) == EN_UPDATE) keepWithinStore(reinterpret_cast<HWND>(lp));
-            if (lp != 0 && HIWORD(wp) == EN_CHANGE) draftSoon();
+            if (lp == 0) {
+                command(LOWORD(wp));
+            } else {
+                onEditorNotice(HIWORD(wp), reinterpret_cast<HWND>(lp));
+            }
             return 0;
         case WM_TIMER:
             if (wp == IDT_DRAFT) draftNow();

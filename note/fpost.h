@@ -195,6 +195,10 @@ private:
     bool onEditorKey(HWND editor, WPARAM key);
     bool onEditorCharacter(HWND editor, WPARAM character);
     void keepWithinStore(HWND editor);
+    /// Takes the note's own border off the window's rectangle.
+    void leaveBorder(RECT& window) const;
+    HBRUSH editorColours(HDC dc, HWND editor) const;
+    void onEditorNotice(unsigned code, HWND editor);
     void onMouse(HWND part, UINT message, int xPx, int yPx);
     void setPartCursor(HWND part);
     void repaint() const;

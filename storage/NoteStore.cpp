@@ -124,6 +124,31 @@ void append(const CodePage& page, Images& images, const NoteRecord& note) {
     images.lost = !AppendRecordPair(page, images.dat, images.memo, withStoredRule(note)) || images.lost;
 }
 
+/// Puts a copy behind the note that stays, and its bodies behind the `bodies` that MEMO has.
+void putBehind(Images& images, std::string_view datBefore, std::int32_t bodies) {
+    for (std::size_t at = 0; at < images.dat.size(); at += kRecordLength) {
+        std::string record = images.dat.substr(at, kRecordLength);
+        setMemoNumber(record, memoNumberOf(record) + bodies);
+        images.dat.replace(at, kRecordLength, record);
+    }
+    std::string first(datBefore.substr(0, kRecordLength));
+    first.resize(kRecordLength, '\0');
+    images.dat.insert(0, first);
+}
+
+/// Writes a copy, its bodies at `memoAt` of a MEMO that is `kept`, and the header's count. True only when all
+/// of it has been read back.
+bool writeCopy(const DataFiles& data, DataHeader& header, const Images& images, bool kept,
+               std::uint64_t memoAt) {
+    const bool bodies =
+        kept ? data.files.write(kMemoFile, memoAt, images.memo) : data.files.replace(kMemoFile, images.memo);
+    if (!bodies || !data.files.replace(kNoteFile, images.dat)) return false;
+    if (!holdsBytes(data, kNoteFile, 0, images.dat) || !holdsBytes(data, kMemoFile, memoAt, images.memo))
+        return false;
+    header.count = static_cast<std::int32_t>(images.dat.size() / kRecordLength);
+    return data.WriteHeader(header);
+}
+
 }  // namespace
 
 // --- One note --------------------------------------------------------------------------------------------
@@ -167,22 +192,26 @@ bool NoteStore::loadFromFiles(int number, NoteRecord& record, std::int32_t width
     return files.ReadMemo(record.memo, record.Nota) != IoStatus::Failed;
 }
 
-bool NoteStore::set(int number, NoteRecord& record, std::span<const NoteField> fields) {
-    if (record.readOnly) return true;
+bool NoteStore::write(int number, const std::function<FileSave()>& toFiles,
+                      const std::function<bool()>& toRegistry) {
     if (!hasPlace(number)) {
         saveFailed();
         return false;
     }
-    bool done = true;
-    bool unmappable = false;
-    if (!UseRegistry || switchPending) {
-        const FileSave save = setInFiles(files, recordPlaces.of(number), record, fields);
-        done = save.done;
-        unmappable = save.unmappable;
-    }
-    if (UseRegistry || switchPending) done = registry.set(sectionPlaces.of(number), record, fields) && done;
+    FileSave inFiles{true, false};
+    if (!UseRegistry || switchPending) inFiles = toFiles();
+    bool done = inFiles.done;
+    if (UseRegistry || switchPending) done = toRegistry() && done;
+    if (!done || inFiles.unmappable) saveFailed();
+    return done;
+}
+
+bool NoteStore::set(int number, NoteRecord& record, std::span<const NoteField> fields) {
+    if (record.readOnly) return true;
+    const bool done = write(
+        number, [&] { return setInFiles(files, recordPlaces.of(number), record, fields); },
+        [&] { return registry.set(sectionPlaces.of(number), record, fields); });
     if (done) settleCount();
-    if (!done || unmappable) saveFailed();
     return done;
 }
 
@@ -202,43 +231,23 @@ bool NoteStore::hasPlace(int number) const {
 
 bool NoteStore::save(int number, NoteRecord& record) {
     if (record.readOnly) return true;
-    bool done = true;
-    bool unmappable = false;
-    if (!UseRegistry || switchPending) {
-        const FileSave stored = setInFiles(files, recordPlaces.of(number), record, allFields());
-        done = stored.done;
-        unmappable = stored.unmappable;
-    }
-    if (UseRegistry || switchPending) {
-        done = registry.SaveNoteToRegistry(sectionPlaces.of(number), record) && done;
-    }
-    if (!done || unmappable) saveFailed();
-    return done;
+    return write(
+        number, [&] { return setInFiles(files, recordPlaces.of(number), record, allFields()); },
+        [&] { return registry.SaveNoteToRegistry(sectionPlaces.of(number), record); });
 }
 
 bool NoteStore::create(int number, NoteRecord& record) {
-    countPending = number;
-    if (!hasPlace(number)) {
-        saveFailed();
-        return false;
-    }
-    bool done = true;
-    bool unmappable = false;
-    if (!UseRegistry || switchPending) {
-        const FileSave stored = createInFiles(files, recordPlaces.of(number), record, header);
-        done = stored.done;
-        unmappable = stored.unmappable;
-    }
-    if (UseRegistry || switchPending) {
-        // A left-over section of that number would lend the new note its alarm or hide it.
-        const int place = sectionPlaces.of(number);
-        done = registry.removeNote(place) && done;
-        done = registry.SaveNoteToRegistry(place, record) && done;
-        done = storeCount(number) && done;
-    }
+    const bool done = write(
+        number, [&] { return createInFiles(files, recordPlaces.of(number), record, header); },
+        [&] {
+            // A left-over section of that number would lend the new note its alarm or hide it.
+            const int place = sectionPlaces.of(number);
+            const bool cleared = registry.removeNote(place);
+            const bool saved = registry.SaveNoteToRegistry(place, record);
+            return storeCount(number) && saved && cleared;
+        });
     // A note that is not counted would be missing at the next start, however often it is saved.
     countPending = done ? 0 : number;
-    if (!done || unmappable) saveFailed();
     return done;
 }
 
@@ -421,34 +430,13 @@ bool NoteStore::importRegistryNotes(int registryCount) {
         append(files.page, images, note);
 
     // Behind a note that stays, bodies are added to those in MEMO; otherwise both files begin anew.
-    std::uint64_t memoAt = 0;
-    if (keep) {
-        const std::uint64_t records = (memoLength.bytes + kMemoLength - 1) / kMemoLength;
-        if (records > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max() - kMaxNotes)) {
-            return false;
-        }
-        memoAt = records * kMemoLength;
-        for (std::size_t at = 0; at < images.dat.size(); at += kRecordLength) {
-            std::string record = images.dat.substr(at, kRecordLength);
-            setMemoNumber(record, memoNumberOf(record) + static_cast<std::int32_t>(records));
-            images.dat.replace(at, kRecordLength, record);
-        }
-        std::string firstBytes = datBefore.bytes.substr(0, kRecordLength);
-        firstBytes.resize(kRecordLength, '\0');
-        images.dat.insert(0, firstBytes);
-    }
+    const std::uint64_t bodies = keep ? (memoLength.bytes + kMemoLength - 1) / kMemoLength : 0;
+    if (bodies > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max() - kMaxNotes))
+        return false;
+    if (keep) putBehind(images, datBefore.bytes, static_cast<std::int32_t>(bodies));
 
     const std::int32_t countBefore = header.count;
-    bool done = keep ? files.files.write(kMemoFile, memoAt, images.memo)
-                     : files.files.replace(kMemoFile, images.memo);
-    done = done && files.files.replace(kNoteFile, images.dat);
-    done = done && holdsBytes(files, kNoteFile, 0, images.dat) &&
-           holdsBytes(files, kMemoFile, memoAt, images.memo);
-    if (done) {
-        header.count = static_cast<std::int32_t>(images.dat.size() / kRecordLength);
-        done = files.WriteHeader(header);
-    }
-    if (!done) {
+    if (!writeCopy(files, header, images, keep, bodies * kMemoLength)) {
         header.count = countBefore;
         putBack(files, kNoteFile, datBefore);
         if (keep && memoLength.status == IoStatus::Done) {

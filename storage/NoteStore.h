@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "storage/DataFiles.h"
+#include "storage/FileNotes.h"
 #include "storage/GlobalSettings.h"
 #include "storage/NotePlaces.h"
 #include "storage/NoteRecord.h"
@@ -72,6 +73,9 @@ struct NoteStore {
     NotePlaces recordPlaces;   ///< of the notes in KARDEL.DAT
 
 private:
+    /// Writes to the store in force, and to the coming one too; tells the user when it could not be kept
+    /// whole.
+    bool write(int number, const std::function<FileSave()>& toFiles, const std::function<bool()>& toRegistry);
     /// No start looks beyond the last place.
     bool hasPlace(int number) const;
     bool settleSections(std::span<NoteRecord* const> notes, const GlobalSettings& settings, bool useRegistry);

@@ -1,3 +1,5 @@
+// One note's window: its parts, colours and sizes, what the mouse and the system do to it, and what it
+// stores.
 #include <gtest/gtest.h>
 
 #include "resources/resource.h"

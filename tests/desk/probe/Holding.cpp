@@ -1,3 +1,4 @@
+// What other programs hold: files and mutexes.
 #include <windows.h>
 
 #include "Commands.h"

@@ -1,3 +1,4 @@
+// An open menu as a user sees it, and a choice in it.
 #include <windows.h>
 
 #include <algorithm>

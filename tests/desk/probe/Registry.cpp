@@ -1,3 +1,4 @@
+// Values and keys of the registry.
 #include <windows.h>
 
 #include "Commands.h"

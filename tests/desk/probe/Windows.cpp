@@ -1,3 +1,4 @@
+// Windows, their parts and messages, and processes.
 #include <windows.h>
 
 #include <tlhelp32.h>  // needs windows.h before it

@@ -1,3 +1,4 @@
+// The data folder on a real disk: files held, denied, cut short or on a long path.
 #include <gtest/gtest.h>
 
 #include <thread>

@@ -1,3 +1,4 @@
+// The settings in the real registry: what is written, read and removed there, and what is refused.
 #include <gtest/gtest.h>
 
 #include <algorithm>
