@@ -3,6 +3,7 @@
 from kardel_desk.alarms import rings_no_more, strip, wait_ringing
 from kardel_desk.one_note import FAR_ALARM, NOTE, OTHER, TWIP, any_store
 
+WM_SYSCOMMAND, SC_KEYMENU = 0x0112, 0xF100
 STEP = 8  # pixels an arrow key moves a note
 
 
@@ -27,6 +28,16 @@ def test_a_moved_note_lies_there_at_the_next_start(desk, hand):
     hand.wait_stored(y=4500 + 2 * STEP * TWIP)
     assert hand.kardel.exit() == 0
     assert desk.run().note().rect[:2] == (400, 300 + 2 * STEP)
+
+
+@any_store
+def test_alt_and_space_open_the_menu_of_the_note(desk, hand):
+    note = hand.run(NOTE).note()
+    note.activate()
+    note.post(WM_SYSCOMMAND, SC_KEYMENU, ord(" "))  # what Windows makes of the keys; the window manager takes them here
+    menu = desk.menu()
+    assert menu.item("Resize")["enabled"]
+    menu.close()
 
 
 @any_store
