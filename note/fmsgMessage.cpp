@@ -195,9 +195,11 @@ void fmsg::drawText(const DRAWITEMSTRUCT& drawn) const {
     SetTextColor(drawn.hDC, GetSysColor(COLOR_WINDOWTEXT));
     const Text text = windowText(drawn.hwndItem);
     area.right = textWidth_;  // breaks the lines as they were measured
-    // Clipped by the control alone.
-    DrawTextW(drawn.hDC, wideData(text), static_cast<int>(text.size()), &area,
-              DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX | DT_EXPANDTABS | DT_NOCLIP);
+    // Clipped by the control alone; a text too high for the screen says with dots that there was more.
+    const bool cut = grid_.textSize(text, textWidth_).height > area.bottom - area.top;
+    DrawTextW(
+        drawn.hDC, wideData(text), static_cast<int>(text.size()), &area,
+        DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX | DT_EXPANDTABS | (cut ? DT_END_ELLIPSIS : DT_NOCLIP));
 }
 
 void fmsg::drawLink(const DRAWITEMSTRUCT& drawn) const {

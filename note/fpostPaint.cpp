@@ -221,6 +221,15 @@ void fpost::paintStrip(HDC dc) const {
     const Selected font(dc, host->look->body.get());
     SetTextColor(dc, inkOn(shownBack));
     SetBkColor(dc, shownBack);
+    SIZE extent{};
+    GetTextExtentPoint32W(dc, wideData(text), static_cast<int>(text.size()), &extent);
+    const bool fits = indent + extent.cx <= area.right;
     ExtTextOutW(dc, indent, indent, ETO_OPAQUE | ETO_CLIPPED, &area, wideData(text),
-                static_cast<UINT>(text.size()), nullptr);
+                fits ? static_cast<UINT>(text.size()) : 0, nullptr);
+    if (fits) return;
+    // A narrow note cuts it short, and dots say so: "12 d   5" would be read as five hours.
+    area.left = indent;
+    area.top = indent;
+    DrawTextW(dc, wideData(text), static_cast<int>(text.size()), &area,
+              DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
 }

@@ -2,6 +2,7 @@
 // a timer, does what a user would do as soon as the window is ready for it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <utility>
@@ -168,6 +169,50 @@ TEST_F(Fmsg, AnEndlessPromptStaysOnTheScreenWithItsButtons) {
         click(ID_BTN2);
     });
     EXPECT_EQ(dialog.MsgBoxExt(Text(20000, u'x'), 36), IDNO);
+}
+
+/// How high the ink of the last columns of a label's last line is, in pixels.
+int heightOfTheLastInk(HWND label) {
+    constexpr int kColumns = 3;
+    constexpr int kDark = 3 * 128;
+    RECT area{};
+    GetClientRect(label, &area);
+    const WindowDc dc(label);
+    TEXTMETRICW metrics{};
+    const Selected font(dc, reinterpret_cast<HFONT>(SendMessageW(label, WM_GETFONT, 0, 0)));
+    GetTextMetricsW(dc, &metrics);
+    int highest = 0;
+    int columns = 0;
+    for (int x = area.right - 1; x >= 0 && columns < kColumns; --x) {
+        int first = -1;
+        int last = -1;
+        for (int y = area.bottom - metrics.tmHeight; y < area.bottom; ++y) {
+            const COLORREF color = GetPixel(dc, x, y);
+            if (GetRValue(color) + GetGValue(color) + GetBValue(color) >= kDark) continue;
+            if (first < 0) first = y;
+            last = y;
+        }
+        if (first < 0) continue;
+        highest = std::max(highest, last - first + 1);
+        ++columns;
+    }
+    return highest;
+}
+
+TEST_F(Fmsg, APromptTooHighForTheScreenEndsInDots) {
+    Script script(dialog);
+    script.when(shown("Kardel"), [this] {
+        constexpr int kDot = 3;
+        UpdateWindow(item(ID_LBLMSG));
+        const int height = heightOfTheLastInk(item(ID_LBLMSG));
+        EXPECT_GT(height, 0);
+        EXPECT_LE(height, kDot);
+        click(ID_BTN1);
+    });
+    Text prompt;
+    for (int line = 0; line < 200; ++line)
+        prompt += u"line by line\r\n";
+    dialog.MsgBoxExt(prompt, 0);
 }
 
 TEST_F(Fmsg, AMessageOverAMessageReturnsToTheFirst) {

@@ -5,6 +5,7 @@ import datetime
 import pytest
 from kardel_desk import alarms
 from kardel_desk.alarms import at, date_text, rings_no_more, seconds_of, strip, time_text, wait_ringing
+from kardel_desk.one_note import FAR_ALARM
 from kardel_desk.stores import KINDS, Store
 
 NOTE = {"Titolo": "a", "Nota": "x", "x": 600, "y": 600, "width": 3000, "height": 2250, "backcolor": 0xC0FFC0}
@@ -138,3 +139,21 @@ def test_summer_time_neither_loses_nor_doubles_an_alarm(desk):
     strip(note).click(20)
     desk.wait(lambda: not strip(note).visible, 5, "the strip to go")
     rings_no_more(note)
+
+
+def ends_in_dots(strip):
+    """Whether the last that is drawn of the time left lies low, as dots do, and digits before it stand tall."""
+    picture = strip.image().convert("L")
+    columns = [[y for y in range(picture.height) if picture.getpixel((x, y)) < 128] for x in range(picture.width)]
+    inked = [column for column in columns if column]
+    tall = max(max(column) - min(column) for column in inked)
+    return tall >= 6 and all(max(column) - min(column) <= 2 for column in inked[-3:])
+
+
+def test_a_narrow_note_says_with_dots_that_its_time_left_is_longer(desk):
+    """"12 d   5" would be read as five hours."""
+    desk.seed_registry({}, [{**NOTE, "Titolo": "narrow", "width": 1140, **FAR_ALARM},
+                            {**NOTE, "Titolo": "wide", "x": 12000, "width": 3000, **FAR_ALARM}])
+    kardel = desk.run()
+    desk.wait(lambda: ends_in_dots(strip(kardel.note("narrow"))), 5, "the dots")
+    assert not ends_in_dots(strip(kardel.note("wide")))
