@@ -26,12 +26,17 @@ int timeLeft() {
     return px(kDatePartAreas.back().right + kTimeGap);
 }
 
+/// Pixels that a text takes in the font of a device context.
+int extentOf(HDC dc, TextView text) {
+    SIZE extent{};
+    GetTextExtentPoint32W(dc, wideData(text), static_cast<int>(text.size()), &extent);
+    return static_cast<int>(extent.cx);
+}
+
 int widthIn(HFONT font, TextView text) {
     const WindowDc screen(nullptr);
     const Selected selected(screen, font);
-    SIZE extent{};
-    GetTextExtentPoint32W(screen, wideData(text), static_cast<int>(text.size()), &extent);
-    return static_cast<int>(extent.cx);
+    return extentOf(screen, text);
 }
 
 /// Whether the digits of a font stay within their places.
@@ -204,13 +209,16 @@ void DateLabel::paint() {
     if (date.size() == 10) {  // "dd/mm/yyyy"
         const TextView text = date;
         const TextView parts[] = {text.substr(0, 2), text.substr(3, 2), text.substr(6)};
+        // In their places, but leaning on each other: a gap beside a slash would tear the date apart.
+        RECT between{};
         for (int i = 0; i < kParts; ++i) {
-            draw(dc, parts[i], areaOf(i, height), DT_CENTER);
-            if (i == 0) continue;
-            RECT between = areaOf(i - 1, height);
-            between.left = between.right;
-            between.right = areaOf(i, height).left;
-            draw(dc, u"/", between, DT_CENTER);
+            RECT place = areaOf(i, height);
+            const int length = extentOf(dc, parts[i]);
+            if (i == 0) place.left = place.right - length;
+            draw(dc, parts[i], place, DT_LEFT);
+            between.right = place.left;
+            if (i > 0) draw(dc, u"/", between, DT_CENTER);
+            between = {place.left + length, 0, 0, height};
         }
         const std::size_t end = label.find(date) + date.size();
         RECT rest = client;
