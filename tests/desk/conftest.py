@@ -56,6 +56,15 @@ def hand(request, desk) -> Hand:
     return Hand(desk, request.param)
 
 
+@pytest.fixture
+def count(capsys):
+    """Says how much was tried, in a line that is seen also when all went well."""
+    def say(line: str) -> None:
+        with capsys.disabled():
+            print(f"\n{line}", flush=True)
+    return say
+
+
 @pytest.hookimpl(hookwrapper=True)
 def pytest_runtest_makereport(item, call):
     outcome = yield

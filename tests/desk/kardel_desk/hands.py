@@ -20,7 +20,7 @@ _NAMES |= {"\n": "Return", "\t": "Tab"}
 class Hands:
     def __init__(self, display: Display):
         self._display = display
-        self._last_click = (0.0, -100, -100)
+        self._clicks: list[tuple[float, int, int]] = []  # when and where, the latest ones
         self._spare = self._take_spare_keys()  # key code -> the character on it
 
     def _do(self, *words) -> None:
@@ -37,16 +37,22 @@ class Hands:
     def click(self, x: int, y: int, button: int = 1, double: bool = False, ready=None) -> None:
         """Clicks at a place of the screen; kept apart from the click before, so that two are never taken for one.
         `ready` is asked, with the pointer in place, until what is to be clicked is really there."""
-        when, last_x, last_y = self._last_click
-        pause = when + DOUBLE_CLICK_SECONDS - time.monotonic()
-        if pause > 0 and abs(x - last_x) <= 4 and abs(y - last_y) <= 4:
-            time.sleep(pause)
+        self.keep_apart(x, y)
         self.move(x, y)
         if ready:
             wait(ready, 10, f"what is to be clicked at {x}, {y}")
         once = ["mousedown", button, "sleep", 0.02, "mouseup", button]
         self._do(*(once + ["sleep", 0.05] + once if double else once))
-        self._last_click = (time.monotonic(), x, y)
+        self._clicks.append((time.monotonic(), x, y))
+
+    def keep_apart(self, x: int, y: int) -> None:
+        """Waits until a press at this place makes no double click of a click before. One on the desktop in between,
+        which no Windows program sees, does not part them."""
+        now = time.monotonic()
+        self._clicks = [click for click in self._clicks if click[0] + DOUBLE_CLICK_SECONDS > now]
+        near = [when for when, last_x, last_y in self._clicks if abs(x - last_x) <= 4 and abs(y - last_y) <= 4]
+        if near:
+            time.sleep(max(near) + DOUBLE_CLICK_SECONDS - now)
 
     def press(self, x: int, y: int, button: int = 1, ready=None) -> None:
         self.move(x, y)

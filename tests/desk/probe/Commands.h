@@ -41,6 +41,9 @@ void holdFile(const Words& words, Json& out);   // path: opened so that nobody e
 void holdMutex(const Words& words, Json& out);  // name
 void release(const Words& words, Json& out);    // everything held
 
+// Resources.cpp
+void countResources(const Words& words, Json& out);  // process id: its handles and GDI objects, all USER ones
+
 // Menus.cpp
 void readMenu(const Words& words, Json& out);  // the popup menus open at this moment, innermost last
 

@@ -122,7 +122,7 @@ void readText(const Words& words, Json& out) {
 void writeText(const Words& words, Json& out) {
     DWORD_PTR result = 0;
     const LRESULT sent =
-        SendMessageTimeoutW(handle(words, 0), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(word(words, 0).c_str()),
+        SendMessageTimeoutW(handle(words, 0), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(word(words, 1).c_str()),
                             SMTO_ABORTIFHUNG, kTextWait, &result);
     out.truth(sent != 0 && result != 0);
 }

@@ -35,6 +35,7 @@ constexpr Command kCommands[] = {
     {L"processes", listProcesses},
     {L"lives", processLives},
     {L"kill", killProcess},
+    {L"resources", countResources},
     {L"cursor", cursorAt},
     {L"holdfile", holdFile},
     {L"holdmutex", holdMutex},

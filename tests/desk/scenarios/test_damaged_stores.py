@@ -56,7 +56,7 @@ def run_through(desk):
     return None
 
 
-def test_damaged_files(desk):
+def test_damaged_files(desk, count):
     dice = random.Random(SEED)
     for number in range(STORES // 2):
         desk.reset()
@@ -80,10 +80,10 @@ def test_damaged_files(desk):
         for at in unharmed:
             assert shown.get(f"note {at}") == f"body of {at}", f"store {number}: {shown}"
             assert fine(at, desk.read_files()), f"store {number}: note {at} was changed"
-    print(f"{STORES // 2} damaged sets of files tried with seed {SEED}")
+    count(f"{STORES // 2} damaged sets of files tried with seed {SEED}")
 
 
-def test_damaged_registry(desk):
+def test_damaged_registry(desk, count):
     dice = random.Random(SEED)
     for number in range(STORES // 2):
         desk.reset()
@@ -105,4 +105,4 @@ def test_damaged_registry(desk):
                 continue
             assert shown.get(f"note {at}") == f"body of {at}", f"store {number}: {shown}"
             assert desk.registry(f"kardel-{at}") == before[at], f"store {number}: note {at} was changed"
-    print(f"{STORES // 2} damaged registries tried with seed {SEED}")
+    count(f"{STORES // 2} damaged registries tried with seed {SEED}")

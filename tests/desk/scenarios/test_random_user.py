@@ -1,0 +1,68 @@
+"""Anything in any order, compared with a model of the desk. KARDEL_SEED says which run it is, KARDEL_ACTIONS how long.
+`./test soak` does 20 000 actions, with a new seed each time, and adds a user with mouse and keyboard."""
+
+import os
+import time
+
+import pytest
+
+from kardel_desk.random_user import RandomUser
+from kardel_desk.steady_user import SteadyUser
+from kardel_desk.stores import KINDS
+
+# Once in some thousand actions Wine believes a stale size of a note that its window manager has just taken over.
+pytestmark = pytest.mark.skipif("KARDEL_ACTIONS" not in os.environ, reason="long: KARDEL_ACTIONS says how long")
+
+SEED = int(os.environ.get("KARDEL_SEED", "1"))
+ACTIONS = int(os.environ.get("KARDEL_ACTIONS", "450"))
+LONG = ACTIONS >= 2000
+SHARE = ACTIONS // 6  # of each test
+BETWEEN_CHECKS = 100 if LONG else 10
+GROWTH = 1.05
+SHORT_SLACK = {"handles": 6, "gdi": 60, "user": 20, "memory": 2000}  # what is still made for the first time
+LONG_SLACK = {"handles": 1, "gdi": 0, "user": 2, "memory": 1000}     # one thread of Wine's own comes and goes
+
+
+def act(user, actions):
+    for action in range(1, actions + 1):
+        user.act()
+        if action % BETWEEN_CHECKS == 0:
+            user.check()
+
+
+def lose_nothing(user, count):
+    begun = time.monotonic()
+    act(user, SHARE)
+    user.restart()
+    count(f"random user, seed {SEED}, {user.kind}: {user.done} actions, {user.restarts} restarts, {user.checks} checks, "
+          f"0 notes lost in {time.monotonic() - begun:.0f} s")
+
+
+@pytest.mark.parametrize("kind", KINDS)
+def test_random_user_loses_nothing(desk, kind, count):
+    lose_nothing(SteadyUser(desk, kind, SEED), count)
+
+
+@pytest.mark.parametrize("kind", KINDS if LONG else KINDS[:1])
+def test_random_user_piles_nothing_up(desk, kind, count):
+    """One long life of the program: what it holds at the end, with three notes in sight, is what it held before."""
+    user, begun = SteadyUser(desk, kind, SEED), time.monotonic()
+    user.leaves = False
+    user.try_everything()
+    act(user, min(500, SHARE // 2) - user.done)
+    user.tidy()
+    before = user.resources()
+    act(user, SHARE - user.done)
+    user.tidy()
+    after = user.resources()
+    count(f"random user, seed {SEED}, {kind}, without a restart: {user.done} actions, {user.checks} checks, "
+          f"0 notes lost in {time.monotonic() - begun:.0f} s; "
+          + ", ".join(f"{name} {before[name]} -> {after[name]}" for name in before))
+    for name, held in before.items():
+        most = held * GROWTH + (LONG_SLACK if LONG else SHORT_SLACK)[name]
+        assert after[name] <= most, f"{name}: {held} before, {after[name]} after {user.done} actions, seed {SEED}"
+
+
+@pytest.mark.parametrize("kind", KINDS)
+def test_random_user_with_mouse_and_keyboard(desk, kind, count):
+    lose_nothing(RandomUser(desk, kind, SEED), count)
