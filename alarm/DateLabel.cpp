@@ -195,7 +195,7 @@ void DateLabel::setFont(HFONT font) {
 }
 
 void DateLabel::paint() {
-    const BufferedPaint paint(hwnd);
+    const BufferedPaint paint(hwnd, canvas_);
     const HDC dc = paint.dc();
     const RECT& client = paint.client();
     FillRect(dc, &client, GetSysColorBrush(COLOR_WINDOW));

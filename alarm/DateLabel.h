@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "alarm/AlarmEditorRules.h"
-#include "support/Handles.h"
+#include "support/BufferedPaint.h"
 
 /// Lives as long as its window or longer. The window's text is the date, with the time behind it where there
 /// is one; what is drawn is that text, its parts in the areas of kDatePartAreas. By keyboard Left and Right
@@ -32,8 +32,9 @@ private:
 
     HFONT font_ = nullptr;  ///< of the dialog
     UniqueFont fitted_;     ///< the same in a size whose digits fill their places; empty: its own size does
-    int chosen_ = 0;        ///< part that the keyboard is on
-    bool inside_ = false;   ///< the mouse is over the label
+    Canvas canvas_;
+    int chosen_ = 0;       ///< part that the keyboard is on
+    bool inside_ = false;  ///< the mouse is over the label
 };
 
 void registerDateLabel();

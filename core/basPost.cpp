@@ -62,6 +62,7 @@ void basPost::fillHost() {
     host.settings = &settings;
     host.dialog = &dialog;
     host.look = &look;
+    host.canvas = &canvas;
     host.Notes = &Notes;
     host.newNote = [this] { return NewNote(); };
     host.hideAll = [this] { ToggleHideAll(); };

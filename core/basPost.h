@@ -13,6 +13,7 @@
 #include "note/fmsg.h"
 #include "note/fpost.h"
 #include "storage/NoteStore.h"
+#include "support/BufferedPaint.h"
 
 struct basPost {
     basPost();
@@ -73,6 +74,7 @@ struct basPost {
     NoteStore store;
     NoteHost host;
     NoteLook look;
+    Canvas canvas;
     fmsg dialog;
     fTray tray;
 

@@ -8,6 +8,7 @@
 #include "support/DateTime.h"
 
 struct fmsg;
+class Canvas;
 struct fpost;
 struct NoteLook;
 
@@ -17,6 +18,7 @@ struct NoteHost {
     fmsg* dialog = nullptr;
     const NoteLook* look = nullptr;
     const std::vector<fpost*>* Notes = nullptr;  ///< in the order of their numbers
+    Canvas* canvas = nullptr;                    ///< every part of every note is drawn through it
 
     std::function<bool()> newNote;     ///< makes and shows a note; false at the limit
     std::function<void()> hideAll;     ///< Hide All / Show All

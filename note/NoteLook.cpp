@@ -1,5 +1,7 @@
 #include "note/NoteLook.h"
 
+#include <algorithm>
+
 #include "resources/resource.h"
 #include "support/Window.h"
 
@@ -36,6 +38,7 @@ NoteLook loadNoteLook() {
     look.body = loadFont(look.dpi, FW_NORMAL);
     look.title = loadFont(look.dpi, FW_BOLD);
     look.titleHeight = heightOf(look.title.get());
+    look.bodyHeight = std::max(1, heightOf(look.body.get()));
     look.arrow = LoadCursorW(nullptr, IDC_ARROW);
     int number = IDC_RESIZE_WIDTH;
     for (HCURSOR& cursor : look.cursors) {

@@ -11,6 +11,7 @@ struct NoteLook {
     UniqueFont body;
     UniqueFont title;
     int titleHeight = 0;               ///< of a line in the title font, pixels
+    int bodyHeight = 1;                ///< of a line in the body font, pixels; at least 1
     std::array<HCURSOR, 4> cursors{};  ///< resources 101 to 104; shared, never destroyed
     HCURSOR arrow = nullptr;
 

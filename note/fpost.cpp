@@ -447,6 +447,7 @@ LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
         case WM_SETTEXT: {
             const LRESULT result = DefWindowProcW(part, message, wp, lp);
             InvalidateRect(part, nullptr, FALSE);
+            if (part == nota) shownBody.forget();
             return result;
         }
         case WM_SETCURSOR:

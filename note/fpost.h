@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "alarm/AlarmRule.h"
+#include "note/NoteBody.h"
 #include "note/NoteColor.h"
 #include "note/NoteHost.h"
 #include "note/NoteLayout.h"
@@ -184,7 +185,6 @@ private:
     void paintFrame();
     void paintPart(HWND part);
     void paintTitle(HDC dc, const RECT& area) const;
-    void paintBody(HDC dc, const RECT& area) const;
     void paintStrip(HDC dc) const;
     void endBodyEdit();
     void draftNow();
@@ -223,6 +223,7 @@ private:
     LONG laidWidth = 0;  ///< client size in pixels that the parts are laid out for
     LONG laidHeight = 0;
     HWND tips = nullptr;  ///< tooltips of the pictures; owned by the note's window
+    NoteBody shownBody;
     Rgb shownBack = kDesignColor;
     UniqueBrush backBrush;
     UniqueBrush editBrush;

@@ -61,6 +61,7 @@ void fpost::endBodyEdit() {
     oneShot = OneShotKey::None;
     const bool focused = GetFocus() == txtNota;
     ShowWindow(txtNota, SW_HIDE);
+    SetWindowTextW(txtNota, L"");
     if (focused) SetFocus(hwnd);
     ShowAlarmStrip();
 }

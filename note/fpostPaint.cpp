@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "note/fpost.h"
+#include "support/BufferedPaint.h"
 
 namespace {
 
@@ -161,7 +162,7 @@ void fpost::paintPart(HWND part) {
         EndPaint(part, &area);
         return;
     }
-    const BufferedPaint buffer(part);
+    const BufferedPaint buffer(part, *host->canvas);
     const HDC dc = buffer.dc();
     FillRect(dc, &buffer.client(), backBrush.get());
     SetBkMode(dc, TRANSPARENT);
@@ -170,7 +171,8 @@ void fpost::paintPart(HWND part) {
     if (part == lbl) {
         paintTitle(dc, buffer.client());
     } else if (part == nota) {
-        paintBody(dc, buffer.client());
+        // While it is edited, the editor lies over all of it.
+        if (!bodyBeingEdited) shownBody.draw(dc, txtNota, windowText(nota), *host->look);
     } else if (part == lbl2) {
         drawIconizeButton(pencil, *host->look, record.iconized);
         pencil.cross(centred(design::kCloseButton, kSign, kSign, *host->look));
@@ -197,19 +199,6 @@ void fpost::paintTitle(HDC dc, const RECT& area) const {
     const Selected font(dc, host->look->title.get());
     DrawTextW(dc, wideData(record.Titolo), static_cast<int>(record.Titolo.size()), &rect,
               DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS | DT_EXPANDTABS);
-}
-
-void fpost::paintBody(HDC dc, const RECT& area) const {
-    if (bodyBeingEdited) return;  // the editor lies over all of it
-    // The editor that will lie over the label draws it: lines break and stand alike, so nothing moves when it
-    // opens. It gets no more than can be seen, and keeps nothing: fifty laid out bodies take megabytes.
-    constexpr LONG kNarrowest = 2;  // pixels of a letter
-    constexpr LONG kLowest = 8;     // and of a line
-    constexpr LONG kLineEnd = 2;
-    const LONG seen = (area.right / kNarrowest + kLineEnd) * (area.bottom / kLowest + 1);
-    SetWindowTextW(txtNota, wide(windowText(nota).substr(0, static_cast<std::size_t>(seen))));
-    SendMessageW(txtNota, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
-    SetWindowTextW(txtNota, L"");
 }
 
 void fpost::paintStrip(HDC dc) const {

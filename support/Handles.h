@@ -21,6 +21,7 @@ using Unique = std::unique_ptr<std::remove_pointer_t<Handle>, Closer<Close>>;
 using UniqueHandle = Unique<HANDLE, CloseHandle>;  ///< files, mutexes; never INVALID_HANDLE_VALUE
 using UniqueKey = Unique<HKEY, RegCloseKey>;
 using UniqueMenu = Unique<HMENU, DestroyMenu>;
+using UniqueDc = Unique<HDC, DeleteDC>;  ///< one that was made in memory
 using UniqueFont = Unique<HFONT, DeleteObject>;
 using UniqueBrush = Unique<HBRUSH, DeleteObject>;
 using UniquePen = Unique<HPEN, DeleteObject>;
@@ -52,37 +53,4 @@ public:
 private:
     HDC dc_;
     HGDIOBJ before_;
-};
-
-/// BeginPaint .. EndPaint through an off-screen bitmap, so that what is drawn appears at once.
-class BufferedPaint {
-public:
-    explicit BufferedPaint(HWND window) : window_(window) {
-        BeginPaint(window, &paint_);
-        GetClientRect(window, &client_);
-        memory_ = CreateCompatibleDC(paint_.hdc);
-        bitmap_.reset(CreateCompatibleBitmap(paint_.hdc, client_.right, client_.bottom));
-        before_ = SelectObject(memory_, bitmap_.get());
-    }
-    ~BufferedPaint() {
-        const RECT& dirty = paint_.rcPaint;
-        BitBlt(paint_.hdc, dirty.left, dirty.top, dirty.right - dirty.left, dirty.bottom - dirty.top, memory_,
-               dirty.left, dirty.top, SRCCOPY);
-        SelectObject(memory_, before_);
-        DeleteDC(memory_);
-        EndPaint(window_, &paint_);
-    }
-    BufferedPaint(const BufferedPaint&) = delete;
-    BufferedPaint& operator=(const BufferedPaint&) = delete;
-
-    HDC dc() const { return memory_; }
-    const RECT& client() const { return client_; }
-
-private:
-    HWND window_;
-    PAINTSTRUCT paint_{};
-    RECT client_{};
-    HDC memory_ = nullptr;
-    UniqueBitmap bitmap_;
-    HGDIOBJ before_ = nullptr;
 };

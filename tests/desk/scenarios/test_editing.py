@@ -167,8 +167,9 @@ def test_an_iconized_note_opens_its_title_instead(desk, hand):
 
 
 @any_store
-def test_the_body_does_not_jump_when_its_editor_opens(desk, hand):
-    note = hand.run({**NOTE, "Nota": "Milk, bread, and a line that wraps over\r\n\r\n\tthe end: gjpqy"}).note()
+@pytest.mark.parametrize("last", ["the end: gjpqy AVATAR", "\tthe end: gjpqy"], ids=["letters", "a tab"])
+def test_the_body_does_not_jump_when_its_editor_opens(desk, hand, last):
+    note = hand.run({**NOTE, "Nota": f"Milk, bread, and a line that wraps over\r\n\r\n{last}"}).note()
     note.activate()
     before = painted(desk, note.part("nota").image)
     note.edit()
