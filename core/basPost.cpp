@@ -77,6 +77,7 @@ void basPost::fillHost() {
     host.allIconized = [this] { return AllIconized; };
     host.showAgain = [this] { AllHidden = false; };
     host.storeFlag = [this](const char16_t* key, bool flag) { storeFlag(key, flag); };
+    host.monitors = [this]() -> const std::vector<Monitor>& { return monitors(); };
     host.now = [] { return localNow(); };
     host.startSound = [] { PlayAlarmSound(IDW_ALARM, true); };
     host.stopSound = StopAlarmSound;
@@ -148,6 +149,11 @@ void basPost::NotesChanged() {
     if (Count() > 1) AllIconized = everyNoteIconized();
 }
 
+const std::vector<Monitor>& basPost::monitors() {
+    if (bulk_ == 0 || monitors_.empty()) monitors_ = readMonitors();
+    return monitors_;
+}
+
 bool basPost::holds(const fpost* note) const {
     return std::find(Notes.begin(), Notes.end(), note) != Notes.end();
 }
@@ -173,19 +179,10 @@ void basPost::storeOwedFlags() {
 // --- Start ------------------------------------------------------------------------------------------------
 
 bool basPost::LoadNotes(int count) {
-    for (int number = 1; number <= count; ++number) {
-        NoteRecord record;
-        store.load(number, record, settings);
-        fpost* const note = fpost::open(host, tray.hwnd, number, record);
-        if (note == nullptr) {
-            MsgBoxExt(u"Windows has no room for all notes now. Close some programs and start Kardel again.",
-                      MB_ICONERROR);
-            return false;
-        }
-        Notes.push_back(note);
-        NoteSlots[static_cast<std::size_t>(number - 1)] = note;
-        note->ArmAfterLoad();
-        if (!note->Closed()) note->show(false);
+    if (!openNotes(count)) {
+        MsgBoxExt(u"Windows has no room for all notes now. Close some programs and start Kardel again.",
+                  MB_ICONERROR);
+        return false;
     }
     store.finishRemovals(records(), settings);
     finishDraft();
@@ -194,6 +191,21 @@ bool basPost::LoadNotes(int count) {
     localFilesMark = !store.UseRegistry;
     live_ = true;
     if (settings.AlignAll) AutoPosition();
+    return true;
+}
+
+bool basPost::openNotes(int count) {
+    const Bulk bulk(*this);
+    for (int number = 1; number <= count; ++number) {
+        NoteRecord record;
+        store.load(number, record, settings);
+        fpost* const note = fpost::open(host, tray.hwnd, number, record);
+        if (note == nullptr) return false;
+        Notes.push_back(note);
+        NoteSlots[static_cast<std::size_t>(number - 1)] = note;
+        note->ArmAfterLoad();
+        if (!note->Closed()) note->show(false);
+    }
     return true;
 }
 
@@ -328,6 +340,11 @@ void basPost::Realign() {
 }
 
 void basPost::AutoPosition() {
+    for (fpost* note : placeInColumns())
+        note->store({NoteField::X, NoteField::Y});
+}
+
+std::vector<fpost*> basPost::placeInColumns() {
     const Bulk bulk(*this);  // placing notes must not ask for the next re-alignment
     std::vector<ColumnNote> before;
     for (fpost* note : Notes) {
@@ -336,13 +353,14 @@ void basPost::AutoPosition() {
     }
     const double twipsPerPixel = static_cast<double>(kTwipsPerInch) / look.dpi;
     const std::vector<ColumnPlace> after = automaticPosition(before, GetWorkArea(), twipsPerPixel);
+    std::vector<fpost*> moved;
     for (std::size_t i = 0; i < after.size(); ++i) {
         if (!after[i].moved) continue;
         fpost& note = *Notes[i];
-        const bool same = note.record.x == after[i].left && note.record.y == after[i].top;
+        if (note.record.x != after[i].left || note.record.y != after[i].top) moved.push_back(&note);
         note.moveTo(after[i].left, after[i].top);
-        if (!same) note.store({NoteField::X, NoteField::Y});
     }
+    return moved;
 }
 
 void basPost::ToggleAlignAll() {
@@ -350,7 +368,7 @@ void basPost::ToggleAlignAll() {
     storeFlag(u"AlignAll", settings.AlignAll);
     if (settings.AlignAll) {
         settings.EasyAlign = false;  // for this run: its key keeps what it holds
-        AutoPosition();
+        placeInColumns();
     }
     for (fpost* note : Notes)
         note->store({NoteField::X, NoteField::Y});

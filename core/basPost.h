@@ -96,7 +96,11 @@ private:
     void storeFlag(const char16_t* key, bool flag);
     void storeOwedFlags();
     bool holds(const fpost* note) const;
+    /// Gives those that are now at another place than stored.
+    std::vector<fpost*> placeInColumns();
     NoteRecord freshRecord(int number) const;
+    /// False when Windows has no room for one more.
+    bool openNotes(int count);
     void finishDraft();
     void showAgain(fpost& note);
     std::vector<NoteRecord*> records() const;
@@ -105,11 +109,17 @@ private:
     std::map<Text, bool> owedFlags_;  ///< settings that the store refused: tried again at the next occasion
     bool live_ = false;               ///< the collection is whole: automatic position may run
     int bulk_ = 0;  ///< depth of commands that walk all notes; single re-alignments wait for their end
+    std::vector<Monitor> monitors_;
     bool failureShown_ = false;
     bool runningShown_ = false;
 
+    /// As they are now; within a command on all notes, as they were at its begin.
+    const std::vector<Monitor>& monitors();
+
     struct Bulk {
-        explicit Bulk(basPost& desk) : desk_(desk) { ++desk_.bulk_; }
+        explicit Bulk(basPost& desk) : desk_(desk) {
+            if (desk_.bulk_++ == 0) desk_.monitors_.clear();
+        }
         ~Bulk() { --desk_.bulk_; }
         Bulk(const Bulk&) = delete;
         Bulk& operator=(const Bulk&) = delete;

@@ -4,11 +4,12 @@
 #include <functional>
 #include <vector>
 
+#include "note/Monitors.h"
 #include "storage/NoteStore.h"
 #include "support/DateTime.h"
 
-struct fmsg;
 class Canvas;
+struct fmsg;
 struct fpost;
 struct NoteLook;
 
@@ -17,8 +18,8 @@ struct NoteHost {
     GlobalSettings* settings = nullptr;
     fmsg* dialog = nullptr;
     const NoteLook* look = nullptr;
-    const std::vector<fpost*>* Notes = nullptr;  ///< in the order of their numbers
     Canvas* canvas = nullptr;                    ///< every part of every note is drawn through it
+    const std::vector<fpost*>* Notes = nullptr;  ///< in the order of their numbers
 
     std::function<bool()> newNote;     ///< makes and shows a note; false at the limit
     std::function<void()> hideAll;     ///< Hide All / Show All
@@ -34,6 +35,7 @@ struct NoteHost {
     std::function<bool()> allIconized;
     std::function<void()> showAgain;  ///< the desk is no longer all hidden: a note rings
     std::function<void(const char16_t* key, bool flag)> storeFlag;  ///< one flag of section "setting"
+    std::function<const std::vector<Monitor>&()> monitors;          ///< read once a command on all notes
     std::function<Now()> now;
     std::function<void()> startSound;  ///< the alarm sound, from its beginning
     std::function<void()> stopSound;

@@ -2,8 +2,18 @@
 
 namespace {
 
-RECT winRect(const PxRect& r) {
-    return {r.left, r.top, r.right, r.bottom};
+BOOL CALLBACK addMonitor(HMONITOR monitor, HDC, LPRECT, LPARAM param) noexcept {
+    auto& monitors = *reinterpret_cast<std::vector<Monitor>*>(param);
+    MONITORINFO info{};
+    info.cbSize = sizeof(info);
+    if (GetMonitorInfoW(monitor, &info) == FALSE) return TRUE;
+    try {
+        const bool primary = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
+        monitors.push_back({pxRect(info.rcMonitor), primary ? GetWorkArea() : pxRect(info.rcWork), primary});
+    } catch (...) {
+        return FALSE;  // no memory for more: those that are known have to do
+    }
+    return TRUE;
 }
 
 }  // namespace
@@ -16,18 +26,16 @@ PxRect GetWorkArea() {
     return pxRect(work);
 }
 
-PxRect workAreaAt(const PxRect& rect) {
-    const RECT asked = winRect(rect);
-    MONITORINFO info{};
-    info.cbSize = sizeof(info);
-    const HMONITOR monitor = MonitorFromRect(&asked, MONITOR_DEFAULTTONEAREST);
-    if (GetMonitorInfoW(monitor, &info) == FALSE || (info.dwFlags & MONITORINFOF_PRIMARY) != 0) {
-        return GetWorkArea();
+std::vector<Monitor> readMonitors() {
+    std::vector<Monitor> monitors;
+    EnumDisplayMonitors(nullptr, nullptr, addMonitor, reinterpret_cast<LPARAM>(&monitors));
+    if (monitors.empty()) {
+        const PxRect screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+        monitors.push_back({screen, GetWorkArea(), true});
     }
-    return pxRect(info.rcWork);
+    return monitors;
 }
 
-bool isOnScreen(const PxRect& rect) {
-    const RECT asked = winRect(rect);
-    return MonitorFromRect(&asked, MONITOR_DEFAULTTONULL) != nullptr;
+PxRect workAreaAt(const PxRect& rect) {
+    return monitorAt(readMonitors(), rect).work;
 }

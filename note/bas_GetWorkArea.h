@@ -3,17 +3,18 @@
 
 #include <vector>
 
-#include "note/NoteLayout.h"
+#include "note/Monitors.h"
 #include "support/WinText.h"
 
 /// Work area of the primary monitor, as the system reports it now.
 PxRect GetWorkArea();
 
+/// All monitors as they are now, at least one. Asking takes the system a while: a command that places all
+/// notes asks once.
+std::vector<Monitor> readMonitors();
+
 /// Work area of the monitor that a rectangle lies on, or of the nearest.
 PxRect workAreaAt(const PxRect& rect);
-
-/// Whether a rectangle touches a monitor, be it under the task bar.
-bool isOnScreen(const PxRect& rect);
 
 inline PxRect pxRect(const RECT& r) {
     return {static_cast<int>(r.left), static_cast<int>(r.top), static_cast<int>(r.right),

@@ -15,12 +15,11 @@ bool isWithin(const RECT& rect, const PxRect& area) {
 }  // namespace
 
 MoveHook::MoveHook(HWND window, Kind kind, Desk desk)
-    : window_(window), desk_(std::move(desk)), workArea_(GetWorkArea()) {
+    : window_(window), desk_(std::move(desk)), workArea_(GetWorkArea()), monitors_(readMonitors()) {
     RECT rect{};
     GetWindowRect(window, &rect);
     width_ = pxRect(rect).width();
     height_ = pxRect(rect).height();
-    readMonitors();
     const WNDPROC procedure = kind == Kind::EasyMove ? EasyMoveProc : AlignedMoveProc;
     before_ = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
@@ -49,7 +48,7 @@ LRESULT MoveHook::passOn(HWND window, UINT message, WPARAM wp, LPARAM lp) {
     MoveHook* const hook = hookOf(window);
     if (hook == nullptr) return DefWindowProcW(window, message, wp, lp);
     const WNDPROC before = hook->before_;
-    if (message == WM_DISPLAYCHANGE || message == WM_SETTINGCHANGE) hook->readMonitors();
+    if (message == WM_DISPLAYCHANGE || message == WM_SETTINGCHANGE) hook->monitors_ = readMonitors();
     if (message == WM_NCDESTROY) hook->putBack();  // the window goes before the drag has ended
     return CallWindowProcW(before, window, message, wp, lp);
 }
@@ -67,38 +66,12 @@ LRESULT CALLBACK MoveHook::AlignedMoveProc(HWND window, UINT message, WPARAM wp,
     return hook->onMoving(wp, *reinterpret_cast<RECT*>(lp));
 }
 
-void MoveHook::readMonitors() {
-    monitors_.clear();
-    EnumDisplayMonitors(nullptr, nullptr, addMonitor, reinterpret_cast<LPARAM>(this));
-}
-
-BOOL CALLBACK MoveHook::addMonitor(HMONITOR monitor, HDC, LPRECT, LPARAM param) noexcept {
-    auto& hook = *reinterpret_cast<MoveHook*>(param);
-    MONITORINFO info{};
-    info.cbSize = sizeof(info);
-    if (GetMonitorInfoW(monitor, &info) == FALSE) return TRUE;
-    const PxRect area = pxRect(info.rcMonitor);
-    const bool primary = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
-    const SnapScreen other{area.left, area.top, pxRect(info.rcWork)};
-    try {
-        hook.monitors_.push_back({monitor, area, primary ? SnapScreen{0, 0, hook.workArea_} : other});
-    } catch (...) {
-        hook.monitors_.clear();  // no memory for the list: the primary monitor's edges still hold
-        return FALSE;
-    }
-    return TRUE;
-}
-
 SnapScreen MoveHook::screenAt(const RECT& rect) const {
-    if (monitors_.size() == 1) return monitors_.front().screen;
-    for (const Monitor& monitor : monitors_) {
-        if (isWithin(rect, monitor.area)) return monitor.screen;
-    }
-    const HMONITOR nearest = MonitorFromRect(&rect, MONITOR_DEFAULTTONEAREST);
-    for (const Monitor& monitor : monitors_) {
-        if (monitor.handle == nearest) return monitor.screen;
-    }
-    return {0, 0, workArea_};
+    const auto under = std::find_if(monitors_.begin(), monitors_.end(),
+                                    [&rect](const Monitor& monitor) { return isWithin(rect, monitor.area); });
+    const Monitor& monitor = under != monitors_.end() ? *under : monitorAt(monitors_, pxRect(rect));
+    if (monitor.primary) return {0, 0, workArea_};
+    return {monitor.area.left, monitor.area.top, monitor.work};
 }
 
 LRESULT MoveHook::onMoving(WPARAM wp, RECT& proposed) const {

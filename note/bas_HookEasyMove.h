@@ -4,6 +4,7 @@
 #include <functional>
 #include <vector>
 
+#include "note/Monitors.h"
 #include "note/Snap.h"
 #include "support/WinText.h"
 
@@ -34,17 +35,9 @@ private:
     static MoveHook* hookOf(HWND window);
     static LRESULT passOn(HWND window, UINT message, WPARAM wp, LPARAM lp);
     LRESULT onMoving(WPARAM wp, RECT& proposed) const;
-    void readMonitors();
-    static BOOL CALLBACK addMonitor(HMONITOR monitor, HDC, LPRECT, LPARAM hook) noexcept;
     /// The monitor under a rectangle.
     SnapScreen screenAt(const RECT& rect) const;
     void putBack();
-
-    struct Monitor {
-        HMONITOR handle = nullptr;
-        PxRect area;
-        SnapScreen screen;
-    };
 
     static inline MoveHook* innermost_ = nullptr;  ///< of the drags that run, one inside the other
     MoveHook* outer_ = nullptr;

@@ -241,13 +241,14 @@ PxRect fpost::shownRect() const {
     const int strip = look.px(kIconizedHeight);
     PxRect rect{left, top, left + look.px(Twips{pWidth()}), top + look.px(Twips{pHeight()})};
     // Whatever size was stored, a note is at most as large as the desktop it lies on.
-    const PxRect work = workAreaAt({left, top, left + strip, top + strip});
+    const std::vector<Monitor>& monitors = host->monitors();
+    const PxRect work = monitorAt(monitors, {left, top, left + strip, top + strip}).work;
     rect.right = left + std::min(rect.width(), work.width());
     rect.bottom = record.iconized ? top + strip : top + std::min(rect.height(), work.height());
     const PxRect title{rect.left, rect.top, rect.right, rect.top + strip};
     // A note that has never had a size has never had a place either: it comes up where it can be used.
     const bool fresh = record.width <= 0 && record.height <= 0;
-    if (fresh || !isOnScreen(title)) rect = movedInto(rect, workAreaAt(rect), strip);
+    if (fresh || !isOnScreen(monitors, title)) rect = movedInto(rect, monitorAt(monitors, rect).work, strip);
     return rect;
 }
 
@@ -446,8 +447,8 @@ LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_SETTEXT: {
             const LRESULT result = DefWindowProcW(part, message, wp, lp);
-            InvalidateRect(part, nullptr, FALSE);
             if (part == nota) shownBody.forget();
+            InvalidateRect(part, nullptr, FALSE);
             return result;
         }
         case WM_SETCURSOR:

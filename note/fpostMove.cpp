@@ -112,7 +112,7 @@ void fpost::moveStep(int columns, int rows) {
         }
     }
     const int strip = host->look->px(design::kStripHeight);
-    if (!isOnScreen({to.left, to.top, to.left + from.width(), to.top + strip})) return;
+    if (!isOnScreen(host->monitors(), {to.left, to.top, to.left + from.width(), to.top + strip})) return;
     if (to.left == from.left && to.top == from.top) return;
     SetWindowPos(hwnd, nullptr, to.left, to.top, 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
