@@ -68,15 +68,17 @@ void fpost::endBodyEdit() {
 
 void fpost::SaveNote() {
     if (!bodyBeingEdited) return;
+    bodyBeingEdited = false;
     const Text edited = windowText(txtNota);
-    endBodyEdit();
     // A body from elsewhere may hold other line breaks than the editor's: only what was edited is written.
     const bool refused = std::find(unsaved.begin(), unsaved.end(), NoteField::Nota) != unsaved.end();
     const bool changed = edited != withLineBreaks(record.Nota);
     if (changed) record.Nota = edited;
+    // Stored first: the text does not wait for the screen. What the store refuses stays in the draft.
+    const bool kept = (!changed && !refused) || store({NoteField::Nota});
     setWindowText(nota, withLineBreaks(record.Nota));
-    // Text that the store refuses stays in the draft.
-    if ((!changed && !refused) || store({NoteField::Nota})) dropDraft();
+    endBodyEdit();
+    if (kept) dropDraft();
 }
 
 void fpost::CancelNote() {
