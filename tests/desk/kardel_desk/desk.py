@@ -23,6 +23,7 @@ from .wine import Wine
 SETTINGS_KEY = r"HKCU\Software\VB and VBA Program Settings\Kardel"
 RUN_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Run"
 SCREEN_KEY = r"HKCU\Control Panel\Desktop"
+X11_KEY = r"HKCU\Software\Wine\X11 Driver"
 COLOUR_KEY = r"HKCU\Control Panel\Colors"
 THEME_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\ThemeManager"
 ENGLISH_DAYS = ("Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun")
@@ -236,6 +237,17 @@ class Desk:
                 self.probe.ask("regdelete", COLOUR_KEY, name)
             self.probe.ask("regtexts", COLOUR_KEY, *sum(map(list, usual.items()), []))
             self.probe.ask("regtexts", THEME_KEY, "ThemeActive", "1")
+
+    @contextlib.contextmanager
+    def unmanaged(self):
+        """While the block runs, the windows of programs that start are no business of the window manager. Wine then
+        never waits for it, and always knows where they are."""
+        self.probe.ask("regtexts", X11_KEY, "Managed", "N")
+        try:
+            yield
+        finally:
+            self.end_programs()
+            self.probe.ask("regdelete", X11_KEY, "Managed")
 
     # --- the program
 

@@ -317,6 +317,9 @@ class RandomUser:
         else:
             self.desk.key(key)
 
+    def _press_in_box(self, button: str) -> None:
+        self.kardel.dialog().press(button)
+
     def _gone(self) -> None:
         self.desk.wait(lambda: not self.kardel.dialogs(), 10, "the box to close")
         self._finished()
@@ -870,7 +873,7 @@ class RandomUser:
         self.restarts += 1
         self.kardel = self.desk.start(env=self.env)
         if self.store.kind == "registry" and self.desk.read_files().hdr is not None:
-            self.kardel.dialog().press(keep_registry)
+            self._press_in_box(keep_registry)
             if keep_registry == "No":
                 self.store.kind = "files"
         self.kardel.wait_ready(notes=len(self.model.notes))

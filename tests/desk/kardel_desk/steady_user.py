@@ -39,6 +39,9 @@ class SteadyUser(RandomUser):
         pressed = self.desk.wait(lambda: box.button(button), 5, f"the button {button}")
         box.post(WM_COMMAND, pressed.info["id"], pressed.hwnd)
 
+    def _press_in_box(self, button: str) -> None:
+        self._answer(self._box(), button, "")
+
     def about(self) -> None:
         self.kardel.tray.command("dyn(11)")
         self._answer(self._box(), "OK", "")
