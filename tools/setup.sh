@@ -8,7 +8,7 @@ PYTHON=/usr/bin/python3
 PACKAGES=(
     ca-certificates git cmake ninja-build g++ clang clang-format clang-tidy googletest
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
-    wine64 xvfb openbox trayer xdotool x11-utils imagemagick
+    wine64 xvfb openbox trayer xdotool x11-utils x11-xserver-utils imagemagick
     fonts-dejavu-core fonts-liberation locales faketime pulseaudio pulseaudio-utils
     python3 python3-pytest python3-pil python3-xlib
     nsis zip debootstrap

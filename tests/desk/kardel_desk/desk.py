@@ -64,15 +64,15 @@ class Clock:
 
 
 class Desk:
-    """`arch` is win64 or win32; `both`: a win64 desk on which 32-bit programs run too. `dpi` and `panel_strut` hold for the
-    whole session. close() ends everything."""
+    """`arch` is win64 or win32; `both`: a win64 desk on which 32-bit programs run too. `dpi`, `panel_strut` and
+    `monitors`, side by side, hold for the whole session. close() ends everything."""
 
     wait = staticmethod(waiting.wait)
     wait_equal = staticmethod(waiting.wait_equal)
     stays = staticmethod(waiting.stays)
 
     def __init__(self, arch: str = "win64", size: tuple[int, int] = (1280, 1024), dpi: int = 96, panel_strut: bool = True,
-                 both: bool = False):
+                 both: bool = False, monitors: int = 1):
         self.arch, self.dpi = arch, dpi
         WORK.mkdir(parents=True, exist_ok=True)
         _sweep()
@@ -85,9 +85,9 @@ class Desk:
         self._seeded_notes: dict[str, int] = {}
         self._registry_notes = 0
         try:
-            self.display = Display(self.work, *size, panel_strut=panel_strut)
+            self.display = Display(self.work, *size, panel_strut=panel_strut, monitors=monitors)
             self.hands = Hands(self.display)
-            self.wine = Wine(arch, self.display.env, self.work, both)
+            self.wine = Wine(arch, self.display.env, self.work, both, monitors > 1)
             self.probe = Probe(self.wine)
             if dpi != 96:
                 self.probe.ask("regset", SCREEN_KEY, "LogPixels", "dword", dpi)

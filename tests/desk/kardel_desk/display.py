@@ -15,10 +15,12 @@ from .waiting import wait
 
 
 class Display:
-    """Starts the screen at once. `panel_strut`: the panel keeps its place free of the work area."""
+    """Starts the screen at once. `panel_strut`: the panel keeps its place free of the work area. `monitors` share the
+    width, side by side; the left one is the primary."""
 
-    def __init__(self, work: pathlib.Path, width: int = 1280, height: int = 1024, panel_strut: bool = True):
-        self.width, self.height = width, height
+    def __init__(self, work: pathlib.Path, width: int = 1280, height: int = 1024, panel_strut: bool = True,
+                 monitors: int = 1):
+        self.width, self.height, self.monitors = width, height, monitors
         self._work, self._panel_strut = work, panel_strut
         self._servers: list[subprocess.Popen] = []
         home = work / "home"
@@ -46,6 +48,8 @@ class Display:
         self.x = xdisplay.Display(self.env["DISPLAY"])
         self.root = self.x.screen().root
         self.x.xfixes_query_version()  # pointer() needs it said once
+        if self.monitors > 1:
+            self._part()
 
         self._servers.append(processes.start(["openbox", "--sm-disable"], self.env, self._work / "openbox.log"))
         for name in ("_NET_SUPPORTING_WM_CHECK", "_NET_WORKAREA", "_NET_CLIENT_LIST"):
@@ -53,6 +57,14 @@ class Display:
         self._forbid_window_manager_moves()
 
         self.start_panel()
+
+    def _part(self) -> None:
+        """Divides the screen into monitors. The first takes over what was the whole screen's."""
+        width = self.width // self.monitors
+        for number in range(self.monitors):
+            place = f"{width}/{width // 4}x{self.height}/{self.height // 4}+{number * width}+0"
+            subprocess.run(["xrandr", "--setmonitor", f"monitor-{number}", place, "screen" if number == 0 else "none"],
+                           env=self.env, check=True, stdout=subprocess.DEVNULL)
 
     def start_panel(self) -> None:
         """Starts the tray panel, empty, and waits until programs can find it."""

@@ -48,11 +48,18 @@ def _enter_i386_root() -> None:
     _mounted = True
 
 
+# One screen divided into monitors is known to Xinerama alone.
+_MONITORS = '''
+[Software\\\\Wine\\\\X11 Driver]
+"UseXRandR"="N"
+'''
+
+
 class Wine:
     """`env` names the display and home. The prefix is a copy of a template that is made once. `both`: a win64 one that
-    runs 32-bit programs too."""
+    runs 32-bit programs too. `monitors`: the screen has several."""
 
-    def __init__(self, arch: str, env: dict[str, str], work: pathlib.Path, both: bool = False):
+    def __init__(self, arch: str, env: dict[str, str], work: pathlib.Path, both: bool = False, monitors: bool = False):
         self.arch, self.both = arch, both
         self.prefix = work / "prefix"
         self.env = {**env, **_WINE_ENV, "WINEARCH": arch, "WINEPREFIX": str(self.prefix)}
@@ -62,6 +69,9 @@ class Wine:
             with contextlib.suppress(processes.Unavailable):
                 processes.private_mounts()
         self._copy_template()
+        if monitors:
+            with open(self.prefix / "user.reg", "a", encoding="utf-8") as registry:
+                registry.write(_MONITORS)
         # The server stays until close(). The first call must not write into a pipe: Wine's services would inherit it
         # and whoever reads the pipe would wait for ever.
         self._quietly("server", "-p")
