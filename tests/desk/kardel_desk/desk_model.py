@@ -4,6 +4,7 @@ import dataclasses
 import datetime
 
 TWIPS = 15                          # a pixel at 96 dpi
+MOST_NOTES = 8  # enough to cover one another, few enough to be told apart
 NEW_SIZE = 2910 // TWIPS, 1890 // TWIPS
 LEAST_WIDTH, LEAST_HEIGHT = 1130, 705  # twips
 YELLOW = 8454143
