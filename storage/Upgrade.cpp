@@ -70,7 +70,8 @@ StoredHeader storedHeader(const Files& files) {
 bool isOldUnderNewHeader(const DataHeader& header, std::uint64_t bytes, const OldLayout& layout,
                          std::uint64_t freshBytes) {
     const std::uint64_t records = recordsIn(bytes, layout.recordLength);
-    if (layoutOf(header.version) != nullptr || records * kRecordLength != freshBytes) return false;
+    const bool fits = records > 0 && records * kRecordLength == freshBytes;
+    if (layoutOf(header.version) != nullptr || !fits) return false;
     return bytes % kRecordLength != 0 || header.count == static_cast<std::int64_t>(records);
 }
 

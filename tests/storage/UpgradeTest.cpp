@@ -248,6 +248,14 @@ TEST(UpgradeDataFiles, StaleTemporaryFileNeverReplacesPresentNotes) {
     EXPECT_EQ(files.file(kNoteFile), before);
 }
 
+TEST(UpgradeDataFiles, EmptyLeftOverBesideAnEmptyFileIsNothingToFinish) {
+    OldFiles empty;
+    empty.seed(kProgramVersion, kRecordLength, 0);
+    empty.file(u"KARDEL122.DAT") = "";
+    EXPECT_EQ(UpgradeDataFiles(empty.data), Upgraded::NotNeeded);
+    EXPECT_TRUE(empty.has(u"KARDEL122.DAT"));
+}
+
 TEST(UpgradeDataFiles, RecordsThatCannotBeReadNowAreLeftAlone) {
     OldFiles old;
     old.seed(1.22F, 201, 3);

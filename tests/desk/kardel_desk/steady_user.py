@@ -54,6 +54,13 @@ class SteadyUser(RandomUser):
 
     # --- editing
 
+    def new(self) -> None:
+        """A new note has a text at once: after a start it could not be told from another one without."""
+        super().new()
+        note = self.model.notes[-1]
+        note.body = f"new {self.done}"
+        self._fill(note, "txtNota", note.body, lambda editor: self._press(editor, VK_RETURN))
+
     @staticmethod
     def _press(editor, key: int) -> None:
         editor.send(WM_KEYDOWN, key)
