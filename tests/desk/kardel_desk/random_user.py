@@ -126,7 +126,7 @@ class RandomUser(NoteActions, EditActions):
             return len(notes) > 1 and self._some(self._shown if name == "delete" else self._calm)
         if name in ("restart", "kill", "second_start", "switch_store"):
             return self.leaves and bool(notes)  # a start never shows an empty desk
-        needs = {"colour": self._calm, "drag": self._calm, "resize_by_key": self._full, "resize_by_grip": self._full,
+        needs = {"colour": self._calm, "drag": self._calm, "resize_by_key": self._sizable, "resize_by_grip": self._sizable,
                  "title_buttons": self._shown, "edit_body": self._full, "edit_title": self._calm, "escape": self._full,
                  "set_alarm": self._unset, "clear_alarm": self._armed, "leave_alarm": self._calm, "ring": self._unset,
                  "stop_ringing": lambda note: note.ringing, "note_menu": self._calm, "think_better": self._shown,
@@ -151,6 +151,10 @@ class RandomUser(NoteActions, EditActions):
     @staticmethod
     def _full(note: Note) -> bool:
         return note.visible and not note.ringing and not note.iconized
+
+    def _sizable(self, note: Note) -> bool:
+        """How far one that is shown elsewhere than it lies can grow, the model does not know."""
+        return self._full(note) and self._in_reach(note)
 
     @staticmethod
     def _unset(note: Note) -> bool:

@@ -133,7 +133,7 @@ class SteadyUser(RandomUser):
         return None
 
     def resize_by_key(self) -> None:
-        note = self._any(self._full)
+        note = self._any(self._sizable)
         self._command(note, "resize")
         for _ in range(self.dice.randrange(1, 6)):
             key = self.dice.choice(tuple(ARROWS))

@@ -169,7 +169,7 @@ class NoteActions:
             self._say(f"(off: {note.x}, {note.y} and not {x}, {y})")
 
     def resize_by_key(self) -> None:
-        note = self._any(self._full)
+        note = self._any(self._sizable)
         window = self._in_hand(note)
         if not window:
             return
@@ -183,7 +183,7 @@ class NoteActions:
         self._finished()
 
     def resize_by_grip(self) -> None:
-        note = self._any(self._full)
+        note = self._any(self._sizable)
         window = self._in_front(note)
         if not self._reach(window.part("pic2"), 13, 4):
             self._say("(covered)")
