@@ -3,8 +3,7 @@
 import pytest
 
 from kardel_desk import Desk
-from kardel_desk.one_note import NOTE, TWIP, Hand
-from kardel_desk.stores import KINDS
+from kardel_desk.one_note import NOTE, TWIP
 
 WIDTH, HEIGHT, PANEL = 800, 700, 24
 
@@ -14,27 +13,14 @@ def at(x, y, title="Shopping"):
 
 
 @pytest.fixture(scope="module")
-def two(arch):
+def session(arch):
+    """In the place of the usual desk: every test here gets this one, clean."""
     if arch == "win32":
         pytest.skip("the 32-bit Wine has no Xinerama, and knows of one monitor only")
     desk = Desk(arch, size=(2 * WIDTH, HEIGHT), monitors=2)
     assert desk.screen()["width"] == WIDTH  # of the primary one
     yield desk
     desk.close()
-
-
-@pytest.fixture
-def desk(two):
-    two.reset()
-    yield two
-    crashes = two.crashes()
-    two.end_programs()
-    assert not crashes, "the program ended by a crash:\n" + "\n".join(crashes)
-
-
-@pytest.fixture(params=KINDS)
-def hand(request, desk):
-    return Hand(desk, request.param)
 
 
 def test_a_note_dragged_to_the_other_monitor_is_there_at_the_next_start(desk, hand):
