@@ -1,6 +1,7 @@
 """Starting and ending the desk's processes so that none outlives it."""
 
 import ctypes
+import functools
 import os
 import pathlib
 import signal
@@ -63,8 +64,10 @@ def kill_with_variable(name: str, value: str, patience: float = 5.0) -> None:
             pass
 
 
+@functools.cache
 def private_mounts() -> None:
-    """From here on, mounts made by this process are seen by it and its children only, and vanish with them."""
+    """From here on, mounts made by this process are seen by it and its children only, and vanish with them. Once is
+    enough: a second time would part the process from children it has, which would see nothing mounted later."""
     CLONE_NEWNS = 0x00020000
     if _libc.unshare(CLONE_NEWNS) != 0:
         raise Unavailable(f"private mounts: {os.strerror(ctypes.get_errno())}")

@@ -22,7 +22,6 @@ _WINE32, _WINESERVER32 = "/usr/lib/wine/wine", "/usr/lib/wine/wineserver"
 _WITH_32_BIT = ["unshare", "--mount", "--propagation", "private", "sh", "-c",
                 'mount -t overlay overlay -o "lowerdir=/usr/lib:$0" /usr/lib && '
                 'LD_LIBRARY_PATH=/usr/lib/i386-linux-gnu exec "$@"', str(I386_ROOT / "usr/lib")]
-_mounted = False
 
 
 def available(arch: str) -> bool:
@@ -35,17 +34,14 @@ def runs_both() -> bool:
     return available("win32") and subprocess.run([*_WITH_32_BIT, "true"], stderr=subprocess.DEVNULL).returncode == 0
 
 
+@functools.cache
 def _enter_i386_root() -> None:
-    global _mounted
-    if _mounted:
-        return
     processes.private_mounts()
     WORK.mkdir(parents=True, exist_ok=True)
     for source in ("/proc", "/dev", "/tmp/.X11-unix", "/usr/share/fonts", "/usr/lib/locale", str(WORK)):
         target = I386_ROOT / source.lstrip("/")
         target.mkdir(parents=True, exist_ok=True)
         subprocess.run(["mount", "--rbind" if source == "/dev" else "--bind", source, target], check=True)
-    _mounted = True
 
 
 # One screen divided into monitors is known to Xinerama alone.
