@@ -5,6 +5,7 @@
 #include <array>
 #include <functional>
 
+#include "alarm/AlarmControls.h"
 #include "alarm/AlarmEditorRules.h"
 #include "alarm/DateLabel.h"
 #include "support/DialogGrid.h"
@@ -15,13 +16,6 @@ struct AlarmEdit {
     bool AlarmStop = false;
     bool DateNotSet = false;  ///< the date recurs
     EditorAlarm alarm;        ///< with AlarmStart: for ruleFromEditor
-};
-
-/// A list that shows a text of its own while one of its entries is chosen: the empty one, or none.
-struct CueList {
-    WNDPROC before = nullptr;
-    Text cue;
-    int at = 0;  ///< index of the entry; CB_ERR for "none"
 };
 
 struct AlarmFace {

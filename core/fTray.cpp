@@ -95,15 +95,13 @@ bool fTray::TrayHook(HWND tray) {
     for (const UINT message : {static_cast<UINT>(WM_SECONDSTART), taskbarCreated_}) {
         allowFromBelow(tray, message);
     }
-    const LONG_PTR before = SetWindowLongPtrW(tray, GWLP_WNDPROC, std::bit_cast<LONG_PTR>(&fTray::trayProc));
-    savedProcedure_ = std::bit_cast<WNDPROC>(before);
-    return before != 0;
+    savedProcedure_ = replaceProcedure(tray, trayProc);
+    return savedProcedure_ != nullptr;
 }
 
 void fTray::TrayUnhook(HWND tray) {
     if (savedProcedure_ == nullptr) return;
-    SetWindowLongPtrW(tray, GWLP_WNDPROC, std::bit_cast<LONG_PTR>(savedProcedure_));
-    savedProcedure_ = nullptr;
+    replaceProcedure(tray, std::exchange(savedProcedure_, nullptr));
 }
 
 LRESULT CALLBACK fTray::trayProc(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "note/bas_GetWorkArea.h"
+#include "support/Window.h"
 
 namespace {
 
@@ -20,9 +21,7 @@ MoveHook::MoveHook(HWND window, Kind kind, Desk desk)
     GetWindowRect(window, &rect);
     width_ = pxRect(rect).width();
     height_ = pxRect(rect).height();
-    const WNDPROC procedure = kind == Kind::EasyMove ? EasyMoveProc : AlignedMoveProc;
-    before_ = reinterpret_cast<WNDPROC>(
-        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+    before_ = replaceProcedure(window, kind == Kind::EasyMove ? EasyMoveProc : AlignedMoveProc);
     outer_ = std::exchange(innermost_, this);
 }
 
@@ -33,8 +32,7 @@ MoveHook::~MoveHook() {
 
 void MoveHook::putBack() {
     if (before_ == nullptr) return;
-    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_));
-    before_ = nullptr;
+    replaceProcedure(window_, std::exchange(before_, nullptr));
 }
 
 MoveHook* MoveHook::hookOf(HWND window) {

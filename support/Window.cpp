@@ -14,6 +14,21 @@ void registerClass(const char16_t* name, WNDPROC procedure, UINT style) {
     RegisterClassExW(&kind);
 }
 
+WNDPROC replaceProcedure(HWND window, WNDPROC procedure) {
+    return reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+}
+
+void extendControl(HWND control, WNDPROC procedure) {
+    SetWindowLongPtrW(control, GWLP_USERDATA, GetWindowLongPtrW(control, GWLP_WNDPROC));
+    replaceProcedure(control, procedure);
+}
+
+LRESULT passToControl(HWND control, UINT message, WPARAM wp, LPARAM lp) {
+    const auto before = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(control, GWLP_USERDATA));
+    return CallWindowProcW(before, control, message, wp, lp);
+}
+
 int screenDpi() {
     const WindowDc screen(nullptr);
     const int dpi = GetDeviceCaps(screen, LOGPIXELSX);

@@ -3,9 +3,18 @@
 
 #include "support/WinText.h"
 
-/// Registers a window class once per process and answers its name for CreateWindowExW. A class that is
-/// there already is left as it is.
+/// Registers a window class of the program. One that is there already is left as it is.
 void registerClass(const char16_t* name, WNDPROC procedure, UINT style);
+
+/// Puts another window procedure in place of a window's own, which it answers: it gets what the new one
+/// leaves. Null when Windows refuses.
+WNDPROC replaceProcedure(HWND window, WNDPROC procedure);
+
+/// The same for a control of Windows' own, which keeps the former procedure until it goes.
+void extendControl(HWND control, WNDPROC procedure);
+
+/// What an extended control did before, and still does with every message that is passed on.
+LRESULT passToControl(HWND control, UINT message, WPARAM wp, LPARAM lp);
 
 /// Window procedure of a form: `Form` has a member `hwnd`, a method `LRESULT onMessage(UINT, WPARAM, LPARAM)`
 /// and a static method `void onEscaped(UINT) noexcept`, the last barrier: an exception must not travel
