@@ -11,6 +11,7 @@ struct PxRect {
     int bottom = 0;
     constexpr int width() const { return right - left; }
     constexpr int height() const { return bottom - top; }
+    constexpr PxRect shifted(int x, int y) const { return {left + x, top + y, right + x, bottom + y}; }
     bool operator==(const PxRect&) const = default;
 };
 

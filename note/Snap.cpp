@@ -8,10 +8,6 @@ bool isNear(int edge, int other) {
     return edge >= other - kSnapTolerance && edge <= other + kSnapTolerance;
 }
 
-PxRect shifted(const PxRect& rect, int x, int y) {
-    return {rect.left + x, rect.top + y, rect.right + x, rect.bottom + y};
-}
-
 /// Both in coordinates of the monitor, whose corner is 0, 0. Left and top are compared with the monitor's
 /// edge but land on the work area's; each rule sees the rectangle as the rules before it left it.
 void snapToScreen(PxRect& r, const PxRect& work) {
@@ -23,21 +19,21 @@ void snapToScreen(PxRect& r, const PxRect& work) {
         r.bottom = r.height();
         r.top = work.top;
     }
-    if (r.right > work.right - kSnapTolerance) r = shifted(r, work.right - r.right, 0);
-    if (r.bottom > work.bottom - kSnapTolerance) r = shifted(r, 0, work.bottom - r.bottom);
+    if (r.right > work.right - kSnapTolerance) r = r.shifted(work.right - r.right, 0);
+    if (r.bottom > work.bottom - kSnapTolerance) r = r.shifted(0, work.bottom - r.bottom);
 }
 
 bool snapToNote(PxRect& r, const PxRect& note) {
     const bool beside = r.top <= note.bottom + kSnapTolerance && r.bottom >= note.top - kSnapTolerance;
     const bool stacked = r.left <= note.right + kSnapTolerance && r.right >= note.left - kSnapTolerance;
     if (beside && isNear(r.left, note.right)) {
-        r = shifted(r, note.right - r.left, 0);
+        r = r.shifted(note.right - r.left, 0);
     } else if (beside && isNear(r.right, note.left)) {
-        r = shifted(r, note.left - r.right, 0);
+        r = r.shifted(note.left - r.right, 0);
     } else if (stacked && isNear(r.top, note.bottom)) {
-        r = shifted(r, 0, note.bottom - r.top);
+        r = r.shifted(0, note.bottom - r.top);
     } else if (stacked && isNear(r.bottom, note.top)) {
-        r = shifted(r, 0, note.top - r.bottom);
+        r = r.shifted(0, note.top - r.bottom);
     } else {
         return false;
     }
@@ -48,9 +44,9 @@ bool snapToNote(PxRect& r, const PxRect& note) {
 
 bool snap(PxRect& moving, const SnapScreen& screen, std::span<const PxRect> notes) {
     const PxRect before = moving;
-    PxRect local = shifted(moving, -screen.left, -screen.top);
-    snapToScreen(local, shifted(screen.work, -screen.left, -screen.top));
-    moving = shifted(local, screen.left, screen.top);
+    PxRect local = moving.shifted(-screen.left, -screen.top);
+    snapToScreen(local, screen.work.shifted(-screen.left, -screen.top));
+    moving = local.shifted(screen.left, screen.top);
     if (std::any_of(notes.begin(), notes.end(), [&](const PxRect& n) { return snapToNote(moving, n); }))
         return true;
     return moving != before;

@@ -1,6 +1,6 @@
 // The note window itself: creation, properties, geometry, and the plumbing from messages to methods. What the
-// user does with it stands in fpostEdit, fpostMove, fpostMenu, fpostAlarm and fpostRemove, its looks in
-// fpostPaint.
+// user does with it stands in fpostMouse, fpostEdit, fpostMove, fpostMenu, fpostAlarm and fpostRemove, its
+// looks in fpostPaint.
 #include "note/fpost.h"
 
 #include <windowsx.h>
@@ -33,9 +33,8 @@ LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) noexcep
 }
 
 LRESULT CALLBACK editorProc(HWND editor, UINT message, WPARAM wp, LPARAM lp) noexcept {
-    const auto native = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(editor, GWLP_USERDATA));
     fpost* const note = formOf<fpost>(GetParent(editor));
-    if (note == nullptr) return CallWindowProcW(native, editor, message, wp, lp);
+    if (note == nullptr) return passToControl(editor, message, wp, lp);
     try {
         return note->onEditor(editor, message, wp, lp);
     } catch (...) {
@@ -94,9 +93,7 @@ bool fpost::createParts() {
     const auto editor = [&](DWORD style, int id, HFONT font, const PxRect& rect) {
         const HWND window = child(L"EDIT", style, id, u"", rect);
         if (window == nullptr) return window;
-        const auto native = reinterpret_cast<LONG_PTR>(editorProc);
-        SetWindowLongPtrW(window, GWLP_USERDATA, GetWindowLongPtrW(window, GWLP_WNDPROC));
-        SetWindowLongPtrW(window, GWLP_WNDPROC, native);
+        extendControl(window, editorProc);
         SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
         SendMessageW(window, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
         return window;
@@ -348,13 +345,21 @@ void fpost::onEditorNotice(unsigned code, HWND editor) {
 }
 
 LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
+    if (message == WM_NCDESTROY) {
+        if (freed != nullptr) *freed = true;
+        delete this;
+        return 0;
+    }
+    for (const auto group : {&fpost::onLife, &fpost::onLooks, &fpost::onInput}) {
+        if (const std::optional<LRESULT> answer = (this->*group)(message, wp, lp)) return *answer;
+    }
+    return DefWindowProcW(hwnd, message, wp, lp);
+}
+
+std::optional<LRESULT> fpost::onLife(UINT message, WPARAM wp, LPARAM lp) {
     switch (message) {
         case WM_CREATE:
             return createParts() ? 0 : -1;
-        case WM_NCDESTROY:
-            if (freed != nullptr) *freed = true;
-            delete this;
-            return 0;
         case WM_DESTROY:
             stopCountdown();
             StopRinging();
@@ -367,6 +372,18 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case kRestore:
             restoreIfMinimized();
             return 0;
+        case WM_GETOBJECT:
+            return answerSpoken(hwnd, wp, lp);
+        case WM_TIMER:
+            if (wp == IDT_DRAFT) draftNow();
+            return 0;
+        default:
+            return {};
+    }
+}
+
+std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
+    switch (message) {
         case WM_NCCALCSIZE:  // the first of three rectangles when wp is TRUE
             leaveBorder(*reinterpret_cast<RECT*>(lp));
             return 0;
@@ -376,8 +393,6 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_NCACTIVATE:  // no caption whose colour would change, but a frame
             showActive(wp != FALSE);
             return TRUE;
-        case WM_GETOBJECT:
-            return answerSpoken(hwnd, wp, lp);
         case WM_ERASEBKGND:
             return 1;
         case WM_PAINT:
@@ -386,38 +401,41 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_SIZE:
             onSize(wp);
             return 0;
-        case WM_SYSCOMMAND:
-            if ((wp & 0xFFF0) == SC_MINIMIZE || (wp & 0xFFF0) == SC_MAXIMIZE) return 0;
-            if ((wp & 0xFFF0) == SC_KEYMENU && lp == VK_SPACE) {  // Alt+Space: a note's own menu
-                OpenMenu();
-                return 0;
-            }
-            break;
         case WM_DISPLAYCHANGE:
         case WM_SETTINGCHANGE:
             // A note whose monitor went is shown where it can be reached; its stored place waits for the
             // monitor to come back.
             place();
-            break;
+            return {};
         case WM_SYSCOLORCHANGE:
             if (!Alarming) tBackColor(Backcol());
-            break;
+            return {};
         case WM_CTLCOLOREDIT:
             return reinterpret_cast<LRESULT>(
                 editorColours(reinterpret_cast<HDC>(wp), reinterpret_cast<HWND>(lp)));
+        default:
+            return {};
+    }
+}
+
+std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
+    constexpr WPARAM kCommandBits = 0xFFF0;  // Windows keeps the lowest four for itself
+    switch (message) {
+        case WM_SYSCOMMAND:
+            if ((wp & kCommandBits) == SC_MINIMIZE || (wp & kCommandBits) == SC_MAXIMIZE) return 0;
+            if ((wp & kCommandBits) != SC_KEYMENU || lp != VK_SPACE) return {};
+            OpenMenu();  // Alt+Space: a note's own menu
+            return 0;
         case WM_KEYDOWN:
-            if (onKeyDown(wp)) return 0;
-            break;
+            if (!onKeyDown(wp)) return {};
+            return 0;
         case WM_KEYUP:
         case WM_KILLFOCUS:
             endKeyMove();
-            break;
+            return {};
         case WM_SYSKEYDOWN:
-            if (wp == VK_F10 && GetKeyState(VK_SHIFT) < 0) {
-                OpenMenu();
-                return 0;
-            }
-            break;
+            if (!onSystemKeyDown(wp)) return {};
+            return 0;
         case WM_CONTEXTMENU:  // the menu key was answered when it went down
             return 0;
         case WM_COMMAND:
@@ -427,13 +445,9 @@ LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
                 onEditorNotice(HIWORD(wp), reinterpret_cast<HWND>(lp));
             }
             return 0;
-        case WM_TIMER:
-            if (wp == IDT_DRAFT) draftNow();
-            return 0;
         default:
-            break;
+            return {};
     }
-    return DefWindowProcW(hwnd, message, wp, lp);
 }
 
 LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
@@ -471,96 +485,4 @@ LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
         default:
             return DefWindowProcW(part, message, wp, lp);
     }
-}
-
-// --- Mouse: the one table of what a press on each part does ----------------------------------------------
-
-void fpost::onMouse(HWND part, UINT message, int xPx, int yPx) {
-    const Twips x{host->look->twips(xPx)};
-    const Twips y{host->look->twips(yPx)};
-    const bool rightDown = message == WM_RBUTTONDOWN || message == WM_RBUTTONDBLCLK;
-    const bool doubled = message == WM_LBUTTONDBLCLK;
-    const bool leftDown = message == WM_LBUTTONDOWN || doubled;
-    if (leftDown || rightDown) {
-        // A label does not take the focus by itself; an open edit ends before the press does anything.
-        const HWND window = hwnd;
-        SetFocus(hwnd);
-        CommitEdits();
-        if (formOf<fpost>(window) == nullptr) return;
-    }
-    if (message == WM_LBUTTONDOWN) swallowDoubleClick = false;
-    if (doubled && swallowDoubleClick) {  // its first half silenced the alarm and means nothing more
-        swallowDoubleClick = false;
-        return;
-    }
-    const bool plain =
-        GetKeyState(VK_SHIFT) >= 0 && GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_MENU) >= 0;
-
-    if (part == lbl || part == nota) {
-        if (doubled) {
-            if (part == lbl) {
-                toggleIconized();
-            } else if (!Help) {
-                EditForm();
-            }
-        } else if (leftDown && plain) {
-            swallowDoubleClick = Alarming;
-            DragWindow();
-        } else if (message == WM_RBUTTONUP) {
-            if (part == nota || record.iconized) {
-                OpenMenu();
-            } else {
-                EditCaption();
-            }
-        }
-    } else if (part == lbl2) {
-        if (leftDown && design::kIconizeButton.contains(x, y)) {
-            toggleIconized();
-        } else if (leftDown && design::kCloseButton.contains(x, y)) {
-            CloseForm();
-        } else if (message == WM_RBUTTONUP) {
-            OpenMenu();
-        }
-    } else if (part == pic) {
-        if (leftDown && design::kDeleteButton.contains(x, y)) {
-            DeleteForm(false);
-        } else if (message == WM_RBUTTONUP) {
-            OpenMenu();
-        }
-    } else if (part == pic2) {
-        if (leftDown || rightDown) {
-            gripPress(x.n, y.n, rightDown);
-        } else if (message == gripRelease) {
-            setResizeMode(false);
-        }
-    } else if (part == pic_time) {
-        if (leftDown && Alarming) {
-            SoundStop();
-        } else if (leftDown) {
-            DragWindow();
-        } else if (rightDown) {
-            swapStrip();
-        }
-    }
-}
-
-void fpost::setPartCursor(HWND part) {
-    POINT at{};
-    GetCursorPos(&at);
-    ScreenToClient(part, &at);
-    const Twips x{host->look->twips(at.x)};
-    const Twips y{host->look->twips(at.y)};
-    currentCursor = 0;
-    if (part == lbl2 && (design::kIconizeButton.contains(x, y) || design::kCloseButton.contains(x, y))) {
-        currentCursor = IDC_BUTTON;
-    } else if (part == pic && design::kDeleteButton.contains(x, y)) {
-        currentCursor = IDC_BUTTON;
-    } else if (part == pic2 && design::kWidthArrow.contains(x, y)) {
-        currentCursor = IDC_RESIZE_WIDTH;
-    } else if (part == pic2 && design::kHeightArrow.contains(x, y) && !record.iconized) {
-        currentCursor = IDC_RESIZE_HEIGHT;
-    } else if (resizeMode) {
-        currentCursor = resizeCursor;
-    }
-    SetCursor(host->look->cursor(currentCursor));
 }

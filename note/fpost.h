@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "alarm/AlarmRule.h"
 #include "note/NoteBody.h"
@@ -91,6 +92,8 @@ struct fpost {
     void command(unsigned id);
     /// A key on the note or one of its editors. True when it was the note's.
     bool onKeyDown(WPARAM key);
+    /// The same for F10 and keys that go with Alt, which Windows tells apart.
+    bool onSystemKeyDown(WPARAM key);
     /// Gives the keyboard to the next visible note, in the order of their numbers, or to the one before.
     void goToNote(int step);
 
@@ -199,7 +202,24 @@ private:
     void leaveBorder(RECT& window) const;
     HBRUSH editorColours(HDC dc, HWND editor) const;
     void onEditorNotice(unsigned code, HWND editor);
+    // Messages by subject: an answer, or nothing when Windows' own handling is to follow.
+    std::optional<LRESULT> onLife(UINT message, WPARAM wp, LPARAM lp);
+    std::optional<LRESULT> onLooks(UINT message, WPARAM wp, LPARAM lp);
+    std::optional<LRESULT> onInput(UINT message, WPARAM wp, LPARAM lp);
+    // Mouse (fpostMouse.cpp)
+    /// A button that went down or up on a part, at a place in the part's own coordinates.
+    struct Press {
+        UINT message = 0;
+        Twips x, y;
+        bool leftDown = false;  ///< also at the second press of a double click
+        bool rightDown = false;
+        bool doubled = false;
+    };
     void onMouse(HWND part, UINT message, int xPx, int yPx);
+    void pressSheet(HWND part, const Press& press);
+    void pressButtons(HWND part, const Press& press);
+    void pressGrip(const Press& press);
+    void pressStrip(const Press& press);
     void setPartCursor(HWND part);
     void repaint() const;
     Text stripText() const;
@@ -240,6 +260,20 @@ private:
     bool drafted = false;   ///< the draft is this note's
     bool counting = false;  ///< the alarm's countdown runs
     UINT gripRelease = 0;   ///< the button message that ends the grip's press-and-hold loop; 0: none runs
+};
+
+/// Looks on while a note calls something that may run messages: the note may have gone when that returns.
+class NoteWatch {
+public:
+    explicit NoteWatch(const fpost& note) : note_(&note), window_(note.hwnd) {}
+    /// Its window and object are no more.
+    [[nodiscard]] bool destroyed() const { return formOf<fpost>(window_) != note_; }
+    /// Destroyed, or out of the collection and about to be: nothing of it may be changed or stored.
+    [[nodiscard]] bool gone() const { return destroyed() || note_->beingDeleted; }
+
+private:
+    const fpost* note_;
+    HWND window_;
 };
 
 /// Registers the window classes of the note and its parts.

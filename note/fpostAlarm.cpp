@@ -157,7 +157,7 @@ void fpost::takeStoredPattern() {
 }
 
 bool fpost::SoundStop() {
-    const HWND window = hwnd;
+    const NoteWatch watch(*this);
     StopRinging();
     takeStoredPattern();
     switch (rearm(alarm, host->now())) {
@@ -165,7 +165,7 @@ bool fpost::SoundStop() {
             ClearAlarm();
             if (host->settings->DontDeleteWhenPlay) return false;
             DeleteForm(true);  // which leaves a note alone that could not be read
-            return formOf<fpost>(window) != this || beingDeleted;
+            return watch.gone();
         case Rearmed::Armed:
         case Rearmed::NotAhead:
             break;
@@ -198,10 +198,10 @@ void fpost::ClearAlarm() {
 
 void fpost::mnuAlarm() {
     if (host->dialog->open()) return;
-    const HWND window = hwnd;
-    const AlarmEdit edit = host->dialog->editAlarm(alarm, window, host->now());
+    const NoteWatch watch(*this);
+    const AlarmEdit edit = host->dialog->editAlarm(alarm, hwnd, host->now());
     // Meanwhile the note may have rung, been stopped and gone.
-    if (formOf<fpost>(window) != this || beingDeleted || edit.AlarmStart == edit.AlarmStop) return;
+    if (watch.gone() || edit.AlarmStart == edit.AlarmStop) return;
     StopRinging();
     if (edit.AlarmStop) {
         ClearAlarm();

@@ -200,7 +200,6 @@ void fpost::keepWithinStore(HWND editor) {
 // --- Keys -------------------------------------------------------------------------------------------------
 
 LRESULT fpost::onEditor(HWND editor, UINT message, WPARAM wp, LPARAM lp) {
-    const auto native = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(editor, GWLP_USERDATA));
     switch (message) {
         case WM_GETOBJECT:
             if (static_cast<LONG>(lp) == OBJID_CLIENT) return answerSpoken(editor, wp, lp);
@@ -210,10 +209,7 @@ LRESULT fpost::onEditor(HWND editor, UINT message, WPARAM wp, LPARAM lp) {
             if (onKeyDown(wp) || onEditorKey(editor, wp)) return 0;
             break;
         case WM_SYSKEYDOWN:
-            if (wp == VK_F10 && GetKeyState(VK_SHIFT) < 0) {
-                OpenMenu();
-                return 0;
-            }
+            if (onSystemKeyDown(wp)) return 0;
             break;
         case WM_KEYUP:
             oneShot = OneShotKey::None;
@@ -222,7 +218,7 @@ LRESULT fpost::onEditor(HWND editor, UINT message, WPARAM wp, LPARAM lp) {
             if (onEditorCharacter(editor, wp)) return 0;
             break;
         case WM_KILLFOCUS: {
-            const LRESULT result = CallWindowProcW(native, editor, message, wp, lp);
+            const LRESULT result = passToControl(editor, message, wp, lp);
             if (editor == txtNota) {
                 SaveNote();
             } else {
@@ -233,7 +229,7 @@ LRESULT fpost::onEditor(HWND editor, UINT message, WPARAM wp, LPARAM lp) {
         default:
             break;
     }
-    return CallWindowProcW(native, editor, message, wp, lp);
+    return passToControl(editor, message, wp, lp);
 }
 
 bool fpost::onEditorKey(HWND editor, WPARAM key) {

@@ -56,13 +56,14 @@ void fpost::OpenMenu() {
     const UniqueMenu menu = popupOf(items);
     POINT at{};
     GetCursorPos(&at);
+    const NoteWatch watch(*this);
     const HWND window = hwnd;
     SetForegroundWindow(window);  // without it a click elsewhere would not close the menu
     const UINT flags = TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON;
     const BOOL chosen = TrackPopupMenu(menu.get(), flags, at.x, at.y, 0, window, nullptr);
     // The note may have gone meanwhile (an alarm, Exit); and a command that deletes it must not run inside
     // the menu's own loop.
-    if (formOf<fpost>(window) == nullptr) return;
+    if (watch.destroyed()) return;
     PostMessageW(window, WM_NULL, 0, 0);
     if (chosen != 0) PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(chosen), 0);
 }
@@ -177,6 +178,12 @@ bool fpost::onKeyDown(WPARAM key) {
             moveStep(0, 1);
             break;
     }
+    return true;
+}
+
+bool fpost::onSystemKeyDown(WPARAM key) {
+    if (key != VK_F10 || !isDown(VK_SHIFT)) return false;
+    OpenMenu();
     return true;
 }
 

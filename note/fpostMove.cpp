@@ -21,10 +21,6 @@ bool Pause(float Seconds) {
     return pumpFor(static_cast<DWORD>(std::lround(Seconds * kMsPerSecond)));
 }
 
-PxRect shifted(const PxRect& rect, int x, int y) {
-    return {rect.left + x, rect.top + y, rect.right + x, rect.bottom + y};
-}
-
 /// Whether a mouse button is down at this moment, wherever the pointer is and whoever got the message.
 bool isHeld(bool rightButton) {
     const bool swapped = GetSystemMetrics(SM_SWAPBUTTON) != 0;
@@ -40,9 +36,9 @@ void fpost::DragWindow() {
         SoundStop();
         return;
     }
-    const HWND window = hwnd;
+    const NoteWatch watch(*this);
     CommitEdits();
-    if (formOf<fpost>(window) != this || beingDeleted) return;
+    if (watch.gone()) return;
     setResizeMode(false);
     // A message about an edit that could not be stored may have outlasted the press: the system's move loop
     // would then hold the note until the next click.
@@ -50,7 +46,7 @@ void fpost::DragWindow() {
 
     const PxRect before = windowRect();
     runMoveLoop();
-    if (formOf<fpost>(window) != this || beingDeleted) return;
+    if (watch.gone()) return;
     currentCursor = 0;
     SetCursor(host->look->cursor(currentCursor));
     const PxRect after = windowRect();
@@ -98,13 +94,13 @@ MoveHook::Desk fpost::snapDesk() const {
 void fpost::moveStep(int columns, int rows) {
     const PxRect from = windowRect();
     const int step = host->look->px(kMoveStep);
-    PxRect to = shifted(from, columns * step, rows * step);
+    PxRect to = from.shifted(columns * step, rows * step);
     if (host->settings->EasyAlign) {
         // Pixel by pixel, so that no edge is stepped over; those that hold the note now let it go.
         const MoveHook hook(hwnd, MoveHook::Kind::EasyMove, snapDesk());
         bool caught = false;
         for (int way = kSnapTolerance + 1; way <= step && !caught; ++way) {
-            const PxRect wanted = shifted(from, columns * way, rows * way);
+            const PxRect wanted = from.shifted(columns * way, rows * way);
             RECT moving{wanted.left, wanted.top, wanted.right, wanted.bottom};
             SendMessageW(hwnd, WM_MOVING, 0, reinterpret_cast<LPARAM>(&moving));
             to = pxRect(moving);
@@ -178,7 +174,7 @@ void fpost::gripPress(int x, int y, bool rightButton) {
     const bool height = !width && design::kHeightArrow.contains(Twips{x}, Twips{y}) && !record.iconized;
     if (!width && !height) return;
 
-    const HWND window = hwnd;
+    const NoteWatch watch(*this);
     const HWND grip = pic2;
     const std::int32_t widthBefore = record.width;
     const std::int32_t heightBefore = record.height;
@@ -197,7 +193,7 @@ void fpost::gripPress(int x, int y, bool rightButton) {
             ResizeHeight(step);
         }
         goOn = Pause(kGripPause);
-        if (formOf<fpost>(window) != this) return;  // deleted, or the program ends
+        if (watch.destroyed()) return;  // deleted, or the program ends
         goOn =
             goOn && !beingDeleted && resizeMode && visible() && GetCapture() == grip && isHeld(rightButton);
     }
@@ -240,9 +236,9 @@ bool fpost::resizeKey(WPARAM key) {
 // --- Iconizing --------------------------------------------------------------------------------------------
 
 void fpost::toggleIconized() {
-    const HWND window = hwnd;
+    const NoteWatch watch(*this);
     CommitEdits();
-    if (formOf<fpost>(window) != this || beingDeleted) return;
+    if (watch.gone()) return;
     record.iconized = !record.iconized;
     IconizeForm();
     if (beingDeleted) return;  // it rang, and its time being over took it away

@@ -18,14 +18,9 @@ constexpr int kArrowLength = 130;
 constexpr int kArrowBreadth =
     90;  // the heads take two thirds of the length: a shaft is left at every scaling
 
-RECT inPixels(const HotArea& area, const NoteLook& look) {
-    return {look.px(Twips{area.left}), look.px(Twips{area.top}), look.px(Twips{area.right}),
-            look.px(Twips{area.bottom})};
-}
-
 /// A rectangle of `width` x `height` twips in the middle of a hot area.
 RECT centred(const HotArea& area, int width, int height, const NoteLook& look) {
-    const RECT room = inPixels(area, look);
+    const RECT room = look.px(area);
     const LONG across = look.px(Twips{width});
     const LONG down = look.px(Twips{height});
     const LONG left = (room.left + room.right - across) / 2;

@@ -9,24 +9,24 @@ constexpr long kDeleteQuestion = MB_YESNO | MB_ICONQUESTION;
 }  // namespace
 
 void fpost::mnuColor() {
-    const HWND window = hwnd;
-    if (IsWindowEnabled(window) == FALSE) return;  // its own colour dialog or another box is open already
+    const NoteWatch watch(*this);
+    if (IsWindowEnabled(hwnd) == FALSE) return;  // its own colour dialog or another box is open already
     CommitEdits();
-    if (formOf<fpost>(window) != this || beingDeleted) return;
-    const std::optional<Rgb> chosen = ChooseColorDialog(window, Backcol());
+    if (watch.gone()) return;
+    const std::optional<Rgb> chosen = ChooseColorDialog(hwnd, Backcol());
     // An alarm or Exit may have taken the note while the dialog was open.
-    if (formOf<fpost>(window) != this || beingDeleted) return;
-    if (!chosen || *chosen == kBlack)
-        return;  // black is no colour to be stored: 0 stands for a damaged record
+    if (watch.gone()) return;
+    // Black is no colour to be stored: 0 stands for a damaged record.
+    if (!chosen || *chosen == kBlack) return;
     Backcol(static_cast<std::int32_t>(*chosen));
     ShowAlarmStrip();
     store({NoteField::Backcolor});
 }
 
 void fpost::CloseForm() {
-    const HWND window = hwnd;
+    const NoteWatch watch(*this);
     CommitEdits();
-    if (formOf<fpost>(window) != this || beingDeleted) return;
+    if (watch.gone()) return;
     if (Alarming && SoundStop()) return;
     setResizeMode(false);
     record.closed = true;
@@ -37,20 +37,20 @@ void fpost::CloseForm() {
 }
 
 void fpost::DeleteForm(bool Silent) {
-    const HWND window = hwnd;
+    const NoteWatch watch(*this);
     // A note that could not be read is not what stands in the store: it is neither written nor deleted.
     if (beingDeleted || record.readOnly) return;
     CommitEdits();
-    if (formOf<fpost>(window) != this || beingDeleted) return;
+    if (watch.gone()) return;
     if (!Silent) {
         const Text prompt = u"Are you sure you want to delete the kardel titled ''" + record.Titolo + u"'' ?";
         const int answer = host->ask(prompt, kDeleteQuestion, u"Delete");
-        if (formOf<fpost>(window) != this || beingDeleted || answer != IDYES) return;
+        if (watch.gone() || answer != IDYES) return;
     }
     // Only the noise ends: arming the next occurrence of a note that goes would delete it a second time.
     beingDeleted = true;
     StopRinging();
     stopCountdown();
     host->remove(*this);
-    if (formOf<fpost>(window) == this) unload();
+    if (!watch.destroyed()) unload();
 }

@@ -21,11 +21,6 @@ constexpr Voice kNoteVoice{0, sayNote};
 constexpr Voice kPartVoice{0, sayPart};
 constexpr Voice kStripVoice{kButtonsOfStrip, sayPart};
 
-RECT pixels(const HotArea& area, const NoteLook& look) {
-    return {look.px(Twips{area.left}), look.px(Twips{area.top}), look.px(Twips{area.right}),
-            look.px(Twips{area.bottom})};
-}
-
 }  // namespace
 
 LRESULT fpost::answerSpoken(HWND window, WPARAM wp, LPARAM lp) const {
@@ -52,7 +47,7 @@ Spoken fpost::spokenPart(HWND part, int element) const {
         said.role = Role::PushButton;
         said.name = first ? (record.iconized ? u"Restore" : u"Iconize") : u"Close";
         said.press = first ? IDM_ICONIZE : IDM_CLOSE;
-        said.area = pixels(first ? design::kIconizeButton : design::kCloseButton, *host->look);
+        said.area = host->look->px(first ? design::kIconizeButton : design::kCloseButton);
     } else if (part == pic) {
         said.role = Role::PushButton;
         said.press = IDM_DELETE;

@@ -13,8 +13,7 @@ void addTip(HWND tips, HWND part, UINT_PTR tip, const HotArea& area, const NoteL
     tool.uFlags = TTF_SUBCLASS;
     tool.hwnd = part;
     tool.uId = tip;
-    tool.rect = {look.px(Twips{area.left}), look.px(Twips{area.top}), look.px(Twips{area.right}),
-                 look.px(Twips{area.bottom})};
+    tool.rect = look.px(area);
     tool.lpszText = LPSTR_TEXTCALLBACKW;
     SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
 }
