@@ -21,7 +21,7 @@ constexpr unsigned kF6 = 0x75;
 // Exactly what is held: AltGr is Ctrl+Alt and types letters on many keyboards.
 enum class Held : unsigned char { Nothing, Shift, Ctrl, CtrlShift, Any };
 
-enum class When : unsigned char { Always, NotEditing, Ringing };
+enum class When : unsigned char { Always, NotResizing, NotEditing, Ringing };
 
 struct Row {
     unsigned key;
@@ -32,11 +32,11 @@ struct Row {
 
 constexpr Row kRows[] = {
     {kDelete, Held::Nothing, When::NotEditing, NoteAction::Delete},
-    {'N', Held::Ctrl, When::Always, NoteAction::New},
+    {'N', Held::Ctrl, When::NotResizing, NoteAction::New},
     {kMenuKey, Held::Any, When::Always, NoteAction::Menu},
-    {kF2, Held::Nothing, When::Always, NoteAction::Edit},
-    {kF2, Held::Shift, When::Always, NoteAction::EditTitle},
-    {kF4, Held::Nothing, When::Always, NoteAction::Alarm},
+    {kF2, Held::Nothing, When::NotResizing, NoteAction::Edit},
+    {kF2, Held::Shift, When::NotResizing, NoteAction::EditTitle},
+    {kF4, Held::Nothing, When::NotResizing, NoteAction::Alarm},
     {kF4, Held::Shift, When::Always, NoteAction::SwapStrip},
     {kEscape, Held::Nothing, When::Ringing, NoteAction::StopRinging},
     {kSpace, Held::Nothing, When::Ringing, NoteAction::StopRinging},
@@ -58,7 +58,17 @@ bool fits(Held held, const NoteKey& pressed) {
 }
 
 bool fits(When when, const NoteKeyInput& input) {
-    return when == When::Always || (!input.editing && (when == When::NotEditing || input.ringing));
+    switch (when) {
+        case When::Always:
+            return true;
+        case When::NotResizing:
+            return !input.resizing;
+        case When::NotEditing:
+            return !input.editing && !input.resizing;
+        case When::Ringing:
+            return !input.editing && input.ringing;
+    }
+    return false;
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What a key does on a note, outside the resize mode: one row a key.
+// What a key does on a note, beside the size that the resize mode changes: one row a key.
 #pragma once
 
 /// A key that went down, with what was held. The numbers of the keys are Windows' own.
@@ -13,6 +13,7 @@ struct NoteKey {
 struct NoteKeyInput {
     bool editing = false;  ///< title or text: its editor has the first say on letters, arrows and Esc
     bool ringing = false;
+    bool resizing = false;  ///< the keyboard changes the size: no slip beside the arrows does anything else
 };
 
 enum class NoteAction : unsigned char {

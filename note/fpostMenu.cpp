@@ -132,7 +132,7 @@ bool fpost::onKeyDown(WPARAM key) {
     }
     if (resizeMode && resizeKey(key)) return true;
     const NoteKey pressed{static_cast<unsigned>(key), isDown(VK_SHIFT), isDown(VK_CONTROL), isDown(VK_MENU)};
-    switch (noteAction(pressed, {bodyBeingEdited || titleBeingEdited, Alarming})) {
+    switch (noteAction(pressed, {bodyBeingEdited || titleBeingEdited, Alarming, resizeMode})) {
         case NoteAction::None:
             return false;
         case NoteAction::Delete:

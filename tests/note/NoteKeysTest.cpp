@@ -11,6 +11,7 @@ constexpr NoteKeyInput kResting{};
 constexpr NoteKeyInput kEditing{true, false};
 constexpr NoteKeyInput kRinging{false, true};
 constexpr NoteKeyInput kRingingWhileEdited{true, true};
+constexpr NoteKeyInput kResizing{false, false, true};
 
 NoteAction plain(unsigned key, const NoteKeyInput& input = kResting) {
     return noteAction({key}, input);
@@ -75,6 +76,15 @@ TEST(NoteKeys, AnOpenEditorKeepsItsOwn) {
     EXPECT_EQ(withShift(kF2, kEditing), NoteAction::EditTitle);
     EXPECT_EQ(withCtrl(kTab, kEditing), NoteAction::NextNote);
     EXPECT_EQ(withCtrl('N', kEditing), NoteAction::New);
+}
+
+TEST(NoteKeys, WhileItIsResizedNoneOfThemDoesAnythingElseToTheNote) {
+    for (const unsigned key : {kDelete, kF2, kF4})
+        EXPECT_EQ(plain(key, kResizing), NoteAction::None) << key << ", beside the arrows";
+    EXPECT_EQ(withShift(kF2, kResizing), NoteAction::None);
+    EXPECT_EQ(withCtrl('N', kResizing), NoteAction::None);
+    EXPECT_EQ(plain(kMenuKey, kResizing), NoteAction::Menu) << "where the mode is seen and left";
+    EXPECT_EQ(plain(kF6, kResizing), NoteAction::NextNote);
 }
 
 TEST(NoteKeys, EscAndSpaceStopTheRingingAndNothingElse) {
