@@ -87,11 +87,11 @@ void fpost::placeStripText() {
 void fpost::tmr_Timer() {
     if (!counting || !alarm.due) return;
     const Now now = host->now();
+    host->dialog->showCountdown(hwnd, countdownText(*alarm.due, now));
     if (!isBefore(now, *alarm.due)) {
         ring();
         return;
     }
-    host->dialog->showCountdown(hwnd, countdownText(*alarm.due, now));
     if (ShowCountdown) placeStripText();
 }
 

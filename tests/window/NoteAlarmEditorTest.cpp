@@ -169,6 +169,7 @@ TEST_P(AlarmEditor, ANoteThatRingsWhileItsEditorIsOpenIsThereWhenItCloses) {
         desk->clock = {kDue, 0};
         tick(*desk);
         EXPECT_TRUE(desk->note(1).Alarming);
+        EXPECT_EQ(text(*desk, ID_LBLCOUNTDOWN), "0:00:00");
         scroll(*desk, ID_HMIN, SB_LINERIGHT);
         click(*desk, ID_BTNOK);
     });
