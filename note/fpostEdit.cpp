@@ -261,15 +261,15 @@ bool fpost::onEditorCharacter(HWND editor, WPARAM character) {
                 insertAtCaret(editor, u"\r\n\r\n");
             } else if (key == OneShotKey::Save && body) {
                 SaveNote();
-            } else if (key == OneShotKey::Save) {
-                SaveCaption(true);
+            } else if (!body && (key == OneShotKey::Save || character == VK_RETURN)) {
+                SaveCaption(true);  // also for a character that no key typed
             }
             return true;
         case VK_ESCAPE:
-            if (key == OneShotKey::Cancel && body) {
-                CancelNote();
-            } else if (key == OneShotKey::Cancel) {
+            if (!body) {
                 SaveCaption(false);
+            } else if (key == OneShotKey::Cancel) {
+                CancelNote();
             }
             return true;
         case kSelectAll:

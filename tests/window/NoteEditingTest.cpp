@@ -163,6 +163,21 @@ TEST_P(NoteEditing, EscKeepsTheOldTitleAndStoresNothing) {
     EXPECT_EQ(changesOf(*desk), before);
 }
 
+TEST_P(NoteEditing, TheTitleEndsWithACharacterThatNoKeyTyped) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.EditCaption();
+    SetWindowTextW(note.txtTitle, L"dictated");
+    SendMessageW(note.txtTitle, WM_CHAR, kReturn, 0);
+    EXPECT_FALSE(note.titleBeingEdited || IsWindowVisible(note.txtTitle));
+    EXPECT_EQ(desk->stored(1).Titolo, u"dictated");
+    note.EditCaption();
+    SetWindowTextW(note.txtTitle, L"not to be kept");
+    SendMessageW(note.txtTitle, WM_CHAR, kEscape, 0);
+    EXPECT_FALSE(note.titleBeingEdited || IsWindowVisible(note.txtTitle));
+    EXPECT_EQ(desk->stored(1).Titolo, u"dictated");
+}
+
 TEST_P(NoteEditing, AnEmptyTitleLeavesOnlyTheLeadAndAnEmptyBodyNothing) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
