@@ -275,8 +275,22 @@ void AlarmFace::moveBar(int id, int position) {
     SendMessageW(item(id), SBM_SETSCROLLINFO, TRUE, reinterpret_cast<LPARAM>(&info));
 }
 
-int AlarmFace::barPosition(int id) const {
-    return static_cast<int>(SendMessageW(item(id), SBM_GETPOS, 0, 0));
+TimeOfDay AlarmFace::shownTime() const {
+    const Text label = windowText(item(ID_LBLTIME));
+    return label.empty() ? timeOf(host.now().at) : parseTime(label);
+}
+
+int AlarmFace::shownPosition(int id) const {
+    switch (id) {
+        case ID_HORE:
+            return static_cast<int>(shownTime().hours);
+        case ID_HMIN:
+            return static_cast<int>(shownTime().minutes);
+        case ID_HSEC:
+            return static_cast<int>(shownTime().seconds);
+        default:
+            return positionOfDate(datePart(windowText(data.hwnd)), host.now());
+    }
 }
 
 void AlarmFace::showHint(bool shown) {
@@ -420,8 +434,10 @@ void AlarmFace::onStart() {
 void AlarmFace::onScroll(HWND control, int code, int trackPosition) {
     const Bar* const bar = barOf(GetDlgCtrlID(control));
     if (bar == nullptr || GetParent(control) != form_) return;
+    if (bar->id == ID_HDATE && holdsWildcards(windowText(data.hwnd))) return;
     const BarRange range = bar->range;
-    int position = barPosition(bar->id);
+    const int before = shownPosition(bar->id);
+    int position = before;
     switch (code) {
         case SB_LINELEFT:
             --position;
@@ -457,16 +473,13 @@ void AlarmFace::onScroll(HWND control, int code, int trackPosition) {
     // A thumb drawn to the end stays at the end: the clock turns over only by steps.
     const int beyond = dragging_ && bar->id != ID_HDATE ? 1 : 0;
     position = std::clamp(position, range.low + beyond, range.high - beyond);
-    if (position == barPosition(bar->id)) return;
+    if (position == before) return;
     if (bar->id == ID_HDATE) {
-        moveBar(ID_HDATE, position);
-        if (!holdsWildcards(windowText(data.hwnd))) showDate(dateAtPosition(position, host.now()));
+        showDate(dateAtPosition(position, host.now()));
         return;
     }
     const auto part = static_cast<ClockPart>(bar->id - ID_HORE);
-    const Text shown = windowText(item(ID_LBLTIME));
-    const TimeOfDay time = shown.empty() ? timeOf(host.now().at) : parseTime(shown);
-    showClock(scrolled({datePart(windowText(data.hwnd)), time}, part, position));
+    showClock(scrolled({datePart(windowText(data.hwnd)), shownTime()}, part, position));
 }
 
 void AlarmFace::onWheel(int delta, POINT at) {

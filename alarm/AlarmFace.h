@@ -83,7 +83,10 @@ private:
     void onDatePart(DatePart part);
     void onStart();
     void moveBar(int id, int position);
-    int barPosition(int id) const;
+    /// The time that the bars begin with: now, when none is shown.
+    TimeOfDay shownTime() const;
+    /// Where a bar stands by the date or time shown: it may itself have been moved before it is heard of.
+    int shownPosition(int id) const;
 
     HWND form_ = nullptr;
     HWND hint_ = nullptr;

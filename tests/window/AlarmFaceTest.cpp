@@ -164,6 +164,28 @@ TEST_F(Editor, ADraggedThumbStaysAtTheEndOfTheClock) {
     edit({});
 }
 
+TEST_F(Editor, ABarThatATouchScreenOrAToolHasMovedIsHeard) {
+    // The bar's own position has changed before the dialog hears of it.
+    const auto put = [this](int bar, int position) {
+        SendMessageW(item(bar), SBM_SETPOS, static_cast<WPARAM>(position), TRUE);
+        SendMessageW(dialog.hwnd, WM_HSCROLL, MAKEWPARAM(SB_THUMBPOSITION, position),
+                     reinterpret_cast<LPARAM>(item(bar)));
+    };
+    Script script(dialog);
+    script.when(shown("Set alarm"), [&] {
+        put(ID_HORE, 24);
+        EXPECT_EQ(text(ID_LBLTIME), "00:20:30");
+        EXPECT_EQ(text(ID_DATA), "16/06/2026");
+        put(ID_HMIN, 5);
+        put(ID_HSEC, 59);
+        EXPECT_EQ(text(ID_LBLTIME), "00:05:59");
+        put(ID_HDATE, 10);
+        EXPECT_EQ(text(ID_DATA), "25/06/2026");
+        closeBox();
+    });
+    edit({});
+}
+
 TEST_F(Editor, TheDateBarStepsByDaysAndPagesByThirty) {
     Script script(dialog);
     script.when(shown("Set alarm"), [this] {
