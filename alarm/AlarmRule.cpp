@@ -4,14 +4,10 @@
 #include <numeric>
 
 #include "alarm/bas_Sorting.h"
+#include "storage/NoteFields.h"
 #include "support/Number.h"
 
 namespace {
-
-constexpr TextView kPatternDate = u"*";
-constexpr TextView kEachDay = u"eachday";
-constexpr TextView kEachMonth = u"eachmonth";
-constexpr TextView kEachYear = u"eachyear";
 
 /// Dates are ten characters; what lies beyond this year has no text.
 constexpr std::int64_t kLastYear = 9999;

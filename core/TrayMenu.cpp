@@ -68,12 +68,16 @@ bool openAllowed(const TrayMenuState& state, int slot) {
     return slot >= 0 && slot < state.notes && !state.dialogOpen;
 }
 
+Text numberTitle(int number) {
+    return u"- " + decimal(number) + u" -";
+}
+
 Text openCaption(TextView title, int number) {
     Text caption(title);
     // A tab would begin the column of shortcuts, other control characters a new line or a right-aligned part.
     std::replace_if(
         caption.begin(), caption.end(), [](char16_t c) { return c < u' '; }, u' ');
-    if (withoutTrailingBlanks(caption).empty()) return u"- " + decimal(number) + u" -";
+    if (withoutTrailingBlanks(caption).empty()) return numberTitle(number);
     if (caption.size() > kCaptionLength) caption = Text(clipped(caption, kCaptionLength - 1)) + u'\u2026';
     return replaced(caption, u"&", u"&&");
 }

@@ -56,7 +56,10 @@ std::vector<TrayMenuItem> openMenu(const std::vector<Text>& titles, const TrayMe
 /// Whether the note of `slot` may be opened now. False for a slot without a note.
 bool openAllowed(const TrayMenuState& state, int slot);
 
+/// What a note is called by its number: "- 7 -".
+Text numberTitle(int number);
+
 /// A title as a menu caption: one line, at most `kCaptionLength` characters, "&" shown as such. A title
-/// without anything to see is "- number -".
+/// without anything to see is that of the number.
 Text openCaption(TextView title, int number);
 inline constexpr std::size_t kCaptionLength = 80;

@@ -16,10 +16,6 @@ namespace {
 constexpr TextView kSection = u"setting";
 constexpr int kCascadeStep = 24;  // pixels from one new note to the next
 
-Text defaultTitle(int number) {
-    return u"- " + decimal(number) + u" -";
-}
-
 /// Cancels the system's own dialog over a note, the choice of a colour. The quit message alone can end it as
 /// if the colour had been confirmed.
 BOOL CALLBACK cancelSystemDialog(HWND window, LPARAM note) noexcept {
@@ -226,7 +222,7 @@ void basPost::finishDraft() {
 
 NoteRecord basPost::freshRecord(int number) const {
     NoteRecord record;
-    record.Titolo = defaultTitle(number);
+    record.Titolo = numberTitle(number);
     record.backcolor = kDesignColor;
     record.memo = 0;
     const Twips width = shownWidth(0, settings.DefaultWidth);

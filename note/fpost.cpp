@@ -128,15 +128,6 @@ void fpost::take(const NoteRecord& stored) {
     alarm = ruleOf(record);
 }
 
-void fpost::apply(const NoteRecord& stored) {
-    take(stored);
-    Titolo(record.Titolo);
-    setWindowText(nota, withLineBreaks(record.Nota));
-    tBackColor(Backcol());
-    place();
-    applyTopmost();
-}
-
 bool fpost::store(std::initializer_list<NoteField> fields) {
     for (const NoteField field : fields) {
         if (std::find(unsaved.begin(), unsaved.end(), field) == unsaved.end()) unsaved.push_back(field);

@@ -26,8 +26,6 @@ struct fpost {
     static fpost* open(NoteHost& host, HWND owner, int number, const NoteRecord& stored);
 
     // --- What the collection does with a note -------------------------------------------------------------
-    /// Takes a newly read record over: title, text, colour, place, size, state, alarm.
-    void apply(const NoteRecord& stored);
     /// Shows the note where it is. Without activation the keyboard stays where it is.
     void show(bool activate);
     void hide();
@@ -267,9 +265,9 @@ class NoteWatch {
 public:
     explicit NoteWatch(const fpost& note) : note_(&note), window_(note.hwnd) {}
     /// Its window and object are no more.
-    [[nodiscard]] bool destroyed() const { return formOf<fpost>(window_) != note_; }
+    bool destroyed() const { return formOf<fpost>(window_) != note_; }
     /// Destroyed, or out of the collection and about to be: nothing of it may be changed or stored.
-    [[nodiscard]] bool gone() const { return destroyed() || note_->beingDeleted; }
+    bool gone() const { return destroyed() || note_->beingDeleted; }
 
 private:
     const fpost* note_;

@@ -41,7 +41,7 @@ void setWindowText(HWND window, const Text& text);
 /// noticed. On a system set to UTF-8, bytes that are no UTF-8 are read in the locale's older code page.
 CodePage systemCodePage();
 
-/// The seven abbreviated weekday names of the user's locale, Monday first.
+/// The abbreviated name of a weekday in the user's locale; 0 is Monday, 6 Sunday.
 Text weekdayName(int mondayFirstIndex);
 
 /// Full path of the running program's file, however long. Empty when Windows does not tell.

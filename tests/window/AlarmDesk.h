@@ -49,11 +49,6 @@ inline NoteRecord weekly(TextView title, std::int16_t weekday) {
     return note;
 }
 
-inline NoteRecord with(NoteRecord note, bool NoteRecord::*flag) {
-    note.*flag = true;
-    return note;
-}
-
 inline bool stripShown(const fpost& note) {
     return (GetWindowLongPtrW(note.pic_time, GWL_STYLE) & static_cast<LONG_PTR>(WS_VISIBLE)) != 0;
 }
@@ -68,14 +63,11 @@ inline void press(HWND part, UINT message = WM_LBUTTONDOWN) {
     SendMessageW(part, message, button, MAKELPARAM(4, 4));
 }
 
-/// Every behaviour below must be the same in both stores.
-class Alarm : public testing::TestWithParam<bool> {
+class Alarm : public InBothStores {
 protected:
-    std::unique_ptr<TestNotes> run(std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
-        return std::make_unique<TestNotes>(GetParam(), std::move(notes), settings);
-    }
     /// All of them ring: it is a second past the time at which they are due.
-    std::unique_ptr<TestNotes> ringing(std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
+    static std::unique_ptr<TestNotes> ringing(std::vector<NoteRecord> notes,
+                                              const GlobalSettings& settings = {}) {
         auto desk = run(std::move(notes), settings);
         desk->clock = {later(1), 0};
         tick(*desk);
@@ -93,12 +85,5 @@ protected:
         GlobalSettings settings;
         settings.DontDeleteWhenPlay = true;
         return settings;
-    }
-    /// The note as the next start would find it.
-    static fpost& restarted(TestNotes& desk, int number) {
-        fpost& note = desk.note(number);
-        note.apply(desk.stored(number));
-        note.ArmAfterLoad();
-        return note;
     }
 };

@@ -2,237 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
-#include <string>
 #include <utility>
 
 #include "resources/resource.h"
-#include "tests/window/TestNotes.h"
+#include "tests/window/CollectionDesk.h"
 
 namespace {
 
-/// Every behaviour below must be the same in both stores.
-class Collection : public testing::TestWithParam<bool> {
-protected:
-    std::unique_ptr<TestNotes> run(std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
-        return std::make_unique<TestNotes>(GetParam(), std::move(notes), settings);
-    }
-};
-INSTANTIATE_TEST_SUITE_P(Stores, Collection, testing::Bool(),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
-
-std::vector<NoteRecord> manyNotes(int count) {
-    std::vector<NoteRecord> notes;
-    for (int i = 1; i <= count; ++i)
-        notes.push_back(plainNote(u"n" + decimal(i), 300 * i, 150 * i));
-    return notes;
-}
-
-NoteRecord with(NoteRecord note, bool NoteRecord::*flag) {
-    note.*flag = true;
-    return note;
-}
-
-/// What the start would count.
-int storedCount(TestNotes& desk) {
-    if (!desk.desk->store.UseRegistry) return desk.desk->store.header.count;
-    const Text* const count = desk.registry.find(u"setting", u"count");
-    return count == nullptr ? 0 : static_cast<int>(leadingInt32(*count));
-}
-
-bool trayAllows(const TestNotes& desk, int index) {
-    return trayCommandAllowed(desk.desk->trayState(), index);
-}
-
-Text trayCaption(const TestNotes& desk, int index) {
-    return trayMenu(desk.desk->trayState())[static_cast<std::size_t>(index)].caption;
-}
-
-/// The caption in a note's own menu.
-Text noteCaption(fpost& note, unsigned id) {
-    for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm))) {
-        if (item.id == id) return item.caption;
-    }
-    return {};
-}
-
-/// Answers the next dialog with its close box as soon as the message loop runs, and counts it.
-struct DialogCloser {
-    static inline fmsg* dialog = nullptr;
-    static inline int closed = 0;
-    UINT_PTR timer = 0;
-
-    explicit DialogCloser(TestNotes& desk) {
-        dialog = &desk.desk->dialog;
-        closed = 0;
-        timer = SetTimer(nullptr, 0, 20, closeOpenOne);
-    }
-    ~DialogCloser() {
-        KillTimer(nullptr, timer);
-        dialog = nullptr;
-    }
-    DialogCloser(const DialogCloser&) = delete;
-    DialogCloser& operator=(const DialogCloser&) = delete;
-
-private:
-    static void CALLBACK closeOpenOne(HWND, UINT, UINT_PTR, DWORD) {
-        if (dialog == nullptr || !dialog->open()) return;
-        ++closed;
-        PostMessageW(dialog->hwnd, WM_CLOSE, 0, 0);
-    }
-};
-
-// --- New note ---------------------------------------------------------------------------------------------
-
-TEST_P(Collection, ANewNoteIsStoredAsItStands) {
-    const auto desk = run({plainNote(u"a")});
-    ASSERT_TRUE(desk->desk->NewNote());
-    fpost& note = desk->note(2);
-    const NoteRecord stored = desk->stored(2);
-    EXPECT_EQ(storedCount(*desk), 2);
-    EXPECT_EQ(stored.Titolo, u"- 2 -");
-    EXPECT_EQ(stored.Nota, u"");
-    EXPECT_EQ(stored.x, note.Left());
-    EXPECT_EQ(stored.y, note.Top());
-    EXPECT_EQ(stored.width, note.Width());
-    EXPECT_EQ(stored.height, note.Height());
-    EXPECT_EQ(desk->stored(1).Nota, u"body of a");
-    EXPECT_EQ(desk->desk->titles(), (std::vector<Text>{u"a", u"- 2 -"}));
-    EXPECT_EQ(desk->desk->NoteSlots[1], &note);
-}
-
-TEST_P(Collection, ANewNoteTakesTheSizeThatIsSetNow) {
-    const auto desk = run({plainNote(u"a")});
-    const Settings settings = desk->registry.settings();
-    saveSetting(settings, u"setting", u"defaultwidth", u"4500");
-    saveSetting(settings, u"setting", u"defaultheight", u"3000.6");
-    ASSERT_TRUE(desk->desk->NewNote());
-    EXPECT_EQ(desk->stored(2).width, 4500);
-    EXPECT_EQ(desk->note(2).Width(), 4500);
-    EXPECT_NEAR(desk->note(2).Height(), 3000, 15);
-}
-
-TEST_P(Collection, TheFiftyFirstNoteIsRefusedAndNothingIsWritten) {
-    const auto desk = run(manyNotes(50));
-    const auto files = desk->folder.content;
-    const int made = desk->registry.changes ? desk->registry.changes->made : 0;
-    const DialogCloser closer(*desk);
-    EXPECT_FALSE(desk->desk->NewNote());
-    EXPECT_EQ(DialogCloser::closed, 1);
-    EXPECT_EQ(desk->desk->Count(), 50);
-    EXPECT_EQ(storedCount(*desk), 50);
-    EXPECT_EQ(desk->folder.content, files);
-    EXPECT_EQ(desk->registry.changes ? desk->registry.changes->made : 0, made);
-}
-
-TEST_P(Collection, TheFirstNoteAfterAllWereDeletedEnablesTheCommandsAgain) {
-    const auto desk = run({plainNote(u"a")});
-    desk->note(1).DeleteForm(true);
-    pumpPending();
-    for (const int command : {tray::kHideAll, tray::kIconizeAll, tray::kAlignAll}) {
-        EXPECT_FALSE(trayAllows(*desk, command)) << command;
-    }
-    EXPECT_FALSE(openAllowed(desk->desk->trayState(), 0));
-    ASSERT_TRUE(desk->desk->NewNote());
-    for (const int command : {tray::kHideAll, tray::kIconizeAll, tray::kAlignAll}) {
-        EXPECT_TRUE(trayAllows(*desk, command)) << command;
-    }
-    EXPECT_TRUE(openAllowed(desk->desk->trayState(), 0));
-    EXPECT_EQ(desk->stored(1).Titolo, u"- 1 -");
-    EXPECT_EQ(desk->stored(1).Nota, u"");
-}
-
-TEST_P(Collection, ANewNoteOnAHiddenDeskTurnsTheCaptionsAndLeavesTheOthersHidden) {
-    const auto desk = run({plainNote(u"a"), plainNote(u"b")});
-    desk->desk->ToggleHideAll();
-    ASSERT_TRUE(desk->desk->NewNote());
-    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Hide All");
-    EXPECT_EQ(noteCaption(desk->note(1), IDM_HIDEALL), u"Hide All");
-    EXPECT_FALSE(desk->note(1).visible());
-    EXPECT_FALSE(desk->note(2).visible());
-    EXPECT_TRUE(desk->note(3).visible());
-    EXPECT_FALSE(desk->stored(1).closed);
-}
-
-TEST_P(Collection, ANewNoteOnAnIconizedDeskTurnsTheCaptions) {
-    const auto desk = run({plainNote(u"a"), plainNote(u"b")});
-    desk->desk->ToggleIconizeAll();
-    ASSERT_TRUE(desk->desk->NewNote());
-    EXPECT_EQ(trayCaption(*desk, tray::kIconizeAll), u"Iconize All");
-    EXPECT_EQ(noteCaption(desk->note(1), IDM_ICONIZEALL), u"Iconize All");
-    EXPECT_TRUE(desk->note(1).Iconized());
-    EXPECT_FALSE(desk->note(3).Iconized());
-}
-
-TEST_P(Collection, WithAutomaticPositionASecondNoteStandsUnderTheFirst) {
-    GlobalSettings settings;
-    settings.AlignAll = true;
-    const auto desk = run({plainNote(u"a", 4500, 3000)}, settings);
-    ASSERT_TRUE(desk->desk->NewNote());
-    EXPECT_EQ(desk->note(2).Left(), 4500);
-    EXPECT_EQ(desk->note(2).Top(), 3000 + 2250);
-    EXPECT_EQ(desk->stored(2).x, 4500);
-    EXPECT_EQ(desk->stored(2).y, 3000 + 2250);
-}
-
-TEST_P(Collection, NewNotesCascadeInsteadOfCoveringEachOther) {
-    const auto desk = run({});
-    std::set<std::pair<int, int>> places;
-    for (int i = 0; i < 6; ++i) {
-        ASSERT_TRUE(desk->desk->NewNote());
-        places.insert({desk->note(i + 1).Left(), desk->note(i + 1).Top()});
-    }
-    EXPECT_EQ(places.size(), 6U);
-}
-
-TEST_P(Collection, ANewNoteAfterADeletionCoversNoOther) {
-    const auto desk = run({});
-    ASSERT_TRUE(desk->desk->NewNote());
-    ASSERT_TRUE(desk->desk->NewNote());
-    desk->note(1).DeleteForm(true);
-    ASSERT_TRUE(desk->desk->NewNote());
-    EXPECT_NE(desk->note(1).Left(), desk->note(2).Left());
-}
-
-TEST_P(Collection, ANewNoteEndsTheEditThatIsOpenAndKeepsItsText) {
-    const auto desk = run({plainNote(u"a")});
-    desk->note(1).EditForm();
-    SetWindowTextW(desk->note(1).txtNota, L"half a thought");
-    ASSERT_TRUE(desk->desk->NewNote());
-    EXPECT_EQ(desk->stored(1).Nota, u"half a thought");
-    EXPECT_FALSE(desk->note(1).bodyBeingEdited);
-}
-
-TEST(CollectionRegistry, ALeftOverSectionLendsNothingToANewNote) {
-    TestNotes desk(true, {plainNote(u"a")});
-    NoteRecord ghost = plainNote(u"ghost");
-    ghost.closed = true;
-    ghost.alarmdate = u"*";
-    ghost.interval = u"eachday";
-    ghost.alarmtime = u"13:00:00";
-    desk.desk->store.registry.SaveNoteToRegistry(2, ghost);
-    ASSERT_TRUE(desk.desk->NewNote());
-    const NoteRecord stored = desk.stored(2);
-    EXPECT_FALSE(stored.closed);
-    EXPECT_EQ(stored.interval, u"");
-    EXPECT_EQ(stored.alarmtime, u"");
-    EXPECT_EQ(stored.Nota, u"");
-}
-
-TEST_P(Collection, ASettingThatTheStoreRefusedIsStoredLater) {
-    const auto desk = run({plainNote(u"a")});
-    auto fullDisk = std::make_unique<FullDisk>(*desk);
-    desk->desk->ToggleEasyAlign();
-    desk->note(1).toggleSetting(&GlobalSettings::RestoreWhenPlay, u"RestoreWhenPlay");
-    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
-    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
-    EXPECT_EQ(desk->registry.text(u"setting", u"EasyAlign"), u"(none)");
-    fullDisk.reset();
-    desk->desk->CommitEdits();
-    EXPECT_EQ(desk->registry.text(u"setting", u"EasyAlign"), u"True");
-    EXPECT_EQ(desk->registry.text(u"setting", u"RestoreWhenPlay"), u"True");
-    EXPECT_EQ(desk->registry.text(u"setting", u"DontDeleteWhenPlay"), u"False");
-}
+class Collection : public InBothStores {};
+INSTANTIATE_TEST_SUITE_P(Stores, Collection, testing::Bool(), storeName);
 
 // --- Hide All and Show All --------------------------------------------------------------------------------
 
@@ -422,9 +200,8 @@ TEST_P(Collection, RestoreAllReachesTheNotesBehindOneThatGoesWithItsAlarm) {
     desk->desk->ToggleIconizeAll();
     for (const int n : {1, 3}) {
         fpost& note = desk->note(n);
-        note.record.alarmdate = u"15/06/2026";
-        note.record.alarmtime = u"12:00:10";
-        note.apply(NoteRecord(note.record));
+        note.alarm.AlarmDate = u"15/06/2026";
+        note.alarm.AlarmTime = u"12:00:10";
         note.ArmAfterLoad();
         note.tmr_Timer();
         ASSERT_TRUE(note.Alarming) << n;
@@ -570,6 +347,21 @@ TEST_P(Collection, OpeningASlotWithoutANoteDoesNothing) {
     for (const int slot : {-1, 1, 49, 50, 1000})
         desk->desk->OpenNote(slot);
     EXPECT_EQ(desk->desk->Count(), 1);
+}
+
+TEST_P(Collection, ASettingThatTheStoreRefusedIsStoredLater) {
+    const auto desk = run({plainNote(u"a")});
+    auto fullDisk = std::make_unique<FullDisk>(*desk);
+    desk->desk->ToggleEasyAlign();
+    desk->note(1).toggleSetting(&GlobalSettings::RestoreWhenPlay, u"RestoreWhenPlay");
+    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
+    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
+    EXPECT_EQ(desk->registry.text(u"setting", u"EasyAlign"), u"(none)");
+    fullDisk.reset();
+    desk->desk->CommitEdits();
+    EXPECT_EQ(desk->registry.text(u"setting", u"EasyAlign"), u"True");
+    EXPECT_EQ(desk->registry.text(u"setting", u"RestoreWhenPlay"), u"True");
+    EXPECT_EQ(desk->registry.text(u"setting", u"DontDeleteWhenPlay"), u"False");
 }
 
 // --- The end ----------------------------------------------------------------------------------------------

@@ -174,8 +174,7 @@ struct WindowChanges : testing::TestWithParam<bool> {
         ADD_FAILURE() << testing::PrintToString(found);
     }
 };
-INSTANTIATE_TEST_SUITE_P(Stores, WindowChanges, testing::Bool(),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+INSTANTIATE_TEST_SUITE_P(Stores, WindowChanges, testing::Bool(), storeName);
 
 TEST_P(WindowChanges, EndedAheadOfAnyOfThemNoNoteIsLostOrMixedUp) {
     for (const Operation& operation : operations()) {

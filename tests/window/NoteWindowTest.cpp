@@ -7,15 +7,8 @@
 
 namespace {
 
-/// Every behaviour below must be the same in both stores.
-class NoteWindow : public testing::TestWithParam<bool> {
-protected:
-    std::unique_ptr<TestNotes> run(std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
-        return std::make_unique<TestNotes>(GetParam(), std::move(notes), settings);
-    }
-};
-INSTANTIATE_TEST_SUITE_P(Stores, NoteWindow, testing::Bool(),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+class NoteWindow : public InBothStores {};
+INSTANTIATE_TEST_SUITE_P(Stores, NoteWindow, testing::Bool(), storeName);
 
 Rgb pixelOf(HWND window, int x, int y) {
     UpdateWindow(window);
@@ -122,7 +115,7 @@ TEST(NoteColour, NoteWithoutOneKeepsTheDesignColour) {
     NoteRecord record = plainNote(u"a");
     TestNotes desk(true, {record});
     desk.registry.find(u"kardel-1", u"backcolor")->clear();
-    desk.note(1).apply(desk.stored(1));
+    desk.killAndRestart();
     EXPECT_EQ(desk.note(1).Backcol(), static_cast<Rgb>(kDesignColor));
     EXPECT_EQ(pixelOf(desk.note(1).nota, 0, 0), static_cast<Rgb>(kDesignColor));
 }
@@ -338,9 +331,8 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNeverWrittenBack) {
     const auto desk = run({plainNote(u"a")});
     desk->folder.locked.insert(Text(kNoteFile));
     desk->registry.locked.insert(u"kardel-1");
-    NoteRecord record;
-    EXPECT_FALSE(desk->desk->store.load(1, record, desk->desk->settings));
-    desk->note(1).apply(record);
+    desk->killAndRestart();
+    EXPECT_TRUE(desk->note(1).record.readOnly);
     desk->folder.locked.clear();
     desk->registry.locked.clear();
     desk->note(1).moveTo(4500, 4500);

@@ -114,6 +114,11 @@ inline NoteRecord plainNote(TextView title, int x = 1500, int y = 1500) {
     return note;
 }
 
+inline NoteRecord with(NoteRecord note, bool NoteRecord::*flag) {
+    note.*flag = true;
+    return note;
+}
+
 inline RECT rectOf(HWND window) {
     RECT rect{};
     GetWindowRect(window, &rect);

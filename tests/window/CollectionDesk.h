@@ -1,0 +1,39 @@
+// What the tests of the collection's commands ask of a desk.
+#pragma once
+
+#include <vector>
+
+#include "core/TrayMenu.h"
+#include "note/NoteMenu.h"
+#include "support/Number.h"
+#include "tests/window/TestNotes.h"
+
+inline std::vector<NoteRecord> manyNotes(int count) {
+    std::vector<NoteRecord> notes;
+    for (int i = 1; i <= count; ++i)
+        notes.push_back(plainNote(u"n" + decimal(i), 300 * i, 150 * i));
+    return notes;
+}
+
+/// What the start would count.
+inline int storedCount(TestNotes& desk) {
+    if (!desk.desk->store.UseRegistry) return desk.desk->store.header.count;
+    const Text* const count = desk.registry.find(u"setting", u"count");
+    return count == nullptr ? 0 : static_cast<int>(leadingInt32(*count));
+}
+
+inline bool trayAllows(const TestNotes& desk, int index) {
+    return trayCommandAllowed(desk.desk->trayState(), index);
+}
+
+inline Text trayCaption(const TestNotes& desk, int index) {
+    return trayMenu(desk.desk->trayState())[static_cast<std::size_t>(index)].caption;
+}
+
+/// The caption in a note's own menu.
+inline Text noteCaption(fpost& note, unsigned id) {
+    for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm))) {
+        if (item.id == id) return item.caption;
+    }
+    return {};
+}
