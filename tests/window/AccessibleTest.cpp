@@ -205,6 +205,10 @@ protected:
         }
         return stops;
     }
+    /// The dialog is there and has the keyboard, which the window manager gives it a little later.
+    Script::Condition ready(const char* caption) {
+        return [this, caption] { return shown(caption)() && IsChild(dialog.hwnd, GetFocus()) != FALSE; };
+    }
     /// What holds for every face: each stop has a name, nothing for show is one, and the focus can be seen.
     void checkFace() const {
         EXPECT_EQ(Ear(dialog.hwnd).role(), Role::Dialog);
@@ -224,7 +228,7 @@ protected:
             }
         }
         EXPECT_NE(std::find(stops.begin(), stops.end(), GetFocus()), stops.end())
-            << "the keyboard is nowhere";
+            << "the keyboard is where Tab does not lead";
     }
 };
 
@@ -233,7 +237,7 @@ TEST_F(AccessibleDialog, EveryBoxCanBeReadAndAnswered) {
          {long{MB_OK}, long{MB_OKCANCEL} | MB_ICONERROR, long{MB_YESNO} | MB_ICONQUESTION,
           long{MB_RETRYCANCEL} | MB_ICONEXCLAMATION, long{MB_YESNO} | MB_DEFBUTTON2}) {
         Script script(dialog);
-        script.when(shown("Delete"), [this, buttons] {
+        script.when(ready("Delete"), [this, buttons] {
             checkFace();
             EXPECT_EQ(text(ID_LBLMSG), "Sure?");
             EXPECT_EQ(text(ID_MICON).empty(), (buttons & MB_ICONMASK) == 0);
@@ -245,7 +249,7 @@ TEST_F(AccessibleDialog, EveryBoxCanBeReadAndAnswered) {
 
 TEST_F(AccessibleDialog, TheAboutBoxNamesItsLinks) {
     Script script(dialog);
-    script.when(shown("About"), [this] {
+    script.when(ready("About"), [this] {
         checkFace();
         EXPECT_GE(tabStops().size(), 2U);
         closeBox();
@@ -258,7 +262,7 @@ protected:
     void edit(const AlarmRule& rule, const std::function<void()>& look) {
         const HWND note = addNote();
         Script script(dialog);
-        script.when(shown("Set alarm"), [&] {
+        script.when(ready("Set alarm"), [&] {
             checkFace();
             look();
             closeBox();
