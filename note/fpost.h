@@ -188,6 +188,10 @@ private:
     void paintTitle(HDC dc, const RECT& area) const;
     void paintStrip(HDC dc) const;
     void endBodyEdit();
+    /// The title and the width that it may need are stored in one go.
+    bool storeTitle(const Text& title);
+    /// Whether the window had to grow.
+    bool widenToTitle();
     void draftNow();
     void dropDraft();
     /// Whether what is typed goes into the files, now or with a pending switch.

@@ -98,18 +98,19 @@ void fpost::tmr_Timer() {
 void fpost::ring() {
     stopCountdown();
     Alarming = true;
-    if (record.iconized && host->settings->RestoreWhenPlay) {
-        // Not through IconizeForm, which would silence the alarm that is just beginning.
-        record.iconized = false;
-        store({NoteField::Iconized});
-        showIconized();
+    const bool restored = record.iconized && host->settings->RestoreWhenPlay;
+    const bool reopened = record.closed;
+    if (restored) record.iconized = false;
+    record.closed = false;
+    if (restored && reopened) {
+        store({NoteField::Iconized, NoteField::Closed});
+    } else if (restored || reopened) {
+        store({restored ? NoteField::Iconized : NoteField::Closed});
     }
+    // Not through IconizeForm, which would silence the alarm that is just beginning.
+    if (restored) showIconized();
     ShowAlarmStrip();
     host->showAgain();
-    if (record.closed) {
-        record.closed = false;
-        store({NoteField::Closed});
-    }
     host->notesChanged();
     if (!visible()) {  // a note that rings must be there to be silenced
         place();
@@ -162,9 +163,12 @@ bool fpost::SoundStop() {
     takeStoredPattern();
     switch (rearm(alarm, host->now())) {
         case Rearmed::OneShotOver:
-            ClearAlarm();
-            if (host->settings->DontDeleteWhenPlay) return false;
-            DeleteForm(true);  // which leaves a note alone that could not be read
+            if (host->settings->DontDeleteWhenPlay || record.readOnly) {
+                ClearAlarm();
+                return false;
+            }
+            // With its alarm as it is: the store holds the note as it was or not at all.
+            DeleteForm(true);
             return watch.gone();
         case Rearmed::Armed:
         case Rearmed::NotAhead:

@@ -119,9 +119,7 @@ void fpost::SaveCaption(bool Apply) {
         dropDraft();
         return;
     }
-    Titolo(edited);
-    if (store({NoteField::Titolo})) dropDraft();
-    CheckTitleWidth();
+    if (storeTitle(edited)) dropDraft();
     host->notesChanged();
 }
 
@@ -155,11 +153,7 @@ void fpost::dropDraft() {
 }
 
 bool fpost::finishEdit(bool title, const Text& text) {
-    if (title) {
-        Titolo(text);
-        CheckTitleWidth();
-        return store({NoteField::Titolo});
-    }
+    if (title) return storeTitle(text);
     record.Nota = text;
     setWindowText(nota, withLineBreaks(text));
     return store({NoteField::Nota});
@@ -285,14 +279,23 @@ bool fpost::onEditorCharacter(HWND editor, WPARAM character) {
 // --- Fitting the window to its text -----------------------------------------------------------------------
 
 void fpost::CheckTitleWidth() {
+    if (widenToTitle()) store({NoteField::Width});
+}
+
+bool fpost::storeTitle(const Text& title) {
+    Titolo(title);
+    return widenToTitle() ? store({NoteField::Titolo, NoteField::Width}) : store({NoteField::Titolo});
+}
+
+bool fpost::widenToTitle() {
     const NoteLook& look = *host->look;
     const HFONT font = look.title.get();
     const int pictures = look.px(design::kPicWidth) + (record.iconized ? look.px(design::kGripWidth) : 0);
     const int title = look.px(design::kLeadWidth) + textWidth(font, record.Titolo);
-    if (title <= windowRect().width() - pictures) return;
+    if (title <= windowRect().width() - pictures) return false;
     const int wanted = title + textWidth(font, u"X") + pictures;
     pWidth(look.twips(std::min(wanted, GetSystemMetrics(SM_CXSCREEN))));
-    store({NoteField::Width});
+    return true;
 }
 
 void fpost::FitWidth() {

@@ -144,8 +144,10 @@ FileSave setInFiles(const DataFiles& data, int number, NoteRecord& record,
     save.unmappable = stored.unmappable;
     save.done = true;
     if (fresh || has(NoteField::Nota)) {
-        // The body first: a record must never point to one that is not there.
-        const MemoResult body = writeBody(data, number, memoNumberOf(stored.bytes), record.Nota);
+        // The body first: a record must never point to one that is not there. Where the record changes too, a
+        // place of its own: with the record it takes force, all or nothing.
+        const std::int32_t place = stored.bytes == before ? memoNumberOf(stored.bytes) : 0;
+        const MemoResult body = writeBody(data, number, place, record.Nota);
         save.done = body.done;
         save.unmappable = save.unmappable || body.unmappable;
         if (body.done) setMemoNumber(stored.bytes, body.recordNumber);

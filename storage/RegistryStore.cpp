@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "storage/SectionChange.h"
 #include "support/Number.h"
 
 namespace {
@@ -18,14 +19,14 @@ std::int32_t numberOf(TextView section) {
     return std::all_of(digits.begin(), digits.end(), isDigit) ? leadingInt32(digits) : 0;
 }
 
-KeyText valueOf(const RegistryStore& store, const NoteRecord& record, NoteField field) {
+ValueChange changeOf(const RegistryStore& store, const NoteRecord& record, NoteField field) {
     return {store.keyOf(field), rowOf(field).write(record)};
 }
 
-bool dropPatternValues(const Settings& settings, TextView section) {
-    const bool day = dropSetting(settings, section, rowOf(NoteField::AlarmDay).key);
-    const bool dayMonth = dropSetting(settings, section, rowOf(NoteField::AlarmDayMonth).key);
-    return day && dayMonth;
+/// A date that is no pattern leaves none of the pattern's values.
+void dropPattern(const RegistryStore& store, std::vector<ValueChange>& changes) {
+    changes.push_back({store.keyOf(NoteField::AlarmDay), std::nullopt});
+    changes.push_back({store.keyOf(NoteField::AlarmDayMonth), std::nullopt});
 }
 
 }  // namespace
@@ -47,7 +48,7 @@ Text RegistryStore::keyOf(NoteField field) const {
 
 IoStatus RegistryStore::LoadNoteFromRegistry(int slot, NoteRecord& record, std::int32_t defaultWidth,
                                              std::int32_t defaultHeight) const {
-    const SectionResult section = settings.readSection(noteSection(slot + 1));
+    const SectionResult section = readChangedSection(settings, noteSection(slot + 1));
     if (section.status == IoStatus::Failed) return section.status;
     NoteRecord loaded;
     loaded.width = defaultWidth;
@@ -63,62 +64,54 @@ IoStatus RegistryStore::LoadNoteFromRegistry(int slot, NoteRecord& record, std::
 }
 
 bool RegistryStore::SaveNoteToRegistry(int number, const NoteRecord& record) const {
-    const Text section = noteSection(number);
-    std::vector<KeyText> values;
+    std::vector<ValueChange> changes;
     const auto add = [&](std::initializer_list<NoteField> fields) {
         for (const NoteField field : fields)
-            values.push_back(valueOf(*this, record, field));
+            changes.push_back(changeOf(*this, record, field));
     };
     add({NoteField::X, NoteField::Y, NoteField::Width, NoteField::Height, NoteField::Nota, NoteField::Topmost,
          NoteField::Titolo, NoteField::Iconized, NoteField::Closed});
     const Text dateKey = keyOf(NoteField::AlarmDate);
     const Text intervalKey = keyOf(NoteField::Interval);
-    bool done = true;
     if (recursByPattern(record)) {
-        values.emplace_back(dateKey, kPatternDate);
+        changes.push_back({dateKey, Text(kPatternDate)});
         const TextView kind = intervalKind(record.interval);
         // A weekly rule has no kind of its own: what stands in its section stays.
         if (!kind.empty() || record.alarmweekday < 1) {
-            values.emplace_back(intervalKey, kind.empty() ? kEachDay : kind);
+            changes.push_back({intervalKey, Text(kind.empty() ? kEachDay : kind)});
         }
         add({NoteField::AlarmDay, NoteField::AlarmDayMonth});
     } else {
-        values.emplace_back(dateKey, record.alarmdate);
-        values.emplace_back(intervalKey, Text());
-        done = settings.set(section, values);
-        values.clear();
-        done = dropPatternValues(settings, section) && done;
+        changes.push_back({dateKey, record.alarmdate});
+        changes.push_back({intervalKey, Text()});
+        dropPattern(*this, changes);
     }
     add({NoteField::AlarmTime, NoteField::AlarmWeekday, NoteField::AlarmRepeatNumber,
          NoteField::AlarmRepeatEvery, NoteField::Backcolor, NoteField::Mute, NoteField::Weekday0,
          NoteField::Weekday1, NoteField::Weekday2, NoteField::Weekday3, NoteField::Weekday4,
          NoteField::Weekday5, NoteField::Weekday6});
-    return settings.set(section, values) && done;
+    return changeSection(settings, noteSection(number), std::move(changes));
 }
 
 bool RegistryStore::set(int number, const NoteRecord& record, std::span<const NoteField> fields) const {
-    const Text section = noteSection(number);
     const bool pattern = recursByPattern(record);
-    std::vector<KeyText> values;
+    std::vector<ValueChange> changes;
     bool fixedDate = false;
-    bool done = true;
     for (const NoteField field : fields) {
-        KeyText value = valueOf(*this, record, field);
+        ValueChange change = changeOf(*this, record, field);
         if (field == NoteField::AlarmDate) {
             fixedDate = !pattern;
-            if (pattern) value.second = kPatternDate;
+            if (pattern) change.text = Text(kPatternDate);
         }
         const bool patternDay = field == NoteField::AlarmDay || field == NoteField::AlarmDayMonth;
-        if (patternDay && value.second.empty()) {
-            done = dropSetting(settings, section, value.first) && done;
-            continue;
-        }
-        values.push_back(std::move(value));
+        if (patternDay && change.text->empty()) change.text.reset();
+        changes.push_back(std::move(change));
     }
-    if (fixedDate) values.emplace_back(keyOf(NoteField::Interval), Text());
-    if (!values.empty()) done = settings.set(section, values) && done;
-    if (fixedDate) done = dropPatternValues(settings, section) && done;
-    return done;
+    if (fixedDate) {
+        changes.push_back({keyOf(NoteField::Interval), Text()});
+        dropPattern(*this, changes);
+    }
+    return changeSection(settings, noteSection(number), std::move(changes));
 }
 
 bool RegistryStore::copySection(int from, int to) const {

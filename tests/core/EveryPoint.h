@@ -157,14 +157,6 @@ inline std::vector<NoteRecord> foundIn(const Image& image, bool deleteLeftOver =
     return found;
 }
 
-/// Whether each field of `note` is that of one of the two.
-inline bool isBetween(const NoteRecord& note, const NoteRecord& before, const NoteRecord& after) {
-    return std::all_of(noteFields().begin(), noteFields().end(), [&](const NoteFieldRow& row) {
-        const Text text = row.write(note);
-        return text == row.write(before) || text == row.write(after);
-    });
-}
-
 struct Tally {
     int killed = 0;
     int failed = 0;

@@ -85,6 +85,13 @@ std::vector<Operation> operations() {
              ringNoteTwo(desk);
              desk.note(2).SoundStop();
          }},
+        {"ringing of a note that is iconized and closed",
+         [](TestNotes& desk) {
+             desk.desk->settings.RestoreWhenPlay = true;
+             desk.note(2).toggleIconized();
+             desk.note(2).CloseForm();
+         },
+         ringNoteTwo},
         {"a single alarm that takes its note away",
          [](TestNotes& desk) {
              desk.note(2).alarm.RepeatNumber = 0;
@@ -155,21 +162,15 @@ struct WindowChanges : testing::TestWithParam<bool> {
         ASSERT_LE(found.size(), after.size());
         for (std::size_t i = 0; i < found.size(); ++i) {
             const NoteRecord& old = i < before.size() ? before[i] : after[i];
-            if (isBetween(found[i], old, after[i])) continue;
+            if (found[i] == old || found[i] == after[i]) continue;
             ++tally.lost;
             ADD_FAILURE() << testing::PrintToString(found[i]);
         }
     }
 
-    /// All others are there once and whole. The note that goes may still stand, its alarm cleared already.
-    static void expectGoneOrNot(std::vector<NoteRecord> found, const std::vector<NoteRecord>& before,
-                                const std::vector<NoteRecord>& after, int removed) {
-        if (found.size() == before.size()) {
-            const auto at = static_cast<std::size_t>(removed - 1);
-            EXPECT_EQ(found[at].Titolo + found[at].Nota, before[at].Titolo + before[at].Nota);
-            found.erase(found.begin() + (removed - 1));
-        }
-        if (found == after) return;
+    static void expectGoneOrNot(const std::vector<NoteRecord>& found, const std::vector<NoteRecord>& before,
+                                const std::vector<NoteRecord>& after) {
+        if (found == before || found == after) return;
         ++tally.lost;
         ADD_FAILURE() << testing::PrintToString(found);
     }
@@ -189,7 +190,7 @@ TEST_P(WindowChanges, EndedAheadOfAnyOfThemNoNoteIsLostOrMixedUp) {
         for (std::size_t at = 0; at < points.size(); ++at) {
             SCOPED_TRACE("ended ahead of change " + std::to_string(at));
             if (operation.removed > 0) {
-                expectGoneOrNot(foundIn(points[at]), before, after, operation.removed);
+                expectGoneOrNot(foundIn(points[at]), before, after);
             } else {
                 expectUnharmed(foundIn(points[at]), before, after);
             }

@@ -1,0 +1,111 @@
+#include "storage/SectionChange.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "support/Number.h"
+
+namespace {
+
+constexpr TextView kPendingKey = u"pending";
+
+/// A text behind its length.
+void append(Text& list, TextView text) {
+    list += decimal(static_cast<std::int64_t>(text.size())) + u":";
+    list += text;
+}
+
+/// Takes a text with its length off the front.
+std::optional<Text> take(TextView& list) {
+    const std::size_t colon = list.find(u':');
+    if (colon == TextView::npos) return std::nullopt;
+    const std::int32_t length = leadingInt32(list.substr(0, colon));
+    list.remove_prefix(colon + 1);
+    if (length < 0 || static_cast<std::size_t>(length) > list.size()) return std::nullopt;
+    const Text text(list.substr(0, static_cast<std::size_t>(length)));
+    list.remove_prefix(text.size());
+    return text;
+}
+
+bool isKey(const ValueChange& change, TextView key) {
+    return lowered(change.key) == lowered(key);
+}
+
+/// The changes of before that the later ones leave standing, then the later ones.
+std::vector<ValueChange> merged(std::vector<ValueChange> earlier, std::vector<ValueChange> later) {
+    std::erase_if(earlier, [&](const ValueChange& change) {
+        return std::any_of(later.begin(), later.end(),
+                           [&](const ValueChange& other) { return isKey(other, change.key); });
+    });
+    std::move(later.begin(), later.end(), std::back_inserter(earlier));
+    return earlier;
+}
+
+void applyTo(std::vector<KeyText>& values, const std::vector<ValueChange>& changes) {
+    for (const ValueChange& change : changes) {
+        std::erase_if(values, [&](const KeyText& value) { return isKey(change, value.first); });
+        if (change.text) values.emplace_back(change.key, *change.text);
+    }
+}
+
+}  // namespace
+
+bool changeSection(const Settings& settings, TextView section, std::vector<ValueChange> changes) {
+    const SettingResult left = settings.get(section, kPendingKey);
+    if (left.status == IoStatus::Failed) return false;
+    if (const auto earlier = parsePending(left.text)) changes = merged(*earlier, std::move(changes));
+    const bool listed = changes.size() > 1;
+    // The list ahead of what it lists, all in one opening of the section.
+    std::vector<KeyText> written;
+    if (listed) written.emplace_back(kPendingKey, pendingText(changes));
+    for (const ValueChange& change : changes) {
+        if (change.text) written.emplace_back(change.key, *change.text);
+    }
+    bool done = written.empty() || settings.set(section, written);
+    for (const ValueChange& change : changes) {
+        if (!change.text) done = dropSetting(settings, section, change.key) && done;
+    }
+    const bool pending = listed || left.status == IoStatus::Done;
+    return done && (!pending || settings.removeValue(section, kPendingKey));
+}
+
+SectionResult readChangedSection(const Settings& settings, TextView section) {
+    SectionResult result = settings.readSection(section);
+    const auto pending = std::find_if(result.values.begin(), result.values.end(), [](const KeyText& value) {
+        return lowered(value.first) == kPendingKey;
+    });
+    if (pending == result.values.end()) return result;
+    const auto changes = parsePending(pending->second);
+    result.values.erase(pending);
+    if (changes) applyTo(result.values, *changes);
+    // Refused, it stays pending until the next change.
+    static_cast<void>(changeSection(settings, section, {}));
+    return result;
+}
+
+Text pendingText(std::span<const ValueChange> changes) {
+    Text list;
+    for (const ValueChange& change : changes) {
+        append(list, change.key);
+        list += change.text ? u'=' : u'-';
+        append(list, change.text.value_or(Text()));
+    }
+    return list;
+}
+
+std::optional<std::vector<ValueChange>> parsePending(TextView text) {
+    std::vector<ValueChange> changes;
+    while (!text.empty()) {
+        ValueChange change;
+        const std::optional<Text> key = take(text);
+        if (!key || key->empty() || text.empty()) return std::nullopt;
+        const char16_t kind = text.front();
+        text.remove_prefix(1);
+        std::optional<Text> value = take(text);
+        if (!value || (kind != u'=' && kind != u'-')) return std::nullopt;
+        change.key = *key;
+        if (kind == u'=') change.text = std::move(value);
+        changes.push_back(std::move(change));
+    }
+    return changes;
+}
