@@ -12,6 +12,7 @@ std::vector<TrayMenuItem> trayMenu(const TrayMenuState& state) {
     for (std::size_t i = 0; i < items.size(); ++i) {
         items[i].id = IDM_DYN + static_cast<unsigned>(i);
         items[i].caption = u"-";
+        items[i].separator = true;
     }
     const auto set = [&items, &state](int index, const char16_t* caption, bool enabled,
                                       bool checked = false) {
@@ -19,6 +20,7 @@ std::vector<TrayMenuItem> trayMenu(const TrayMenuState& state) {
         // What changes notes or opens a window would pull them away under the question that is open.
         const bool always = index == tray::kHideAll || index == tray::kExit;
         item.caption = caption;
+        item.separator = false;
         item.enabled = enabled && (always || !state.dialogOpen);
         item.checked = checked;
     };
@@ -41,7 +43,7 @@ std::vector<TrayMenuItem> trayMenu(const TrayMenuState& state) {
 bool trayCommandAllowed(const TrayMenuState& state, int index) {
     if (index < 0 || index >= kTrayItems) return false;
     const TrayMenuItem item = trayMenu(state)[static_cast<std::size_t>(index)];
-    return item.visible && item.enabled && !item.separator();
+    return item.visible && item.enabled && !item.separator;
 }
 
 std::vector<TrayMenuItem> openMenu(const std::vector<Text>& titles, const TrayMenuState& state) {

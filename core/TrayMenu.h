@@ -35,12 +35,12 @@ struct TrayMenuState {
 
 struct TrayMenuItem {
     unsigned id = 0;  ///< command id; separators have one too, which does nothing
-    Text caption;     ///< "-": a separator
+    Text caption;
+    bool separator = false;  ///< its caption is "-"; a note may be titled so too
     bool visible = true;
     bool enabled = true;
     bool checked = false;
     bool isDefault = false;  ///< drawn bold: what a click on the icon does
-    bool separator() const { return caption == u"-"; }
 };
 
 /// The commands in their order, item i with the id IDM_DYN + i.

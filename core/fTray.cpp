@@ -47,7 +47,7 @@ void allowFromBelow(HWND window, UINT message) {
 
 void append(HMENU menu, const TrayMenuItem& item) {
     if (!item.visible) return;
-    UINT flags = item.separator() ? MF_SEPARATOR : MF_STRING;
+    UINT flags = item.separator ? MF_SEPARATOR : MF_STRING;
     if (!item.enabled) flags |= MF_GRAYED;
     if (item.checked) flags |= MF_CHECKED;
     AppendMenuW(menu, flags, item.id, wide(item.caption));

@@ -45,7 +45,7 @@ TEST(TrayMenu, HasItsFourteenEntriesInOrder) {
     for (std::size_t i = 0; i < items.size(); ++i) {
         EXPECT_EQ(items[i].caption, expected[i]) << i;
         EXPECT_EQ(items[i].id, 400 + i);
-        EXPECT_EQ(items[i].separator(), expected[i] == u"-") << i;
+        EXPECT_EQ(items[i].separator, expected[i] == u"-") << i;
     }
 }
 
@@ -129,6 +129,14 @@ TEST(OpenMenu, ListsEveryNoteByTitle) {
     EXPECT_TRUE(items[0].enabled);
     EXPECT_EQ(items[1].caption, u"- 2 -");
     EXPECT_EQ(items[1].id, 501U);
+}
+
+TEST(OpenMenu, ATitleOfOneHyphenIsAnEntryAndNoSeparator) {
+    TrayMenuState state;
+    state.notes = 1;
+    const TrayMenuItem entry = openMenu({u"-"}, state).at(0);
+    EXPECT_EQ(entry.caption, u"-");
+    EXPECT_FALSE(entry.separator);
 }
 
 TEST(OpenMenu, SaysNoneWithoutNotes) {

@@ -109,12 +109,13 @@ def test_use_local_files_is_checked_in_local_files(desk):
 
 
 def test_open_lists_the_titles_as_they_are(desk):
-    titles = ["R&D", "tab\there", "", "W" * 128, "ünïcode \u4f60"]
+    titles = ["R&D", "tab\there", "", "W" * 128, "ünïcode \u4f60", "-"]
     kardel = run(desk, [{**NOTE, "Titolo": title, "x": 1500} for title in titles])
     kardel.tray.menu().choose("Open")
-    captions = desk.wait(lambda: len(desk.menu().captions) == 5 and desk.menu().captions)
-    assert captions == ["R&&D", "tab here", "- 3 -", "W" * 79 + "\u2026", "ünïcode \u4f60"]
-    desk.menu().close()
+    captions = desk.wait(lambda: len(desk.menu().captions) == 6 and desk.menu().captions)
+    assert captions == ["R&&D", "tab here", "- 3 -", "W" * 79 + "\u2026", "ünïcode \u4f60", "-"]
+    desk.menu().choose("-")  # an entry like any other, and no separator
+    desk.wait(lambda: kardel.note("-").active, what="the note to come to the front")
 
 
 def test_open_follows_a_renamed_title(desk):
