@@ -61,8 +61,8 @@ void basPost::fillHost() {
     host.canvas = &canvas;
     host.Notes = &Notes;
     host.newNote = [this] { return NewNote(); };
-    host.hideAll = [this] { ToggleHideAll(); };
-    host.iconizeAll = [this] { ToggleIconizeAll(); };
+    host.hideAll = [this](bool hidden) { HideAll(hidden); };
+    host.iconizeAll = [this](bool iconized) { IconizeAll(iconized); };
     host.exitProgram = [this] { ExitProgram(); };
     host.realign = [this] { Realign(); };
     host.notesChanged = [this] { NotesChanged(); };
@@ -98,8 +98,8 @@ bool basPost::createTray() {
     // Until the notes are loaded, a command from outside would act on a desk that only looks empty.
     functions.dialogOpen = [this] { return dialog.open() || !live_; };
     functions.newNote = [this] { NewNote(); };
-    functions.toggleHideAll = [this] { ToggleHideAll(); };
-    functions.toggleIconizeAll = [this] { ToggleIconizeAll(); };
+    functions.hideAll = [this](bool hidden) { HideAll(hidden); };
+    functions.iconizeAll = [this](bool iconized) { IconizeAll(iconized); };
     functions.toggleAlignAll = [this] { ToggleAlignAll(); };
     functions.toggleEasyAlign = [this] { ToggleEasyAlign(); };
     functions.switchStore = [this] { SwitchStore(); };
@@ -271,23 +271,24 @@ bool basPost::NewNote() {
 
 // --- All notes at once ------------------------------------------------------------------------------------
 
-void basPost::ToggleHideAll() {
+void basPost::HideAll(bool hidden) {
     if (Notes.empty()) return;
     CommitEdits();
-    AllHidden = !AllHidden;
     {
         const Bulk bulk(*this);
         const std::vector<fpost*> walk = Notes;
         for (fpost* note : walk) {
             if (!holds(note)) continue;  // silenced and gone with an earlier one
             if (note->Alarming && note->SoundStop()) continue;
-            if (AllHidden) {
+            if (hidden) {
                 note->hide();
             } else {
                 showAgain(*note);
             }
         }
     }
+    // Only now: a note that rang and went with its alarm made the desk judge itself half-way.
+    AllHidden = hidden && !Notes.empty();
     if (!AllHidden && settings.AlignAll) AutoPosition();
 }
 
@@ -310,10 +311,9 @@ void basPost::showAgain(fpost& note) {
     note.show(false);
 }
 
-void basPost::ToggleIconizeAll() {
+void basPost::IconizeAll(bool iconized) {
     if (Notes.empty()) return;
     CommitEdits();
-    const bool iconized = !AllIconized;
     {
         const Bulk bulk(*this);
         const std::vector<fpost*> walk = Notes;

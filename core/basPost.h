@@ -22,9 +22,11 @@ struct basPost {
     /// is open.
     bool NewNote();
     /// "Hide All" / "Show All". Showing also reopens closed notes.
-    void ToggleHideAll();
+    void ToggleHideAll() { HideAll(!AllHidden); }
+    void HideAll(bool hidden);
     /// "Iconize All" / "Restore All".
-    void ToggleIconizeAll();
+    void ToggleIconizeAll() { IconizeAll(!AllIconized); }
+    void IconizeAll(bool iconized);
     /// Lays the visible notes out in columns and stores what moved.
     void AutoPosition();
     void ToggleAlignAll();

@@ -19,21 +19,27 @@ constexpr const char16_t* kTitle = u"kardel:trayicon";
 
 /// What each place in the menu does; null for separators and the hidden help.
 constexpr std::function<void()> TrayHost::*kActions[kTrayItems] = {
-    &TrayHost::newNote,           // 0
-    nullptr,                      // separator
-    &TrayHost::toggleHideAll,     // 2
-    &TrayHost::toggleIconizeAll,  // 3
-    nullptr,                      // separator
-    &TrayHost::toggleAlignAll,    // 5
-    &TrayHost::toggleEasyAlign,   // 6
-    nullptr,                      // separator
-    &TrayHost::switchStore,       // 8
-    nullptr,                      // separator
-    nullptr,                      // the hidden help
-    &TrayHost::about,             // 11
-    nullptr,                      // separator
-    &TrayHost::exitProgram,       // 13
+    &TrayHost::newNote,          // 0
+    nullptr,                     // separator
+    nullptr,                     // Hide All: what it does depends on what it said
+    nullptr,                     // Iconize All, likewise
+    nullptr,                     // separator
+    &TrayHost::toggleAlignAll,   // 5
+    &TrayHost::toggleEasyAlign,  // 6
+    nullptr,                     // separator
+    &TrayHost::switchStore,      // 8
+    nullptr,                     // separator
+    nullptr,                     // the hidden help
+    &TrayHost::about,            // 11
+    nullptr,                     // separator
+    &TrayHost::exitProgram,      // 13
 };
+
+// What the menu said when it was open, in the second word of kChosen.
+constexpr LPARAM kSaidHidden = 1;
+constexpr LPARAM kSaidIconized = 2;
+
+constexpr LPARAM kAfterMenu = 1;  ///< second word of a message that has waited for a menu to go
 
 /// Lets a message through to a window of a program that runs with more rights than its sender.
 void allowFromBelow(HWND window, UINT message) {
@@ -138,13 +144,41 @@ LRESULT fTray::onTrayMessage(UINT message, WPARAM wp, LPARAM lp) {
     return CallWindowProcW(saved, window, message, wp, lp);
 }
 
+bool fTray::waitsForMenu(UINT message, WPARAM wp, LPARAM lp) const {
+    if (lp == kAfterMenu || !endOpenMenu()) return false;
+    PostMessageW(hwnd, message, wp, kAfterMenu);
+    return true;
+}
+
 LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
     switch (message) {
+        // These may open a box or end the program. Inside the loop of an open menu, the menu would stay in
+        // front of the box and keep the mouse, and the program would live on until somebody closes it.
         case WM_COMMAND:
-            onCommand(LOWORD(wp));
+        case WM_CLOSE:
+        case kSaveFailed:
+        case kRunning:
+            if (waitsForMenu(message, wp, lp)) return 0;
+            break;
+        default:
+            break;
+    }
+    switch (message) {
+        case WM_COMMAND:
+            onCommand(LOWORD(wp), menuState());
             return 0;
+        case kChosen: {
+            TrayMenuState said = menuState();
+            said.allHidden = (lp & kSaidHidden) != 0;
+            said.allIconized = (lp & kSaidIconized) != 0;
+            onCommand(LOWORD(wp), said);
+            return 0;
+        }
         case kSaveFailed:
             host.showSaveFailure();
+            return 0;
+        case kRunning:
+            host.alreadyRunning();
             return 0;
         case WM_TIMER:
             if (wp == IDT_ALARM) host.tick();
@@ -194,9 +228,8 @@ void fTray::onIcon(UINT mouseMessage) {
 }
 
 void fTray::onSecondStart() {
-    const bool restored = TrayIconAdd(hwnd);
-    ReplyMessage(0);  // the other copy ends now, not when the box below is answered
-    if (!restored) host.alreadyRunning();
+    // Posted, so that the other copy ends now and not when the box has been answered.
+    if (!TrayIconAdd(hwnd)) PostMessageW(hwnd, kRunning, 0, 0);
 }
 
 // --- The menu ---------------------------------------------------------------------------------------------
@@ -222,18 +255,32 @@ void fTray::popUp() {
     GetCursorPos(&mouse);
     const HWND window = hwnd;
     SetForegroundWindow(window);  // otherwise a click elsewhere would not close the menu
-    TrackPopupMenu(mnupop.get(), TPM_RIGHTBUTTON, mouse.x, mouse.y, 0, window, nullptr);
+    const BOOL chosen =
+        TrackPopupMenu(mnupop.get(), TPM_RIGHTBUTTON | TPM_RETURNCMD, mouse.x, mouse.y, 0, window, nullptr);
     PostMessageW(window, WM_NULL, 0, 0);  // otherwise the next menu would close at once
+    // A note that rang while the menu was open has turned the captions since: what the user read counts.
+    const LPARAM said = (state.allHidden ? kSaidHidden : 0) | (state.allIconized ? kSaidIconized : 0);
+    if (chosen != 0) PostMessageW(window, kChosen, static_cast<WPARAM>(chosen), said);
 }
 
-void fTray::onCommand(unsigned id) {
-    if (id >= IDM_DYN && id <= IDM_DYN_LAST) mnuDyn_Click(static_cast<int>(id - IDM_DYN));
+void fTray::onCommand(unsigned id, const TrayMenuState& said) {
+    if (id >= IDM_DYN && id <= IDM_DYN_LAST) run(static_cast<int>(id - IDM_DYN), said);
     if (id >= IDM_DYN2 && id <= IDM_DYN2_LAST) mnuDyn2_Click(static_cast<int>(id - IDM_DYN2));
 }
 
 void fTray::mnuDyn_Click(int Index) {
+    run(Index, menuState());
+}
+
+void fTray::run(int Index, const TrayMenuState& said) {
     if (!trayCommandAllowed(menuState(), Index)) return;
-    if (const auto action = kActions[Index]; action != nullptr) (host.*action)();
+    if (Index == tray::kHideAll) {
+        host.hideAll(!said.allHidden);
+    } else if (Index == tray::kIconizeAll) {
+        host.iconizeAll(!said.allIconized);
+    } else if (const auto action = kActions[Index]; action != nullptr) {
+        (host.*action)();
+    }
 }
 
 void fTray::mnuDyn2_Click(int Index) {

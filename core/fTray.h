@@ -16,8 +16,8 @@ struct TrayHost {
     std::function<bool()> dialogOpen;
 
     std::function<void()> newNote;
-    std::function<void()> toggleHideAll;
-    std::function<void()> toggleIconizeAll;
+    std::function<void(bool hidden)> hideAll;       ///< Hide All, or Show All when false
+    std::function<void(bool iconized)> iconizeAll;  ///< Iconize All, or Restore All when false
     std::function<void()> toggleAlignAll;
     std::function<void()> toggleEasyAlign;
     std::function<void()> switchStore;
@@ -37,6 +37,10 @@ struct TrayHost {
 struct fTray {
     /// Posted by the collection to itself: a save failed inside a handler that must end first.
     static constexpr UINT kSaveFailed = WM_APP + 1;
+    /// Posted by the tray to itself: a second start found this copy, and its icon in place.
+    static constexpr UINT kRunning = WM_APP + 2;
+    /// Posted by the tray to itself: the command wp was chosen from its menu, which said lp of the desk.
+    static constexpr UINT kChosen = WM_APP + 3;
 
     fTray() = default;
     ~fTray() { destroy(); }
@@ -70,7 +74,9 @@ private:
     void TrayUnhook(HWND tray);
     void onIcon(UINT mouseMessage);
     void onSecondStart();
-    void onCommand(unsigned id);
+    bool waitsForMenu(UINT message, WPARAM wp, LPARAM lp) const;
+    void onCommand(unsigned id, const TrayMenuState& said);
+    void run(int Index, const TrayMenuState& said);
     void popUp();
     TrayMenuState menuState() const;
 

@@ -21,9 +21,9 @@ struct NoteHost {
     Canvas* canvas = nullptr;                    ///< every part of every note is drawn through it
     const std::vector<fpost*>* Notes = nullptr;  ///< in the order of their numbers
 
-    std::function<bool()> newNote;     ///< makes and shows a note; false at the limit
-    std::function<void()> hideAll;     ///< Hide All / Show All
-    std::function<void()> iconizeAll;  ///< Iconize All / Restore All
+    std::function<bool()> newNote;                  ///< makes and shows a note; false at the limit
+    std::function<void(bool hidden)> hideAll;       ///< Hide All, or Show All when false
+    std::function<void(bool iconized)> iconizeAll;  ///< Iconize All, or Restore All when false
     std::function<void()> exitProgram;
     std::function<void()> realign;  ///< automatic position, when it is on and no bulk command runs
     std::function<void()>

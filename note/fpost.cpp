@@ -20,6 +20,7 @@ constexpr Text::value_type kTitleLead[] = u"     ";
 
 constexpr UINT kUnload = WM_APP + 1;
 constexpr UINT kRestore = WM_APP + 2;
+constexpr UINT kChosen = WM_APP + 3;  ///< the command wp, of a menu that said lp of note and desk
 
 LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) noexcept {
     fpost* const note = formOf<fpost>(GetParent(part));
@@ -430,11 +431,17 @@ std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
         case WM_CONTEXTMENU:  // the menu key was answered when it went down
             return 0;
         case WM_COMMAND:
-            if (lp == 0) {
-                command(LOWORD(wp));
-            } else {
+            if (lp != 0) {
                 onEditorNotice(HIWORD(wp), reinterpret_cast<HWND>(lp));
+            } else if (endOpenMenu()) {
+                // A box that opens inside the menu's loop would lie below the menu, which has the mouse.
+                postChosen(LOWORD(wp), menuInput(alarm));
+            } else {
+                command(LOWORD(wp));
             }
+            return 0;
+        case kChosen:
+            onChosen(LOWORD(wp), lp);
             return 0;
         default:
             return {};

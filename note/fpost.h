@@ -87,7 +87,14 @@ struct fpost {
     /// The alarm as the store holds it at this moment; the one in memory when it cannot be read.
     AlarmRule storedAlarm() const;
     AlarmRule ruleOf(const NoteRecord& stored) const;
-    void command(unsigned id);
+    /// Runs a command of the menu. `said`: what the menu was filled from when the user read it.
+    void command(unsigned id) { command(id, menuInput(alarm)); }
+    void command(unsigned id, const NoteMenuInput& said);
+    /// Posted to itself: the command wp was chosen from its menu, which said lp of note and desk.
+    static constexpr UINT kChosen = WM_APP + 3;
+    /// Runs it from a message of its own, once the menu that is open is gone.
+    void postChosen(unsigned id, const NoteMenuInput& said) const;
+    void onChosen(unsigned id, LPARAM said);
     /// A key on the note or one of its editors. True when it was the note's.
     bool onKeyDown(WPARAM key);
     /// The same for F10 and keys that go with Alt, which Windows tells apart.

@@ -19,6 +19,11 @@ bool isDown(int key) {
     return GetKeyState(key) < 0;
 }
 
+// What the menu said when it was open, in the second word of kChosen.
+constexpr LPARAM kSaidIconized = 1;
+constexpr LPARAM kSaidAllHidden = 2;
+constexpr LPARAM kSaidAllIconized = 4;
+
 }  // namespace
 
 NoteMenuInput fpost::menuInput(const AlarmRule& rule) const {
@@ -52,8 +57,8 @@ void fpost::OpenMenu() {
     CommitEdits();
     applyTopmost();
     // The menu shows what is stored, also when another program put it there.
-    const std::vector<NoteMenuItem> items = noteMenu(menuInput(storedAlarm()));
-    const UniqueMenu menu = popupOf(items);
+    const NoteMenuInput said = menuInput(storedAlarm());
+    const UniqueMenu menu = popupOf(noteMenu(said));
     POINT at{};
     GetCursorPos(&at);
     const NoteWatch watch(*this);
@@ -65,10 +70,24 @@ void fpost::OpenMenu() {
     // the menu's own loop.
     if (watch.destroyed()) return;
     PostMessageW(window, WM_NULL, 0, 0);
-    if (chosen != 0) PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(chosen), 0);
+    if (chosen != 0) postChosen(static_cast<unsigned>(chosen), said);
 }
 
-void fpost::command(unsigned id) {
+void fpost::postChosen(unsigned id, const NoteMenuInput& said) const {
+    const LPARAM words = (said.iconized ? kSaidIconized : 0) | (said.allHidden ? kSaidAllHidden : 0) |
+                         (said.allIconized ? kSaidAllIconized : 0);
+    PostMessageW(hwnd, kChosen, id, words);
+}
+
+void fpost::onChosen(unsigned id, LPARAM said) {
+    NoteMenuInput input = menuInput(alarm);
+    input.iconized = (said & kSaidIconized) != 0;
+    input.allHidden = (said & kSaidAllHidden) != 0;
+    input.allIconized = (said & kSaidAllIconized) != 0;
+    command(id, input);
+}
+
+void fpost::command(unsigned id, const NoteMenuInput& said) {
     if (Help || beingDeleted || !commandAllowed(noteMenu(menuInput(alarm)), id)) return;
     // Edit ends the other editor by itself and leaves its own as it is.
     if (id != IDM_EDIT) CommitEdits();
@@ -108,13 +127,14 @@ void fpost::command(unsigned id) {
             setResizeMode(!resizeMode);
             break;
         case IDM_ICONIZE:
-            toggleIconized();
+            // A note that rang meanwhile may have come back by itself: what the user read is done already.
+            if (record.iconized == said.iconized) toggleIconized();
             break;
         case IDM_HIDEALL:
-            host->hideAll();
+            host->hideAll(!said.allHidden);
             break;
         case IDM_ICONIZEALL:
-            host->iconizeAll();
+            host->iconizeAll(!said.allIconized);
             break;
         case IDM_EXIT:
             host->exitProgram();

@@ -48,6 +48,16 @@ bool pumpPending() {
     return true;
 }
 
+bool endOpenMenu() {
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof(thread);
+    constexpr DWORD kMenuOpen = GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE;
+    if (GetGUIThreadInfo(GetCurrentThreadId(), &thread) == FALSE) return false;
+    if ((thread.flags & kMenuOpen) == 0) return false;
+    EndMenu();
+    return true;
+}
+
 bool pumpFor(DWORD ms) {
     const ULONGLONG end = GetTickCount64() + ms;
     for (;;) {

@@ -52,5 +52,9 @@ int screenDpi();
 /// outer loop sees it too.
 bool pumpPending();
 
+/// Ends the menu that is open in this thread. True when there was one: it goes as soon as the message at hand
+/// has been handled, and before any that is posted now.
+bool endOpenMenu();
+
 /// Lets messages through until `ms` milliseconds have passed on the monotonic clock. False on WM_QUIT.
 bool pumpFor(DWORD ms);

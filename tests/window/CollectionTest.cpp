@@ -153,6 +153,56 @@ TEST_P(Collection, HideAllSilencesRingingNotesThatAreToBeKept) {
     EXPECT_EQ(desk->stored(1).alarmdate, u"");
 }
 
+TEST_P(Collection, ShowAllReachesTheNotesBehindOneThatGoesWithItsAlarm) {
+    GlobalSettings settings;
+    std::vector<NoteRecord> notes = manyNotes(3);
+    notes[0].alarmdate = u"15/06/2026";
+    notes[0].alarmtime = u"12:00:10";
+    notes[1].closed = notes[2].closed = true;
+    const auto desk = run(notes, settings);
+    desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
+    desk->note(1).tmr_Timer();
+    ASSERT_TRUE(desk->note(1).Alarming);
+    desk->desk->HideAll(false);  // what a menu says that was open when the note rang
+    pumpPending();
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"n2", u"n3"}));
+    for (int n = 1; n <= 2; ++n) {
+        EXPECT_TRUE(desk->note(n).visible()) << n;
+        EXPECT_FALSE(desk->stored(n).closed) << n;
+    }
+    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Hide All");
+}
+
+TEST_P(Collection, ACommandOfANotesMenuDoesWhatTheMenuSaid) {
+    GlobalSettings settings;
+    settings.RestoreWhenPlay = true;
+    std::vector<NoteRecord> notes = manyNotes(3);
+    for (NoteRecord& note : notes)
+        note.iconized = true;
+    notes[0].alarmdate = u"15/06/2026";
+    notes[0].alarmtime = u"12:00:10";
+    const auto desk = run(notes, settings);
+    const NoteMenuInput own = desk->note(1).menuInput(desk->note(1).alarm);
+    const NoteMenuInput others = desk->note(2).menuInput(desk->note(2).alarm);
+    ASSERT_TRUE(own.iconized && others.allIconized);
+    // It rings, and is restored for it, while the menu is open.
+    desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
+    desk->note(1).tmr_Timer();
+    ASSERT_FALSE(desk->note(1).Iconized());
+    desk->note(1).postChosen(IDM_ICONIZE, own);  // "Restore"
+    pumpPending();
+    ASSERT_EQ(desk->desk->Count(), 3) << "iconized again, it would be silenced and go";
+    EXPECT_FALSE(desk->note(1).Iconized());
+    EXPECT_TRUE(desk->note(1).Alarming);
+    desk->note(2).postChosen(IDM_ICONIZEALL, others);  // "Restore All"
+    pumpPending();
+    for (int n = 1; n <= 3; ++n)
+        EXPECT_FALSE(desk->note(n).Iconized()) << n;
+    desk->note(2).postChosen(IDM_ICONIZE, desk->note(2).menuInput(desk->note(2).alarm));
+    pumpPending();
+    EXPECT_TRUE(desk->note(2).Iconized());
+}
+
 TEST_P(Collection, CommandsOnAnEmptyDeskDoNothing) {
     const auto desk = run({});
     desk->desk->ToggleHideAll();

@@ -33,8 +33,10 @@ struct FakeDesk {
         h.titles = [this] { return titles; };
         h.dialogOpen = [this] { return dialogOpen; };
         h.newNote = note("new");
-        h.toggleHideAll = note("hide all");
-        h.toggleIconizeAll = note("iconize all");
+        h.hideAll = [this](bool hidden) { calls.emplace_back(hidden ? "hide all" : "show all"); };
+        h.iconizeAll = [this](bool iconized) {
+            calls.emplace_back(iconized ? "iconize all" : "restore all");
+        };
         h.toggleAlignAll = note("align all");
         h.toggleEasyAlign = note("easy align");
         h.switchStore = note("switch store");
@@ -290,6 +292,7 @@ struct OpenPopup {
     std::vector<Entry> commands;
     std::vector<Entry> notes;
     std::vector<WPARAM> keys{VK_ESCAPE};
+    std::function<void()> meanwhile = [] {};  ///< what happens while it is open
 };
 OpenPopup* lookingAt = nullptr;
 
@@ -300,6 +303,7 @@ void CALLBACK look(HWND, UINT, UINT_PTR timer, DWORD) {
     const auto menu = reinterpret_cast<HMENU>(SendMessageW(popup, 0x01E1 /* MN_GETHMENU */, 0, 0));
     lookingAt->commands = entriesOf(menu);
     if (!lookingAt->commands.empty()) lookingAt->notes = entriesOf(lookingAt->commands[0].submenu);
+    lookingAt->meanwhile();
     for (const WPARAM key : lookingAt->keys) {
         PostMessageW(popup, WM_KEYDOWN, key, 0);
         PostMessageW(popup, WM_KEYUP, key, 0);
@@ -308,9 +312,11 @@ void CALLBACK look(HWND, UINT, UINT_PTR timer, DWORD) {
 
 class TrayPopup : public Tray {
 protected:
-    OpenPopup open(std::vector<WPARAM> keys = {VK_ESCAPE}) {
+    OpenPopup open(
+        std::vector<WPARAM> keys = {VK_ESCAPE}, std::function<void()> meanwhile = [] {}) {
         OpenPopup seen;
         seen.keys = std::move(keys);
+        seen.meanwhile = std::move(meanwhile);
         lookingAt = &seen;
         const UINT_PTR timer = SetTimer(nullptr, 0, 50, look);
         mouse({WM_RBUTTONDOWN, WM_RBUTTONUP});
@@ -423,6 +429,57 @@ TEST_F(TrayPopup, RunsTheEntryThatIsChosen) {
 TEST_F(TrayPopup, OpensTheNoteThatIsChosen) {
     open({VK_DOWN, VK_RIGHT, VK_DOWN, VK_RETURN});
     EXPECT_EQ(desk.calls, Calls{"open 1"});
+}
+
+TEST_F(TrayPopup, DoesWhatItsEntrySaidAlsoWhenTheDeskHasChangedMeanwhile) {
+    // A note that rings while the menu is open is there again: not all notes are hidden any more.
+    desk.state.allHidden = true;
+    open({VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, [this] { desk.state.allHidden = false; });
+    EXPECT_EQ(desk.calls, Calls{"show all"});
+    desk.calls.clear();
+    desk.state.allIconized = true;
+    open({VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, [this] { desk.state.allIconized = false; });
+    EXPECT_EQ(desk.calls, Calls{"restore all"});
+}
+
+bool menuIsOpen() {
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof(thread);
+    GetGUIThreadInfo(GetCurrentThreadId(), &thread);
+    return (thread.flags & GUI_INMENUMODE) != 0;
+}
+
+TEST_F(TrayPopup, GoesBeforeABoxOpensOrTheProgramEnds) {
+    const auto note = [this](const char* call) {
+        return [this, call] {
+            desk.calls.emplace_back(call);
+            if (menuIsOpen()) desk.calls.emplace_back("under the menu");
+        };
+    };
+    tray.host.about = note("about");
+    tray.host.exitProgram = note("exit");
+    tray.host.showSaveFailure = note("save failure");
+    tray.host.alreadyRunning = note("already running");
+    const struct {
+        UINT message;
+        WPARAM wp;
+        const char* call;
+    } cases[] = {{WM_COMMAND, 411, "about"},
+                 {WM_COMMAND, 413, "exit"},
+                 {WM_CLOSE, 0, "exit"},
+                 {fTray::kSaveFailed, 0, "save failure"},
+                 {WM_SECONDSTART, 0, "already running"}};
+    for (const auto& c : cases) {
+        desk.calls.clear();
+        bool open = false;
+        // Escape comes after the message, and ends a menu that has not gone by itself.
+        this->open({VK_ESCAPE}, [&] {
+            open = menuIsOpen();
+            PostMessageW(tray.hwnd, c.message, c.wp, 0);
+        });
+        EXPECT_TRUE(open) << c.call;
+        EXPECT_EQ(desk.calls, Calls{c.call}) << c.message;
+    }
 }
 
 // --- The end ----------------------------------------------------------------------------------------------

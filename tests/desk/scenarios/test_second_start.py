@@ -48,6 +48,20 @@ def test_many_second_starts_make_one_box(desk):
     desk.wait(lambda: not first.dialogs(), what="the box to close")
 
 
+@pytest.mark.parametrize("command, answer, left", [("delete", "Yes", ["b"]), ("alarm", "btnCancel", ["a", "b"])])
+def test_a_dialog_that_is_open_waits_until_the_message_has_been_read(desk, command, answer, left):
+    desk.seed_registry({}, [{"Titolo": title, "x": 3000, "y": 3000} for title in "ab"])
+    first = desk.run()
+    first.note("a").command(command)
+    caption = first.dialog().text
+    assert desk.start().wait_ended() == 0
+    (box,) = desk.wait(lambda: [dialog for dialog in first.dialogs() if RUNNING in dialog.texts()], what="the message")
+    box.press("OK")
+    desk.wait(lambda: [dialog.text for dialog in first.dialogs()] == [caption], what="the dialog to come back")
+    first.dialog().press(answer)
+    desk.wait_equal(lambda: ([note.title for note in first.notes()], first.dialogs()), (left, []))
+
+
 def test_two_starts_at_once_leave_one_running(desk):
     copies = [desk.start(), desk.start()]
     desk.wait(lambda: sum(not copy.alive for copy in copies) == 1, 20, "one of the two to end")

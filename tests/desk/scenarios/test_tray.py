@@ -8,7 +8,7 @@ TWO = [{**NOTE, "Titolo": "a", "x": 1500}, {**NOTE, "Titolo": "b", "x": 6000}]
 MENU = ["Open", "New Kardel", "-", "Hide All", "Iconize All", "-", "Automatic position", "Easy alignment", "-",
         "Use local files", "-", "About...", "-", "Exit"]
 RUNNING = "Kardel application is already running."
-HIDE, ABOUT = "dyn(2)", "dyn(11)"
+HIDE, ICONIZE, ABOUT = "dyn(2)", "dyn(3)", "dyn(11)"
 both_stores = pytest.mark.parametrize("store", KINDS)
 
 
@@ -19,6 +19,14 @@ def run(desk, notes=TWO, store="registry", **settings):
 
 def shown(kardel):
     return [note.title for note in kardel.visible_notes()]
+
+
+def open_menu(desk, kardel, which):
+    if which == "tray":
+        kardel.tray.menu()
+    else:
+        kardel.note("a").click("nota", button=3)
+        desk.menu()
 
 
 def settled(kardel):
@@ -250,6 +258,63 @@ def test_what_would_pull_notes_away_is_grey_while_a_question_is_open(desk):
     menu.close()
     box.press("No")
     desk.wait(lambda: not kardel.dialogs(), what="the question to close")
+
+
+# --- While a menu is open
+
+
+@pytest.mark.parametrize("menu", ["tray", "note"])
+@pytest.mark.parametrize("command, answer", [("delete", "No"), ("alarm", None)])
+def test_a_dialog_takes_the_place_of_an_open_menu(desk, menu, command, answer):
+    kardel = run(desk)
+    open_menu(desk, kardel, menu)
+    kardel.note("b").command(command)
+    box = kardel.dialog()
+    desk.wait(lambda: not desk.menus(), what="the menu to close")
+    if answer:
+        box.press(answer)  # the first click counts: no menu has the mouse
+        desk.wait(lambda: not kardel.dialogs(), what="the question to close")
+    assert len(kardel.notes()) == 2
+
+
+@pytest.mark.parametrize("menu", ["tray", "note"])
+def test_exit_ends_the_program_also_while_a_menu_is_open(desk, menu):
+    kardel = run(desk)
+    open_menu(desk, kardel, menu)
+    assert kardel.exit() == 0
+    desk.wait_equal(lambda: kardel.tray.icons, 0)
+
+
+@pytest.mark.parametrize("menu", ["tray", "note"])
+def test_a_second_start_speaks_up_in_the_place_of_an_open_menu(desk, menu):
+    kardel = run(desk)
+    open_menu(desk, kardel, menu)
+    assert desk.start().wait_ended() == 0
+    box = kardel.dialog()
+    assert RUNNING in box.texts()
+    desk.wait(lambda: not desk.menus(), what="the menu to close")
+    box.press("OK")
+    desk.wait(lambda: not kardel.dialogs(), what="the box to close")
+
+
+@pytest.mark.parametrize("settings, command, caption, back", [
+    ({}, HIDE, "Show All", lambda note: note.visible),
+    ({"RestoreWhenPlay": True}, ICONIZE, "Restore All", lambda note: note.rect.height == 150)])
+def test_the_menu_does_what_it_says_also_when_a_note_has_rung_meanwhile(desk, settings, command, caption, back):
+    clock = desk.clock("2026-02-28 11:50:00")
+    due = {"alarmdate": "28/02/2026", "alarmtime": "12:00:00"}
+    Store(desk, "registry").seed([TWO[0], {**TWO[1], **due}], DontDeleteWhenPlay=True, **settings)
+    kardel = desk.run(clock=clock)
+    kardel.tray.command(command)
+    desk.wait(lambda: not any(back(note) for note in kardel.notes()), what="the notes to hide or shrink")
+    menu = kardel.tray.menu()
+    assert caption in menu.captions
+    clock.jump("2026-02-28 12:00:00")
+    desk.wait(lambda: back(kardel.note("b")), what="the note to ring")
+    menu.choose(caption)
+    desk.wait(lambda: not desk.menus() and all(back(note) for note in kardel.notes()), what="all notes to come back")
+    settled(kardel)
+    assert all(back(note) for note in kardel.notes())
 
 
 # --- The icon
