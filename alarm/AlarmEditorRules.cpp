@@ -14,6 +14,20 @@ constexpr std::array<std::int16_t, 37> kRepeatEntries{0,  1,  2,  3,  4,  5,  6,
 
 constexpr std::array<TextView, 5> kUnitCodes{u"", kMinutes, kHours, kDays, kMonths};
 
+/// A day or month of a stored pattern; 0 when it is none.
+int numberOf(TextView piece) {
+    return leadingInt16(piece.substr(0, 2));
+}
+
+bool hasText(Date date) {
+    return date.year >= 1 && date.year <= 9999;
+}
+
+/// Whether a text is a date that comes: 99/99/9999 carries beyond the last year.
+bool comes(TextView text) {
+    return isDateText(text) && hasText(dateOfDay(dayNumber(parseDate(text))));
+}
+
 bool isDigits(TextView text) {
     return !text.empty() &&
            std::all_of(text.begin(), text.end(), [](char16_t c) { return c >= u'0' && c <= u'9'; });
@@ -22,7 +36,7 @@ bool isDigits(TextView text) {
 /// The date so many days later (or earlier); as it is when that leaves the years 1 to 9999.
 Text movedByDays(TextView date, std::int64_t days) {
     const Date moved = dateOfDay(dayNumber(parseDate(date)) + days);
-    return moved.year < 1 || moved.year > 9999 ? Text(date) : dateText(moved);
+    return hasText(moved) ? dateText(moved) : Text(date);
 }
 
 /// Whether the choice names a repeat step that counts.
@@ -54,11 +68,17 @@ Text editorDate(const AlarmRule& rule, Now now) {
     if (!hasAlarm(rule)) return today;
     if (rule.eachday) return u" **/**/****";
     if (rule.eachmonth) {
-        const Text day = rule.alarmday.substr(0, 2);
-        return twoDigits(leadingInt16(day)) + u"/**/****";
+        const int day = numberOf(rule.alarmday);
+        return day < 1 ? today : twoDigits(day) + u"/**/****";
     }
-    if (rule.eachyear) return rule.alarmdaymonth + u"/****";
-    return isDateText(rule.AlarmDate) ? rule.AlarmDate : today;
+    if (rule.eachyear) {
+        const TextView stored = rule.alarmdaymonth;
+        const std::size_t slash = stored.find(u'/');
+        const int day = numberOf(stored.substr(0, slash));
+        const int month = slash == TextView::npos ? 0 : numberOf(stored.substr(slash + 1));
+        return day < 1 || month < 1 ? today : twoDigits(day) + u"/" + twoDigits(month) + u"/****";
+    }
+    return comes(rule.AlarmDate) ? rule.AlarmDate : today;
 }
 
 Text editorTime(const AlarmRule& rule, Now now) {

@@ -4,6 +4,7 @@
 
 #include "support/Number.h"
 #include "tests/alarm/AlarmCases.h"
+#include "tests/support/Plain.h"
 
 namespace {
 
@@ -40,6 +41,29 @@ TEST(EditorOpens, OnTodayForADateThatIsNone) {
     AlarmRule rule = editorRule(u"05/03/2027", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.AlarmDate = u"*";
     EXPECT_EQ(editorDate(rule, at(u"21/11/2026 08:00:00")), u"21/11/2026");
+}
+
+TEST(EditorOpens, OnTodayForADateOrPatternThatNeverComes) {
+    const Now now = at(u"21/11/2026 08:00:00");
+    AlarmRule once = editorRule(u"05/03/2027", u"09:00:00", now);
+    once.AlarmDate = u"99/99/9999";
+    EXPECT_EQ(editorDate(once, now), u"21/11/2026") << "beyond the last year";
+    for (const char16_t* day : {u"", u"0", u"zz"}) {
+        AlarmRule monthly = editorRule(u"05/**/****", u"09:00:00", now);
+        monthly.alarmday = day;
+        EXPECT_EQ(editorDate(monthly, now), u"21/11/2026") << plain(day);
+    }
+    for (const char16_t* dayMonth : {u"", u"/", u"5", u"05/", u"/03", u"00/03", u"zz/zz"}) {
+        AlarmRule yearly = editorRule(u"05/03/****", u"09:00:00", now);
+        yearly.alarmdaymonth = dayMonth;
+        EXPECT_EQ(editorDate(yearly, now), u"21/11/2026") << plain(dayMonth);
+    }
+}
+
+TEST(EditorOpens, PadsAStoredDayAndMonth) {
+    AlarmRule rule = editorRule(u"05/03/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    rule.alarmdaymonth = u"5/3";
+    EXPECT_EQ(editorDate(rule, at(u"21/11/2026 08:00:00")), u"05/03/****");
 }
 
 TEST(EditorOpens, KeepsADayThatItsMonthLacks) {
