@@ -206,6 +206,18 @@ TEST_P(Keyboard, EscLeavesTheResizeModeToo) {
     EXPECT_EQ(desk->stored(1).width, 3030) << "what was done stays";
 }
 
+TEST_P(Keyboard, TheResizeModeHasTheKeyboardToItself) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.setResizeMode(true);
+    typeKey(note.hwnd, VK_F2);
+    EXPECT_FALSE(note.bodyBeingEdited);
+    EXPECT_TRUE(note.resizeMode);
+    typeKey(note.hwnd, VK_RETURN);
+    typeKey(note.hwnd, VK_F2);
+    EXPECT_TRUE(note.bodyBeingEdited);
+}
+
 // --- From note to note ------------------------------------------------------------------------------------
 
 TEST_P(Keyboard, CtrlTabAndF6GoRoundTheVisibleNotes) {
