@@ -20,7 +20,6 @@ constexpr Text::value_type kTitleLead[] = u"     ";
 
 constexpr UINT kUnload = WM_APP + 1;
 constexpr UINT kRestore = WM_APP + 2;
-constexpr UINT kChosen = WM_APP + 3;  ///< the command wp, of a menu that said lp of note and desk
 
 LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) noexcept {
     fpost* const note = formOf<fpost>(GetParent(part));
