@@ -345,7 +345,9 @@ std::vector<fpost*> basPost::placeInColumns() {
     std::vector<ColumnNote> before;
     for (fpost* note : Notes) {
         note->restoreIfMinimized();
-        before.push_back({note->Left(), note->Top(), note->Width(), note->Height(), note->visible()});
+        const PxRect at = note->area();
+        before.push_back({look.twips(at.left), look.twips(at.top), look.twips(at.width()),
+                          look.twips(at.height()), note->visible()});
     }
     const double twipsPerPixel = static_cast<double>(kTwipsPerInch) / look.dpi;
     const std::vector<ColumnPlace> after = automaticPosition(before, GetWorkArea(), twipsPerPixel);

@@ -199,6 +199,11 @@ int fpost::Height() const {
     return host->look->twips(windowRect().height());
 }
 
+PxRect fpost::area() const {
+    // A hidden window's place may get lost on a Wine desktop: what the note remembers counts.
+    return visible() ? windowRect() : shownRect();
+}
+
 int fpost::pWidth() const {
     return shownWidth(record.width, host->settings->DefaultWidth).n;
 }

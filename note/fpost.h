@@ -37,6 +37,8 @@ struct fpost {
     int Top() const;
     int Width() const;
     int Height() const;
+    /// Where it is on screen or, hidden, where it will be.
+    PxRect area() const;
     /// Moves the window, and the logical place with it. Nothing is stored.
     void moveTo(int left, int top);
     /// Stores fields of the record in the store in force, with those that it refused before.

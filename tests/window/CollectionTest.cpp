@@ -292,6 +292,18 @@ TEST_P(Collection, AutomaticPositionStacksTheVisibleNotesAndStoresThem) {
     EXPECT_EQ(*desk->registry.find(u"setting", u"AlignAll"), u"True");
 }
 
+TEST_P(Collection, ColumnsBeginWhereAHiddenFirstNoteWillBeShown) {
+    std::vector<NoteRecord> notes = manyNotes(2);
+    notes[0].closed = true;
+    notes[0].iconized = true;
+    const auto desk = run(notes);
+    SetWindowPos(desk->note(1).hwnd, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    desk->desk->ToggleAlignAll();
+    EXPECT_EQ(desk->stored(2).x, desk->stored(1).x);
+    EXPECT_EQ(desk->stored(2).y, desk->stored(1).y + kIconizedHeight.n) << "not at the place of its window";
+    EXPECT_EQ(desk->stored(1).x, 300);
+}
+
 TEST_P(Collection, ThePlacesAreStoredForEveryReasonToLayOutAgain) {
     GlobalSettings settings;
     settings.AlignAll = true;
