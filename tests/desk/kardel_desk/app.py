@@ -115,6 +115,14 @@ class Window:
         y = rect.centre[1] if dy is None else (rect.y if dy >= 0 else rect.bottom) + dy
         return x, y
 
+    @property
+    def managed(self) -> bool:
+        """Whether the window manager knows it."""
+        try:
+            return bool(self.desk.display.place(self.info["x11"]))
+        except LookupError:
+            return False
+
     def settle(self) -> None:
         """Waits until the window manager knows the window and Wine knows where it is. While the window manager takes
         it over, the window lies in the screen's corner; when Wine looks just then, it goes on believing that."""

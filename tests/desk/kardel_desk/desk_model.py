@@ -158,14 +158,15 @@ class DeskModel:
         self.changed()
         self.realign()
 
-    def resize(self, note: Note, key: str, wide: bool) -> None:
-        """An arrow key of the resize mode; `wide`: with Ctrl."""
+    def resize(self, note: Note, key: str, wide: bool, shown: tuple[int, int]) -> None:
+        """An arrow key of the resize mode; `wide`: with Ctrl. `shown`: its left and top edge on the screen, since what
+        is seen grows up to the work area's edges, also where a note lies elsewhere."""
         step = 12 if wide else 2
         if key in ("Left", "Right"):
-            note.width = self._resized(note.width, step if key == "Right" else -step, LEAST_WIDTH, self.right - note.x)
+            note.width = self._resized(note.width, step if key == "Right" else -step, LEAST_WIDTH, self.right - shown[0])
         elif not note.iconized:
             note.height = self._resized(note.height, step if key == "Down" else -step, LEAST_HEIGHT,
-                                        self.bottom - note.y)
+                                        self.bottom - shown[1])
         if not note.iconized:
             self.realign()
 

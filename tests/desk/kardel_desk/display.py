@@ -135,6 +135,10 @@ class Display:
         data = self.root.get_image(x, y, width, height, X.ZPixmap, 0xFFFFFFFF).data
         return Image.frombytes("RGB", (width, height), data, "raw", "BGRX")
 
+    def nearest(self, x: int, y: int) -> tuple[int, int]:
+        """The nearest place that lies on the screen."""
+        return max(0, min(x, self.width - 1)), max(0, min(y, self.height - 1))
+
     def pixel(self, x: int, y: int) -> tuple[int, int, int]:
         return self.image(x, y, 1, 1).getpixel((0, 0))
 

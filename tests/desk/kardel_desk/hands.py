@@ -65,11 +65,13 @@ class Hands:
 
     def drag(self, x: int, y: int, by: tuple[int, int], steps: int = 8, release: bool = True,
              ready=None) -> None:
-        """Presses at a place, moves in `steps` steps, lets go unless told not to."""
+        """Presses at a place, moves in `steps` steps, lets go unless told not to. Beyond the screen's edges the mouse
+        does not go."""
         self.press(x, y, ready=ready)
         words: list = []
         for step in range(1, steps + 1):
-            words += ["sleep", STEP, "mousemove", x + by[0] * step // steps, y + by[1] * step // steps]
+            at = x + by[0] * step // steps, y + by[1] * step // steps
+            words += ["sleep", STEP, "mousemove", *self._display.nearest(*at)]
         self._do(*words, "sleep", STEP)
         if release:
             self.release()

@@ -83,9 +83,12 @@ class RandomUser(NoteActions, EditActions):
         self.loud = False
 
     def _settled(self) -> None:
-        """Wine knows where every note is: a program that asks while the window manager takes one over is told lies."""
+        """Wine knows where every note is: a program that asks while the window manager takes one over is told lies.
+        And the window manager knows every note: others lie above all boxes."""
         for note in self.model.notes:
             if note.visible:
+                if not self._window(note).managed:
+                    self._window(note).awake()
                 self.desk.wait(lambda: self._window(note).placed() and self._right_size(note), 5,
                                f"Wine to know where {note} is")
 
@@ -126,7 +129,7 @@ class RandomUser(NoteActions, EditActions):
             return len(notes) > 1 and self._some(self._shown if name == "delete" else self._calm)
         if name in ("restart", "kill", "second_start", "switch_store"):
             return self.leaves and bool(notes)  # a start never shows an empty desk
-        needs = {"colour": self._calm, "drag": self._calm, "resize_by_key": self._sizable, "resize_by_grip": self._sizable,
+        needs = {"colour": self._calm, "drag": self._calm, "resize_by_key": self._full, "resize_by_grip": self._full,
                  "title_buttons": self._shown, "edit_body": self._full, "edit_title": self._calm, "escape": self._full,
                  "set_alarm": self._unset, "clear_alarm": self._armed, "leave_alarm": self._calm, "ring": self._unset,
                  "stop_ringing": lambda note: note.ringing, "note_menu": self._calm, "think_better": self._shown,
@@ -151,10 +154,6 @@ class RandomUser(NoteActions, EditActions):
     @staticmethod
     def _full(note: Note) -> bool:
         return note.visible and not note.ringing and not note.iconized
-
-    def _sizable(self, note: Note) -> bool:
-        """How far one that is shown elsewhere than it lies can grow, the model does not know."""
-        return self._full(note) and self._in_reach(note)
 
     @staticmethod
     def _unset(note: Note) -> bool:

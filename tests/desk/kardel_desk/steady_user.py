@@ -133,12 +133,12 @@ class SteadyUser(RandomUser):
         return None
 
     def resize_by_key(self) -> None:
-        note = self._any(self._sizable)
+        note = self._any(self._full)
         self._command(note, "resize")
         for _ in range(self.dice.randrange(1, 6)):
             key = self.dice.choice(tuple(ARROWS))
+            self.model.resize(note, key, False, self._window(note).rect[:2])
             self._window(note).send(WM_KEYDOWN, ARROWS[key])
-            self.model.resize(note, key, False)
         self._window(note).send(WM_KEYDOWN, VK_RETURN)
 
     # --- alarms

@@ -159,8 +159,8 @@ class NoteActions:
         if dx is None:
             return
         x, y = self.dice.randrange(20, REACH[0]), self.dice.randrange(20, REACH[1])
-        title = window.part("lbl")
-        self.desk.hands.drag(*title.point(dx), by=(x - note.x, y - note.y))
+        title, at = window.part("lbl"), window.rect  # of a note beyond the screen's edge, another than the model's
+        self.desk.hands.drag(*title.point(dx), by=(x - at.x, y - at.y))
         self.desk.wait(lambda: not self.desk.probe.ask("focus")["moving"], 5, "the drag to end")
         self._finished()
         self._read_place(note, window)
@@ -169,7 +169,7 @@ class NoteActions:
             self._say(f"(off: {note.x}, {note.y} and not {x}, {y})")
 
     def resize_by_key(self) -> None:
-        note = self._any(self._sizable)
+        note = self._any(self._full)
         window = self._in_hand(note)
         if not window:
             return
@@ -177,13 +177,13 @@ class NoteActions:
         keys = [(self.dice.choice(("Right", "Left", "Down", "Up")), self.dice.random() < 0.3)
                 for _ in range(self.dice.randrange(1, 6))]
         for key, wide in keys:
-            self.model.resize(note, key, wide)
+            self.model.resize(note, key, wide, window.rect[:2])
         self.desk.key(*(f"ctrl+{key}" if wide else key for key, wide in keys), "Return")
         self.desk.wait_equal(lambda: window.rect[2:], (note.width, note.height), 5, f"the note after {keys}")
         self._finished()
 
     def resize_by_grip(self) -> None:
-        note = self._any(self._sizable)
+        note = self._any(self._full)
         window = self._in_front(note)
         if not self._reach(window.part("pic2"), 13, 4):
             self._say("(covered)")
@@ -196,8 +196,8 @@ class NoteActions:
         self.desk.hands.release()
         self.desk.wait(lambda: not self.desk.probe.ask("focus")["capture"], 5, "the grip to be let go")
         self._finished()
-        width = window.rect.width
-        assert note.width <= width <= max(note.width, self.model.right - note.x), f"{width} wide after {note.width}"
+        left, _, width, _ = window.rect
+        assert note.width <= width <= max(note.width, self.model.right - left), f"{width} wide after {note.width}"
         if width != note.width:
             note.width = width
             self.model.realign()
