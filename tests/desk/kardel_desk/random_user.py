@@ -447,9 +447,9 @@ class RandomUser(NoteActions, EditActions):
     # --- what piles up
 
     def resources(self) -> dict[str, int]:
-        """What the program holds now: handles, graphics objects, private memory in KB; and the session's windows,
-        menus and pointers."""
-        found = self.desk.probe.ask("resources", self.kardel.tray.window().info["process"])
+        """What the program holds now: handles, graphics objects, blocks of memory that it asked for, these and all of
+        its private memory in KB; and the session's windows, menus and pointers."""
+        found = self.desk.probe.ask("resources", self.kardel.tray.window().hwnd)
         rollup = pathlib.Path(f"/proc/{self.kardel.process.pid}/smaps_rollup").read_text().splitlines()
         memory = next(int(line.split()[1]) for line in rollup if line.startswith("Private_Dirty:"))
         return {**found, "memory": memory}

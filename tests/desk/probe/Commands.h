@@ -42,7 +42,7 @@ void holdMutex(const Words& words, Json& out);  // name
 void release(const Words& words, Json& out);    // everything held
 
 // Resources.cpp
-void countResources(const Words& words, Json& out);  // process id: its handles and GDI objects, all USER ones
+void countResources(const Words& words, Json& out);  // hwnd: what its program holds; USER objects of all
 
 // Menus.cpp
 void readMenu(const Words& words, Json& out);  // the popup menus open at this moment, innermost last

@@ -2,14 +2,11 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <bit>
 
 #include "Commands.h"
-#include "MenuHook.h"
+#include "Inside.h"
 
 namespace {
-
-constexpr ULONGLONG kAnswerWait = 3000;  // ms
 
 std::vector<HWND> openPopups() {
     std::vector<HWND> popups;
@@ -37,33 +34,14 @@ void addItem(Json& out, const MenuItemView& item) {
 }  // namespace
 
 void readMenu(const Words&, Json& out) {
-    HMODULE library = LoadLibraryW(L"kardel_probe_hook.dll");
-    if (library == nullptr) throw Failure{L"kardel_probe_hook.dll is not beside the probe"};
-    const auto hookProc = std::bit_cast<HOOKPROC (*)()>(GetProcAddress(library, "menuHookProc"))();
-    HANDLE share =
-        CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(MenuView), kMenuShare);
-    auto* view = static_cast<MenuView*>(MapViewOfFile(share, FILE_MAP_ALL_ACCESS, 0, 0, sizeof(MenuView)));
-    const UINT message = RegisterWindowMessageW(kMenuMessage);
-
+    Inside inside(kMenuQuestion);
     out.beginArray();
     for (HWND popup : openPopups()) {
-        view->done = 0;
-        HHOOK hook =
-            SetWindowsHookExW(WH_GETMESSAGE, hookProc, library, GetWindowThreadProcessId(popup, nullptr));
-        PostMessageW(popup, message, 0, 0);
-        const ULONGLONG end = GetTickCount64() + kAnswerWait;
-        while (InterlockedCompareExchange(&view->done, 0, 0) == 0 && IsWindow(popup) &&
-               GetTickCount64() < end)
-            Sleep(5);
-        const bool answered = InterlockedCompareExchange(&view->done, 0, 0) != 0;
-        if (hook != nullptr) UnhookWindowsHookEx(hook);
+        const auto* view = ask<MenuView>(inside, popup);
         out.beginArray();
-        for (UINT i = 0; answered && i < view->count; ++i)
+        for (UINT i = 0; view != nullptr && i < view->count; ++i)
             addItem(out, view->items[i]);
         out.endArray();
     }
     out.endArray();
-    UnmapViewOfFile(view);
-    CloseHandle(share);
-    FreeLibrary(library);
 }

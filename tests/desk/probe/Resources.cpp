@@ -7,6 +7,7 @@
 #include <bit>
 
 #include "Commands.h"
+#include "Inside.h"
 
 namespace {
 
@@ -124,11 +125,18 @@ std::int64_t userObjects() {
 }  // namespace
 
 void countResources(const Words& words, Json& out) {
-    const auto id = static_cast<DWORD>(number(words, 0));
+    auto* window = reinterpret_cast<HWND>(static_cast<INT_PTR>(number(words, 0)));
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
     const Process process(id);
+    Inside inside(kHeapQuestion);
+    const auto* heap = ask<HeapView>(inside, window);
+    if (heap == nullptr) throw Failure{L"the program does not answer"};
     out.beginObject();
     out.field("handles", kernelHandles(id));
     out.field("gdi", graphicsObjects(process));
     out.field("user", userObjects());
+    out.field("blocks", heap->blocks);
+    out.field("heap", static_cast<std::int64_t>((heap->bytes + 512) / 1024));
     out.endObject();
 }

@@ -1,0 +1,32 @@
+// Asks the hook, which Windows loads into the program under test, what only the program itself can see.
+#pragma once
+
+#include <windows.h>
+
+#include "Hook.h"
+
+/// Loads the hook and shares memory with it, for as long as it lives. Throws Failure.
+class Inside {
+public:
+    explicit Inside(const HookQuestion& question);
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
+    ~Inside();
+
+    /// Puts the question to the thread of a window. Null when it does not answer in time or the window goes;
+    /// else the answer, valid until the next question.
+    const void* ask(HWND window);
+
+private:
+    HMODULE library = nullptr;
+    HOOKPROC hookProc = nullptr;
+    HANDLE share = nullptr;
+    LONG* done = nullptr;  ///< the beginning of what is shared
+    UINT message;
+};
+
+/// The same with the answer's own type.
+template <class Answer>
+const Answer* ask(Inside& inside, HWND window) {
+    return static_cast<const Answer*>(inside.ask(window));
+}
