@@ -7,28 +7,22 @@
 
 namespace {
 
-constexpr TextView kSection = u"setting";
-
 /// Reads one flag; a missing key gets "False".
 bool readFlag(const Settings& settings, TextView key) {
-    const SettingResult stored = settings.get(kSection, key);
+    const SettingResult stored = settings.get(kSettingSection, key);
     if (stored.text.empty() && stored.status != IoStatus::Failed) {
-        saveSetting(settings, kSection, key, boolText(false));
+        saveSetting(settings, kSettingSection, key, boolText(false));
     }
     return ParseBool(stored.text.empty() ? u"0" : TextView(stored.text));
 }
 
 /// Reads one default size; a missing one and 0 are replaced by the built-in size.
 float readSize(const Settings& settings, TextView key, float builtIn) {
-    const SettingResult stored = settings.get(kSection, key);
+    const SettingResult stored = settings.get(kSettingSection, key);
     if (stored.status != IoStatus::Failed && leadingNumber(stored.text) == 0) {
-        saveSetting(settings, kSection, key, decimal(static_cast<std::int64_t>(builtIn)));
+        saveSetting(settings, kSettingSection, key, decimal(static_cast<std::int64_t>(builtIn)));
     }
     return defaultSize(stored.text, builtIn);
-}
-
-int storedCount(const Settings& settings) {
-    return leadingInt32(settingOr(settings, kSection, u"count", u""));
 }
 
 bool anyLocalFile(const DataFiles& files) {
@@ -58,7 +52,7 @@ bool settleLeftOverFiles(NoteStore& store, GlobalSettings& settings, const Start
     headerRead = store.files.ReadHeader(store.header, false, existed);
     // A header that cannot be read says nothing about the number of notes; a wrong one would hide them.
     if (headerRead != IoStatus::Failed) store.files.WriteHeader(store.header);
-    saveSetting(store.registry.settings, kSection, u"UseRegistry", boolText(false));
+    saveSetting(store.registry.settings, kSettingSection, u"UseRegistry", boolText(false));
     return true;
 }
 
@@ -83,7 +77,7 @@ int fileCount(NoteStore& store, IoStatus headerRead) {
 void importOnce(NoteStore& store, StartState& state, const StartQuestions& questions) {
     const Settings& settings = store.registry.settings;
     const int registryCount = std::min(storedCount(settings), kMaxNotes);
-    const bool imported = ParseBool(settingOr(settings, kSection, u"ImportDAT", u""));
+    const bool imported = ParseBool(settingOr(settings, kSettingSection, u"ImportDAT", u""));
     if (registryCount >= 1 && state.Count == 1 && !imported) {
         if (!store.importRegistryNotes(registryCount)) {
             state.usable = questions.claimStore(true);
@@ -94,9 +88,10 @@ void importOnce(NoteStore& store, StartState& state, const StartQuestions& quest
             return;
         }
         state.Count = store.header.count;
-        saveSetting(settings, kSection, u"ImportDAT", u"1");
+        saveSetting(settings, kSettingSection, u"ImportDAT", u"1");
     }
-    if (settings.get(kSection, u"count").status == IoStatus::Done) settings.removeValue(kSection, u"count");
+    if (settings.get(kSettingSection, kCountKey).status == IoStatus::Done)
+        settings.removeValue(kSettingSection, kCountKey);
 }
 
 /// The very first note of new local files.
@@ -117,7 +112,7 @@ Text deleteLocalFilesPrompt() {
 }
 
 bool chosenUseRegistry(const Settings& settings) {
-    return ParseBool(settingOr(settings, kSection, u"UseRegistry", u"0"));
+    return ParseBool(settingOr(settings, kSettingSection, u"UseRegistry", u"0"));
 }
 
 StartState settleStart(NoteStore& store, GlobalSettings& settings, const StartQuestions& questions) {
@@ -136,8 +131,8 @@ StartState settleStart(NoteStore& store, GlobalSettings& settings, const StartQu
     bool headerExisted = false;
     IoStatus headerRead = store.files.ReadHeader(store.header, settings.UseRegistry, headerExisted);
     store.header.flag = settings.UseRegistry ? -1 : 0;
-    if (stored.get(kSection, u"UseRegistry").status == IoStatus::Absent) {
-        saveSetting(stored, kSection, u"UseRegistry", boolText(settings.UseRegistry));
+    if (stored.get(kSettingSection, u"UseRegistry").status == IoStatus::Absent) {
+        saveSetting(stored, kSettingSection, u"UseRegistry", boolText(settings.UseRegistry));
     }
     state.usable = settleLeftOverFiles(store, settings, questions, headerRead);
     if (!state.usable) return state;

@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr TextView kSection = u"setting";
 constexpr int kCascadeStep = 24;  // pixels from one new note to the next
 
 /// Cancels the system's own dialog over a note, the choice of a colour. The quit message alone can end it as
@@ -168,7 +167,7 @@ void basPost::storeFlag(const char16_t* key, bool flag) {
 
 void basPost::storeOwedFlags() {
     std::erase_if(owedFlags_, [this](const auto& owed) {
-        return saveSetting(store.registry.settings, kSection, owed.first, boolText(owed.second));
+        return saveSetting(store.registry.settings, kSettingSection, owed.first, boolText(owed.second));
     });
 }
 
@@ -251,8 +250,10 @@ bool basPost::NewNote() {
     }
     CommitEdits();
     const Settings& stored = store.registry.settings;
-    settings.DefaultWidth = defaultSize(settingOr(stored, kSection, u"defaultwidth", u""), kDefaultWidth);
-    settings.DefaultHeight = defaultSize(settingOr(stored, kSection, u"defaultheight", u""), kDefaultHeight);
+    settings.DefaultWidth =
+        defaultSize(settingOr(stored, kSettingSection, u"defaultwidth", u""), kDefaultWidth);
+    settings.DefaultHeight =
+        defaultSize(settingOr(stored, kSettingSection, u"defaultheight", u""), kDefaultHeight);
 
     const int number = Count() + 1;
     const NoteRecord record = freshRecord(number);
@@ -449,8 +450,8 @@ void basPost::SwitchStore() {
         if (store.UseRegistry && !store.switchPending) return;
         settings.UseRegistry = false;
         // And the next start must not copy them once more.
-        saveSetting(store.registry.settings, kSection, u"ImportDAT", u"1");
-        saveSetting(store.registry.settings, kSection, u"UseRegistry", boolText(false));
+        saveSetting(store.registry.settings, kSettingSection, u"ImportDAT", u"1");
+        saveSetting(store.registry.settings, kSettingSection, u"UseRegistry", boolText(false));
         return;
     }
     const Text prompt = u"For this setting to have effect, the program must be restarted.";

@@ -138,9 +138,7 @@ bool fpost::store(std::initializer_list<NoteField> fields) {
 }
 
 void fpost::oweEverything() {
-    unsaved.clear();
-    for (const NoteFieldRow& row : noteFields())
-        unsaved.push_back(row.field);
+    unsaved = everyField();
 }
 
 void fpost::storeUnsaved() {

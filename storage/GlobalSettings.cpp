@@ -13,7 +13,7 @@ std::int32_t wholeTwips(float size) {
 }
 
 std::vector<KeyText> settingValues(const GlobalSettings& settings, int count, bool useRegistry) {
-    return {{u"count", decimal(count)},
+    return {{Text(kCountKey), decimal(count)},
             {u"defaultwidth", decimal(wholeTwips(settings.DefaultWidth))},
             {u"defaultheight", decimal(wholeTwips(settings.DefaultHeight))},
             {u"AlignAll", boolText(settings.AlignAll)},
@@ -21,6 +21,10 @@ std::vector<KeyText> settingValues(const GlobalSettings& settings, int count, bo
             {u"RestoreWhenPlay", boolText(settings.RestoreWhenPlay)},
             {u"DontDeleteWhenPlay", boolText(settings.DontDeleteWhenPlay)},
             {u"UseRegistry", boolText(useRegistry)}};
+}
+
+int storedCount(const Settings& settings) {
+    return leadingInt32(settingOr(settings, kSettingSection, kCountKey, u""));
 }
 
 float defaultSize(TextView stored, float builtIn) {

@@ -151,6 +151,14 @@ const NoteFieldRow& rowOf(NoteField field) {
     return kRows[static_cast<std::size_t>(field)];
 }
 
+std::vector<NoteField> everyField() {
+    std::vector<NoteField> fields;
+    fields.reserve(kRows.size());
+    for (const NoteFieldRow& row : kRows)
+        fields.push_back(row.field);
+    return fields;
+}
+
 TextView intervalKind(TextView stored) {
     for (const TextView kind : {kEachDay, kEachMonth, kEachYear}) {
         if (stored.find(kind) != TextView::npos) return kind;

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <span>
+#include <vector>
 
 #include "storage/NoteRecord.h"
 #include "support/Text.h"
@@ -53,6 +54,8 @@ struct NoteFieldRow {
 /// All rows, indexed by NoteField.
 std::span<const NoteFieldRow> noteFields();
 const NoteFieldRow& rowOf(NoteField field);
+/// All fields, to store a note whole.
+std::vector<NoteField> everyField();
 
 /// What "alarmdate" holds instead of a date when the rule recurs by pattern.
 inline constexpr TextView kPatternDate = u"*";

@@ -12,22 +12,9 @@
 
 namespace {
 
-constexpr TextView kSettingSection = u"setting";
-constexpr TextView kCountKey = u"count";
 constexpr TextView kUseRegistryKey = u"UseRegistry";
 constexpr TextView kImportedKey = u"ImportDAT";
 constexpr TextView kPlacesKey = u"places";  ///< only while a removal is under way
-
-std::vector<NoteField> allFields() {
-    std::vector<NoteField> fields;
-    for (const NoteFieldRow& row : noteFields())
-        fields.push_back(row.field);
-    return fields;
-}
-
-int storedCount(const Settings& settings) {
-    return leadingInt32(settingOr(settings, kSettingSection, kCountKey, u""));
-}
 
 /// Note by note, so that each one is whole in at least one section at every instant: the section that a note
 /// moves into holds a removed note or one that stands in the section before already. The registry is told
@@ -227,13 +214,6 @@ void NoteStore::settleCount() {
 
 bool NoteStore::hasPlace(int number) const {
     return recordPlaces.of(number) <= kMaxNotes && sectionPlaces.of(number) <= kMaxNotes;
-}
-
-bool NoteStore::save(int number, NoteRecord& record) {
-    if (record.readOnly) return true;
-    return write(
-        number, [&] { return setInFiles(files, recordPlaces.of(number), record, allFields()); },
-        [&] { return registry.SaveNoteToRegistry(sectionPlaces.of(number), record); });
 }
 
 bool NoteStore::create(int number, NoteRecord& record) {

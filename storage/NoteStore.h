@@ -33,9 +33,6 @@ struct NoteStore {
         return set(number, record, std::span(fields.begin(), fields.size()));
     }
 
-    /// Stores every field.
-    bool save(int number, NoteRecord& record);
-
     /// Stores a new note at `number`, the highest then in use, over whatever stood there; then the count.
     bool create(int number, NoteRecord& record);
 

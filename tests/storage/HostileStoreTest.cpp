@@ -10,7 +10,7 @@ void workThrough(Desk& desk) {
     std::vector<NoteRecord> notes = desk.loadAll();
     if (notes.empty()) notes.resize(1);
     for (std::size_t i = 0; i < notes.size() && i < 3; ++i)
-        desk.store.save(static_cast<int>(i) + 1, notes[i]);
+        desk.store.set(static_cast<int>(i) + 1, notes[i], everyField());
     NoteRecord fresh;
     fresh.Titolo = u"fresh";
     fresh.Nota = u"fresh body";
@@ -153,10 +153,10 @@ TEST(HostileRegistry, RandomTextsInEveryValue) {
         EXPECT_LE(note.alarmweekday, 8);
         EXPECT_EQ(note.Titolo, settingOr(store.settings, u"kardel-1", u"Titolo", u""));
         // What was read is written in its plain form, and from then on nothing changes any more.
-        ASSERT_TRUE(desk.store.save(1, note));
+        ASSERT_TRUE(desk.store.set(1, note, everyField()));
         NoteRecord once;
         ASSERT_TRUE(desk.store.load(1, once, desk.global));
-        ASSERT_TRUE(desk.store.save(1, once));
+        ASSERT_TRUE(desk.store.set(1, once, everyField()));
         NoteRecord twice;
         ASSERT_TRUE(desk.store.load(1, twice, desk.global));
         EXPECT_EQ(twice, once);

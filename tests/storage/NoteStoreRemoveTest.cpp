@@ -228,7 +228,7 @@ TEST_P(RemoveNote, ThatCouldNotBeDoneKeepsTheLastPlaceFromANewNote) {
     EXPECT_FALSE(desk.store.set(kMaxNotes, notes.back(), {NoteField::Titolo}));
     EXPECT_EQ(desk.told, 2);
     desk.store.finishRemovals(pointersTo(notes), desk.global);
-    EXPECT_TRUE(desk.store.save(kMaxNotes, notes.back()));
+    EXPECT_TRUE(desk.store.set(kMaxNotes, notes.back(), everyField()));
     NoteRecord loaded;
     ASSERT_TRUE(desk.store.load(kMaxNotes, loaded, desk.global));
     EXPECT_EQ(loaded.Titolo, u"fresh");

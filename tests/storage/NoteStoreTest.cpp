@@ -102,7 +102,7 @@ TEST_P(EitherStore, SavingStoresEveryField) {
     desk.createAll(notes);
     Dice dice(9);
     NoteRecord other = randomNote(dice, westernPage());
-    EXPECT_TRUE(desk.store.save(1, other));
+    EXPECT_TRUE(desk.store.set(1, other, everyField()));
     EXPECT_EQ(load(1), storeFree(other));
     EXPECT_EQ(load(2), storeFree(notes[1]));
 }
@@ -130,7 +130,7 @@ TEST_P(EitherStore, ANoteThatCannotBeReadIsNeverWrittenBack) {
     desk.settings.locked.clear();
     const int before = desk.changes->made;
     desk.store.set(2, note, {kTitle, kBody});
-    desk.store.save(2, note);
+    desk.store.set(2, note, everyField());
     EXPECT_EQ(desk.changes->made, before);
     EXPECT_EQ(load(2), storeFree(notes[1]));
 }
@@ -142,7 +142,7 @@ TEST_P(EitherStore, AFailedSaveIsToldOnceAndTheNextOneSucceeds) {
     desk.changes->allFail = true;
     EXPECT_FALSE(desk.store.set(1, notes[0], {kTitle, kBody, NoteField::X}));
     EXPECT_EQ(desk.told, 1);
-    EXPECT_FALSE(desk.store.save(1, notes[0]));
+    EXPECT_FALSE(desk.store.set(1, notes[0], everyField()));
     EXPECT_EQ(desk.told, 2);
     desk.changes->allFail = false;
     EXPECT_TRUE(desk.store.set(1, notes[0], {kBody}));

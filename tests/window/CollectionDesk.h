@@ -16,7 +16,7 @@ inline std::vector<NoteRecord> manyNotes(int count) {
 }
 
 /// What the start would count.
-inline int storedCount(TestNotes& desk) {
+inline int countedNotes(TestNotes& desk) {
     if (!desk.desk->store.UseRegistry) return desk.desk->store.header.count;
     const Text* const count = desk.registry.find(u"setting", u"count");
     return count == nullptr ? 0 : static_cast<int>(leadingInt32(*count));

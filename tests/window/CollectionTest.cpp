@@ -61,7 +61,7 @@ TEST_P(Collection, ShowAllReappliesWhatIsStored) {
     changed.width = 3750;
     changed.height = 3000;
     changed.topmost = true;
-    desk->desk->store.save(1, changed);
+    desk->desk->store.set(1, changed, everyField());
     ShowWindow(desk->note(1).hwnd, SW_SHOWMINNOACTIVE);
     desk->desk->ToggleHideAll();
     const fpost& note = desk->note(1);
@@ -137,7 +137,7 @@ TEST_P(Collection, HideAllSilencesRingingNotesAndRemovesThoseWhoseAlarmIsOver) {
     }
     EXPECT_EQ(desk->stored(1).Titolo, u"n2");
     EXPECT_EQ(desk->stored(2).Titolo, u"n4");
-    EXPECT_EQ(storedCount(*desk), 2);
+    EXPECT_EQ(countedNotes(*desk), 2);
     EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Show All");
 }
 
@@ -365,7 +365,7 @@ TEST_P(Collection, OpeningAClosedNoteClearsItsFlagForGood) {
     EXPECT_TRUE(desk->note(2).visible());
     EXPECT_FALSE(desk->stored(2).closed);
     EXPECT_EQ(desk->desk->ClosedCount(), 0);
-    desk->desk->store.save(2, desk->note(2).record);
+    desk->desk->store.set(2, desk->note(2).record, everyField());
     EXPECT_FALSE(desk->stored(2).closed);
 }
 
@@ -446,7 +446,7 @@ TEST_P(Collection, ExitNeverDeletesARingingNote) {
     MSG message{};
     EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
     desk->desk->Teardown();
-    EXPECT_EQ(storedCount(*desk), 4);
+    EXPECT_EQ(countedNotes(*desk), 4);
     EXPECT_EQ(desk->stored(1).Titolo, u"n1");
     EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026");
     EXPECT_EQ(desk->stored(3).alarmtime, u"12:00:10");

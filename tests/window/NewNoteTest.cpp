@@ -44,7 +44,7 @@ TEST_P(NewNote, ANewNoteIsStoredAsItStands) {
     ASSERT_TRUE(desk->desk->NewNote());
     fpost& note = desk->note(2);
     const NoteRecord stored = desk->stored(2);
-    EXPECT_EQ(storedCount(*desk), 2);
+    EXPECT_EQ(countedNotes(*desk), 2);
     EXPECT_EQ(stored.Titolo, u"- 2 -");
     EXPECT_EQ(stored.Nota, u"");
     EXPECT_EQ(stored.x, note.Left());
@@ -75,7 +75,7 @@ TEST_P(NewNote, TheFiftyFirstNoteIsRefusedAndNothingIsWritten) {
     EXPECT_FALSE(desk->desk->NewNote());
     EXPECT_EQ(DialogCloser::closed, 1);
     EXPECT_EQ(desk->desk->Count(), 50);
-    EXPECT_EQ(storedCount(*desk), 50);
+    EXPECT_EQ(countedNotes(*desk), 50);
     EXPECT_EQ(desk->folder.content, files);
     EXPECT_EQ(desk->registry.changes ? desk->registry.changes->made : 0, made);
 }
