@@ -1,66 +1,13 @@
-// The alarm editor by itself on a live desktop: what it shows, what mouse and keyboard do in it, what it
-// answers.
+// The alarm editor by itself on a live desktop: what it shows for a rule, what its lists and buttons do, what
+// it answers.
 #include <gtest/gtest.h>
 
 #include <string>
 #include <utility>
 
-#include "resources/resource.h"
-#include "support/Units.h"
-#include "tests/window/DialogTest.h"
+#include "tests/window/AlarmFaceDesk.h"
 
 namespace {
-
-AlarmRule ruleAt(const Text& date, const Text& time) {
-    AlarmRule rule;
-    rule.AlarmDate = date;
-    rule.AlarmTime = time;
-    if (isDateText(date)) rule.due = instantOf(parseDate(date), parseTime(time));
-    return rule;
-}
-
-class Editor : public Fmsg {
-protected:
-    void SetUp() override {
-        Fmsg::SetUp();
-        note = addNote();
-    }
-    AlarmEdit edit(const AlarmRule& rule) { return dialog.editAlarm(rule, note, someMonday()); }
-
-    int position(int bar) const { return static_cast<int>(SendMessageW(item(bar), SBM_GETPOS, 0, 0)); }
-    int chosen(int list) const { return static_cast<int>(SendMessageW(item(list), CB_GETCURSEL, 0, 0)); }
-    int count(int list) const { return static_cast<int>(SendMessageW(item(list), CB_GETCOUNT, 0, 0)); }
-    std::string entry(int list, int index) const {
-        Text room(64, u'\0');
-        SendMessageW(item(list), CB_GETLBTEXT, static_cast<WPARAM>(index),
-                     reinterpret_cast<LPARAM>(wideBuffer(room)));
-        return plain(room.substr(0, room.find(u'\0')));
-    }
-    bool ticked(int box) const { return SendMessageW(item(box), BM_GETCHECK, 0, 0) == BST_CHECKED; }
-    void scroll(int bar, WORD code) const {
-        SendMessageW(dialog.hwnd, WM_HSCROLL, code, reinterpret_cast<LPARAM>(item(bar)));
-    }
-    /// As a user does: the list's selection changes, then the dialog hears of it.
-    void choose(int list, int index) const {
-        SendMessageW(item(list), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
-        PostMessageW(dialog.hwnd, WM_COMMAND, MAKEWPARAM(list, CBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(item(list)));
-    }
-    void clickDate(int twips) const {
-        const int x = toPx(Twips{twips}, screenDpi()).n;
-        PostMessageW(item(ID_DATA), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, 4));
-    }
-    Script::Condition dateIs(const char* wanted) {
-        return [this, wanted] {
-            return dialog.hwnd != nullptr && plain(datePart(windowText(item(ID_DATA)))) == wanted;
-        };
-    }
-
-    static constexpr int kDay = 200;
-    static constexpr int kMonth = 500;
-    static constexpr int kYear = 900;
-    HWND note = nullptr;
-};
 
 TEST_F(Editor, WithoutAnAlarmShowsTodayAndTheTimeNow) {
     Script script(dialog);
@@ -101,174 +48,6 @@ TEST_F(Editor, ListsAndBarsHaveTheirRanges) {
             EXPECT_EQ(info.nMax, high) << bar;
             EXPECT_EQ(info.nPage, 1U) << bar;  // a longer page would keep the bar from its end
         }
-        closeBox();
-    });
-    edit({});
-}
-
-TEST_F(Editor, HoursTurnOverIntoTheNextDayAndBack) {
-    Script script(dialog);
-    script.when(shown("Set alarm"), [this] {
-        scroll(ID_HORE, SB_LINERIGHT);
-        EXPECT_EQ(text(ID_LBLTIME), "00:15:00");
-        EXPECT_EQ(text(ID_DATA), "01/07/2026");
-        EXPECT_EQ(position(ID_HORE), 0);
-        EXPECT_EQ(position(ID_HDATE), 16);
-        scroll(ID_HORE, SB_LINELEFT);
-        EXPECT_EQ(text(ID_LBLTIME), "23:15:00");
-        EXPECT_EQ(text(ID_DATA), "30/06/2026");
-        closeBox();
-    });
-    edit(ruleAt(u"30/06/2026", u"23:15:00"));
-}
-
-TEST_F(Editor, SecondsCarryIntoMinutesAndHours) {
-    Script script(dialog);
-    script.when(shown("Set alarm"), [this] {
-        scroll(ID_HSEC, SB_LINERIGHT);
-        EXPECT_EQ(text(ID_LBLTIME), "10:00:00");
-        scroll(ID_HMIN, SB_LINELEFT);
-        EXPECT_EQ(text(ID_LBLTIME), "09:59:00");
-        closeBox();
-    });
-    edit(ruleAt(u"30/06/2026", u"09:59:59"));
-}
-
-TEST_F(Editor, ATimeThatIsEmptyBeginsWithNowOrMidnight) {
-    Script script(dialog);
-    script.when(shown("Set alarm"), [this] {
-        SetWindowTextW(item(ID_LBLTIME), L"");
-        scroll(ID_HMIN, SB_LINERIGHT);
-        EXPECT_EQ(text(ID_LBLTIME), "10:21:30");
-        SetWindowTextW(item(ID_LBLTIME), L"");
-        choose(ID_CBODAY, 3);
-    });
-    script.when([this] { return text(ID_LBLTIME) == "00:00:00"; }, [this] { click(ID_BTNOK); });
-    const AlarmEdit answer = edit({});
-    EXPECT_EQ(answer.alarm.AlarmWeekday, 3);
-    EXPECT_EQ(answer.alarm.AlarmTime, u"00:00:00");
-}
-
-TEST_F(Editor, ADraggedThumbStaysAtTheEndOfTheClock) {
-    Script script(dialog);
-    script.when(shown("Set alarm"), [this] {
-        scroll(ID_HORE, SB_THUMBTRACK);  // at position 0
-        EXPECT_EQ(text(ID_LBLTIME), "00:20:30");
-        SendMessageW(dialog.hwnd, WM_HSCROLL, MAKEWPARAM(SB_THUMBTRACK, 24),
-                     reinterpret_cast<LPARAM>(item(ID_HORE)));
-        scroll(ID_HORE, SB_ENDSCROLL);
-        EXPECT_EQ(text(ID_LBLTIME), "23:20:30");
-        EXPECT_EQ(text(ID_DATA), "15/06/2026");
-        closeBox();
-    });
-    edit({});
-}
-
-TEST_F(Editor, ABarThatATouchScreenOrAToolHasMovedIsHeard) {
-    // The bar's own position has changed before the dialog hears of it.
-    const auto put = [this](int bar, int position) {
-        SendMessageW(item(bar), SBM_SETPOS, static_cast<WPARAM>(position), TRUE);
-        SendMessageW(dialog.hwnd, WM_HSCROLL, MAKEWPARAM(SB_THUMBPOSITION, position),
-                     reinterpret_cast<LPARAM>(item(bar)));
-    };
-    Script script(dialog);
-    script.when(shown("Set alarm"), [&] {
-        put(ID_HORE, 24);
-        EXPECT_EQ(text(ID_LBLTIME), "00:20:30");
-        EXPECT_EQ(text(ID_DATA), "16/06/2026");
-        put(ID_HMIN, 5);
-        put(ID_HSEC, 59);
-        EXPECT_EQ(text(ID_LBLTIME), "00:05:59");
-        put(ID_HDATE, 10);
-        EXPECT_EQ(text(ID_DATA), "25/06/2026");
-        closeBox();
-    });
-    edit({});
-}
-
-TEST_F(Editor, TheDateBarStepsByDaysAndPagesByThirty) {
-    Script script(dialog);
-    script.when(shown("Set alarm"), [this] {
-        scroll(ID_HDATE, SB_LINERIGHT);
-        EXPECT_EQ(text(ID_DATA), "16/06/2026");
-        scroll(ID_HDATE, SB_PAGERIGHT);
-        EXPECT_EQ(text(ID_DATA), "16/07/2026");
-        closeBox();
-    });
-    edit({});
-}
-
-TEST_F(Editor, ADateBeyondTheBarStaysUntilItIsScrolled) {
-    Script script(dialog);
-    script.when(shown("Set alarm"), [this] {
-        EXPECT_EQ(text(ID_DATA), "24/12/2030");
-        EXPECT_EQ(position(ID_HDATE), 365);
-        scroll(ID_HDATE, SB_LINELEFT);
-        EXPECT_EQ(text(ID_DATA), "14/06/2027");
-        closeBox();
-    });
-    edit(ruleAt(u"24/12/2030", u"08:00:00"));
-}
-
-TEST_F(Editor, TheYearClickedTwiceReturnsToAFullDate) {
-    Script script(dialog);
-    script.when(shown("Set alarm"), [this] { clickDate(kYear); });
-    script.when(dateIs("24/12/****"), [this] {
-        EXPECT_EQ(text(ID_DATA), "24/12/**** 08:00:00");
-        EXPECT_FALSE(IsWindowEnabled(item(ID_HDATE)));
-        clickDate(kYear);
-    });
-    script.when(dateIs("24/12/2026"), [this] {
-        EXPECT_TRUE(IsWindowEnabled(item(ID_HDATE)));
-        closeBox();
-    });
-    edit(ruleAt(u"24/12/2030", u"08:00:00"));
-}
-
-TEST_F(Editor, MonthAndDayBecomeWildcardsAndAClickBesideThemDoesNothing) {
-    Script script(dialog);
-    script.when(shown("Set alarm"), [this] {
-        SendMessageW(item(ID_DATA), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 4));
-        EXPECT_EQ(text(ID_DATA), "15/06/2026");
-        clickDate(kMonth);
-    });
-    script.when(dateIs("15/**/****"), [this] { clickDate(kDay); });
-    script.when(dateIs("**/**/****"), [this] { clickDate(kDay); });
-    script.when(dateIs("15/06/2026"), [this] { closeBox(); });
-    edit({});
-}
-
-TEST_F(Editor, ByKeyboardThePartsOfTheDateAreChosenAndToggled) {
-    Script script(dialog);
-    script.when(focused(ID_DATA), [this] {
-        key(VK_RIGHT);
-        key(VK_SPACE);
-    });
-    script.when(dateIs("15/**/****"), [this] {
-        key(VK_LEFT);
-        key(VK_SPACE);
-    });
-    script.when(dateIs("**/**/****"), [this] { key(VK_ESCAPE); });
-    const AlarmEdit answer = edit({});
-    EXPECT_FALSE(answer.AlarmStart || answer.AlarmStop);
-}
-
-TEST_F(Editor, TheHintAppearsUnderTheMouse) {
-    const auto hintShown = [this] {
-        const HWND hint = FindWindowExW(dialog.hwnd, nullptr, L"STATIC",
-                                        L" Clic over any portion of date to set a repeatable date ");
-        const HWND mark = FindWindowExW(dialog.hwnd, nullptr, L"STATIC", L"*");
-        EXPECT_EQ(IsWindowVisible(hint), IsWindowVisible(mark));
-        return IsWindowVisible(hint) != FALSE;
-    };
-    Script script(dialog);
-    script.when(shown("Set alarm"), [&] {
-        SendMessageW(item(ID_DATA), WM_MOUSELEAVE, 0, 0);
-        EXPECT_FALSE(hintShown());
-        SendMessageW(item(ID_DATA), WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
-        EXPECT_TRUE(hintShown());
-        SendMessageW(item(ID_DATA), WM_MOUSELEAVE, 0, 0);
-        EXPECT_FALSE(hintShown());
         closeBox();
     });
     edit({});
@@ -578,20 +357,6 @@ TEST_F(Editor, ASecondEditorIsNotOpened) {
         click(ID_BTNCANCEL);
     });
     EXPECT_TRUE(edit({}).AlarmStop);
-}
-
-TEST_F(Editor, TheWheelTurnsTheBarWithTheKeyboard) {
-    Script script(dialog);
-    script.when(focused(ID_DATA), [this] {
-        SetFocus(item(ID_HMIN));
-        SendMessageW(dialog.hwnd, WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), MAKELPARAM(-9, -9));
-        EXPECT_EQ(text(ID_LBLTIME), "10:21:30");
-        SendMessageW(dialog.hwnd, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-2 * WHEEL_DELTA)),
-                     MAKELPARAM(-9, -9));
-        EXPECT_EQ(text(ID_LBLTIME), "10:19:30");
-        closeBox();
-    });
-    edit({});
 }
 
 }  // namespace
