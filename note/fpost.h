@@ -68,13 +68,17 @@ struct fpost {
     bool isCounting() const { return counting; }
     /// A tick of the countdown, which comes every kAlarmTick while the note counts.
     void tmr_Timer();
+    /// The time has come: the note comes to sight, flashes and sounds. What that changes is stored.
     void ring();
+    /// A tick of the flashing, every kAlarmTick.
     void flashTick();
+    /// Lets the user edit the alarm; what is confirmed is stored. The note may be gone when it returns.
     void mnuAlarm();
     /// Writes the whole rule to the store.
     void storeAlarm();
     /// Ends the alarm for good, on screen and in the store.
     void ClearAlarm();
+    /// Turns a flag of all notes over and stores it under its key in section "setting".
     void toggleSetting(bool GlobalSettings::*flag, const char16_t* key);
 
     // --- For screen readers (fpostSpeech.cpp) -------------------------------------------------------------
@@ -84,6 +88,7 @@ struct fpost {
     LRESULT answerSpoken(HWND window, WPARAM wp, LPARAM lp) const;
 
     // --- Menu and keys (fpostMenu.cpp) --------------------------------------------------------------------
+    /// Shows the menu where the mouse is. The note may be gone when it returns.
     void OpenMenu();
     NoteMenuInput menuInput(const AlarmRule& rule) const;
     /// The alarm as the store holds it at this moment; the one in memory when it cannot be read.
@@ -105,10 +110,14 @@ struct fpost {
     void goToNote(int step);
 
     // --- Editing (fpostEdit.cpp) --------------------------------------------------------------------------
+    /// Opens the editor of the text, or of the title, and gives it the keyboard; any other edit ends. Nothing
+    /// on a note that could not be read, nor for the text of an iconized one.
     void EditForm();
     void EditCaption();
+    /// Ends the edit of the text and stores it, or drops what was typed.
     void SaveNote();
     void CancelNote();
+    /// Ends the edit of the title; without `Apply` what was typed is dropped.
     void SaveCaption(bool Apply);
     /// Ends whichever edit is open, keeping its text.
     void CommitEdits();
@@ -116,16 +125,22 @@ struct fpost {
     bool finishEdit(bool title, const Text& text);
     /// What stands in the open editor, if any, goes into the draft before long.
     void draftSoon();
+    /// Makes the note as wide as its title needs, at most as the screen, and stores the width.
     void CheckTitleWidth();
+    /// The same for the widest line of the text, and for its height.
     void FitWidth();
     void FitHeight();
+    /// The text with a line break wherever its label breaks it.
     Text WrappedText() const;
 
     // --- Moving, resizing, iconizing (fpostMove.cpp) ------------------------------------------------------
+    /// Lets the mouse move the note until the button is up, then stores its place. A note that rings is
+    /// silenced instead. It may be gone when this returns.
     void DragWindow();
     /// Moves the note by a step of the keyboard. It snaps as in a drag; endKeyMove() stores where it is.
     void moveStep(int columns, int rows);
     void endKeyMove();
+    /// Changes the size by `Delta` twips as far as it may go. Nothing is stored.
     void ResizeWidth(float Delta);
     void ResizeHeight(float Delta);
     /// Applies `Iconized` to the window.
@@ -134,23 +149,31 @@ struct fpost {
     void toggleTopmost();
     void applyTopmost() const;
     void setResizeMode(bool on);
+    /// Resizes as long as a button is held on an arrow of the grip; `x`, `y` in twips of the grip.
     void gripPress(int x, int y, bool rightButton);
+    /// A key in the resize mode. True when it was the mode's.
     bool resizeKey(WPARAM key);
 
     // --- Colour, close, delete (fpostRemove.cpp) ----------------------------------------------------------
+    /// Lets the user choose a colour and stores it. The note may be gone when it returns.
     void mnuColor();
+    /// Hides the note until it is opened again.
     void CloseForm();
+    /// Deletes the note for good, after a question unless `Silent`.
     void DeleteForm(bool Silent);
 
     // --- Properties ---------------------------------------------------------------------------------------
+    /// The full size in twips, also while the note is iconized: the stored one, or the default.
     int pWidth() const;
     void pWidth(int twips);
     int pHeight() const;
     void pHeight(int twips);
     const Text& Titolo() const { return record.Titolo; }
     void Titolo(const Text& title);
+    /// The note's own colour; it is set by a stored number, which may stand for one of the system's.
     Rgb Backcol() const;
     void Backcol(std::int32_t color);
+    /// The colour that is shown: another one while the note flashes.
     Rgb tBackColor() const { return shownBack; }
     void tBackColor(Rgb color);
     bool Iconized() const { return record.iconized; }

@@ -66,12 +66,11 @@ METHOD = """\
 - Memory is what the process alone has written (its private dirty pages) when the start is over.
 - Single steps run inside a program made of Kardel's own code (`tests/bench/inside.cpp`), {rounds} samples each, in turn
   with their bare counterparts. A drag is the real one, with the snapping on and no edge near: all notes are looked at.
-  The bare message goes to a window that leaves it to the system. Linear growth: what a note adds from 25 to 50, over what
-  it adds from 10 to 25. From Enter to the store ends when the store's own write of the body has returned; the bare step takes the
-  text from an edit control, hides it, shows the text in a label and writes the same bytes; Kardel writes before it shows.
-  A tick is one of all 50
-  notes, divided by 50; where the second has changed, every strip is drawn anew. The bare tick sets and draws a label,
-  or is a message that nobody answers.
+  The bare message goes to a window that leaves it to the system. Linear growth: what a note adds from 25 to 50, over
+  what it adds from 10 to 25. From Enter to the store ends when the store's own write of the body has returned; the
+  bare step takes the text from an edit control, hides it, shows the text in a label and writes the same bytes; Kardel
+  writes before it shows. A tick is one of all 50 notes, divided by 50; where the second has changed, every strip is
+  drawn anew. The bare tick sets and draws a label, or is a message that nobody answers.
 - The countdown runs in the real program: {slices} slices of {slice:g} seconds. How often a program wakes up is counted by
   the system, over all its threads: a timer that runs for nothing would show.
 - Rules are timed in a native, optimised program (`tests/bench/rules.cpp`); beside the hundred years stands a rule that
@@ -137,14 +136,14 @@ def moving_rows(steps: dict[str, Steps]) -> list[str]:
     return [f"| One step of a drag (`WM_MOVING`) among 50 notes | {last.bare:.1f} µs | {last.ours:.1f} µs | "
             f"own time {middle:.1f} µs ({lower:.1f}-{upper:.1f}) | under {MOVING_GOAL} µs | "
             f"{judged(middle, MOVING_GOAL)} |",
-            f"| Growth of that own time with the notes | | {each} µs | {growth:.2f} (1: linear) | at most {GROWTH_GOAL:g} "
-            f"| {judged(growth, GROWTH_GOAL)} |"]
+            f"| Growth of that own time with the notes | | {each} µs | {growth:.2f} (1: linear) | "
+            f"at most {GROWTH_GOAL:g} | {judged(growth, GROWTH_GOAL)} |"]
 
 
 def saving_row(name: str, steps: Steps) -> str:
     middle, lower, upper = steps.ratio
-    return (f"| {name} | {steps.bare / 1000:.2f} ms | {steps.ours / 1000:.2f} ms | {middle:.2f} ({lower:.2f}-{upper:.2f}) "
-            f"| at most {SAVING_GOAL:g} | {judged(middle, SAVING_GOAL)} |")
+    return (f"| {name} | {steps.bare / 1000:.2f} ms | {steps.ours / 1000:.2f} ms | {middle:.2f} "
+            f"({lower:.2f}-{upper:.2f}) | at most {SAVING_GOAL:g} | {judged(middle, SAVING_GOAL)} |")
 
 
 def tick_row(name: str, steps: Steps) -> str:
@@ -167,8 +166,9 @@ def idle_row(reference: int, ours: int) -> str:
 
 def rule_row(name: str, steps: Steps) -> str:
     middle, lower, upper = steps.ours_spread
-    return (f"| Moving on a rule that repeats by {name}, missed for 100 years | {steps.bare:.0f} ns | {steps.ours:.0f} ns "
-            f"({lower:.0f}-{upper:.0f}) | {steps.ratio[0]:.2f} | under {RULE_GOAL} ns | {judged(middle, RULE_GOAL)} |")
+    return (f"| Moving on a rule that repeats by {name}, missed for 100 years | {steps.bare:.0f} ns | "
+            f"{steps.ours:.0f} ns ({lower:.0f}-{upper:.0f}) | {steps.ratio[0]:.2f} | "
+            f"under {RULE_GOAL} ns | {judged(middle, RULE_GOAL)} |")
 
 
 def armed(note: dict) -> dict:

@@ -1,5 +1,5 @@
-"""One run of a program on the desk, measured: its start, and the commands on all notes. Pairs of such runs, and the figures
-of a program that only waits."""
+"""One run of a program on the desk, measured: its start, and the commands on all notes. Pairs of such runs, and the
+figures of a program that only waits."""
 
 import dataclasses
 import os
@@ -129,7 +129,8 @@ class Bench:
         """Starts a program that shows the 50 notes, gives it every command, and ends it. The measured spans by name
         ("Start" is the first), and where the windows stood after each."""
         with self._running(program) as (process, begun, server_before):
-            self.screen.settle(lambda: len(self.screen.maps) >= COUNT, QUIET, LIMIT, f"{program.path} to show its notes")
+            self.screen.settle(lambda: len(self.screen.maps) >= COUNT, QUIET, LIMIT,
+                               f"{program.path} to show its notes")
             spans = {"Start": Start(self.screen.painted - begun, _cpu(process.pid), _cpu(self._server) - server_before,
                                     _private_memory(process.pid))}
             places = {"Start": self.screen.places}
@@ -179,7 +180,8 @@ class Bench:
     def wake_ups(self, program: Program) -> int:
         """How often a program that has nothing to do runs within IDLE_SECONDS."""
         with self._running(program) as (process, *_):
-            self.screen.settle(lambda: len(self.screen.maps) >= COUNT, QUIET, LIMIT, f"{program.path} to show its notes")
+            self.screen.settle(lambda: len(self.screen.maps) >= COUNT, QUIET, LIMIT,
+                               f"{program.path} to show its notes")
             time.sleep(SLICE)  # what Wine still tidies up
             before = _wake_ups(process.pid)
             time.sleep(IDLE_SECONDS)

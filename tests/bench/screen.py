@@ -1,5 +1,5 @@
-"""Watches a screen: where top-level windows are, when they are mapped, and when the picture changed last. Everything comes
-as events of the X server, so that watching costs the measured program nothing but the few events."""
+"""Watches a screen: where top-level windows are, when they are mapped, and when the picture changed last. Everything
+comes as events of the X server, so that watching costs the measured program nothing but the few events."""
 
 import select
 import time
