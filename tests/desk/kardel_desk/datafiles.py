@@ -14,8 +14,8 @@ CODE_PAGE = "cp1252"
 assert HEADER.size == 10 and RECORD.size == 215
 
 # Field names as in the registry store, in the order of the record.
-FIELDS = ("alarmdate", "alarmtime", "alarmday", "alarmdaymonth", "backcolor", "closed", "height", "iconized", "interval",
-          "x", "mute", "memo", "Titolo", "y", "topmost", "width", "alarmweekday", "alarmrepeatnumber",
+FIELDS = ("alarmdate", "alarmtime", "alarmday", "alarmdaymonth", "backcolor", "closed", "height", "iconized",
+          "interval", "x", "mute", "memo", "Titolo", "y", "topmost", "width", "alarmweekday", "alarmrepeatnumber",
           "alarmrepeatevery")
 TEXTS = {"alarmdate": 10, "alarmtime": 8, "alarmday": 2, "alarmdaymonth": 5, "interval": 10, "Titolo": 128,
          "alarmrepeatevery": 2}

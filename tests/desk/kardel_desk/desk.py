@@ -71,8 +71,8 @@ class Desk:
     wait_equal = staticmethod(waiting.wait_equal)
     stays = staticmethod(waiting.stays)
 
-    def __init__(self, arch: str = "win64", size: tuple[int, int] = (1280, 1024), dpi: int = 96, panel_strut: bool = True,
-                 both: bool = False, monitors: int = 1):
+    def __init__(self, arch: str = "win64", size: tuple[int, int] = (1280, 1024), dpi: int = 96,
+                 panel_strut: bool = True, both: bool = False, monitors: int = 1):
         self.arch, self.dpi = arch, dpi
         WORK.mkdir(parents=True, exist_ok=True)
         _sweep()

@@ -13,7 +13,8 @@ KEYBOARD_CHANGE_SECONDS = 0.3
 STEP = 0.03                  # seconds between the moves of a drag: every one is seen by the program
 
 # xdotool's names of what every keyboard has.
-_NAMES = {chr(symbol): name[3:] for name, symbol in vars(XK).items() if name.startswith("XK_") and 0x20 <= symbol < 0x7F}
+_NAMES = {chr(symbol): name[3:] for name, symbol in vars(XK).items()
+          if name.startswith("XK_") and 0x20 <= symbol < 0x7F}
 _NAMES |= {"\n": "Return", "\t": "Tab"}
 
 

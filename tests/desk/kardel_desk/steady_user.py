@@ -18,8 +18,8 @@ TRIES = 5  # an editor closes, with its text kept, whenever another window gets 
 class SteadyUser(RandomUser):
     def __init__(self, *how):
         super().__init__(*how)
-        by_hand = {"new_by_key", "delete_by_key", "hide_all_by_icon", "colour", "drag", "resize_by_grip", "title_buttons",
-                   "note_menu", "tray_menu"}
+        by_hand = {"new_by_key", "delete_by_key", "hide_all_by_icon", "colour", "drag", "resize_by_grip",
+                   "title_buttons", "note_menu", "tray_menu"}
         self.actions = [(action, weight) for action, weight in self.actions if action.__name__ not in by_hand]
 
     def _settled(self) -> None:

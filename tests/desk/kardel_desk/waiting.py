@@ -32,7 +32,8 @@ def wait_equal(look, expected, timeout: float = 10.0, what: str = ""):
         except (LookupError, AssertionError) as error:
             seen = error
         if time.monotonic() > end:
-            raise AssertionError(f"waited {timeout:g} s for {what or 'a value'}: expected {expected!r}, last saw {seen!r}")
+            raise AssertionError(f"waited {timeout:g} s for {what or 'a value'}: "
+                                 f"expected {expected!r}, last saw {seen!r}")
         time.sleep(PAUSE)
 
 

@@ -1,4 +1,4 @@
-"""The alarm editor under real mouse and keyboard: every kind of alarm, what the store then holds, and what is refused."""
+"""The alarm editor under real mouse and keyboard: every kind of alarm, what the store then holds, what is refused."""
 
 import datetime
 

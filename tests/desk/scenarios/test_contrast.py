@@ -11,13 +11,15 @@ BLACK, WHITE, YELLOW, GREEN, CYAN = (0, 0, 0), (255, 255, 255), (255, 255, 0), (
 
 
 def scheme(ground, text, chosen, link, grey):
-    return {**dict.fromkeys(("Window", "ButtonFace", "Menu", "InfoWindow", "Background", "ButtonAlternateFace"), ground),
+    return {**dict.fromkeys(("Window", "ButtonFace", "Menu", "InfoWindow", "Background", "ButtonAlternateFace"),
+                            ground),
             **dict.fromkeys(("WindowText", "ButtonText", "MenuText", "InfoText", "ButtonHilight", "ButtonShadow",
                              "ButtonLight", "ButtonDkShadow", "WindowFrame"), text),
             "Hilight": chosen, "HilightText": ground, "HotTrackingColor": link, "GrayText": grey}
 
 
-SCHEMES = {"black": scheme(BLACK, WHITE, CYAN, YELLOW, GREEN), "yellow on black": scheme(BLACK, YELLOW, GREEN, WHITE, GREEN),
+SCHEMES = {"black": scheme(BLACK, WHITE, CYAN, YELLOW, GREEN),
+           "yellow on black": scheme(BLACK, YELLOW, GREEN, WHITE, GREEN),
            "white": scheme(WHITE, BLACK, (55, 0, 110), (0, 0, 159), (96, 0, 0)),
            "links lost": scheme(BLACK, WHITE, CYAN, (0, 0, 40), GREEN)}
 
@@ -92,4 +94,5 @@ def test_a_note_of_any_colour_is_readable(desk, colour):
     assert contrast(note.colour, rgb(colour)) < 1.05, "the note has its colour"
     editor = note.edit()
     desk.key("ctrl+Home")
-    desk.wait(lambda: readable(editor.image().crop((4, 0, 180, 60))) >= READABLE, 5, "words that can be read in the editor")
+    desk.wait(lambda: readable(editor.image().crop((4, 0, 180, 60))) >= READABLE, 5,
+              "words that can be read in the editor")

@@ -156,7 +156,8 @@ def test_ampersands_tabs_and_line_breaks_are_shown_as_typed(desk):
 
 
 def test_accents_and_other_scripts_come_through(desk):
-    title, body = "\u039a\u03b1\u03bb\u03b7\u03bc\u03ad\u03c1\u03b1 \u4f60\u597d", "\u041f\u0440\u0438\u0432\u0435\u0442 \u00e8"
+    title = "\u039a\u03b1\u03bb\u03b7\u03bc\u03ad\u03c1\u03b1 \u4f60\u597d"
+    body = "\u041f\u0440\u0438\u0432\u0435\u0442 \u00e8"
     note = run_with(desk, {**NOTE, "Titolo": title, "Nota": body}).note()
     assert note.text == title and note.body == body
 
@@ -167,7 +168,8 @@ def test_old_system_colour_numbers_are_looked_up(desk):
 
 
 EXPECTED_MENU = ["&New Kardel\tCTRL+N", "-", "&Edit\tF2", "Back color", "-", "Set alarm\tF4", "-", "Close",
-                 "&Delete\tCANC", "-", "Always on Top", "&Resize", "Iconize", "-", "Hide All", "Iconize All", "-", "Exit"]
+                 "&Delete\tCANC", "-", "Always on Top", "&Resize", "Iconize", "-", "Hide All", "Iconize All", "-",
+                 "Exit"]
 
 
 @pytest.mark.parametrize("part, dx", [("nota", None), ("lbl2", 2), ("pic", None)])

@@ -124,7 +124,8 @@ def test_leaving_silently_removes_the_program_and_the_log_on_entry_and_keeps_the
     uninstall(desk, folder, "/S")
     assert kardel.wait_ended() == 0
     desk.wait(lambda: not (path / "Uninstall.exe").exists(), 20, "the uninstaller to finish")
-    desk.wait(lambda: desk.probe.ask("regvalues", UNINSTALL_KEY) is None, 10, "the entry of the installed programs to go")
+    desk.wait(lambda: desk.probe.ask("regvalues", UNINSTALL_KEY) is None, 10,
+              "the entry of the installed programs to go")
     assert desk.run_value is None
     assert sorted(file.name for file in path.iterdir()) == ["KARDEL.DAT", "KARDEL.HDR", "MEMO"]
     assert desk.read_files(folder).notes[0]["Nota"] == "milk"
@@ -186,7 +187,8 @@ def test_the_portable_zips_hold_each_program_alone_with_its_licence(packages):
     for arch in ("win64", "win32"):
         (path,) = packages.glob(f"*-{arch}.zip")
         with zipfile.ZipFile(path) as file:
-            assert sorted(file.namelist()) == [f"{path.stem}/{name}" for name in ("Kardel.exe", "LICENSE.txt", "README.txt")]
+            names = ("Kardel.exe", "LICENSE.txt", "README.txt")
+            assert sorted(file.namelist()) == [f"{path.stem}/{name}" for name in names]
             assert file.read(f"{path.stem}/Kardel.exe") == program(arch).read_bytes()
 
 
