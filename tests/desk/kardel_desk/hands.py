@@ -56,10 +56,13 @@ class Hands:
             time.sleep(max(near) + DOUBLE_CLICK_SECONDS - now)
 
     def press(self, x: int, y: int, button: int = 1, ready=None) -> None:
+        """As the first half of a click: one that follows at the same place is kept apart from it."""
+        self.keep_apart(x, y)
         self.move(x, y)
         if ready:
             wait(ready, 10, f"what is to be pressed at {x}, {y}")
         self._do("mousedown", button)
+        self._clicks.append((time.monotonic(), x, y))
 
     def release(self, button: int = 1) -> None:
         self._do("mouseup", button)
