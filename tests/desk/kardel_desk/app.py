@@ -307,8 +307,13 @@ class Tray:
 
     @property
     def painted(self) -> bool:
-        """Whether the icon's picture is there, which also means that it takes clicks."""
-        return len(self.desk.display.image(*self.icon()).getcolors(1 << 16)) > 1
+        """Whether the icon's picture is there, which also means that it takes clicks; taken for granted below a note."""
+        icon = self.icon()
+        if len(self.desk.display.image(*icon).getcolors(1 << 16)) > 1:
+            return True
+        x, y = icon.centre
+        return any(rect.x <= x < rect.right and rect.y <= y < rect.bottom for rect in
+                   (Rect(*info["rect"]) for info in self.desk.probe.ask("windows", NOTE_CLASS) if info["visible"]))
 
     @property
     def icons(self) -> int:
