@@ -185,17 +185,25 @@ void fmsg::onClose() {
 
 void fmsg::close() {
     // First, so that the keyboard can go back to a note instead of to another program.
-    enableOthers(true);
+    enableNotes();
     const HWND back = std::exchange(before_, nullptr);
     if (hwnd == nullptr || IsWindowVisible(hwnd) == FALSE) return;
     if (GetActiveWindow() == hwnd && canTakeFocus(back)) SetFocus(back);
     ShowWindow(hwnd, SW_HIDE);
 }
 
-void fmsg::enableOthers(bool enabled) const {
+void fmsg::disableNotes() {
     if (!noteWindows) return;
-    for (const HWND window : noteWindows())
-        EnableWindow(window, enabled ? TRUE : FALSE);
+    for (const HWND window : noteWindows()) {
+        // One that is disabled waits for another dialog, the choice of its colour, and goes on waiting.
+        if (EnableWindow(window, FALSE) == FALSE) disabled_.push_back(window);
+    }
+}
+
+void fmsg::enableNotes() {
+    for (const HWND window : std::exchange(disabled_, {})) {
+        if (IsWindow(window) != FALSE) EnableWindow(window, TRUE);
+    }
 }
 
 void fmsg::rememberPlace() {
@@ -215,7 +223,7 @@ void fmsg::keepPlace(Face& face) const {
 void fmsg::present(Face& face) {
     // A note whose grip is held has the mouse, and would take the clicks that are meant for the answer.
     ReleaseCapture();
-    enableOthers(false);
+    disableNotes();
     for (const Face* other : faces_) {
         if (other->editor != nullptr) other->editor->show(other == &face);
     }

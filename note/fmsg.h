@@ -81,7 +81,8 @@ private:
     void finish(Face& face, int answer);
     void finishAll();
     void close();
-    void enableOthers(bool enabled) const;
+    void disableNotes();
+    void enableNotes();
 
     bool createWindow();
     void createMessageControls();
@@ -110,9 +111,10 @@ private:
     HWND item(int id) const { return GetDlgItem(hwnd, id); }
 
     DialogGrid grid_;
-    std::vector<Face*> faces_;  ///< in the order of their calls; the last that is not done is shown
-    HWND before_ = nullptr;     ///< had the keyboard before the first face
-    HWND focus_ = nullptr;      ///< has it while the dialog is active
+    std::vector<Face*> faces_;    ///< in the order of their calls; the last that is not done is shown
+    HWND before_ = nullptr;       ///< had the keyboard before the first face
+    HWND focus_ = nullptr;        ///< has it while the dialog is active
+    std::vector<HWND> disabled_;  ///< notes that take input again when the last face is gone
     UniqueFont linkFont_;
     HICON icon_ = nullptr;   ///< of mIcon; shared, never destroyed
     int textWidth_ = 0;      ///< pixels at which the lines of lblmsg break

@@ -229,6 +229,22 @@ TEST_F(Fmsg, AMessageOverAMessageReturnsToTheFirst) {
     EXPECT_EQ(dialog.MsgBoxExt(u"Outer text", 36, u"Outer"), IDYES);
 }
 
+TEST_F(Fmsg, ANoteThatWaitsForAnotherDialogGoesOnWaiting) {
+    const HWND waiting = addNote();
+    const HWND note = addNote();
+    EnableWindow(waiting, FALSE);
+    Script script(dialog);
+    script.when(shown("Outer"), [this] { dialog.MsgBoxExt(u"?", 1, u"Inner"); });
+    script.when(shown("Inner"), [this] { click(ID_BTN1); });
+    script.when(shown("Outer"), [this, note] {
+        EXPECT_FALSE(IsWindowEnabled(note));
+        click(ID_BTN1);
+    });
+    dialog.MsgBoxExt(u"Done.", 0, u"Outer");
+    EXPECT_FALSE(IsWindowEnabled(waiting));
+    EXPECT_TRUE(IsWindowEnabled(note));
+}
+
 TEST_F(Fmsg, UnloadEndsEveryFaceAsItsCloseBoxWould) {
     const HWND note = addNote();
     int inner = -1;

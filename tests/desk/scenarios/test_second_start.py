@@ -56,10 +56,28 @@ def test_a_dialog_that_is_open_waits_until_the_message_has_been_read(desk, comma
     caption = first.dialog().text
     assert desk.start().wait_ended() == 0
     (box,) = desk.wait(lambda: [dialog for dialog in first.dialogs() if RUNNING in dialog.texts()], what="the message")
+    box.settle()
     box.press("OK")
     desk.wait(lambda: [dialog.text for dialog in first.dialogs()] == [caption], what="the dialog to come back")
     first.dialog().press(answer)
     desk.wait_equal(lambda: ([note.title for note in first.notes()], first.dialogs()), (left, []))
+
+
+def test_the_choice_of_a_colour_stays_open_and_its_note_waits_for_it(desk):
+    desk.seed_registry({}, [{"Titolo": title, "x": 3000, "y": 3000} for title in "ab"])
+    first = desk.run()
+    first.note("a").command("color")
+    colours = first.dialog()
+    assert desk.start().wait_ended() == 0
+    (box,) = desk.wait(lambda: [dialog for dialog in first.dialogs() if RUNNING in dialog.texts()], what="the message")
+    box.settle()
+    box.press("OK")
+    desk.wait(lambda: first.dialogs() == [colours] and first.note("b").enabled, what="the message to go")
+    assert not first.note("a").enabled
+    first.note("a").command("color")
+    first.note("a").send(0)
+    assert first.dialogs() == [colours]  # and no second one
+    assert first.exit() == 0
 
 
 def test_two_starts_at_once_leave_one_running(desk):
