@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "alarm/bas_PlaySound.h"
 #include "core/Columns.h"
@@ -459,8 +460,8 @@ void basPost::SwitchStore() {
         localFilesMark = true;
         return;
     }
-    settings.UseRegistry = true;
-    if (!store.switchToRegistry(all, settings)) settings.UseRegistry = false;
+    const bool chosen = std::exchange(settings.UseRegistry, true);
+    if (!store.switchToRegistry(all, settings)) settings.UseRegistry = chosen;
 }
 
 // --- Messages ---------------------------------------------------------------------------------------------

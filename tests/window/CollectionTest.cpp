@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <utility>
 
 #include "resources/resource.h"
 #include "tests/window/CollectionDesk.h"
+#include "tests/window/Script.h"
 
 namespace {
 
@@ -355,6 +357,41 @@ TEST_P(Collection, BothAlignmentsStoredAsOnAreBothCheckedAndGrey) {
         EXPECT_TRUE(menu[static_cast<std::size_t>(command)].checked) << command;
         EXPECT_FALSE(menu[static_cast<std::size_t>(command)].enabled) << command;
     }
+}
+
+// --- Use local files ---------------------------------------------------------------------------------------
+
+TEST(CollectionRegistry, AStoreThatRefusesWhatItHoldsAlreadyStaysTheChoice) {
+    TestNotes desk(true, manyNotes(2), [] {
+        GlobalSettings settings;
+        settings.UseRegistry = true;
+        return settings;
+    }());
+    fmsg& dialog = desk.desk->dialog;
+    const auto shown = [&dialog](const wchar_t* title) {
+        return [&dialog, title] {
+            return dialog.open() && IsWindowVisible(dialog.hwnd) != FALSE &&
+                   windowText(dialog.hwnd) == Text(title, title + std::wcslen(title));
+        };
+    };
+    const auto press = [&dialog](int button) {
+        return [&dialog, button] { PostMessageW(GetDlgItem(dialog.hwnd, button), BM_CLICK, 0, 0); };
+    };
+    {
+        Script script(dialog);
+        script.when(shown(L"Use the local files?"), press(ID_BTN2));  // Cancel: the mark stays
+        desk.desk->SwitchStore();
+    }
+    {
+        const FullDisk fullDisk(desk);
+        Script script(dialog);
+        script.when(shown(L"Don't use the local files?"), press(ID_BTN1));
+        script.when(shown(L"Kardel"), press(ID_BTN1));  // the memo could not be saved
+        desk.desk->SwitchStore();
+        pumpPending();
+    }
+    desk.note(1).DeleteForm(true);  // writes the settings anew
+    EXPECT_EQ(desk.registry.text(u"setting", u"UseRegistry"), u"True");
 }
 
 // --- Open -------------------------------------------------------------------------------------------------
