@@ -169,6 +169,24 @@ TEST(LeftOverFiles, AnswerYesDeletesAllThree) {
     EXPECT_EQ(start.questions, 1) << "the question must not come back";
 }
 
+TEST(LeftOverFiles, OneThatCannotBeDeletedIsLeftWithoutAWord) {
+    for (const TextView refused : {kHeaderFile, kNoteFile, kMemoFile}) {
+        Start start;
+        start.seedFiles(sampleNotes(2));
+        start.set(u"UseRegistry", u"True");
+        start.answerDelete = true;
+        Files& files = start.desk.store.files.files;
+        files.remove = [refused, remove = files.remove](TextView name) {
+            return name != refused && remove(name);
+        };
+        start.run();
+        EXPECT_TRUE(start.state.usable && start.desk.store.UseRegistry);
+        EXPECT_EQ(start.failures, 0);
+        ASSERT_EQ(start.desk.folder.content.size(), 1U) << "the other two go";
+        EXPECT_EQ(start.desk.folder.content.begin()->first, refused);
+    }
+}
+
 TEST(LeftOverFiles, AnswerNoWithADamagedHeaderHidesNoNoteAtTheNextStart) {
     Start start;
     start.seedFiles(sampleNotes(5));

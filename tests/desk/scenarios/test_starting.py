@@ -117,6 +117,18 @@ def test_left_over_files_answer_yes_deletes_all_three(desk):
     desk.start().wait_ready(notes=1)  # and the question does not come back
 
 
+def test_a_left_over_file_that_cannot_be_deleted_is_left_without_a_word(desk):
+    desk.seed_registry({"UseRegistry": True}, [{"Titolo": "in the registry"}])
+    desk.seed_files([{"Titolo": "in the files"}])
+    with desk.held("MEMO"):
+        kardel = desk.start()
+        kardel.dialog().press("Yes")
+        kardel.wait_ready(notes=1)
+        assert kardel.note().title == "in the registry"
+    files = desk.read_files()
+    assert files.hdr is None and files.dat is None and files.memo is not None
+
+
 def test_registry_mode_creates_no_data_file(desk):
     desk.seed_registry({}, [{"Titolo": "a"}])
     desk.run().exit()
