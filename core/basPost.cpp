@@ -186,6 +186,7 @@ bool basPost::LoadNotes(int count) {
     AllIconized = everyNoteIconized();
     localFilesMark = !store.UseRegistry;
     live_ = true;
+    CountingChanged();
     if (settings.AlignAll) AutoPosition();
     return true;
 }
@@ -410,8 +411,8 @@ void basPost::RemoveNote(fpost& note) {
 // --- Countdown --------------------------------------------------------------------------------------------
 
 void basPost::CountingChanged() {
-    const bool wanted =
-        std::any_of(Notes.begin(), Notes.end(), [](const fpost* n) { return n->isCounting(); });
+    const bool wanted = std::any_of(Notes.begin(), Notes.end(),
+                                    [](const fpost* n) { return n->isCounting() || n->record.readOnly; });
     if (wanted == ticking_) return;
     ticking_ = wanted;
     // One timer for all: with fifty of their own, the machine would be woken a hundred times a second.
@@ -431,6 +432,31 @@ void basPost::Tick() {
             fpost::onEscaped(WM_TIMER);  // one note's failure is not the others'
         }
     }
+    readAgain();
+}
+
+void basPost::readAgain() {
+    const auto unread = [](const fpost* note) { return note->record.readOnly; };
+    const auto isDue = [this] { return ++unreadTicks_ >= unreadWait_; };
+    if (dialog.open() || std::none_of(Notes.begin(), Notes.end(), unread) || !isDue()) return;
+    // What stays locked is asked for ever more rarely: each failure is a line of the log.
+    unreadTicks_ = 0;
+    unreadWait_ = std::min(2 * unreadWait_, kMostUnreadTicks);
+    for (fpost*& note : Notes) {
+        if (!unread(note)) continue;
+        NoteRecord record;
+        if (!store.load(note->number, record, settings)) return;
+        fpost* const whole = fpost::open(host, tray.hwnd, note->number, record);
+        if (whole == nullptr) return;
+        std::exchange(note, whole)->leave();
+        Renumber();
+        whole->ArmAfterLoad();
+        if (!whole->Closed() && !AllHidden) whole->show(false);
+    }
+    finishDraft();
+    NotesChanged();
+    CountingChanged();
+    Realign();
 }
 
 // --- Store switch -----------------------------------------------------------------------------------------

@@ -36,7 +36,8 @@ struct basPost {
     void SwitchStore();
     /// Shows the note of a slot (0..49) in front, reopening it. An empty slot is ignored.
     void OpenNote(int slot);
-    /// A tick of every note that counts down.
+    /// A tick of every note that counts down, and from time to time one more try to read what could not be
+    /// read at the start.
     void Tick();
     /// Takes a note out of collection and store and renumbers the rest. Its window goes by itself.
     void RemoveNote(fpost& note);
@@ -93,7 +94,7 @@ private:
     /// Captions and flags after a note's title, closed or iconized state changed.
     void NotesChanged();
     void Realign();
-    /// Ticks come as long as a note counts down, and only then.
+    /// Ticks come as long as a note counts down or waits to be read, and only then.
     void CountingChanged();
     void storeFlag(const char16_t* key, bool flag);
     void storeOwedFlags();
@@ -104,10 +105,15 @@ private:
     /// False when Windows has no room for one more.
     bool openNotes(int count);
     void finishDraft();
+    /// A note that another program held at the start takes the place of its blank stand-in.
+    void readAgain();
     void showAgain(fpost& note);
     std::vector<NoteRecord*> records() const;
 
     bool ticking_ = false;
+    static constexpr int kMostUnreadTicks = 1024;  ///< under nine minutes
+    int unreadTicks_ = 0;                          ///< since the last try to read what could not be read
+    int unreadWait_ = 2;                           ///< ticks from one try to the next
     std::map<Text, bool> owedFlags_;  ///< settings that the store refused: tried again at the next occasion
     bool live_ = false;               ///< the collection is whole: automatic position may run
     int bulk_ = 0;  ///< depth of commands that walk all notes; single re-alignments wait for their end

@@ -120,6 +120,12 @@ void fpost::unload() {
     PostMessageW(hwnd, kUnload, 0, 0);
 }
 
+void fpost::leave() {
+    beingDeleted = true;
+    hide();
+    unload();
+}
+
 // --- What is stored and what is shown -------------------------------------------------------------------
 
 void fpost::take(const NoteRecord& stored) {

@@ -51,6 +51,8 @@ struct fpost {
     void restoreIfMinimized();
     /// Destroys the window from a posted message: deletes start inside the note's own handlers.
     void unload();
+    /// Goes from the screen, and then altogether: the collection does not hold the note any more.
+    void leave();
 
     // --- Alarm: countdown and ringing (fpostAlarm.cpp) ----------------------------------------------------
     /// Stops the ringing and arms the next occurrence. True when that deleted the note.

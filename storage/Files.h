@@ -23,7 +23,7 @@ struct LengthResult {
 
 struct Files {
     /// Up to `size` bytes from `offset`. Absent: there is no such file. Failed (locked, damaged medium) is
-    /// answered after retries of about a second in all.
+    /// answered after retries of about a second in all, and at once within five seconds of such an answer.
     std::function<ReadResult(TextView name, std::uint64_t offset, std::size_t size)> read;
     std::function<LengthResult(TextView name)> length;
     /// Writes at `offset`; creates the file when it is missing, fills a gap with zero bytes.

@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <limits>
+#include <memory>
+#include <optional>
 
 #include "storage/Files.h"
 #include "storage/bas_ExistFile.h"
@@ -21,15 +23,32 @@ bool isPassing(DWORD error) {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
-/// Runs `step`, which answers an error code, until it succeeds, fails for good or has failed for a second.
+/// Runs `step`, which answers an error code, until it succeeds, fails for good or has failed `most` times.
 template <class Step, class Again>
-DWORD retried(Step step, Again again) {
+DWORD retried(Step step, Again again, int most = kTries) {
     for (int tries = 1;; ++tries) {
         const DWORD error = step();
-        if (error == ERROR_SUCCESS || tries == kTries || !again(error)) return error;
+        if (error == ERROR_SUCCESS || tries >= most || !again(error)) return error;
         Sleep(kPause);
     }
 }
+
+/// Whoever reads fifty notes of a file that somebody holds waits for it once, not fifty times.
+class Patience {
+public:
+    int tries() const { return gaveUp_ && GetTickCount64() - *gaveUp_ < kSpan ? 1 : kTries; }
+    void saw(DWORD error) {
+        if (isPassing(error)) {
+            gaveUp_ = GetTickCount64();
+        } else {
+            gaveUp_.reset();
+        }
+    }
+
+private:
+    static constexpr ULONGLONG kSpan = 5000;  // ms
+    std::optional<ULONGLONG> gaveUp_;
+};
 
 /// While another program has the file open, putting a new one in its place or removing it is denied.
 bool isPassingOrDenied(DWORD error) {
@@ -91,7 +110,7 @@ IoStatus statusOf(DWORD error) {
     return isAbsent(error) ? IoStatus::Absent : IoStatus::Failed;
 }
 
-ReadResult readFile(const Text& path, std::uint64_t offset, std::size_t size) {
+ReadResult readFile(const Text& path, std::uint64_t offset, std::size_t size, Patience& patience) {
     ReadResult result;
     const DWORD error = retried(
         [&] {
@@ -100,7 +119,8 @@ ReadResult readFile(const Text& path, std::uint64_t offset, std::size_t size) {
             if (code == ERROR_SUCCESS) code = seek(file, offset);
             return code == ERROR_SUCCESS ? readAll(file, size, result.bytes) : code;
         },
-        isPassing);
+        isPassing, patience.tries());
+    patience.saw(error);
     result.status = statusOf(error);
     if (result.status != IoStatus::Done) result.bytes.clear();
     return result;
@@ -185,8 +205,9 @@ bool cutFile(const Text& path, std::uint64_t length) {
 
 Files folderFiles(const Text& folder) {
     Files files;
-    files.read = [folder](TextView name, std::uint64_t offset, std::size_t size) {
-        return readFile(pathOf(folder, name), offset, size);
+    files.read = [folder, patience = std::make_shared<Patience>()](TextView name, std::uint64_t offset,
+                                                                   std::size_t size) {
+        return readFile(pathOf(folder, name), offset, size, *patience);
     };
     files.length = [folder](TextView name) { return lengthOfFile(pathOf(folder, name)); };
     files.write = [folder](TextView name, std::uint64_t offset, std::string_view bytes) {

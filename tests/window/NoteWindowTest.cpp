@@ -342,6 +342,46 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNeverWrittenBack) {
     EXPECT_EQ(desk->stored(1).Nota, u"body of a");
 }
 
+TEST_P(NoteWindow, NotesThatCouldNotBeReadComeWhenTheyCan) {
+    std::vector<NoteRecord> notes{plainNote(u"a"), plainNote(u"b", 4500, 4500), plainNote(u"c")};
+    notes[1].alarmdate = u"16/06/2026";
+    notes[1].alarmtime = u"12:00:00";
+    notes[2].closed = true;
+    const auto desk = run(notes);
+    const auto lock = [&](bool on) {
+        for (const TextView section : {u"kardel-1", u"kardel-2", u"kardel-3"}) {
+            if (on) desk->registry.locked.insert(Text(section));
+        }
+        if (on) desk->folder.locked.insert(Text(kNoteFile));
+        if (!on) desk->registry.locked.clear();
+        if (!on) desk->folder.locked.clear();
+    };
+    const auto ticks = [&](int count) {
+        for (int i = 0; i < count; ++i)
+            desk->desk->Tick();
+        pumpPending();
+    };
+    lock(true);
+    desk->killAndRestart();
+    ticks(100);
+    ASSERT_EQ(desk->desk->Count(), 3);
+    EXPECT_TRUE(desk->note(2).record.readOnly);
+    lock(false);
+    ticks(200);
+    ASSERT_EQ(desk->desk->Count(), 3);
+    for (int number = 1; number <= 3; ++number)
+        EXPECT_EQ(storeFree(desk->note(number).record),
+                  storeFree(notes[static_cast<std::size_t>(number) - 1]));
+    EXPECT_EQ(windowText(desk->note(2).nota), u"body of b");
+    EXPECT_EQ(desk->note(2).Left(), 4500);
+    EXPECT_TRUE(desk->note(2).isCounting());
+    EXPECT_TRUE(desk->note(1).visible() && desk->note(2).visible());
+    EXPECT_FALSE(desk->note(3).visible());
+    desk->note(1).moveTo(6000, 6000);
+    desk->note(1).store({NoteField::X});
+    EXPECT_EQ(desk->stored(1).x, 6000);
+}
+
 // --- Alarms at load ---------------------------------------------------------------------------------------
 
 TEST_P(NoteWindow, MissedDailyAlarmMovesOnSilentlyAndStaysDaily) {

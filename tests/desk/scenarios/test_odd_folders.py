@@ -94,7 +94,8 @@ def test_first_start_in_a_folder_that_cannot_be_written_says_so_and_offers_a_not
 
 @pytest.mark.parametrize("name", ["KARDEL.HDR", "KARDEL.DAT", "MEMO"])
 def test_files_in_the_hands_of_another_program_at_the_start_lose_nothing(desk, name):
-    """A note that cannot be read comes up empty and takes no text, because nothing could become of it."""
+    """A note that cannot be read comes up empty and takes no text, because nothing could become of it; as soon as it
+    can be read it is there."""
     store = Store(desk, "files")
     store.seed(NOTES[:1])
     before = store.raw()
@@ -111,6 +112,7 @@ def test_files_in_the_hands_of_another_program_at_the_start_lose_nothing(desk, n
             note.command("topmost")
             note.send(0)
             assert not note.editing and note.body == ""
+    desk.wait_equal(lambda: [note.body for note in kardel.notes()], ["first"])
     assert kardel.exit() == 0
     assert store.raw() == before
     assert [note.body for note in desk.run().notes()] == ["first"]
