@@ -21,7 +21,7 @@ GROWTH = 1.05
 # What is still made for the first time; and in a long run, what a thread of Wine's own, which plays sounds, comes and
 # goes with: its stack alone is 1000 KB. What the program asked for itself are the blocks.
 SHORT_SLACK = {"handles": 6, "gdi": 60, "user": 20, "blocks": 150, "heap": 50, "memory": 2000}
-LONG_SLACK = {"handles": 1, "gdi": 0, "user": 2, "blocks": 70, "heap": 25, "memory": 1000}
+LONG_SLACK = {"handles": 1, "gdi": 0, "user": 2, "blocks": 150, "heap": 40, "memory": 1000}
 
 
 def act(user, actions):
