@@ -145,6 +145,10 @@ class Window:
         return Rect(*info["rect"])
 
     def click_at(self, dx: int | None = None, dy: int | None = None, button: int = 1, double: bool = False) -> None:
+        def reached():  # asked anew: a window that is just being taken over is elsewhere the next moment
+            self.desk.hands.move(*self.point(dx, dy))
+            return self.under_pointer()
+        wait(reached, 10, f"the pointer to reach {self!r}")
         self.desk.hands.click(*self.point(dx, dy), button=button, double=double, ready=self.under_pointer)
 
     def drag_at(self, by: tuple[int, int], dx: int | None = None, dy: int | None = None, **more) -> None:
