@@ -5,8 +5,9 @@
 # What drives the desk imports Debian's Python packages: another Python on the path would lack them.
 PYTHON=/usr/bin/python3
 
+# With what these programs need to run, and what elsewhere comes only as a recommendation.
 PACKAGES=(
-    ca-certificates git cmake ninja-build g++ clang clang-format clang-tidy googletest
+    ca-certificates git procps cmake ninja-build g++ clang libclang-rt-dev clang-format clang-tidy googletest
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
     wine64 xvfb openbox trayer xdotool x11-utils x11-xserver-utils imagemagick
     fonts-dejavu-core fonts-liberation locales faketime pulseaudio pulseaudio-utils

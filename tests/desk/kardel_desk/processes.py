@@ -65,10 +65,17 @@ def kill_with_variable(name: str, value: str, patience: float = 5.0) -> None:
 
 
 @functools.cache
+def _refused() -> str:
+    """Parts this process' mounts from everybody else's, once: a second time would also part it from children it has,
+    which would see nothing mounted later. Returns why the machine refuses that, or nothing."""
+    CLONE_NEWNS, MS_REC, MS_PRIVATE = 0x00020000, 0x4000, 0x40000
+    if _libc.unshare(CLONE_NEWNS) == 0 and _libc.mount(None, b"/", None, MS_REC | MS_PRIVATE, None) == 0:
+        return ""
+    return os.strerror(ctypes.get_errno())
+
+
 def private_mounts() -> None:
-    """From here on, mounts made by this process are seen by it and its children only, and vanish with them. Once is
-    enough: a second time would part the process from children it has, which would see nothing mounted later."""
-    CLONE_NEWNS = 0x00020000
-    if _libc.unshare(CLONE_NEWNS) != 0:
-        raise Unavailable(f"private mounts: {os.strerror(ctypes.get_errno())}")
-    subprocess.run(["mount", "--make-rprivate", "/"], check=True)
+    """From here on, mounts made by this process are seen by it and its children only, and vanish with them. Raises
+    Unavailable where they are refused: in a container without rights, or where `/` is no mount point."""
+    if _refused():
+        raise Unavailable(f"this machine allows no private mounts: {_refused()}")

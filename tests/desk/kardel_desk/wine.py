@@ -62,6 +62,7 @@ class Wine:
         if arch == "win32":
             _enter_i386_root()
         elif os.geteuid() == 0:
+            # Before the server, which opens the files: it must see what read_only() mounts.
             with contextlib.suppress(processes.Unavailable):
                 processes.private_mounts()
         self._copy_template()
@@ -138,6 +139,7 @@ class Wine:
                 for path, mode in modes.items():
                     path.chmod(mode)
             return
+        processes.private_mounts()
         place = str(folder) if self.arch == "win64" else str(I386_ROOT) + str(folder)
         if subprocess.run(["mount", "--bind", place, place], check=False).returncode != 0:
             raise processes.Unavailable("nothing can be mounted here")
