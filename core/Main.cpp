@@ -37,9 +37,11 @@ StartQuestions questionsOf(basPost& desk, SingleInstance& instance, const Text& 
         if (!claimed) desk.sayAlreadyRunning();
         return claimed;
     };
-    questions.deleteLocalFiles = [&desk] {
+    questions.deleteLocalFiles = [&desk]() -> std::optional<bool> {
         constexpr long kButtons = MB_YESNO | MB_ICONERROR | MB_DEFBUTTON2;
-        return desk.MsgBoxExt(deleteLocalFilesPrompt(), kButtons) == IDYES;
+        const bool yes = desk.MsgBoxExt(deleteLocalFilesPrompt(), kButtons) == IDYES;
+        if (desk.ending) return {};
+        return yes;
     };
     questions.saveFailed = [&desk] { desk.showSaveFailure(); };
     return questions;
@@ -85,9 +87,10 @@ int start() {
     if (!questions.claimStore(chosenUseRegistry(desk.store.registry.settings))) return 0;
 
     const StartState state = settleStart(desk.store, desk.settings, questions);
-    if (state.usable && waitForTray(desk) && desk.LoadNotes(state.Count)) runMessages(desk);
+    const bool goesOn = state.usable && !desk.ending;
+    if (goesOn && waitForTray(desk) && desk.LoadNotes(state.Count)) runMessages(desk);
     desk.Teardown();
-    return state.usable ? 0 : 1;
+    return state.usable || desk.ending ? 0 : 1;
 }
 
 }  // namespace

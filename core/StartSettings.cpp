@@ -40,7 +40,9 @@ bool upgraded(const DataFiles& files, const StartQuestions& questions) {
 bool settleLeftOverFiles(NoteStore& store, GlobalSettings& settings, const StartQuestions& questions,
                          IoStatus& headerRead) {
     if (!settings.UseRegistry || !anyLocalFile(store.files)) return true;
-    if (questions.deleteLocalFiles()) {
+    const std::optional<bool> deleteThem = questions.deleteLocalFiles();
+    if (!deleteThem) return false;
+    if (*deleteThem) {
         for (const TextView name : {kNoteFile, kHeaderFile, kMemoFile}) {
             if (store.files.exists(name)) static_cast<void>(store.files.files.remove(name));
         }

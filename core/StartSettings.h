@@ -3,13 +3,15 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "storage/NoteStore.h"
 
 /// What the user is asked or told while the store is settled. Never null.
 struct StartQuestions {
-    /// Local files are left over although the registry was chosen: true deletes them.
-    std::function<bool()> deleteLocalFiles = [] { return false; };
+    /// Local files are left over although the registry was chosen: true deletes them. Nothing when the
+    /// program ended before somebody answered: both stores and the choice stay as they are.
+    std::function<std::optional<bool>()> deleteLocalFiles = [] { return false; };
     /// Another store than the user's choice comes into force: whether no copy in another session uses it.
     std::function<bool(bool useRegistry)> claimStore = [](bool) { return true; };
     /// Notes could not be saved.
@@ -20,7 +22,7 @@ struct StartQuestions {
 Text deleteLocalFilesPrompt();
 
 struct StartState {
-    bool usable = true;  ///< false: the store cannot be used and must not be touched; the start ends
+    bool usable = true;  ///< false: the store cannot or must not be used; the start ends
     int Count = 1;       ///< notes to load, 1..50
 };
 

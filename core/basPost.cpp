@@ -180,6 +180,7 @@ bool basPost::LoadNotes(int count) {
                   MB_ICONERROR);
         return false;
     }
+    if (ending) return false;
     store.finishRemovals(records(), settings);
     finishDraft();
     AllHidden = everyNoteClosed();
@@ -521,6 +522,8 @@ void basPost::sayAlreadyRunning() {
 // --- The end ----------------------------------------------------------------------------------------------
 
 void basPost::CommitEdits() {
+    // Until the notes are loaded, the stored ones would look as if they had been deleted.
+    if (!live_) return;
     store.finishRemovals(records(), settings);
     storeOwedFlags();
     const std::vector<fpost*> walk = Notes;
@@ -543,6 +546,10 @@ void basPost::ExitProgram() {
 }
 
 void basPost::EndSession() {
+    if (!live_) {
+        ExitProgram();  // a start that waits must neither go on nor take the end for an answer
+        return;
+    }
     CommitEdits();
     for (fpost* note : Notes)
         note->StopRinging();

@@ -51,8 +51,8 @@ struct basPost {
     /// Creates the hidden tray window, which owns every note. The icon comes later.
     bool createTray();
     /// Creates the windows of notes 1..`count` from the store and shows those that are not closed.
-    /// False, after telling the user, when Windows has no room for them all: going on with some of them would
-    /// make the next new note overwrite one that is not there.
+    /// False when the program ends meanwhile, and, after telling the user, when Windows has no room for them
+    /// all: going on with some of them would make the next new note overwrite one that is not there.
     bool LoadNotes(int count);
     /// Destroys every window of the program.
     void Teardown();

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "tests/storage/Samples.h"
 
 namespace {
@@ -9,7 +11,7 @@ namespace {
 /// A start over stores in memory.
 struct Start {
     Desk desk{false};
-    bool answerDelete = false;
+    std::optional<bool> answerDelete = false;
     bool othersUseIt = false;
     int questions = 0;
     int failures = 0;
@@ -167,6 +169,22 @@ TEST(LeftOverFiles, AnswerYesDeletesAllThree) {
     EXPECT_TRUE(start.desk.folder.content.empty());
     start.run();
     EXPECT_EQ(start.questions, 1) << "the question must not come back";
+}
+
+TEST(LeftOverFiles, TheEndOfTheProgramIsNoAnswer) {
+    Start start;
+    start.seedFiles(sampleNotes(2));
+    start.run();  // every default is there
+    start.set(u"UseRegistry", u"True");
+    const auto files = start.desk.folder.content;
+    const int made = start.desk.settings.changes->made + start.desk.folder.changes->made;
+    start.answerDelete.reset();
+    start.run();
+    EXPECT_FALSE(start.state.usable);
+    EXPECT_EQ(start.desk.folder.content, files);
+    EXPECT_EQ(start.stored(u"UseRegistry"), u"True");
+    EXPECT_EQ(start.desk.settings.changes->made + start.desk.folder.changes->made, made);
+    EXPECT_EQ(start.failures, 0);
 }
 
 TEST(LeftOverFiles, OneThatCannotBeDeletedIsLeftWithoutAWord) {

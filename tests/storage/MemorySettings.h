@@ -11,6 +11,7 @@ struct MemorySettings {
     struct Section {
         Text name;
         std::vector<KeyText> values;  ///< in the order in which they were first written
+        bool operator==(const Section&) const = default;
     };
     std::vector<Section> content;
     std::set<Text> locked;  ///< sections that cannot be read

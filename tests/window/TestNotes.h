@@ -27,6 +27,7 @@ struct TestNotes {
         for (std::size_t i = 0; i < notes.size(); ++i) {
             desk->store.create(static_cast<int>(i) + 1, notes[i]);
         }
+        desk->createTray();
         open(static_cast<int>(notes.size()));
     }
     ~TestNotes() { desk->Teardown(); }
@@ -34,7 +35,11 @@ struct TestNotes {
     TestNotes& operator=(const TestNotes&) = delete;
 
     /// The program is gone without a word; a new one starts over the same stores.
-    void killAndRestart() {
+    void killAndRestart() { open(killAndWait()); }
+
+    /// The same, but the new one has not come further than to its tray window. Answers how many notes it
+    /// would load.
+    int killAndWait() {
         const bool useRegistry = desk->store.UseRegistry;
         const GlobalSettings settings = desk->settings;
         int count = desk->Count();
@@ -47,8 +52,8 @@ struct TestNotes {
         }
         desk = std::make_unique<basPost>();
         prepare(useRegistry, settings);
-        count = desk->store.resumeRemoval(count);
-        open(count);
+        desk->createTray();
+        return desk->store.resumeRemoval(count);
     }
 
     fpost& note(int number) { return *desk->Notes[static_cast<std::size_t>(number - 1)]; }
@@ -72,7 +77,6 @@ private:
         desk->host.stopSound = [this] { ++silences; };
     }
     void open(int count) {
-        desk->createTray();
         desk->LoadNotes(count);
         pumpPending();
     }

@@ -1,6 +1,8 @@
 """Log-off, shutdown and Exit at a bad moment: text being typed is kept, no question holds anything up."""
 
 import pytest
+from kardel_desk import Desk, Window
+from kardel_desk.app import TRAY_CLASS
 from kardel_desk.stores import KINDS, Store
 
 NOTE = {"Titolo": "a", "Nota": "first", "x": 1500, "y": 3000, "width": 3000, "height": 2250}
@@ -139,3 +141,79 @@ def test_a_polite_request_to_end_is_exit(desk):
     assert kardel.wait_ended() == 0
     assert kept.each("Nota")[0] == "first and second"
     desk.wait_equal(lambda: kardel.tray.icons, 0)
+
+
+# --- before the notes are there: what ends the program then is neither a command nor an answer
+
+INTERRUPTED = {"count": "4", "places": "4 1 3 4"}  # a deletion of the second note that was not lived to its end
+
+
+@pytest.fixture
+def no_shell(arch):
+    """A desk of its own without the shell, so that a start finds no place for its icon."""
+    desk = Desk(arch)
+    try:
+        desk.reset()
+        (bar,) = desk.wait(lambda: desk.probe.ask("windows", "Shell_TrayWnd"), 10, "the shell")
+        desk.probe.ask("kill", bar["process"])
+        desk.wait(lambda: not desk.probe.ask("windows", "Shell_TrayWnd"), 10, "the shell to go")
+        yield desk
+    finally:
+        desk.close()
+
+
+def all_stored(desk):
+    return {section: desk.registry(section) for section in desk.sections()}, desk.read_files()
+
+
+def waiting_tray(desk, kardel):
+    """The tray window of a start that has settled the store and waits for the shell; it has no title yet."""
+    def found():
+        desk.registry("setting")["defaultheight"]
+        return [Window(desk, info["hwnd"]) for info in desk.probe.ask("windows", TRAY_CLASS)]
+    (tray,) = desk.wait(found, 15, "the window of the waiting start")
+    assert desk.stays(lambda: not kardel.notes() and tray.text == "", 0.6, "the start to wait") is None
+    return tray
+
+
+@pytest.mark.parametrize("end", ["log-off", "polite", "exit"])
+def test_the_end_while_the_start_waits_for_the_tray_touches_no_note(no_shell, end):
+    desk = no_shell
+    desk.seed_registry(INTERRUPTED, [{**NOTE, "Titolo": title} for title in "abcd"])
+    kardel = desk.start()
+    tray = waiting_tray(desk, kardel)
+    before = all_stored(desk)
+    if end == "log-off":
+        assert tray.send(QUERY_END_SESSION, timeout=PROMPT) == 1
+        assert all_stored(desk) == before
+        tray.send(END_SESSION, 1, timeout=PROMPT)
+    elif end == "polite":
+        tray.post(0x10)
+    else:
+        tray.command(EXIT)
+    assert kardel.wait_ended() == 0
+    assert all_stored(desk) == before
+    assert {"kardel-1", "kardel-2", "kardel-3", "kardel-4"} < set(desk.sections())
+
+
+@pytest.mark.parametrize("end", ["log-off", "polite", "exit"])
+def test_the_end_while_the_start_asks_is_no_answer(desk, end):
+    desk.seed_registry({"count": "2", "ImportDAT": "1"}, [NOTE, OTHER])
+    desk.seed_files([{"Titolo": "left over", "Nota": "kept"}])
+    kardel = desk.start()
+    kardel.dialog()
+    before = all_stored(desk)
+    (info,) = desk.probe.ask("windows", TRAY_CLASS)
+    tray = Window(desk, info["hwnd"])
+    if end == "log-off":
+        assert tray.send(QUERY_END_SESSION, timeout=PROMPT) == 1
+        tray.send(END_SESSION, 1, timeout=PROMPT)
+    elif end == "polite":
+        tray.post(0x10)
+    else:
+        tray.command(EXIT)
+    assert kardel.wait_ended() == 0
+    assert all_stored(desk) == before
+    again = desk.start()
+    again.dialog().press("No")  # and it is asked once more
+    assert again.wait_ready(notes=1).note().body == "kept"
