@@ -221,11 +221,7 @@ double DAlarmTime(const AlarmRule& rule) {
     return static_cast<double>(rule.due->seconds) / static_cast<double>(kSecondsPerDay);
 }
 
-AlarmRule ruleFromRecord(const NoteRecord& record, IntervalReading reading) {
-    const auto names = [&](TextView word) {
-        return reading == IntervalReading::Exact ? record.interval == word
-                                                 : record.interval.find(word) != Text::npos;
-    };
+AlarmRule ruleFromRecord(const NoteRecord& record) {
     AlarmRule rule;
     rule.AlarmDate = record.alarmdate;
     rule.AlarmTime = record.alarmtime;
@@ -233,9 +229,9 @@ AlarmRule ruleFromRecord(const NoteRecord& record, IntervalReading reading) {
     rule.FlagWeekday = record.weekdays;
     rule.RepeatNumber = record.alarmrepeatnumber;
     rule.RepeatEvery = record.alarmrepeatevery;
-    rule.eachday = names(kEachDay);
-    rule.eachmonth = !rule.eachday && names(kEachMonth);
-    rule.eachyear = !rule.eachday && !rule.eachmonth && names(kEachYear);
+    rule.eachday = record.interval == kEachDay;
+    rule.eachmonth = record.interval == kEachMonth;
+    rule.eachyear = record.interval == kEachYear;
     if (rule.eachmonth) rule.alarmday = record.alarmday;
     if (rule.eachyear) rule.alarmdaymonth = record.alarmdaymonth;
     rule.Mute = record.mute;

@@ -54,12 +54,8 @@ bool isAhead(const AlarmRule& rule, Now now);
 /// `due` as a day count whose fraction is the time of day; 0 when it is empty.
 double DAlarmTime(const AlarmRule& rule);
 
-/// How the word for the pattern is found in a record: the registry holds exactly the word, the data files a
-/// field that contains it.
-enum class IntervalReading : unsigned char { Exact, Contained };
-
 /// The rule as stored. `due` is empty and AlarmDate may be "*" until armAfterLoad.
-AlarmRule ruleFromRecord(const NoteRecord& record, IntervalReading reading = IntervalReading::Exact);
+AlarmRule ruleFromRecord(const NoteRecord& record);
 
 /// Puts the rule's stored form into the record's alarm fields; the others keep their values. A pattern stores
 /// "*" as its date, and only the day, or day and month, that belongs to it.

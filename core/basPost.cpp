@@ -283,7 +283,7 @@ void basPost::HideAll(bool hidden) {
         const std::vector<fpost*> walk = Notes;
         for (fpost* note : walk) {
             if (!holds(note)) continue;  // silenced and gone with an earlier one
-            if (note->Alarming && note->SoundStop()) continue;
+            if (note->Alarming() && note->SoundStop()) continue;
             if (hidden) {
                 note->hide();
             } else {
@@ -412,8 +412,9 @@ void basPost::RemoveNote(fpost& note) {
 // --- Countdown --------------------------------------------------------------------------------------------
 
 void basPost::CountingChanged() {
-    const bool wanted = std::any_of(Notes.begin(), Notes.end(),
-                                    [](const fpost* n) { return n->isCounting() || n->record.readOnly; });
+    const bool wanted = std::any_of(Notes.begin(), Notes.end(), [](const fpost* n) {
+        return n->alarm.wantsTicks() || n->record.readOnly;
+    });
     if (wanted == ticking_) return;
     ticking_ = wanted;
     // One timer for all: with fifty of their own, the machine would be woken a hundred times a second.
@@ -552,7 +553,7 @@ void basPost::EndSession() {
     }
     CommitEdits();
     for (fpost* note : Notes)
-        note->StopRinging();
+        note->alarm.silence();
 }
 
 void basPost::Teardown() {

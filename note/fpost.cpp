@@ -131,7 +131,7 @@ void fpost::leave() {
 void fpost::take(const NoteRecord& stored) {
     record = stored;
     if (!record.backcolor) record.backcolor = kDesignColor;
-    alarm = ruleOf(record);
+    alarm.rule = ruleFromRecord(record);
 }
 
 bool fpost::store(std::initializer_list<NoteField> fields) {
@@ -361,8 +361,8 @@ std::optional<LRESULT> fpost::onLife(UINT message, WPARAM wp, LPARAM lp) {
         case WM_CREATE:
             return createParts() ? 0 : -1;
         case WM_DESTROY:
-            stopCountdown();
-            StopRinging();
+            alarm.stopCountdown();
+            alarm.silence();
             return 0;
         case WM_CLOSE:  // a polite kill or Alt+F4 must neither lose a note nor mark it closed
             return 0;
@@ -408,7 +408,7 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
             place();
             return {};
         case WM_SYSCOLORCHANGE:
-            if (!Alarming) tBackColor(Backcol());
+            if (!Alarming()) tBackColor(Backcol());
             return {};
         case WM_CTLCOLOREDIT:
             return reinterpret_cast<LRESULT>(
@@ -443,7 +443,7 @@ std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
                 onEditorNotice(HIWORD(wp), reinterpret_cast<HWND>(lp));
             } else if (endOpenMenu()) {
                 // A box that opens inside the menu's loop would lie below the menu, which has the mouse.
-                postChosen(LOWORD(wp), menuInput(alarm));
+                postChosen(LOWORD(wp), menuInput(alarm.rule));
             } else {
                 command(LOWORD(wp));
             }

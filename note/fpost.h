@@ -6,13 +6,14 @@
 #include <cstdint>
 #include <optional>
 
-#include "alarm/AlarmRule.h"
+#include "alarm/Ringing.h"
 #include "note/NoteBody.h"
 #include "note/NoteColor.h"
 #include "note/NoteHost.h"
 #include "note/NoteLayout.h"
 #include "note/NoteLook.h"
 #include "note/NoteMenu.h"
+#include "note/NoteRinging.h"
 #include "note/bas_HookEasyMove.h"
 #include "storage/NoteFields.h"
 #include "support/Accessible.h"
@@ -54,32 +55,20 @@ struct fpost {
     /// Goes from the screen, and then altogether: the collection does not hold the note any more.
     void leave();
 
-    // --- Alarm: countdown and ringing (fpostAlarm.cpp) ----------------------------------------------------
+    // --- Alarm (fpostAlarm.cpp) ---------------------------------------------------------------------------
+    bool Alarming() const { return alarm.Alarming; }
     /// Stops the ringing and arms the next occurrence. True when that deleted the note.
-    bool SoundStop();
-    /// Only the first half: timer, sound and flashing end.
-    void StopRinging();
+    bool SoundStop() { return alarm.SoundStop(host->now()); }
     /// Settles the alarm of a note that was just read; starts the countdown.
     void ArmAfterLoad();
     /// Places and fills the time strip, or hides it when there is nothing to count.
     void ShowAlarmStrip();
     /// Shows when it rings instead of the time left, or the other way round.
     void swapStrip();
-    void startCountdown();
-    void stopCountdown();
-    bool isCounting() const { return counting; }
-    /// A tick of the countdown, which comes every kAlarmTick while the note counts.
-    void tmr_Timer();
-    /// The time has come: the note comes to sight, flashes and sounds. What that changes is stored.
-    void ring();
-    /// A tick of the flashing, every kAlarmTick.
-    void flashTick();
+    /// A tick of the countdown, which comes every kAlarmTick as long as the alarm wants it.
+    void tmr_Timer() { alarm.tick(host->now()); }
     /// Lets the user edit the alarm; what is confirmed is stored. The note may be gone when it returns.
     void mnuAlarm();
-    /// Writes the whole rule to the store.
-    void storeAlarm();
-    /// Ends the alarm for good, on screen and in the store.
-    void ClearAlarm();
     /// Turns a flag of all notes over and stores it under its key in section "setting".
     void toggleSetting(bool GlobalSettings::*flag, const char16_t* key);
 
@@ -95,9 +84,8 @@ struct fpost {
     NoteMenuInput menuInput(const AlarmRule& rule) const;
     /// The alarm as the store holds it at this moment; the one in memory when it cannot be read.
     AlarmRule storedAlarm() const;
-    AlarmRule ruleOf(const NoteRecord& stored) const;
     /// Runs a command of the menu. `said`: what the menu was filled from when the user read it.
-    void command(unsigned id) { command(id, menuInput(alarm)); }
+    void command(unsigned id) { command(id, menuInput(alarm.rule)); }
     void command(unsigned id, const NoteMenuInput& said);
     /// Posted to itself: the command wp was chosen from its menu, which said lp of note and desk.
     static constexpr UINT kChosen = WM_APP + 3;
@@ -194,13 +182,10 @@ struct fpost {
     NoteHost* host = nullptr;
     int number = 0;     ///< N, 1..50; set by the collection alone, never kept across an event
     NoteRecord record;  ///< what is stored; the window only shows it
-    AlarmRule alarm;
+    NoteRinging ringing{*this};
+    Ringing alarm{ringing};
 
-    bool Help = false;          ///< shows the built-in help instead of a stored note
-    bool Alarming = false;      ///< rings now
-    bool ShowCountdown = true;  ///< the strip shows the time left, else the due time
-    int Tickcount = 0;          ///< flash ticks since the sound last started, 0..5
-    UINT_PTR flashTimer = 0;    ///< id of the running flash timer, 0 when none
+    bool Help = false;  ///< shows the built-in help instead of a stored note
     bool bodyBeingEdited = false;
     bool titleBeingEdited = false;
     bool resizeMode = false;
@@ -208,6 +193,8 @@ struct fpost {
     int currentCursor = 0;      ///< resource number of the cursor shown, 0 the arrow
 
 private:
+    friend class NoteRinging;
+
     void take(const NoteRecord& stored);
     bool createParts();
     PxRect shownRect() const;
@@ -258,12 +245,6 @@ private:
     void pressStrip(const Press& press);
     void setPartCursor(HWND part);
     void repaint() const;
-    Text stripText() const;
-    void placeStripText();
-    void count(bool on);
-    /// Takes over whether and how the alarm recurs by what the store holds now, also when another program put
-    /// it there. The alarm in memory stays when the store has none or cannot be read.
-    void takeStoredPattern();
     PxRect windowRect() const;
     void wantTips();
     void fillTip(NMHDR& header) const;
@@ -294,7 +275,6 @@ private:
     bool swallowDoubleClick = false;
     bool drafting = false;  ///< the timer that writes the draft runs
     bool drafted = false;   ///< the draft is this note's
-    bool counting = false;  ///< the alarm's countdown runs
     UINT gripRelease = 0;   ///< the button message that ends the grip's press-and-hold loop; 0: none runs
 };
 

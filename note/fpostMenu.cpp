@@ -44,10 +44,10 @@ NoteMenuInput fpost::menuInput(const AlarmRule& rule) const {
 }
 
 AlarmRule fpost::storedAlarm() const {
-    if (host->store->UseRegistry) return alarm;
+    if (host->store->UseRegistry) return alarm.rule;
     NoteRecord stored;
-    if (!host->store->load(number, stored, *host->settings)) return alarm;
-    AlarmRule rule = ruleOf(stored);
+    if (!host->store->load(number, stored, *host->settings)) return alarm.rule;
+    AlarmRule rule = ruleFromRecord(stored);
     armAfterLoad(rule, host->now());
     return rule;
 }
@@ -80,7 +80,7 @@ void fpost::postChosen(unsigned id, const NoteMenuInput& said) const {
 }
 
 void fpost::onChosen(unsigned id, LPARAM said) {
-    NoteMenuInput input = menuInput(alarm);
+    NoteMenuInput input = menuInput(alarm.rule);
     input.iconized = (said & kSaidIconized) != 0;
     input.allHidden = (said & kSaidAllHidden) != 0;
     input.allIconized = (said & kSaidAllIconized) != 0;
@@ -88,7 +88,7 @@ void fpost::onChosen(unsigned id, LPARAM said) {
 }
 
 void fpost::command(unsigned id, const NoteMenuInput& said) {
-    if (Help || beingDeleted || !commandAllowed(noteMenu(menuInput(alarm)), id)) return;
+    if (Help || beingDeleted || !commandAllowed(noteMenu(menuInput(alarm.rule)), id)) return;
     // Edit ends the other editor by itself and leaves its own as it is.
     if (id != IDM_EDIT) CommitEdits();
     switch (id) {
@@ -152,7 +152,7 @@ bool fpost::onKeyDown(WPARAM key) {
     }
     if (resizeMode && resizeKey(key)) return true;
     const NoteKey pressed{static_cast<unsigned>(key), isDown(VK_SHIFT), isDown(VK_CONTROL), isDown(VK_MENU)};
-    switch (noteAction(pressed, {bodyBeingEdited || titleBeingEdited, Alarming, resizeMode})) {
+    switch (noteAction(pressed, {bodyBeingEdited || titleBeingEdited, Alarming(), resizeMode})) {
         case NoteAction::None:
             return false;
         case NoteAction::Delete:

@@ -38,7 +38,7 @@ void fpost::pressSheet(HWND part, const Press& press) {
             EditForm();
         }
     } else if (press.leftDown && plain) {
-        swallowDoubleClick = Alarming;
+        swallowDoubleClick = Alarming();
         DragWindow();
     } else if (press.message == WM_RBUTTONUP) {
         if (part == nota || record.iconized) {
@@ -70,7 +70,7 @@ void fpost::pressGrip(const Press& press) {
 }
 
 void fpost::pressStrip(const Press& press) {
-    if (press.leftDown && Alarming) {
+    if (press.leftDown && Alarming()) {
         SoundStop();
     } else if (press.leftDown) {
         DragWindow();

@@ -32,7 +32,7 @@ bool isHeld(bool rightButton) {
 // --- Moving -----------------------------------------------------------------------------------------------
 
 void fpost::DragWindow() {
-    if (Alarming) {
+    if (Alarming()) {
         SoundStop();
         return;
     }
@@ -248,7 +248,7 @@ void fpost::toggleIconized() {
 }
 
 void fpost::IconizeForm() {
-    if (Alarming && SoundStop()) return;
+    if (Alarming() && SoundStop()) return;
     showIconized();
 }
 

@@ -27,7 +27,7 @@ void fpost::CloseForm() {
     const NoteWatch watch(*this);
     CommitEdits();
     if (watch.gone()) return;
-    if (Alarming && SoundStop()) return;
+    if (Alarming() && SoundStop()) return;
     setResizeMode(false);
     record.closed = true;
     hide();
@@ -49,8 +49,8 @@ void fpost::DeleteForm(bool Silent) {
     }
     // Only the noise ends: arming the next occurrence of a note that goes would delete it a second time.
     beingDeleted = true;
-    StopRinging();
-    stopCountdown();
+    alarm.silence();
+    alarm.stopCountdown();
     host->remove(*this);
     if (!watch.destroyed()) unload();
 }

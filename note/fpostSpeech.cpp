@@ -30,8 +30,8 @@ LRESULT fpost::answerSpoken(HWND window, WPARAM wp, LPARAM lp) const {
 
 Spoken fpost::spoken() const {
     NoteSpeechInput input{record.Titolo};
-    input.ringing = Alarming;
-    input.armed = counting;
+    input.ringing = Alarming();
+    input.armed = alarm.isCounting();
     input.iconized = record.iconized;
     input.topmost = record.topmost;
     input.resizeMode = resizeMode;
@@ -63,7 +63,7 @@ Spoken fpost::spokenPart(HWND part, int element) const {
         if (record.Nota.empty()) said.name = u"No text";
     } else if (part == pic_time) {
         said.role = Role::StaticText;
-        if (Alarming) said.name = u"The alarm rings";
+        if (Alarming()) said.name = u"The alarm rings";
     } else if (part == txtNota) {
         said.name = u"Text";
         said.value = windowText(part);

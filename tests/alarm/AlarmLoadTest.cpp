@@ -52,13 +52,12 @@ TEST(StoredForm, DayOfAnotherPatternIsNotStored) {
     EXPECT_EQ(record.alarmdaymonth, u"");
 }
 
-TEST(StoredForm, RegistryComparesTheWordAndTheFilesSearchForIt) {
-    NoteRecord record;
-    record.interval = u" eachyear";
-    EXPECT_FALSE(ruleFromRecord(record).DateNotSet());
-    EXPECT_TRUE(ruleFromRecord(record, IntervalReading::Contained).eachyear);
-    record.interval = u"Eachday";
-    EXPECT_FALSE(ruleFromRecord(record, IntervalReading::Contained).DateNotSet());
+TEST(StoredForm, APatternIsExactlyItsWord) {
+    for (const TextView word : {u" eachyear", u"eachyear ", u"Eachday", u"eachmonths", u"each", u""}) {
+        NoteRecord record;
+        record.interval = word;
+        EXPECT_FALSE(ruleFromRecord(record).DateNotSet()) << Text(word).size();
+    }
 }
 
 TEST(Load, MovesAPassedRepeatOnAndSaysSo) {

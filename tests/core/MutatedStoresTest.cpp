@@ -68,8 +68,7 @@ void mutate(Dice& dice, std::string& bytes) {
 void arm(Program& program) {
     const Now now{instantOf({2026, 6, 15}, {12, 0, 0}), 0};
     for (NoteRecord& note : program.notes) {
-        const auto reading = program.store.UseRegistry ? IntervalReading::Exact : IntervalReading::Contained;
-        AlarmRule rule = ruleFromRecord(note, reading);
+        AlarmRule rule = ruleFromRecord(note);
         if (armAfterLoad(rule, now)) storeRule(note, rule);
     }
 }

@@ -75,7 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     record.alarmday = input.text(3);
     record.alarmdaymonth = input.text(6);
 
-    AlarmRule rule = ruleFromRecord(record, IntervalReading::Contained);
+    AlarmRule rule = ruleFromRecord(record);
     armAfterLoad(rule, now);
     checkDue(rule);
     require(rule.AlarmWeekday >= 0 && rule.AlarmWeekday <= kSeveralWeekdays);

@@ -51,8 +51,7 @@ void loadAll(NoteStore& store, const GlobalSettings& settings, int count) {
     for (int number = 1; number <= count; ++number) {
         NoteRecord record;
         store.load(number, record, settings);
-        AlarmRule rule =
-            ruleFromRecord(record, store.UseRegistry ? IntervalReading::Exact : IntervalReading::Contained);
+        AlarmRule rule = ruleFromRecord(record);
         if (!armAfterLoad(rule, now)) continue;
         storeRule(record, rule);
         require(store.set(number, record, {NoteField::AlarmDate, NoteField::AlarmTime}));

@@ -54,9 +54,9 @@ TEST(AccessibleNote, EveryPartInEveryStateHasANameAndARole) {
     iconized.iconized = true;
     NoteRecord empty;
     TestNotes desk(false, {plainNote(u"Shopping"), iconized, armed(u"Tea"), empty, armed(u"Rings")});
-    desk.note(3).alarm.due = instantOf({2026, 6, 15}, {18, 0, 0});
+    desk.note(3).alarm.rule.due = instantOf({2026, 6, 15}, {18, 0, 0});
     letRing(desk);
-    ASSERT_TRUE(desk.note(5).Alarming && !desk.note(3).Alarming);
+    ASSERT_TRUE(desk.note(5).Alarming() && !desk.note(3).Alarming());
     for (const fpost* note : desk.desk->Notes) {
         EXPECT_FALSE(Ear(note->hwnd).name().empty());
         for (const HWND part : visibleChildren(note->hwnd)) {

@@ -14,7 +14,6 @@
 #include "tests/window/TestNotes.h"
 
 inline const Instant kDue = instantOf({2026, 6, 15}, {12, 0, 10});  // ten seconds after the desk's start
-inline constexpr int kTicksBetweenSounds = 6;                       // three seconds
 
 inline Instant later(std::int64_t seconds) {
     return {kDue.seconds + seconds};
@@ -72,7 +71,7 @@ protected:
         desk->clock = {later(1), 0};
         tick(*desk);
         for (const fpost* note : desk->desk->Notes)
-            EXPECT_TRUE(note->Alarming) << plain(note->Titolo());
+            EXPECT_TRUE(note->Alarming()) << plain(note->Titolo());
         return desk;
     }
     /// Half a second later, for every note that counts down.

@@ -32,7 +32,7 @@ inline Text trayCaption(const TestNotes& desk, int index) {
 
 /// The caption in a note's own menu.
 inline Text noteCaption(fpost& note, unsigned id) {
-    for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm))) {
+    for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm.rule))) {
         if (item.id == id) return item.caption;
     }
     return {};

@@ -129,7 +129,7 @@ std::unique_ptr<TestNotes> ringing(bool useRegistry, bool keepThem) {
 
 TEST_P(Collection, HideAllSilencesRingingNotesAndRemovesThoseWhoseAlarmIsOver) {
     const auto desk = ringing(GetParam(), false);
-    ASSERT_TRUE(desk->note(1).Alarming && desk->note(3).Alarming);
+    ASSERT_TRUE(desk->note(1).Alarming() && desk->note(3).Alarming());
     desk->desk->ToggleHideAll();
     pumpPending();
     ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"n2", u"n4"}));
@@ -149,7 +149,7 @@ TEST_P(Collection, HideAllSilencesRingingNotesThatAreToBeKept) {
     pumpPending();
     ASSERT_EQ(desk->desk->Count(), 4);
     for (int n = 1; n <= 4; ++n) {
-        EXPECT_FALSE(desk->note(n).Alarming) << n;
+        EXPECT_FALSE(desk->note(n).Alarming()) << n;
         EXPECT_FALSE(desk->note(n).visible()) << n;
     }
     EXPECT_EQ(desk->stored(1).alarmdate, u"");
@@ -164,7 +164,7 @@ TEST_P(Collection, ShowAllReachesTheNotesBehindOneThatGoesWithItsAlarm) {
     const auto desk = run(notes, settings);
     desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
     desk->note(1).tmr_Timer();
-    ASSERT_TRUE(desk->note(1).Alarming);
+    ASSERT_TRUE(desk->note(1).Alarming());
     desk->desk->HideAll(false);  // what a menu says that was open when the note rang
     pumpPending();
     ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"n2", u"n3"}));
@@ -184,8 +184,8 @@ TEST_P(Collection, ACommandOfANotesMenuDoesWhatTheMenuSaid) {
     notes[0].alarmdate = u"15/06/2026";
     notes[0].alarmtime = u"12:00:10";
     const auto desk = run(notes, settings);
-    const NoteMenuInput own = desk->note(1).menuInput(desk->note(1).alarm);
-    const NoteMenuInput others = desk->note(2).menuInput(desk->note(2).alarm);
+    const NoteMenuInput own = desk->note(1).menuInput(desk->note(1).alarm.rule);
+    const NoteMenuInput others = desk->note(2).menuInput(desk->note(2).alarm.rule);
     ASSERT_TRUE(own.iconized && others.allIconized);
     // It rings, and is restored for it, while the menu is open.
     desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
@@ -195,12 +195,12 @@ TEST_P(Collection, ACommandOfANotesMenuDoesWhatTheMenuSaid) {
     pumpPending();
     ASSERT_EQ(desk->desk->Count(), 3) << "iconized again, it would be silenced and go";
     EXPECT_FALSE(desk->note(1).Iconized());
-    EXPECT_TRUE(desk->note(1).Alarming);
+    EXPECT_TRUE(desk->note(1).Alarming());
     desk->note(2).postChosen(IDM_ICONIZEALL, others);  // "Restore All"
     pumpPending();
     for (int n = 1; n <= 3; ++n)
         EXPECT_FALSE(desk->note(n).Iconized()) << n;
-    desk->note(2).postChosen(IDM_ICONIZE, desk->note(2).menuInput(desk->note(2).alarm));
+    desk->note(2).postChosen(IDM_ICONIZE, desk->note(2).menuInput(desk->note(2).alarm.rule));
     pumpPending();
     EXPECT_TRUE(desk->note(2).Iconized());
 }
@@ -252,11 +252,11 @@ TEST_P(Collection, RestoreAllReachesTheNotesBehindOneThatGoesWithItsAlarm) {
     desk->desk->ToggleIconizeAll();
     for (const int n : {1, 3}) {
         fpost& note = desk->note(n);
-        note.alarm.AlarmDate = u"15/06/2026";
-        note.alarm.AlarmTime = u"12:00:10";
+        note.alarm.rule.AlarmDate = u"15/06/2026";
+        note.alarm.rule.AlarmTime = u"12:00:10";
         note.ArmAfterLoad();
         note.tmr_Timer();
-        ASSERT_TRUE(note.Alarming) << n;
+        ASSERT_TRUE(note.Alarming()) << n;
     }
     desk->desk->settings.DontDeleteWhenPlay = false;
     desk->desk->ToggleIconizeAll();
@@ -474,7 +474,7 @@ TEST_P(Collection, TheEndOfTheSessionKeepsTextAndARingingNote) {
     EXPECT_EQ(desk->stored(2).Nota, u"typed at log-off");
     EXPECT_EQ(desk->desk->Count(), 4);
     EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026") << "it rings again at the next start";
-    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_FALSE(desk->note(1).Alarming());
 }
 
 TEST_P(Collection, ExitNeverDeletesARingingNote) {

@@ -94,8 +94,8 @@ std::vector<Operation> operations() {
          ringNoteTwo},
         {"a single alarm that takes its note away",
          [](TestNotes& desk) {
-             desk.note(2).alarm.RepeatNumber = 0;
-             desk.note(2).storeAlarm();
+             desk.note(2).alarm.rule.RepeatNumber = 0;
+             desk.note(2).ringing.store(AlarmFields::Everything);
              ringNoteTwo(desk);
          },
          [](TestNotes& desk) { desk.note(2).SoundStop(); }, 2},

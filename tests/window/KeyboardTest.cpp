@@ -161,10 +161,10 @@ TEST_P(Keyboard, ShiftF4ShowsWhenItRingsAndTheTimeLeftAgain) {
     fpost& note = desk->note(1);
     ASSERT_EQ(windowText(note.pic_time), u"0:00:05");
     hold(note.hwnd, VK_F4, 1, {VK_SHIFT});
-    EXPECT_EQ(windowText(note.pic_time), dueText(note.alarm));
+    EXPECT_EQ(windowText(note.pic_time), dueText(note.alarm.rule));
     hold(note.hwnd, VK_F4, 1, {VK_SHIFT});
     EXPECT_EQ(windowText(note.pic_time), u"0:00:05");
-    EXPECT_TRUE(note.isCounting());
+    EXPECT_TRUE(note.alarm.isCounting());
 }
 
 TEST_P(Keyboard, EscAndSpaceStopANoteThatRings) {
@@ -174,14 +174,14 @@ TEST_P(Keyboard, EscAndSpaceStopANoteThatRings) {
         const auto desk = run({armed(u"a")}, settings);
         fpost& note = desk->note(1);
         typeKey(note.hwnd, key);
-        EXPECT_TRUE(note.isCounting()) << "before it rings the key is nothing";
+        EXPECT_TRUE(note.alarm.isCounting()) << "before it rings the key is nothing";
         desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 5});
         desk->desk->Tick();
-        ASSERT_TRUE(note.Alarming);
+        ASSERT_TRUE(note.Alarming());
         typeKey(note.hwnd, VK_RETURN);
-        EXPECT_TRUE(note.Alarming);
+        EXPECT_TRUE(note.Alarming());
         typeKey(note.hwnd, key);
-        EXPECT_FALSE(note.Alarming) << key;
+        EXPECT_FALSE(note.Alarming()) << key;
         EXPECT_EQ(desk->desk->Count(), 1);
     }
 }

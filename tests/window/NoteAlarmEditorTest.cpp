@@ -49,7 +49,7 @@ TEST_P(AlarmEditor, OnANoteWithoutAnAlarmShowsTodayAndNow) {
     EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026");
     EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:00");
     tick(*desk);
-    EXPECT_TRUE(desk->note(1).Alarming);
+    EXPECT_TRUE(desk->note(1).Alarming());
 }
 
 TEST_P(AlarmEditor, HoursTurnOverIntoTheNextDayAndBack) {
@@ -92,7 +92,7 @@ TEST_P(AlarmEditor, TheYearClickedTwiceIsAFullDateOfThisYear) {
         EXPECT_EQ(stored.alarmdate, step.date);
         EXPECT_EQ(stored.interval, step.interval);
         EXPECT_EQ(stored.alarmdaymonth, step.dayMonth);
-        EXPECT_EQ(desk->note(1).alarm.due, kDue);
+        EXPECT_EQ(desk->note(1).alarm.rule.due, kDue);
     }
 }
 
@@ -121,8 +121,8 @@ TEST_P(AlarmEditor, StartOnANoteThatRingsSilencesItAndArmsTheNewAlarm) {
     });
     edit(*desk);
     fpost& note = desk->note(1);
-    EXPECT_FALSE(note.Alarming);
-    EXPECT_EQ(note.flashTimer, 0U);
+    EXPECT_FALSE(note.Alarming());
+    EXPECT_EQ(note.alarm.pTimerProc, 0U);
     EXPECT_EQ(desk->silences, 1);
     EXPECT_EQ(note.tBackColor(), note.Backcol());
     EXPECT_EQ(strip(note), "0:59:59");
@@ -138,7 +138,7 @@ TEST_P(AlarmEditor, StopOnANoteThatRingsSilencesItAndKeepsTheNote) {
     script.when(opened(*desk), [&] { click(*desk, ID_BTNCANCEL); });
     edit(*desk);
     ASSERT_EQ(desk->desk->Count(), 1);
-    EXPECT_FALSE(desk->note(1).Alarming);
+    EXPECT_FALSE(desk->note(1).Alarming());
     EXPECT_FALSE(stripShown(desk->note(1)));
     const NoteRecord stored = desk->stored(1);
     for (const Text& text : {stored.alarmdate, stored.alarmtime, stored.alarmrepeatevery, stored.interval,
@@ -150,7 +150,7 @@ TEST_P(AlarmEditor, StopOnANoteThatRingsSilencesItAndKeepsTheNote) {
     EXPECT_FALSE(stored.mute);
     EXPECT_EQ(stored.Nota, u"body of a");
     desk->killAndRestart();
-    EXPECT_FALSE(desk->note(1).alarm.due);
+    EXPECT_FALSE(desk->note(1).alarm.rule.due);
 }
 
 TEST_P(AlarmEditor, LeftWithoutStartOrStopTheNoteGoesOnRinging) {
@@ -158,7 +158,7 @@ TEST_P(AlarmEditor, LeftWithoutStartOrStopTheNoteGoesOnRinging) {
     Script script(desk->desk->dialog);
     script.when(opened(*desk), [&] { PostMessageW(desk->desk->dialog.hwnd, WM_CLOSE, 0, 0); });
     edit(*desk);
-    EXPECT_TRUE(desk->note(1).Alarming);
+    EXPECT_TRUE(desk->note(1).Alarming());
     EXPECT_EQ(desk->silences, 0);
     EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:10");
 }
@@ -169,14 +169,14 @@ TEST_P(AlarmEditor, ANoteThatRingsWhileItsEditorIsOpenIsThereWhenItCloses) {
     script.when(opened(*desk), [&] {
         desk->clock = {kDue, 0};
         tick(*desk);
-        EXPECT_TRUE(desk->note(1).Alarming);
+        EXPECT_TRUE(desk->note(1).Alarming());
         EXPECT_EQ(text(*desk, ID_LBLCOUNTDOWN), "0:00:00");
         scroll(*desk, ID_HMIN, SB_LINERIGHT);
         click(*desk, ID_BTNOK);
     });
     edit(*desk);
-    EXPECT_FALSE(desk->note(1).Alarming);
-    EXPECT_EQ(desk->note(1).alarm.due, later(60));
+    EXPECT_FALSE(desk->note(1).Alarming());
+    EXPECT_EQ(desk->note(1).alarm.rule.due, later(60));
 }
 
 TEST_P(AlarmEditor, ANoteThatGoesWhileItsEditorIsOpenTakesNothingFromItsNeighbour) {
@@ -192,7 +192,7 @@ TEST_P(AlarmEditor, ANoteThatGoesWhileItsEditorIsOpenTakesNothingFromItsNeighbou
     edit(*desk);
     pumpPending();
     ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"b"}));
-    EXPECT_TRUE(desk->note(1).Alarming);
+    EXPECT_TRUE(desk->note(1).Alarming());
     EXPECT_EQ(desk->stored(1), neighbour);
     EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:10");
     EXPECT_TRUE(IsWindowEnabled(desk->note(1).hwnd));
@@ -208,7 +208,7 @@ TEST_P(AlarmEditor, EveryKindOfAlarmIsStoredAsTheUserChoseIt) {
     };
     for (const Row& row :
          {Row{ID_CBODAY, 3, u"17/06/2026", 3, 0, u""}, Row{ID_CBOREPEAT, 5, u"", 0, 5, u"mm"}}) {
-        desk->note(1).ClearAlarm();
+        desk->note(1).alarm.clear();
         Script script(desk->desk->dialog);
         script.when(opened(*desk), [&] {
             scroll(*desk, ID_HMIN, SB_LINERIGHT);

@@ -37,7 +37,7 @@ std::vector<Text> storedTitles(TestNotes& desk) {
 }
 
 Text hideAllCaption(const fpost& note) {
-    for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm))) {
+    for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm.rule))) {
         if (item.id == IDM_HIDEALL) return item.caption;
     }
     return {};
@@ -55,7 +55,7 @@ NoteRecord ringingOnce(TextView title) {
 void letFirstRing(TestNotes& desk) {
     desk.clock.at.seconds += 20;
     desk.note(1).tmr_Timer();
-    ASSERT_TRUE(desk.note(1).Alarming);
+    ASSERT_TRUE(desk.note(1).Alarming());
 }
 
 // --- Delete -----------------------------------------------------------------------------------------------

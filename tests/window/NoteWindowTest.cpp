@@ -184,7 +184,7 @@ TEST_P(NoteWindow, OpeningTheMenuLeavesTheAlarmCounting) {
     const auto desk = run({daily});
     fpost& note = desk->note(1);
     EXPECT_TRUE(note.menuInput(note.storedAlarm()).alarmValid);
-    EXPECT_EQ(note.alarm.due, instantOf({2026, 6, 15}, {18, 0, 0}));
+    EXPECT_EQ(note.alarm.rule.due, instantOf({2026, 6, 15}, {18, 0, 0}));
     desk->folder.locked.insert(Text(kNoteFile));
     EXPECT_TRUE(note.menuInput(note.storedAlarm()).alarmValid) << "memory serves while the file is locked";
 }
@@ -374,7 +374,7 @@ TEST_P(NoteWindow, NotesThatCouldNotBeReadComeWhenTheyCan) {
                   storeFree(notes[static_cast<std::size_t>(number) - 1]));
     EXPECT_EQ(windowText(desk->note(2).nota), u"body of b");
     EXPECT_EQ(desk->note(2).Left(), 4500);
-    EXPECT_TRUE(desk->note(2).isCounting());
+    EXPECT_TRUE(desk->note(2).alarm.isCounting());
     EXPECT_TRUE(desk->note(1).visible() && desk->note(2).visible());
     EXPECT_FALSE(desk->note(3).visible());
     desk->note(1).moveTo(6000, 6000);
@@ -391,9 +391,9 @@ TEST_P(NoteWindow, MissedDailyAlarmMovesOnSilentlyAndStaysDaily) {
     daily.interval = u"eachday";
     const auto desk = run({daily});
     const fpost& note = desk->note(1);
-    EXPECT_FALSE(note.Alarming);
-    ASSERT_TRUE(note.alarm.due.has_value());
-    EXPECT_EQ(*note.alarm.due, instantOf({2026, 6, 16}, {9, 0, 0}));
+    EXPECT_FALSE(note.Alarming());
+    ASSERT_TRUE(note.alarm.rule.due.has_value());
+    EXPECT_EQ(*note.alarm.rule.due, instantOf({2026, 6, 16}, {9, 0, 0}));
     EXPECT_EQ(desk->stored(1).alarmdate, u"*");
     EXPECT_EQ(desk->stored(1).interval, u"eachday");
 }
@@ -417,7 +417,7 @@ TEST_P(NoteWindow, WeekdayRuleWithoutADayHasNothingToWaitFor) {
     weekly.alarmtime = u"09:00:00";
     weekly.alarmweekday = 8;
     const auto desk = run({weekly});
-    EXPECT_FALSE(desk->note(1).alarm.due.has_value());
+    EXPECT_FALSE(desk->note(1).alarm.rule.due.has_value());
     EXPECT_FALSE(IsWindowVisible(desk->note(1).pic_time));
     EXPECT_EQ(desk->stored(1).alarmweekday, 8);
 }

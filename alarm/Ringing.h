@@ -1,0 +1,102 @@
+// A note's alarm through a run of the program: armed, counting down, ringing, silenced, armed again. It has
+// no window and reads no clock: time is an argument, and whatever the note has to do goes through
+// RingingFace.
+#pragma once
+
+#include <cstdint>
+
+#include "alarm/AlarmRule.h"
+#include "support/DateTime.h"
+#include "support/Text.h"
+
+/// Half-second ticks from one start of the sound to the next: three seconds.
+inline constexpr int kTicksBetweenSounds = 6;
+
+/// The fields that a change of the alarm concerns.
+enum class AlarmFields : unsigned char {
+    Everything,
+    DateAndTime,  ///< it only moved on
+    Cleared,      ///< there is no alarm any more
+};
+
+/// What an alarm asks of the note that carries it.
+class RingingFace {
+public:
+    virtual ~RingingFace() = default;
+    RingingFace(const RingingFace&) = delete;
+    RingingFace& operator=(const RingingFace&) = delete;
+
+    /// Prints the strip's text, and shows or hides the strip as `Ringing::wantsStrip` says.
+    virtual void showStrip() = 0;
+    /// Another second of the countdown, for the strip and for whoever else shows it.
+    virtual void showCountdown(const Text& text) = 0;
+    /// White, or the note's own colour.
+    virtual void showColour(bool white) = 0;
+    /// Brings the note to sight, restored and reopened as far as that is wanted.
+    virtual void appear() = 0;
+    /// Speaks of the note's new state to screen readers.
+    virtual void announce() = 0;
+    virtual void startSound() = 0;
+    virtual void stopSound() = 0;
+    /// Starts the timer that calls `flashTick` every half second. Its identifier, or 0 when there is none.
+    virtual std::uintptr_t startFlashTimer() = 0;
+    virtual void stopFlashTimer() = 0;
+    /// `wantsTicks` has changed.
+    virtual void ticksChanged() = 0;
+    /// Stores what the rule has become.
+    virtual void store(AlarmFields fields) = 0;
+    /// Takes over whether and how the alarm recurs by what the store holds now; what cannot be read stays.
+    virtual void takeStoredPattern(AlarmRule& rule) = 0;
+    /// The alarm rang its only time. True when the note went with it: the alarm may be gone, too.
+    virtual bool removeNote() = 0;
+
+protected:
+    RingingFace() = default;
+};
+
+struct Ringing {
+    explicit Ringing(RingingFace& face) : face_(face) {}
+    Ringing(const Ringing&) = delete;
+    Ringing& operator=(const Ringing&) = delete;
+
+    /// Settles a rule that was just read, stores it if it moved on, and starts the countdown.
+    void armAfterLoad(Now now);
+    /// Takes a rule that the user has confirmed.
+    void set(const AlarmRule& confirmed);
+    /// Ends the alarm for good.
+    void clear();
+
+    /// Half a second later: the countdown goes on, or it is time to ring.
+    void tick(Now now);
+    /// Half a second later while it rings: the colour changes, and from time to time the sound begins again.
+    void flashTick();
+    /// Stops the ringing and arms the next occurrence. True when the note went with its alarm.
+    bool SoundStop(Now now);
+    /// Ends colour, sound and flash timer, and arms nothing.
+    void silence();
+    /// Counts down when there is something to wait for, and not otherwise.
+    void updateCountdown();
+    void stopCountdown() { count(false); }
+
+    bool isCounting() const { return counting_; }
+    /// Whether `tick` has to come every half second.
+    bool wantsTicks() const { return counting_ || Alarming; }
+    /// Whether the strip has something to show.
+    bool wantsStrip() const { return rule.due || Alarming; }
+    /// The time left or, by `ShowCountdown`, when it is due. Empty when there is nothing to wait for.
+    Text stripText(Now now) const;
+
+    AlarmRule rule;
+    bool Alarming = false;          ///< rings now
+    bool ShowCountdown = true;      ///< the strip shows the time left, else the due time
+    int Tickcount = 0;              ///< flash ticks since the sound last started, 0..5
+    std::uintptr_t pTimerProc = 0;  ///< identifier of the running flash timer, 0 when none
+
+private:
+    void ring();
+    void count(bool on);
+
+    RingingFace& face_;
+    bool counting_ = false;
+    bool white_ = false;
+};

@@ -1,0 +1,28 @@
+// What a note's alarm does to its window, to the desk and to the store.
+#pragma once
+
+#include "alarm/Ringing.h"
+
+struct fpost;
+
+class NoteRinging final : public RingingFace {
+public:
+    explicit NoteRinging(fpost& note) : note_(note) {}
+
+    void showStrip() override;
+    void showCountdown(const Text& text) override;
+    void showColour(bool white) override;
+    void appear() override;
+    void announce() override;
+    void startSound() override;
+    void stopSound() override;
+    std::uintptr_t startFlashTimer() override;
+    void stopFlashTimer() override;
+    void ticksChanged() override;
+    void store(AlarmFields fields) override;
+    void takeStoredPattern(AlarmRule& rule) override;
+    bool removeNote() override;
+
+private:
+    fpost& note_;
+};
