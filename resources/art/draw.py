@@ -364,6 +364,26 @@ def bitmap(picture):
     return header + pixels + mask
 
 
+def plain_bitmap(picture):
+    """The form for large cursors: 16 greys and a one-bit mask, a sixth of the size. Half-covered pixels count as seen,
+    so the outline stays closed."""
+    rows = picture.rows()
+    pixels = mask = b''
+    for row in reversed(rows):
+        seen = [alpha >= 128 for *_, alpha in row]
+        greys = [(red + 8) // 17 if shown else 0 for (red, *_), shown in zip(row, seen)]
+        width = (len(row) + 7) // 8 * 8
+        greys += [0] * (width - len(row))
+        pixels += bytes(high << 4 | low for high, low in zip(greys[::2], greys[1::2]))
+        bits = ''.join('0' if shown else '1' for shown in seen)
+        width = (len(bits) + 31) // 32 * 32
+        mask += int(bits.ljust(width, '0'), 2).to_bytes(width // 8, 'big')
+    palette = b''.join(bytes((17 * grey, 17 * grey, 17 * grey, 0)) for grey in range(16))
+    header = struct.pack('<IiiHHIIiiII', 40, picture.size, picture.size * 2, 1, 4, 0, len(pixels) + len(mask),
+                         0, 0, 16, 0)
+    return header + palette + pixels + mask
+
+
 def foretell(line, above, at):
     """The byte at a place of a row, guessed from its left, upper and upper left neighbours (PNG's Paeth filter)."""
     left, corner = (line[at - 4], above[at - 4]) if at >= 4 else (0, 0)
@@ -413,7 +433,8 @@ def cursor_file(draw):
     entries = []
     for size in CURSORS:
         picture, (x, y) = draw(size)
-        entries.append((size, x, y, bitmap(picture) if size < 48 else png(picture)))
+        # Windows reads compressed pictures in icons only.
+        entries.append((size, x, y, bitmap(picture) if size < 48 else plain_bitmap(picture)))
     return image_file(2, entries)
 
 
