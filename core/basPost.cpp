@@ -6,6 +6,7 @@
 
 #include "alarm/bas_PlaySound.h"
 #include "core/Columns.h"
+#include "note/bas_DialogColor.h"
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
 #include "storage/Draft.h"
@@ -19,11 +20,8 @@ constexpr int kCascadeStep = 24;  // pixels from one new note to the next
 /// Cancels the system's own dialog over a note, the choice of a colour. The quit message alone can end it as
 /// if the colour had been confirmed.
 BOOL CALLBACK cancelSystemDialog(HWND window, LPARAM note) noexcept {
-    constexpr ULONG_PTR kDialogClass = 0x8002;
     const bool overNote = GetWindow(window, GW_OWNER) == reinterpret_cast<HWND>(note);
-    if (overNote && GetClassLongPtrW(window, GCW_ATOM) == kDialogClass) {
-        SendMessageW(window, WM_COMMAND, IDCANCEL, 0);
-    }
+    if (overNote && isSystemDialog(window)) SendMessageW(window, WM_COMMAND, IDCANCEL, 0);
     return TRUE;
 }
 
@@ -197,7 +195,7 @@ bool basPost::openNotes(int count) {
     for (int number = 1; number <= count; ++number) {
         NoteRecord record;
         store.load(number, record, settings);
-        fpost* const note = fpost::open(host, tray.hwnd, number, record);
+        fpost* const note = fpost::open(host, number, record);
         if (note == nullptr) return false;
         Notes.push_back(note);
         NoteSlots[static_cast<std::size_t>(number - 1)] = note;
@@ -260,7 +258,7 @@ bool basPost::NewNote() {
 
     const int number = Count() + 1;
     const NoteRecord record = freshRecord(number);
-    fpost* const note = fpost::open(host, tray.hwnd, number, record);
+    fpost* const note = fpost::open(host, number, record);
     if (note == nullptr) return false;
     if (!store.create(number, note->record)) note->oweEverything();
     Notes.push_back(note);
@@ -448,7 +446,7 @@ void basPost::readAgain() {
         if (!unread(note)) continue;
         NoteRecord record;
         if (!store.load(note->number, record, settings)) return;
-        fpost* const whole = fpost::open(host, tray.hwnd, note->number, record);
+        fpost* const whole = fpost::open(host, note->number, record);
         if (whole == nullptr) return;
         std::exchange(note, whole)->leave();
         Renumber();
@@ -558,11 +556,9 @@ void basPost::EndSession() {
 
 void basPost::Teardown() {
     live_ = false;
-    const std::vector<fpost*> walk = Notes;
     Notes.clear();
     NoteSlots.fill(nullptr);
-    for (const fpost* note : walk)
-        DestroyWindow(note->hwnd);
+    fpost::destroyAll(host);
     dialog.unload();
     tray.destroy();
 }

@@ -48,13 +48,13 @@ struct basPost {
     /// The session ends: nothing may ask, nothing may wait.
     void EndSession();
 
-    /// Creates the hidden tray window, which owns every note. The icon comes later.
+    /// Creates the hidden tray window, which owns the dialog. The icon comes later.
     bool createTray();
     /// Creates the windows of notes 1..`count` from the store and shows those that are not closed.
     /// False when the program ends meanwhile, and, after telling the user, when Windows has no room for them
     /// all: going on with some of them would make the next new note overwrite one that is not there.
     bool LoadNotes(int count);
-    /// Destroys every window of the program.
+    /// Destroys every window of the program, also those of notes that were just deleted.
     void Teardown();
 
     int Count() const { return static_cast<int>(Notes.size()); }

@@ -1,5 +1,5 @@
 // The hidden window behind the tray icon: the icon's clicks, the menu, a second start, the end of the
-// session. It owns every other window of the program.
+// session. It owns the dialog, which has no button in the task bar for that.
 #pragma once
 
 #include <functional>

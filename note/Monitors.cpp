@@ -35,7 +35,7 @@ const Monitor& monitorAt(std::span<const Monitor> monitors, const PxRect& rect) 
     return *std::min_element(monitors.begin(), monitors.end(), isNearer);
 }
 
-bool isOnScreen(std::span<const Monitor> monitors, const PxRect& rect) {
+bool isInSight(std::span<const Monitor> monitors, const PxRect& rect) {
     return std::any_of(monitors.begin(), monitors.end(),
-                       [&rect](const Monitor& monitor) { return commonArea(monitor.area, rect) > 0; });
+                       [&rect](const Monitor& monitor) { return commonArea(monitor.work, rect) > 0; });
 }

@@ -15,5 +15,5 @@ struct Monitor {
 /// The monitor that most of a rectangle lies on; the nearest when it lies on none. There is at least one.
 const Monitor& monitorAt(std::span<const Monitor> monitors, const PxRect& rect);
 
-/// Whether a rectangle touches a monitor, be it under the task bar.
-bool isOnScreen(std::span<const Monitor> monitors, const PxRect& rect);
+/// Whether some of a rectangle can be seen on a monitor. What lies under the task bar cannot.
+bool isInSight(std::span<const Monitor> monitors, const PxRect& rect);

@@ -31,11 +31,18 @@ UINT_PTR CALLBACK nameDialog(HWND dialog, UINT message, WPARAM, LPARAM lp) {
     if (message == WM_INITDIALOG) {
         const auto* request = reinterpret_cast<const CHOOSECOLORA*>(lp);
         SetWindowTextA(dialog, reinterpret_cast<LPCSTR>(request->lCustData));
+        // Its owner keeps it above one note only, and another may be always on top.
+        SetWindowPos(dialog, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
     return 0;  // the dialog's own handling follows
 }
 
 }  // namespace
+
+bool isSystemDialog(HWND window) {
+    constexpr ULONG_PTR kDialogClass = 0x8002;
+    return GetClassLongPtrW(window, GCW_ATOM) == kDialogClass;
+}
 
 std::optional<Rgb> ChooseColorDialog(HWND owner, Rgb color, const char* title) {
     const char* const caption = std::string_view(title) == kNoDialogTitle ? "Color" : title;

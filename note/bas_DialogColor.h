@@ -9,7 +9,10 @@
 /// Stands for "no title given": the dialog is then called "Color".
 inline constexpr const char* kNoDialogTitle = "#A#O";
 
-/// Lets the user choose a colour in a dialog owned by `owner`, beginning with `color`. Colours that the user
-/// mixes are offered again until the program ends. Empty when cancelled. The owner may be gone when it
-/// returns.
+/// Whether a window is a dialog of the system; the choice of a colour is the only one that the program shows.
+bool isSystemDialog(HWND window);
+
+/// Lets the user choose a colour in a dialog owned by `owner` and above all notes, beginning with `color`.
+/// Colours that the user mixes are offered again until the program ends. Empty when cancelled. The owner may
+/// be gone when it returns.
 std::optional<Rgb> ChooseColorDialog(HWND owner, Rgb color, const char* title = kNoDialogTitle);

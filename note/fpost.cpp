@@ -60,7 +60,7 @@ void fpost::onEscaped(UINT message) noexcept {
 
 // --- Creation and destruction ---------------------------------------------------------------------------
 
-fpost* fpost::open(NoteHost& host, HWND owner, int number, const NoteRecord& stored) {
+fpost* fpost::open(NoteHost& host, int number, const NoteRecord& stored) {
     bool freed = false;
     auto* note = new fpost;
     note->host = &host;
@@ -68,11 +68,12 @@ fpost* fpost::open(NoteHost& host, HWND owner, int number, const NoteRecord& sto
     note->freed = &freed;
     note->take(stored);
     // Made where and as it will be seen: fifty notes at log-on are laid out once each, not twice. A tool
-    // window owned by the hidden tray window: no button in the task bar, none of 50 entries in Alt+Tab.
+    // window has neither a button in the task bar nor a place in Alt+Tab, and needs no owner for that. With a
+    // common owner a click on one note would bring all of them in front of other programs.
     const PxRect at = note->shownRect();
     const HWND window = CreateWindowExW(WS_EX_TOOLWINDOW, wide(kNoteClass), wide(stored.Titolo),
                                         WS_POPUP | WS_CLIPCHILDREN, at.left, at.top, at.width(), at.height(),
-                                        owner, nullptr, GetModuleHandleW(nullptr), note);
+                                        nullptr, nullptr, GetModuleHandleW(nullptr), note);
     if (window == nullptr) {
         WriteLog(u"fpost", u"A note window could not be created.", static_cast<std::int64_t>(GetLastError()));
         if (!freed) delete note;
@@ -80,6 +81,24 @@ fpost* fpost::open(NoteHost& host, HWND owner, int number, const NoteRecord& sto
     }
     note->freed = nullptr;
     return note;
+}
+
+void fpost::destroyAll(const NoteHost& host) {
+    struct Search {
+        const NoteHost* host;
+        std::vector<HWND> windows;
+    } search{&host, {}};
+    const auto add = [](HWND window, LPARAM param) noexcept -> BOOL {
+        auto& found = *reinterpret_cast<Search*>(param);
+        wchar_t kind[16]{};
+        GetClassNameW(window, kind, static_cast<int>(std::size(kind)));
+        const bool isNote = std::wstring_view(kind) == wide(kNoteClass);
+        if (isNote && formOf<fpost>(window)->host == found.host) found.windows.push_back(window);
+        return TRUE;
+    };
+    EnumThreadWindows(GetCurrentThreadId(), add, reinterpret_cast<LPARAM>(&search));
+    for (const HWND window : search.windows)
+        DestroyWindow(window);
 }
 
 bool fpost::createParts() {
@@ -245,7 +264,7 @@ PxRect fpost::shownRect() const {
     const PxRect title{rect.left, rect.top, rect.right, rect.top + strip};
     // A note that has never had a size has never had a place either: it comes up where it can be used.
     const bool fresh = record.width <= 0 && record.height <= 0;
-    if (fresh || !isOnScreen(monitors, title)) rect = movedInto(rect, monitorAt(monitors, rect).work, strip);
+    if (fresh || !isInSight(monitors, title)) rect = movedInto(rect, monitorAt(monitors, rect).work, strip);
     return rect;
 }
 
@@ -253,7 +272,7 @@ void fpost::place() {
     const PxRect rect = shownRect();
     if (rect == windowRect()) return;
     SetWindowPos(hwnd, nullptr, rect.left, rect.top, rect.width(), rect.height(),
-                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+                 SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void fpost::moveTo(int left, int top) {
@@ -301,6 +320,10 @@ void fpost::onSize(WPARAM kind) {
     if (!record.iconized && visible()) host->realign();
 }
 
+void fpost::onPosition(const WINDOWPOS& changed) const {
+    if ((changed.flags & SWP_NOZORDER) == 0) keepBelowDialogs();
+}
+
 void fpost::restoreIfMinimized() {
     if (IsIconic(hwnd) != FALSE) ShowWindow(hwnd, SW_SHOWNOACTIVATE);
 }
@@ -312,7 +335,7 @@ void fpost::show(bool activate) {
     // To the front first, then the keyboard. A note that is raised while it is active, or becomes active by
     // being raised, is handed to the window manager on a Wine desktop, below the notes that the manager does
     // not know.
-    SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     SetForegroundWindow(hwnd);
 }
 
@@ -401,6 +424,9 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
         case WM_SIZE:
             onSize(wp);
             return 0;
+        case WM_WINDOWPOSCHANGED:
+            onPosition(*reinterpret_cast<const WINDOWPOS*>(lp));
+            return {};
         case WM_DISPLAYCHANGE:
         case WM_SETTINGCHANGE:
             // A note whose monitor went is shown where it can be reached; its stored place waits for the

@@ -24,7 +24,9 @@ inline constexpr UINT kAlarmTick = 500;
 
 struct fpost {
     /// Creates the window of note `number`, hidden, with the record's contents. Null when Windows refuses.
-    static fpost* open(NoteHost& host, HWND owner, int number, const NoteRecord& stored);
+    static fpost* open(NoteHost& host, int number, const NoteRecord& stored);
+    /// Destroys every note of a desk at once, also those that are on their way out.
+    static void destroyAll(const NoteHost& host);
 
     // --- What the collection does with a note -------------------------------------------------------------
     /// Shows the note where it is. Without activation the keyboard stays where it is.
@@ -138,6 +140,8 @@ struct fpost {
     void toggleIconized();
     void toggleTopmost();
     void applyTopmost() const;
+    /// Puts the dialogs that are open back above a note that came to the top of the stack.
+    void keepBelowDialogs() const;
     void setResizeMode(bool on);
     /// Resizes as long as a button is held on an arrow of the grip; `x`, `y` in twips of the grip.
     void gripPress(int x, int y, bool rightButton);
@@ -201,6 +205,7 @@ private:
     NoteRects partRects();
     void layout();
     void onSize(WPARAM kind);
+    void onPosition(const WINDOWPOS& changed) const;
     void showActive(bool on);
     RECT lineUnderTitle() const;
     void paint();

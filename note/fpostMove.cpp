@@ -3,7 +3,9 @@
 #include <utility>
 
 #include "note/ResizeRules.h"
+#include "note/bas_DialogColor.h"
 #include "note/bas_GetWorkArea.h"
+#include "note/fmsg.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
 
@@ -19,6 +21,10 @@ constexpr Twips kMoveStep{120};      // an arrow key that moves; larger than wha
 bool Pause(float Seconds) {
     constexpr float kMsPerSecond = 1000;
     return pumpFor(static_cast<DWORD>(std::lround(Seconds * kMsPerSecond)));
+}
+
+bool isTopmost(HWND window) {
+    return (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
 }
 
 /// Whether a mouse button is down at this moment, wherever the pointer is and whoever got the message.
@@ -108,10 +114,9 @@ void fpost::moveStep(int columns, int rows) {
         }
     }
     const int strip = host->look->px(design::kStripHeight);
-    if (!isOnScreen(host->monitors(), {to.left, to.top, to.left + from.width(), to.top + strip})) return;
+    if (!isInSight(host->monitors(), {to.left, to.top, to.left + from.width(), to.top + strip})) return;
     if (to.left == from.left && to.top == from.top) return;
-    SetWindowPos(hwnd, nullptr, to.left, to.top, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    SetWindowPos(hwnd, nullptr, to.left, to.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     record.x = Left();
     record.y = Top();
     movedByKeys = true;
@@ -281,9 +286,26 @@ void fpost::toggleTopmost() {
 
 void fpost::applyTopmost() const {
     // A note that is not on top and is not to be stays where it is among the others.
-    const bool isTopmost = (GetWindowLongPtrW(hwnd, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
-    if (!record.topmost && !isTopmost) return;
-    // The hidden owner keeps its place in the stack, and the keyboard stays where the user has it.
+    if (!record.topmost && !isTopmost(hwnd)) return;
+    // The keyboard stays where the user has it.
     SetWindowPos(hwnd, record.topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
-                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+}
+
+void fpost::keepBelowDialogs() const {
+    if (!isTopmost(hwnd)) return;  // every dialog is
+    struct Search {
+        HWND message;
+        std::vector<HWND> dialogs;  // from the front to the back
+    } search{host->dialog->hwnd, {}};
+    const auto add = [](HWND window, LPARAM param) noexcept -> BOOL {
+        auto& found = *reinterpret_cast<Search*>(param);
+        const bool isDialog = window == found.message || isSystemDialog(window);
+        if (isDialog && IsWindowVisible(window) != FALSE) found.dialogs.push_back(window);
+        return TRUE;
+    };
+    EnumThreadWindows(GetCurrentThreadId(), add, reinterpret_cast<LPARAM>(&search));
+    for (auto dialog = search.dialogs.rbegin(); dialog != search.dialogs.rend(); ++dialog) {
+        SetWindowPos(*dialog, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+    }
 }

@@ -38,12 +38,14 @@ TEST(Monitors, ANoteWithoutExtentIsAPoint) {
     EXPECT_EQ(workAt({-10, 200, -10, 200}), kLeft.work);
 }
 
-TEST(Monitors, OnScreenIsWhatShowsAPixel) {
-    EXPECT_TRUE(isOnScreen(kBoth, {1919, 1079, 2100, 1200})) << "under the task bar is on the screen";
-    EXPECT_FALSE(isOnScreen(kBoth, {1920, 500, 2100, 600}));
-    EXPECT_TRUE(isOnScreen(kBoth, {-1400, 200, -1279, 300}));
-    EXPECT_FALSE(isOnScreen(kBoth, {-1400, 200, -1280, 300}));
-    EXPECT_FALSE(isOnScreen(kBoth, {-700, 0, -500, 100})) << "above the lower monitor is none";
+TEST(Monitors, InSightIsWhatShowsAPixel) {
+    EXPECT_TRUE(isInSight(kBoth, {1919, 1039, 2100, 1200}));
+    EXPECT_FALSE(isInSight(kBoth, {100, 1040, 300, 1060})) << "under the task bar";
+    EXPECT_FALSE(isInSight(kBoth, {-500, 1084, -300, 1104})) << "under the other one";
+    EXPECT_FALSE(isInSight(kBoth, {1920, 500, 2100, 600}));
+    EXPECT_TRUE(isInSight(kBoth, {-1400, 200, -1279, 300}));
+    EXPECT_FALSE(isInSight(kBoth, {-1400, 200, -1280, 300}));
+    EXPECT_FALSE(isInSight(kBoth, {-700, 0, -500, 100})) << "above the lower monitor is none";
 }
 
 }  // namespace

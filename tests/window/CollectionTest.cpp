@@ -489,4 +489,13 @@ TEST_P(Collection, ExitNeverDeletesARingingNote) {
     EXPECT_EQ(desk->stored(3).alarmtime, u"12:00:10");
 }
 
+TEST_P(Collection, NoWindowOfADeletedNoteOutlivesTheDesk) {
+    auto desk = run(manyNotes(2));
+    const HWND gone = desk->note(1).hwnd;
+    desk->note(1).DeleteForm(true);
+    ASSERT_TRUE(IsWindow(gone)) << "it goes from a message of its own";
+    desk->desk->Teardown();
+    EXPECT_FALSE(IsWindow(gone));
+}
+
 }  // namespace

@@ -114,8 +114,8 @@ TEST_P(Keyboard, ANoteCannotBeMovedOutOfReach) {
         const RECT rect = rectOf(note.hwnd);
         const int strip = desk->desk->look.px(design::kStripHeight);
         EXPECT_TRUE(
-            isOnScreen(readMonitors(), {static_cast<int>(rect.left), static_cast<int>(rect.top),
-                                        static_cast<int>(rect.right), static_cast<int>(rect.top) + strip}))
+            isInSight(readMonitors(), {static_cast<int>(rect.left), static_cast<int>(rect.top),
+                                       static_cast<int>(rect.right), static_cast<int>(rect.top) + strip}))
             << key;
     }
     EXPECT_EQ(desk->stored(1).x, note.Left());

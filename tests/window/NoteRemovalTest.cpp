@@ -1,4 +1,7 @@
 // Colour, close and delete: what becomes of the note, of the others, of the captions and of the store.
+#include <functional>
+#include <utility>
+
 #include "core/TrayMenu.h"
 #include "resources/resource.h"
 #include "tests/window/TestNotes.h"
@@ -264,11 +267,13 @@ struct ColourAnswer {
     static inline WPARAM button = 0;
     static inline int seen = 0;
     static inline HWND owner = nullptr;
+    static inline std::function<void(HWND dialog)> look;  ///< asked once, before the answer
     UINT_PTR timer = 0;
 
     explicit ColourAnswer(WPARAM press) {
         button = press;
         seen = 0;
+        look = {};
         timer = SetTimer(nullptr, 0, 20, onTick);
     }
     ~ColourAnswer() { KillTimer(nullptr, timer); }
@@ -280,6 +285,7 @@ struct ColourAnswer {
         if (dialog == nullptr || IsWindowVisible(dialog) == FALSE) return;
         ++seen;
         owner = GetWindow(dialog, GW_OWNER);
+        if (const auto once = std::exchange(look, {})) once(dialog);
         PostMessageW(dialog, WM_COMMAND, button, 0);
     }
 };
@@ -293,6 +299,30 @@ TEST_P(NoteRemoval, ACancelledColourLeavesEverythingAsItWas) {
     EXPECT_EQ(ColourAnswer::owner, desk->note(1).hwnd);
     EXPECT_EQ(changesOf(*desk), before);
     EXPECT_EQ(desk->note(1).Backcol(), static_cast<Rgb>(kDesignColor));
+}
+
+/// Whether `upper` comes before `lower` in the stack of windows.
+bool isAbove(HWND upper, HWND lower) {
+    for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
+        if (window == upper || window == lower) return window == upper;
+    }
+    return false;
+}
+
+TEST_P(NoteRemoval, TheColourDialogStaysAboveEveryNote) {
+    const auto desk = run({plainNote(u"a"), with(plainNote(u"b"), &NoteRecord::topmost)});
+    bool atOnce = false;
+    bool afterOpening = false;
+    ColourAnswer answering(IDCANCEL);
+    ColourAnswer::look = [&](HWND dialog) {
+        atOnce = isAbove(dialog, desk->note(2).hwnd);
+        desk->desk->OpenNote(1);
+        afterOpening = isAbove(dialog, desk->note(2).hwnd);
+    };
+    SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_COLOR, 0);
+    EXPECT_GE(ColourAnswer::seen, 1);
+    EXPECT_TRUE(atOnce) << "the other note is always on top";
+    EXPECT_TRUE(afterOpening);
 }
 
 TEST_P(NoteRemoval, TheColourDialogBeginsWithTheNotesOwnColour) {

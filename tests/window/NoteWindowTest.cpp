@@ -422,6 +422,15 @@ TEST_P(NoteWindow, WeekdayRuleWithoutADayHasNothingToWaitFor) {
     EXPECT_EQ(desk->stored(1).alarmweekday, 8);
 }
 
+// --- Among the other windows ----------------------------------------------------------------------------
+
+TEST_P(NoteWindow, HasNoOwnerAndNoTaskBarButton) {
+    const auto desk = run({plainNote(u"a")});
+    const HWND note = desk->note(1).hwnd;
+    EXPECT_EQ(GetWindow(note, GW_OWNER), nullptr) << "a click would bring all notes to the front";
+    EXPECT_NE(GetWindowLongPtrW(note, GWL_EXSTYLE) & WS_EX_TOOLWINDOW, 0);
+}
+
 // --- Numbers and flags of the collection -----------------------------------------------------------------
 
 TEST_P(NoteWindow, CountsFollowTheNotes) {

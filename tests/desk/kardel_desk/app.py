@@ -89,7 +89,7 @@ class Window:
     @property
     def has_focus(self) -> bool:
         """Whether keys come here: the X server gives them to the program, and Windows to this window."""
-        return self.desk.probe.ask("focus")["focus"] == self.hwnd and self.desk.display.keys_reach("kardel.exe")
+        return self.desk.probe.ask("focus")["focus"] == self.hwnd and self.desk.keys_reach_kardel()
 
     @property
     def active(self) -> bool:
@@ -229,7 +229,7 @@ class Note(Window):
         """Gives the note the keyboard with a click on its title."""
         self.awake()
         self.click("lbl", 40 * self.desk.dpi // 96)
-        wait(lambda: self.active and self.desk.display.keys_reach("kardel.exe"), 5, f"{self!r} to become active")
+        wait(lambda: self.active and self.desk.keys_reach_kardel(), 5, f"{self!r} to become active")
 
     def edit(self) -> Part:
         """Opens the body's editor with a double click and returns it, ready for typing."""

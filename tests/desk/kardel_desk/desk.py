@@ -288,10 +288,28 @@ class Desk:
     # --- hands and eyes
 
     def type(self, text: str) -> None:
+        self.keyboard_to_foreground()
         self.hands.type(text)
 
     def key(self, *names: str) -> None:
+        self.keyboard_to_foreground()
         self.hands.key(*names)
+
+    def keyboard_to_foreground(self) -> None:
+        """On Windows keys reach the foreground window. Here the window manager gives them to none once a dialog has
+        gone: windows that have neither an owner nor a place in the task bar do not get them by themselves."""
+        if not self.display.keys_reach_nobody:
+            return
+        front = self.probe.ask("focus")["foreground"]
+        info = self.probe.ask("window", front) if front else None
+        if info and info["visible"] and info["x11"]:
+            self.display.give_keys(info["x11"])
+            with contextlib.suppress(AssertionError):
+                self.wait(lambda: not self.display.keys_reach_nobody, 1, "the keyboard to reach a program")
+
+    def keys_reach_kardel(self) -> bool:
+        self.keyboard_to_foreground()
+        return self.display.keys_reach("kardel.exe")
 
     def click(self, x: int, y: int, button: int = 1, double: bool = False) -> None:
         self.hands.click(x, y, button, double)

@@ -160,6 +160,27 @@ class Display:
         except XError:
             return False  # it went while we looked
 
+    @property
+    def keys_reach_nobody(self) -> bool:
+        """Whether no program has the keyboard."""
+        focus = self.x.get_input_focus().focus
+        try:
+            return isinstance(focus, int) or not focus.get_wm_class()
+        except XError:
+            return True  # it went while we looked
+
+    def give_keys(self, window: int) -> None:
+        """Asks the window manager to give a window the keyboard, as a task bar would."""
+        try:
+            known = self._known(window)
+        except LookupError:
+            return
+        from_pager = 2
+        message = event.ClientMessage(window=known, client_type=self.x.intern_atom("_NET_ACTIVE_WINDOW"),
+                                      data=(32, [from_pager, X.CurrentTime, 0, 0, 0]))
+        self.root.send_event(message, X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+        self.x.sync()
+
     def under_pointer(self) -> list[int]:
         """The X windows below the pointer, from the root to the smallest."""
         window, found = self.root, []

@@ -288,7 +288,7 @@ class RandomUser(NoteActions, EditActions):
         if dx is None:
             return None
         window.click("lbl", dx)
-        self.desk.wait(lambda: window.active and self.desk.display.keys_reach("kardel.exe"), 5, "the keyboard")
+        self.desk.wait(lambda: window.active and self.desk.keys_reach_kardel(), 5, "the keyboard")
         self._finished()
         return window
 

@@ -39,6 +39,7 @@ def test_a_note_dragged_to_the_other_monitor_is_there_at_the_next_start(desk, ha
     (2500, 100, (2 * WIDTH - 200, 100)),               # right of both: the nearest
     (1000, 2000, (1000, HEIGHT - PANEL - 150)),        # below the right one
     (100, 2000, (100, HEIGHT - PANEL - 150)),          # below the left one
+    (100, HEIGHT - PANEL + 2, (100, HEIGHT - PANEL - 150)),  # under the panel
     (-900, 100, (0, 100)),                             # where a monitor was once, left of both
 ])
 def test_a_note_is_shown_where_it_can_be_reached_and_keeps_its_stored_place(hand, x, y, shown):
