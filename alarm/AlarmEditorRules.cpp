@@ -40,18 +40,18 @@ Text movedByDays(TextView date, std::int64_t days) {
 }
 
 /// Whether the choice names a repeat step that counts.
-bool choosesRepeat(const EditorChoice& choice) {
+bool choosesRepeat(const EditorControls& choice) {
     const bool number = choice.cboRepeat == -1 ? choice.repeatKept >= 1 : choice.cboRepeat >= 1;
     return number && !unitCode(choice.cboDay).empty();
 }
 
 /// Whether the day list holds units at this moment, not weekdays.
-bool inUnitMode(const EditorChoice& choice) {
+bool inUnitMode(const EditorControls& choice) {
     return choice.cboRepeat != 0;
 }
 
 /// The weekday 0..8 that counts: several days without one ticked are none.
-std::int16_t chosenWeekday(const EditorChoice& choice) {
+std::int16_t chosenWeekday(const EditorControls& choice) {
     if (inUnitMode(choice) || choice.cboDay < 1 || choice.cboDay > kSeveralWeekdays) return 0;
     const bool anyTicked =
         std::find(choice.chkWeek.begin(), choice.chkWeek.end(), true) != choice.chkWeek.end();
@@ -193,12 +193,12 @@ int unitIndex(TextView code) {
 
 // --- Start ------------------------------------------------------------------------------------------------
 
-bool needsFullDate(const EditorChoice& choice) {
+bool needsFullDate(const EditorControls& choice) {
     return holdsWildcards(choice.data) && (inUnitMode(choice) || choice.cboDay >= 1);
 }
 
-EditorAlarm editorResult(const EditorChoice& choice) {
-    EditorAlarm alarm;
+EditorRule ruleOfControls(const EditorControls& choice) {
+    EditorRule alarm;
     alarm.AlarmTime = choice.time;
     alarm.Mute = choice.chkMute;
     if (choosesRepeat(choice)) {

@@ -104,7 +104,7 @@ inline constexpr std::array<TextView, kWeekdays> kWeekdayCaptions{u"Mon", u"Tue"
 // --- Start ------------------------------------------------------------------------------------------------
 
 /// What the controls show when the user presses Start.
-struct EditorChoice {
+struct EditorControls {
     Text data;                    ///< the date label
     Text time;                    ///< the time label
     int cboRepeat = 0;            ///< list index; -1 keeps `repeatKept`
@@ -116,7 +116,7 @@ struct EditorChoice {
 
 /// Whether a weekday or a repeat is chosen on a date that holds wildcards. The user has to be told, and the
 /// last choice or click undone: ask this for what the controls would show.
-bool needsFullDate(const EditorChoice& choice);
+bool needsFullDate(const EditorControls& choice);
 
 /// What the editor hands over: a repeat step or a weekday, never both, and the date where it counts.
-EditorAlarm editorResult(const EditorChoice& choice);
+EditorRule ruleOfControls(const EditorControls& choice);

@@ -325,8 +325,8 @@ int AlarmFace::selected(int id) const {
     return static_cast<int>(SendMessageW(item(id), CB_GETCURSEL, 0, 0));
 }
 
-EditorChoice AlarmFace::choice() const {
-    EditorChoice now;
+EditorControls AlarmFace::choice() const {
+    EditorControls now;
     now.data = windowText(data.hwnd);
     now.time = windowText(item(ID_LBLTIME));
     now.cboRepeat = selected(ID_CBOREPEAT);
@@ -394,7 +394,7 @@ void AlarmFace::onRepeat() {
 void AlarmFace::onDay() {
     const int chosen = selected(ID_CBODAY);
     if (chosen == lastDay_) return;
-    const EditorChoice now = choice();
+    const EditorControls now = choice();
     if (needsFullDate(now)) {
         SendMessageW(item(ID_CBODAY), CB_SETCURSEL, static_cast<WPARAM>(lastDay_), 0);
         refuse();
@@ -409,7 +409,7 @@ void AlarmFace::onDay() {
 }
 
 void AlarmFace::onDatePart(DatePart part) {
-    EditorChoice next = choice();
+    EditorControls next = choice();
     next.data = toggled(next.data, part, host.now());
     if (needsFullDate(next)) {
         refuse();
@@ -419,7 +419,7 @@ void AlarmFace::onDatePart(DatePart part) {
 }
 
 void AlarmFace::onStart() {
-    const EditorChoice chosen = choice();
+    const EditorControls chosen = choice();
     if (needsFullDate(chosen)) {
         refuse();
         return;
@@ -427,7 +427,7 @@ void AlarmFace::onStart() {
     result = {};
     result.AlarmStart = true;
     result.DateNotSet = holdsWildcards(chosen.data);
-    result.alarm = editorResult(chosen);
+    result.alarm = ruleOfControls(chosen);
     host.finished();
 }
 

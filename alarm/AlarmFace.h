@@ -11,11 +11,11 @@
 #include "support/DialogGrid.h"
 
 /// How the editor ended. Closed without Start or Stop, neither flag is set and nothing changes.
-struct AlarmEdit {
+struct EditorResult {
     bool AlarmStart = false;
     bool AlarmStop = false;
     bool DateNotSet = false;  ///< the date recurs
-    EditorAlarm alarm;        ///< with AlarmStart: for ruleFromEditor
+    EditorRule alarm;         ///< with AlarmStart: for ruleFromEditor
 };
 
 struct AlarmFace {
@@ -27,7 +27,7 @@ struct AlarmFace {
         std::function<Now()> now;
     };
     Host host;
-    AlarmEdit result;
+    EditorResult result;
 
     AlarmFace() = default;
     ~AlarmFace();
@@ -75,7 +75,7 @@ private:
     bool showWeek(bool shown);
     int selected(int id) const;
     bool alive() const { return IsWindow(form_) != FALSE; }
-    EditorChoice choice() const;
+    EditorControls choice() const;
     void refuse() const;
     void onList(int id, int code);
     void onRepeat();

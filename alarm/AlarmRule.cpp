@@ -251,7 +251,7 @@ void storeRule(NoteRecord& record, const AlarmRule& rule) {
     record.mute = rule.Mute;
 }
 
-AlarmRule ruleFromEditor(const EditorAlarm& editor, Now now) {
+AlarmRule ruleFromEditor(const EditorRule& editor, Now now) {
     AlarmRule rule;
     rule.AlarmTime = editor.AlarmTime;
     rule.AlarmWeekday = editor.AlarmWeekday;

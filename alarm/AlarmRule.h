@@ -62,7 +62,7 @@ AlarmRule ruleFromRecord(const NoteRecord& record);
 void storeRule(NoteRecord& record, const AlarmRule& rule);
 
 /// What the alarm editor hands over.
-struct EditorAlarm {
+struct EditorRule {
     Text AlarmDate;  ///< "dd/mm/yyyy", with "**" and "****" for parts that recur; empty is every day
     Text AlarmTime;  ///< "hh:mm:ss"
     std::int16_t AlarmWeekday = 0;
@@ -71,12 +71,12 @@ struct EditorAlarm {
     Text RepeatEvery;
     bool Mute = false;
 
-    bool operator==(const EditorAlarm&) const = default;
+    bool operator==(const EditorRule&) const = default;
 };
 
 /// The rule that the user confirmed, with its first due instant. A single date that has passed stays: it is
 /// due at once. Several weekdays without any ticked count as no weekday.
-AlarmRule ruleFromEditor(const EditorAlarm& editor, Now now);
+AlarmRule ruleFromEditor(const EditorRule& editor, Now now);
 
 /// Settles a rule that was just read: mends impossible values, finds the date of a pattern, moves on what
 /// passed while the program was not running (except a single date, which is then due at once), computes

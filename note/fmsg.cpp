@@ -53,7 +53,7 @@ void fmsg::about() {
     run(face);
 }
 
-AlarmEdit fmsg::editAlarm(const AlarmRule& rule, HWND note, Now at) {
+EditorResult fmsg::editAlarm(const AlarmRule& rule, HWND note, Now at) {
     const bool editing =
         std::any_of(faces_.begin(), faces_.end(), [](const Face* face) { return face->editor != nullptr; });
     if (editing || !createWindow()) return {};
@@ -79,7 +79,7 @@ AlarmEdit fmsg::editAlarm(const AlarmRule& rule, HWND note, Now at) {
     // The values of one note must not be offered to the next: the editor goes with its answer.
     if (faces_.empty()) unload();
     const bool noteGone = note != nullptr && IsWindow(note) == FALSE;
-    return noteGone ? AlarmEdit{} : editor.result;
+    return noteGone ? EditorResult{} : editor.result;
 }
 
 bool fmsg::open() const {

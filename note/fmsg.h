@@ -35,7 +35,7 @@ struct fmsg {
 
     /// Lets the user edit the alarm of the note window `note`. Neither AlarmStart nor AlarmStop is set when
     /// the editor was closed without them, when the note went meanwhile, and when an editor is open already.
-    AlarmEdit editAlarm(const AlarmRule& rule, HWND note, Now at);
+    EditorResult editAlarm(const AlarmRule& rule, HWND note, Now at);
 
     /// Whether some face is shown, and a loop of its own runs.
     bool open() const;

@@ -41,7 +41,7 @@ void fpost::swapStrip() {
 void fpost::mnuAlarm() {
     if (host->dialog->open()) return;
     const NoteWatch watch(*this);
-    const AlarmEdit edit = host->dialog->editAlarm(alarm.rule, hwnd, host->now());
+    const EditorResult edit = host->dialog->editAlarm(alarm.rule, hwnd, host->now());
     // Meanwhile the note may have rung, been stopped and gone.
     if (watch.gone() || edit.AlarmStart == edit.AlarmStop) return;
     if (edit.AlarmStop) {

@@ -24,22 +24,22 @@ inline std::string shown(const std::optional<Instant>& due) {
 }
 
 /// A rule as the editor hands it over, armed at `now`.
-inline AlarmRule editorRule(TextView date, TextView time, Now now) {
-    EditorAlarm editor;
+inline AlarmRule dateRule(TextView date, TextView time, Now now) {
+    EditorRule editor;
     editor.AlarmDate = date;
     editor.AlarmTime = time;
     return ruleFromEditor(editor, now);
 }
 
 inline AlarmRule weekdayRule(std::int16_t weekday, TextView time, Now now) {
-    EditorAlarm editor;
+    EditorRule editor;
     editor.AlarmTime = time;
     editor.AlarmWeekday = weekday;
     return ruleFromEditor(editor, now);
 }
 
 inline AlarmRule repeatRule(TextView date, TextView time, std::int16_t number, TextView unit, Now now) {
-    EditorAlarm editor;
+    EditorRule editor;
     editor.AlarmDate = date;
     editor.AlarmTime = time;
     editor.RepeatNumber = number;

@@ -24,55 +24,55 @@ TEST(EditorOpens, OnTodayWhereAPatternHasNoTime) {
 
 TEST(EditorOpens, OnTheRule) {
     const Now now = at(u"21/11/2026 08:00:00");
-    EXPECT_EQ(editorDate(editorRule(u"**/**/****", u"09:00:00", now), now), u" **/**/****");
-    EXPECT_EQ(editorDate(editorRule(u"05/**/****", u"09:00:00", now), now), u"05/**/****");
-    EXPECT_EQ(editorDate(editorRule(u"05/03/****", u"09:00:00", now), now), u"05/03/****");
-    EXPECT_EQ(editorDate(editorRule(u"05/03/2027", u"09:00:00", now), now), u"05/03/2027");
-    EXPECT_EQ(editorTime(editorRule(u"05/03/2027", u"09:00:00", now), now), u"09:00:00");
+    EXPECT_EQ(editorDate(dateRule(u"**/**/****", u"09:00:00", now), now), u" **/**/****");
+    EXPECT_EQ(editorDate(dateRule(u"05/**/****", u"09:00:00", now), now), u"05/**/****");
+    EXPECT_EQ(editorDate(dateRule(u"05/03/****", u"09:00:00", now), now), u"05/03/****");
+    EXPECT_EQ(editorDate(dateRule(u"05/03/2027", u"09:00:00", now), now), u"05/03/2027");
+    EXPECT_EQ(editorTime(dateRule(u"05/03/2027", u"09:00:00", now), now), u"09:00:00");
 }
 
 TEST(EditorOpens, PadsAStoredDay) {
-    AlarmRule rule = editorRule(u"05/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"05/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.alarmday = u"5";
     EXPECT_EQ(editorDate(rule, at(u"21/11/2026 08:00:00")), u"05/**/****");
 }
 
 TEST(EditorOpens, OnTodayForADateThatIsNone) {
-    AlarmRule rule = editorRule(u"05/03/2027", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"05/03/2027", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.AlarmDate = u"*";
     EXPECT_EQ(editorDate(rule, at(u"21/11/2026 08:00:00")), u"21/11/2026");
 }
 
 TEST(EditorOpens, OnTodayForADateOrPatternThatNeverComes) {
     const Now now = at(u"21/11/2026 08:00:00");
-    AlarmRule once = editorRule(u"05/03/2027", u"09:00:00", now);
+    AlarmRule once = dateRule(u"05/03/2027", u"09:00:00", now);
     once.AlarmDate = u"99/99/9999";
     EXPECT_EQ(editorDate(once, now), u"21/11/2026") << "beyond the last year";
     for (const char16_t* day : {u"", u"0", u"zz"}) {
-        AlarmRule monthly = editorRule(u"05/**/****", u"09:00:00", now);
+        AlarmRule monthly = dateRule(u"05/**/****", u"09:00:00", now);
         monthly.alarmday = day;
         EXPECT_EQ(editorDate(monthly, now), u"21/11/2026") << plain(day);
     }
     for (const char16_t* dayMonth : {u"", u"/", u"5", u"05/", u"/03", u"00/03", u"zz/zz"}) {
-        AlarmRule yearly = editorRule(u"05/03/****", u"09:00:00", now);
+        AlarmRule yearly = dateRule(u"05/03/****", u"09:00:00", now);
         yearly.alarmdaymonth = dayMonth;
         EXPECT_EQ(editorDate(yearly, now), u"21/11/2026") << plain(dayMonth);
     }
 }
 
 TEST(EditorOpens, PadsAStoredDayAndMonth) {
-    AlarmRule rule = editorRule(u"05/03/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"05/03/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.alarmdaymonth = u"5/3";
     EXPECT_EQ(editorDate(rule, at(u"21/11/2026 08:00:00")), u"05/03/****");
 }
 
 TEST(EditorOpens, KeepsADayThatItsMonthLacks) {
     const Now now = at(u"05/02/2026 08:00:00");
-    EXPECT_EQ(editorDate(editorRule(u"31/02/2026", u"09:00:00", now), now), u"31/02/2026");
+    EXPECT_EQ(editorDate(dateRule(u"31/02/2026", u"09:00:00", now), now), u"31/02/2026");
 }
 
 TEST(EditorOpens, OffersRestartWhileTheAlarmIsAhead) {
-    const AlarmRule rule = editorRule(u"21/11/2026", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    const AlarmRule rule = dateRule(u"21/11/2026", u"09:00:00", at(u"21/11/2026 08:00:00"));
     EXPECT_TRUE(isAhead(rule, at(u"21/11/2026 08:59:59", 999)));
     EXPECT_FALSE(isAhead(rule, at(u"21/11/2026 09:00:00", 0)));
     EXPECT_FALSE(isAhead(AlarmRule(), at(u"21/11/2026 08:00:00")));
@@ -223,24 +223,24 @@ TEST(UnitList, MatchesTheStoredCodes) {
 
 // --- Start ------------------------------------------------------------------------------------------------
 
-EditorChoice choice(TextView data) {
-    EditorChoice result;
+EditorControls choice(TextView data) {
+    EditorControls result;
     result.data = data;
     result.time = u"09:00:00";
     return result;
 }
 
 TEST(Start, HandsOverTheDatePartOnly) {
-    EXPECT_EQ(editorResult(choice(u" **/**/****")).AlarmDate, u"**/**/****");
-    EXPECT_EQ(editorResult(choice(u"05/**/**** 09:00:00")).AlarmDate, u"05/**/****");
-    EXPECT_EQ(editorResult(choice(u"05/03/2027")).AlarmTime, u"09:00:00");
+    EXPECT_EQ(ruleOfControls(choice(u" **/**/****")).AlarmDate, u"**/**/****");
+    EXPECT_EQ(ruleOfControls(choice(u"05/**/**** 09:00:00")).AlarmDate, u"05/**/****");
+    EXPECT_EQ(ruleOfControls(choice(u"05/03/2027")).AlarmTime, u"09:00:00");
 }
 
 TEST(Start, RepeatTakesTheEntrysNumberAndNoWeekday) {
-    EditorChoice repeat = choice(u"05/03/2027");
+    EditorControls repeat = choice(u"05/03/2027");
     repeat.cboRepeat = 31;
     repeat.cboDay = 4;
-    const EditorAlarm alarm = editorResult(repeat);
+    const EditorRule alarm = ruleOfControls(repeat);
     EXPECT_EQ(alarm.RepeatNumber, 35);
     EXPECT_EQ(alarm.RepeatEvery, u"MM");
     EXPECT_EQ(alarm.AlarmWeekday, 0);
@@ -248,29 +248,29 @@ TEST(Start, RepeatTakesTheEntrysNumberAndNoWeekday) {
 }
 
 TEST(Start, KeepsARepeatThatTheListLacks) {
-    EditorChoice repeat = choice(u"05/03/2027");
+    EditorControls repeat = choice(u"05/03/2027");
     repeat.cboRepeat = repeatIndex(90);
     repeat.repeatKept = 90;
     repeat.cboDay = 1;
-    EXPECT_EQ(editorResult(repeat).RepeatNumber, 90);
-    EXPECT_EQ(editorResult(repeat).RepeatEvery, u"mm");
+    EXPECT_EQ(ruleOfControls(repeat).RepeatNumber, 90);
+    EXPECT_EQ(ruleOfControls(repeat).RepeatEvery, u"mm");
 }
 
 TEST(Start, RepeatWithoutAUnitIsNone) {
-    EditorChoice repeat = choice(u"05/03/2027");
+    EditorControls repeat = choice(u"05/03/2027");
     repeat.cboRepeat = 5;
-    const EditorAlarm alarm = editorResult(repeat);
+    const EditorRule alarm = ruleOfControls(repeat);
     EXPECT_EQ(alarm.RepeatNumber, 0);
     EXPECT_EQ(alarm.RepeatEvery, u"");
     EXPECT_EQ(alarm.AlarmDate, u"05/03/2027");
 }
 
 TEST(Start, WeekdayTakesNoRepeatAndNoDate) {
-    EditorChoice weekday = choice(u"05/03/2027");
+    EditorControls weekday = choice(u"05/03/2027");
     weekday.cboDay = 7;
     weekday.chkWeek = {true};
     weekday.repeatKept = 90;
-    const EditorAlarm alarm = editorResult(weekday);
+    const EditorRule alarm = ruleOfControls(weekday);
     EXPECT_EQ(alarm.AlarmWeekday, 7);
     EXPECT_EQ(alarm.FlagWeekday, (std::array<bool, 7>{}));
     EXPECT_EQ(alarm.RepeatNumber, 0);
@@ -280,26 +280,26 @@ TEST(Start, WeekdayTakesNoRepeatAndNoDate) {
 }
 
 TEST(Start, SeveralDaysTakeTheTicks) {
-    EditorChoice week = choice(u"05/03/2027");
+    EditorControls week = choice(u"05/03/2027");
     week.cboDay = kSeveralWeekdays;
     week.chkWeek = {true, false, true};
-    EXPECT_EQ(editorResult(week).AlarmWeekday, kSeveralWeekdays);
-    EXPECT_EQ(editorResult(week).FlagWeekday, week.chkWeek);
+    EXPECT_EQ(ruleOfControls(week).AlarmWeekday, kSeveralWeekdays);
+    EXPECT_EQ(ruleOfControls(week).FlagWeekday, week.chkWeek);
     week.chkWeek = {};
-    EXPECT_EQ(editorResult(week).AlarmWeekday, 0);
-    EXPECT_EQ(editorResult(week).AlarmDate, u"05/03/2027");
+    EXPECT_EQ(ruleOfControls(week).AlarmWeekday, 0);
+    EXPECT_EQ(ruleOfControls(week).AlarmDate, u"05/03/2027");
 }
 
 TEST(Start, TakesMute) {
-    EditorChoice mute = choice(u"05/03/2027");
-    EXPECT_FALSE(editorResult(mute).Mute);
+    EditorControls mute = choice(u"05/03/2027");
+    EXPECT_FALSE(ruleOfControls(mute).Mute);
     mute.chkMute = true;
-    EXPECT_TRUE(editorResult(mute).Mute);
+    EXPECT_TRUE(ruleOfControls(mute).Mute);
 }
 
 TEST(FullDate, IsNeededForAWeekdayOrARepeat) {
     for (const TextView wild : {u" **/**/****", u"05/**/****", u"05/03/**** 09:00:00"}) {
-        EditorChoice shown = choice(wild);
+        EditorControls shown = choice(wild);
         EXPECT_FALSE(needsFullDate(shown));
         for (int day = 1; day <= kSeveralWeekdays; ++day) {
             shown.cboDay = day;
@@ -311,7 +311,7 @@ TEST(FullDate, IsNeededForAWeekdayOrARepeat) {
             EXPECT_TRUE(needsFullDate(shown)) << repeat;
         }
     }
-    EditorChoice full = choice(u"05/03/2027");
+    EditorControls full = choice(u"05/03/2027");
     full.cboDay = 3;
     EXPECT_FALSE(needsFullDate(full));
 }

@@ -20,7 +20,7 @@ TEST(StoredForm, PatternsAreAStarAWordAndTheirOwnDay) {
         NoteRecord record;
         record.alarmday = u"7";
         record.alarmdaymonth = u"7/7";
-        const AlarmRule rule = editorRule(c.date, u"09:00:00", now);
+        const AlarmRule rule = dateRule(c.date, u"09:00:00", now);
         storeRule(record, rule);
         EXPECT_EQ(record.alarmdate, u"*") << c.name;
         EXPECT_EQ(record.interval, c.interval) << c.name;
@@ -34,8 +34,8 @@ TEST(StoredForm, PatternsAreAStarAWordAndTheirOwnDay) {
 
 TEST(StoredForm, FullDateEmptiesThePattern) {
     NoteRecord record;
-    storeRule(record, editorRule(u"15/**/****", u"09:00:00", at(u"01/12/2026 08:00:00")));
-    storeRule(record, editorRule(u"16/12/2026", u"09:00:00", at(u"01/12/2026 08:00:00")));
+    storeRule(record, dateRule(u"15/**/****", u"09:00:00", at(u"01/12/2026 08:00:00")));
+    storeRule(record, dateRule(u"16/12/2026", u"09:00:00", at(u"01/12/2026 08:00:00")));
     EXPECT_EQ(record.alarmdate, u"16/12/2026");
     EXPECT_EQ(record.interval, u"");
     EXPECT_EQ(record.alarmday, u"");
@@ -43,7 +43,7 @@ TEST(StoredForm, FullDateEmptiesThePattern) {
 }
 
 TEST(StoredForm, DayOfAnotherPatternIsNotStored) {
-    AlarmRule rule = editorRule(u"**/**/****", u"09:00:00", at(u"01/12/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"**/**/****", u"09:00:00", at(u"01/12/2026 08:00:00"));
     rule.alarmday = u"15";
     rule.alarmdaymonth = u"15/04";
     NoteRecord record;

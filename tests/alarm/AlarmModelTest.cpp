@@ -219,8 +219,8 @@ struct Random {
         return timeText({below(24), below(60), oneIn(2) ? 0 : below(60)});
     }
 
-    EditorAlarm alarm(Now now) {
-        EditorAlarm alarm;
+    EditorRule alarm(Now now) {
+        EditorRule alarm;
         alarm.AlarmTime = time(now);
         const int kind = below(8);
         Date date = dateOf({now.at.seconds + static_cast<std::int64_t>(below(1200) - 900) * kSecondsPerDay});
@@ -280,7 +280,7 @@ std::string summary(const Model& model) {
     return summary(model.date, model.time, model.due);
 }
 
-std::string described(const EditorAlarm& alarm, Now now) {
+std::string described(const EditorRule& alarm, Now now) {
     return narrow(alarm.AlarmDate) + " " + narrow(alarm.AlarmTime) + " weekday " +
            std::to_string(alarm.AlarmWeekday) + " repeat " + std::to_string(alarm.RepeatNumber) +
            narrow(alarm.RepeatEvery) + " at " + summary("", "", millis(now)) + "." + std::to_string(now.ms);
@@ -293,7 +293,7 @@ TEST(AlarmModel, AgreesOnArmingRearmingAndLoading) {
     int armed = 0;
     for (int round = 0; round < kRounds; ++round) {
         const Now now = random.now();
-        const EditorAlarm editor = random.alarm(now);
+        const EditorRule editor = random.alarm(now);
         SCOPED_TRACE(described(editor, now));
 
         AlarmRule rule = ruleFromEditor(editor, now);
@@ -375,7 +375,7 @@ TEST(AlarmProperties, RepeatKeepsItsPhase) {
     Random random{std::mt19937_64(8)};
     for (int round = 0; round < 30000; ++round) {
         const Now now = random.now();
-        EditorAlarm editor = random.alarm(now);
+        EditorRule editor = random.alarm(now);
         if (editor.RepeatNumber < 1 || editor.RepeatEvery == kMonths) continue;
         AlarmRule rule = ruleFromEditor(editor, now);
         const Instant first = *rule.due;

@@ -8,26 +8,26 @@
 namespace {
 
 TEST(Rearm, OneShotIsOverAndLeavesNothing) {
-    AlarmRule rule = editorRule(u"21/11/2026", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"21/11/2026", u"09:00:00", at(u"21/11/2026 08:00:00"));
     EXPECT_EQ(rearm(rule, at(u"21/11/2026 09:00:03")), Rearmed::OneShotOver);
     EXPECT_EQ(rule, AlarmRule());
 }
 
 TEST(Rearm, EachMonthOnThe31stAfterJanuary) {
-    AlarmRule rule = editorRule(u"31/**/****", u"09:00:00", at(u"30/01/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"31/**/****", u"09:00:00", at(u"30/01/2026 08:00:00"));
     EXPECT_EQ(rearm(rule, at(u"31/01/2026 09:00:03")), Rearmed::Armed);
     EXPECT_EQ(rule.AlarmDate, u"31/02/2026");
     EXPECT_EQ(shown(rule.due), "03/03/2026 09:00:00");
     EXPECT_EQ(rule.alarmday, u"31");
 
-    AlarmRule leap = editorRule(u"31/**/****", u"09:00:00", at(u"30/01/2028 08:00:00"));
+    AlarmRule leap = dateRule(u"31/**/****", u"09:00:00", at(u"30/01/2028 08:00:00"));
     EXPECT_EQ(rearm(leap, at(u"31/01/2028 09:00:03")), Rearmed::Armed);
     EXPECT_EQ(leap.AlarmDate, u"31/02/2028");
     EXPECT_EQ(shown(leap.due), "02/03/2028 09:00:00");
 }
 
 TEST(Rearm, EachMonthGoesOnFromTheDayItRang) {
-    AlarmRule rule = editorRule(u"31/**/****", u"09:00:00", at(u"05/02/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"31/**/****", u"09:00:00", at(u"05/02/2026 08:00:00"));
     ASSERT_EQ(shown(rule.due), "03/03/2026 09:00:00");
     EXPECT_EQ(rearm(rule, at(u"03/03/2026 09:00:03")), Rearmed::Armed);
     EXPECT_EQ(shown(rule.due), "03/04/2026 09:00:00");
@@ -38,14 +38,14 @@ TEST(Rearm, EachMonthGoesOnFromTheDayItRang) {
 }
 
 TEST(Rearm, EachMonthInDecemberIsJanuary) {
-    AlarmRule rule = editorRule(u"15/**/****", u"09:00:00", at(u"15/12/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"15/**/****", u"09:00:00", at(u"15/12/2026 08:00:00"));
     EXPECT_EQ(rearm(rule, at(u"15/12/2026 09:00:03")), Rearmed::Armed);
     EXPECT_EQ(rule.AlarmDate, u"15/13/2026");
     EXPECT_EQ(shown(rule.due), "15/01/2027 09:00:00");
 }
 
 TEST(Rearm, EachYearOnLeapDayIsTheFirstOfMarchInACommonYear) {
-    AlarmRule rule = editorRule(u"29/02/****", u"09:00:00", at(u"28/02/2028 08:00:00"));
+    AlarmRule rule = dateRule(u"29/02/****", u"09:00:00", at(u"28/02/2028 08:00:00"));
     ASSERT_EQ(shown(rule.due), "29/02/2028 09:00:00");
     EXPECT_EQ(rearm(rule, at(u"29/02/2028 09:00:03")), Rearmed::Armed);
     EXPECT_EQ(rule.AlarmDate, u"29/02/2029");
@@ -54,11 +54,11 @@ TEST(Rearm, EachYearOnLeapDayIsTheFirstOfMarchInACommonYear) {
 }
 
 TEST(Rearm, EachDayCountsFromToday) {
-    AlarmRule rule = editorRule(u"**/**/****", u"09:00:00", at(u"16/11/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"**/**/****", u"09:00:00", at(u"16/11/2026 08:00:00"));
     EXPECT_EQ(rearm(rule, at(u"21/11/2026 13:00:00")), Rearmed::Armed);
     EXPECT_EQ(shown(rule.due), "22/11/2026 09:00:00");
     // Also when today's time is still to come.
-    AlarmRule early = editorRule(u"**/**/****", u"09:00:00", at(u"16/11/2026 08:00:00"));
+    AlarmRule early = dateRule(u"**/**/****", u"09:00:00", at(u"16/11/2026 08:00:00"));
     EXPECT_EQ(rearm(early, at(u"21/11/2026 08:00:00")), Rearmed::Armed);
     EXPECT_EQ(shown(early.due), "22/11/2026 09:00:00");
 }
@@ -72,7 +72,7 @@ TEST(Rearm, WeekdayComesBackInAWeek) {
 }
 
 TEST(Rearm, SeveralWeekdaysRingInTurn) {
-    EditorAlarm editor;
+    EditorRule editor;
     editor.AlarmTime = u"09:00:00";
     editor.AlarmWeekday = kSeveralWeekdays;
     editor.FlagWeekday = {true, false, true, false, true, false, false};
@@ -85,7 +85,7 @@ TEST(Rearm, SeveralWeekdaysRingInTurn) {
 }
 
 TEST(Rearm, WeekdayCountsBeforeRepeatAndPattern) {
-    AlarmRule rule = editorRule(u"**/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"**/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.AlarmWeekday = 1;
     rule.RepeatNumber = 5;
     rule.RepeatEvery = kMinutes;
@@ -95,7 +95,7 @@ TEST(Rearm, WeekdayCountsBeforeRepeatAndPattern) {
 }
 
 TEST(Rearm, RepeatCountsBeforePattern) {
-    AlarmRule rule = editorRule(u"**/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"**/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.RepeatNumber = 5;
     rule.RepeatEvery = kMinutes;
     EXPECT_EQ(rearm(rule, at(u"21/11/2026 09:00:03")), Rearmed::Armed);
@@ -112,16 +112,16 @@ TEST(Rearm, RepeatIsStoredWithItsNewTime) {
 }
 
 TEST(Rearm, PatternSleptThroughForPeriodsIsNotDead) {
-    AlarmRule monthly = editorRule(u"15/**/****", u"09:00:00", at(u"15/01/2026 08:00:00"));
+    AlarmRule monthly = dateRule(u"15/**/****", u"09:00:00", at(u"15/01/2026 08:00:00"));
     EXPECT_EQ(rearm(monthly, at(u"10/05/2026 12:00:00")), Rearmed::Armed);
     EXPECT_EQ(shown(monthly.due), "15/05/2026 09:00:00");
-    AlarmRule yearly = editorRule(u"15/02/****", u"09:00:00", at(u"15/01/2026 08:00:00"));
+    AlarmRule yearly = dateRule(u"15/02/****", u"09:00:00", at(u"15/01/2026 08:00:00"));
     EXPECT_EQ(rearm(yearly, at(u"10/05/2029 12:00:00")), Rearmed::Armed);
     EXPECT_EQ(shown(yearly.due), "15/02/2030 09:00:00");
 }
 
 TEST(Rearm, NowEqualToTheNextInstantIsNotAhead) {
-    AlarmRule monthly = editorRule(u"15/**/****", u"09:00:00", at(u"15/01/2026 08:00:00"));
+    AlarmRule monthly = dateRule(u"15/**/****", u"09:00:00", at(u"15/01/2026 08:00:00"));
     EXPECT_EQ(rearm(monthly, at(u"15/02/2026 09:00:00", 0)), Rearmed::NotAhead);
     EXPECT_EQ(shown(monthly.due), "none");
     EXPECT_TRUE(monthly.eachmonth);
@@ -149,7 +149,7 @@ TEST(Rearm, WhatHasRungDoesNotRingAgainWhenTheClockIsSetBack) {
     EXPECT_EQ(shown(hourly.due), "25/10/2026 03:30:00");
 
     // Silenced before the midnight at which it rang.
-    AlarmRule daily = editorRule(u"**/**/****", u"00:05:00", at(u"20/11/2026 08:00:00"));
+    AlarmRule daily = dateRule(u"**/**/****", u"00:05:00", at(u"20/11/2026 08:00:00"));
     ASSERT_EQ(shown(daily.due), "21/11/2026 00:05:00");
     EXPECT_EQ(rearm(daily, at(u"20/11/2026 23:40:00")), Rearmed::Armed);
     EXPECT_EQ(shown(daily.due), "22/11/2026 00:05:00");
@@ -161,7 +161,7 @@ TEST(Rearm, WhatHasRungDoesNotRingAgainWhenTheClockIsSetBack) {
 }
 
 TEST(Rearm, LastPeriodBeforeTheYear10000) {
-    AlarmRule rule = editorRule(u"15/12/****", u"09:00:00", at(u"01/12/9999 08:00:00"));
+    AlarmRule rule = dateRule(u"15/12/****", u"09:00:00", at(u"01/12/9999 08:00:00"));
     ASSERT_EQ(shown(rule.due), "15/12/9999 09:00:00");
     EXPECT_EQ(rearm(rule, at(u"15/12/9999 09:00:03")), Rearmed::NotAhead);
     EXPECT_EQ(shown(rule.due), "none");
@@ -169,7 +169,7 @@ TEST(Rearm, LastPeriodBeforeTheYear10000) {
 }
 
 TEST(Clear, LeavesNoTraceInTheRecord) {
-    EditorAlarm editor;
+    EditorRule editor;
     editor.AlarmDate = u"15/**/****";
     editor.AlarmTime = u"09:00:00";
     editor.Mute = true;

@@ -10,7 +10,7 @@ namespace {
 
 TEST(EditorDate, AllWildcardsAreEveryDay) {
     for (const TextView date : {u"", u"**/**/****", u" **/**/****", u"**/**/**** "}) {
-        const AlarmRule rule = editorRule(date, u"09:00:00", at(u"21/11/2026 08:00:00"));
+        const AlarmRule rule = dateRule(date, u"09:00:00", at(u"21/11/2026 08:00:00"));
         EXPECT_TRUE(rule.eachday);
         EXPECT_FALSE(rule.eachmonth || rule.eachyear);
         EXPECT_TRUE(rule.DateNotSet());
@@ -20,7 +20,7 @@ TEST(EditorDate, AllWildcardsAreEveryDay) {
 }
 
 TEST(EditorDate, DayAloneIsEveryMonth) {
-    const AlarmRule rule = editorRule(u"25/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    const AlarmRule rule = dateRule(u"25/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
     EXPECT_TRUE(rule.eachmonth);
     EXPECT_FALSE(rule.eachday || rule.eachyear);
     EXPECT_EQ(rule.alarmday, u"25");
@@ -29,7 +29,7 @@ TEST(EditorDate, DayAloneIsEveryMonth) {
 }
 
 TEST(EditorDate, DayAndMonthAreEveryYear) {
-    const AlarmRule rule = editorRule(u"24/12/****", u"18:30:00", at(u"21/11/2026 08:00:00"));
+    const AlarmRule rule = dateRule(u"24/12/****", u"18:30:00", at(u"21/11/2026 08:00:00"));
     EXPECT_TRUE(rule.eachyear);
     EXPECT_FALSE(rule.eachday || rule.eachmonth);
     EXPECT_EQ(rule.alarmday, u"");
@@ -38,7 +38,7 @@ TEST(EditorDate, DayAndMonthAreEveryYear) {
 }
 
 TEST(EditorDate, FullDateRingsOnce) {
-    const AlarmRule rule = editorRule(u"24/12/2026", u"18:30:00", at(u"21/11/2026 08:00:00"));
+    const AlarmRule rule = dateRule(u"24/12/2026", u"18:30:00", at(u"21/11/2026 08:00:00"));
     EXPECT_FALSE(rule.DateNotSet());
     EXPECT_TRUE(isOneOff(rule));
     EXPECT_EQ(rule.AlarmDate, u"24/12/2026");
@@ -46,7 +46,7 @@ TEST(EditorDate, FullDateRingsOnce) {
 }
 
 TEST(EditorDate, FullDateThatHasPassedStaysAndIsDueAtOnce) {
-    const AlarmRule rule = editorRule(u"20/11/2026", u"18:30:00", at(u"21/11/2026 08:00:00"));
+    const AlarmRule rule = dateRule(u"20/11/2026", u"18:30:00", at(u"21/11/2026 08:00:00"));
     EXPECT_EQ(rule.AlarmDate, u"20/11/2026");
     EXPECT_EQ(shown(rule.due), "20/11/2026 18:30:00");
     EXPECT_FALSE(isAhead(rule, at(u"21/11/2026 08:00:00")));
@@ -54,32 +54,32 @@ TEST(EditorDate, FullDateThatHasPassedStaysAndIsDueAtOnce) {
 
 TEST(EditorDate, PassedPatternMovesOnByOnePeriod) {
     const Now now = at(u"21/11/2026 09:00:00");
-    EXPECT_EQ(shown(editorRule(u"**/**/****", u"08:59:59", now).due), "22/11/2026 08:59:59");
-    EXPECT_EQ(shown(editorRule(u"20/**/****", u"10:00:00", now).due), "20/12/2026 10:00:00");
-    EXPECT_EQ(shown(editorRule(u"20/11/****", u"10:00:00", now).due), "20/11/2027 10:00:00");
+    EXPECT_EQ(shown(dateRule(u"**/**/****", u"08:59:59", now).due), "22/11/2026 08:59:59");
+    EXPECT_EQ(shown(dateRule(u"20/**/****", u"10:00:00", now).due), "20/12/2026 10:00:00");
+    EXPECT_EQ(shown(dateRule(u"20/11/****", u"10:00:00", now).due), "20/11/2027 10:00:00");
 }
 
 TEST(EditorDate, MonthThirteenIsWrittenAsItIsAndIsJanuary) {
-    const AlarmRule rule = editorRule(u"05/**/****", u"10:00:00", at(u"21/12/2026 09:00:00"));
+    const AlarmRule rule = dateRule(u"05/**/****", u"10:00:00", at(u"21/12/2026 09:00:00"));
     EXPECT_EQ(rule.AlarmDate, u"05/13/2026");
     EXPECT_EQ(shown(rule.due), "05/01/2027 10:00:00");
 }
 
 TEST(EditorDate, MissingDayCarriesOver) {
-    EXPECT_EQ(shown(editorRule(u"31/**/****", u"10:00:00", at(u"05/02/2026 09:00:00")).due),
+    EXPECT_EQ(shown(dateRule(u"31/**/****", u"10:00:00", at(u"05/02/2026 09:00:00")).due),
               "03/03/2026 10:00:00");
-    EXPECT_EQ(shown(editorRule(u"31/**/****", u"10:00:00", at(u"05/02/2028 09:00:00")).due),
+    EXPECT_EQ(shown(dateRule(u"31/**/****", u"10:00:00", at(u"05/02/2028 09:00:00")).due),
               "02/03/2028 10:00:00");
-    EXPECT_EQ(shown(editorRule(u"30/02/2026", u"10:00:00", at(u"05/02/2026 09:00:00")).due),
+    EXPECT_EQ(shown(dateRule(u"30/02/2026", u"10:00:00", at(u"05/02/2026 09:00:00")).due),
               "02/03/2026 10:00:00");
 }
 
 TEST(EditorDate, NowEqualToTheInstantDoesNotMoveAPatternOn) {
     const Now now = at(u"21/11/2026 09:00:00", 0);
-    EXPECT_EQ(shown(editorRule(u"**/**/****", u"09:00:00", now).due), "21/11/2026 09:00:00");
-    EXPECT_EQ(shown(editorRule(u"21/**/****", u"09:00:00", now).due), "21/11/2026 09:00:00");
-    EXPECT_EQ(shown(editorRule(u"21/11/****", u"09:00:00", now).due), "21/11/2026 09:00:00");
-    EXPECT_EQ(shown(editorRule(u"21/11/****", u"09:00:00", at(u"21/11/2026 09:00:00", 1)).due),
+    EXPECT_EQ(shown(dateRule(u"**/**/****", u"09:00:00", now).due), "21/11/2026 09:00:00");
+    EXPECT_EQ(shown(dateRule(u"21/**/****", u"09:00:00", now).due), "21/11/2026 09:00:00");
+    EXPECT_EQ(shown(dateRule(u"21/11/****", u"09:00:00", now).due), "21/11/2026 09:00:00");
+    EXPECT_EQ(shown(dateRule(u"21/11/****", u"09:00:00", at(u"21/11/2026 09:00:00", 1)).due),
               "21/11/2027 09:00:00");
 }
 
@@ -87,16 +87,16 @@ TEST(EditorDate, NonsenseHasNothingToWaitFor) {
     const Now now = at(u"21/11/2026 09:00:00");
     for (const TextView date : {u"xx/yy/zzzz", u"00/12/2026", u"24/00/2026", u"2026-12-24", u"24/12/26", u"*",
                                 u"**/12/****", u"xx/**/****", u"00/**/****", u"24/xx/****"}) {
-        const AlarmRule rule = editorRule(date, u"10:00:00", now);
+        const AlarmRule rule = dateRule(date, u"10:00:00", now);
         EXPECT_EQ(shown(rule.due), "none") << testing::PrintToString(Text(date));
     }
-    EXPECT_EQ(shown(editorRule(u"24/12/2026", u"", now).due), "none");
-    EXPECT_EQ(shown(editorRule(u"24/12/2026", u"24:00:00", now).due), "none");
+    EXPECT_EQ(shown(dateRule(u"24/12/2026", u"", now).due), "none");
+    EXPECT_EQ(shown(dateRule(u"24/12/2026", u"24:00:00", now).due), "none");
 }
 
 TEST(EditorWeekday, FindsItsOwnDateAndIsNoPattern) {
     for (const TextView date : {u"", u"**/**/****", u"01/01/2020"}) {
-        EditorAlarm editor;
+        EditorRule editor;
         editor.AlarmDate = date;
         editor.AlarmTime = u"09:00:00";
         editor.AlarmWeekday = 1;
@@ -109,7 +109,7 @@ TEST(EditorWeekday, FindsItsOwnDateAndIsNoPattern) {
 }
 
 TEST(EditorWeekday, SeveralDaysWithoutOneTickedAreNone) {
-    EditorAlarm editor;
+    EditorRule editor;
     editor.AlarmDate = u"24/12/2026";
     editor.AlarmTime = u"09:00:00";
     editor.AlarmWeekday = kSeveralWeekdays;
@@ -177,7 +177,7 @@ TEST(FlaggedWeekday, OneFlagOnTodayAfterItsTimeIsTodayInAWeek) {
     const std::array<bool, 7> saturday{false, false, false, false, false, true};
     const Now now = at(u"21/11/2026 10:00:00");
     EXPECT_EQ(PickFlaggedWeekday(saturday, u"09:00:00", now), 6);
-    EditorAlarm editor;
+    EditorRule editor;
     editor.AlarmTime = u"09:00:00";
     editor.AlarmWeekday = kSeveralWeekdays;
     editor.FlagWeekday = saturday;
@@ -301,7 +301,7 @@ TEST(Repeat, NeedsADateATimeAndAStep) {
 }
 
 TEST(DayCount, IsTheInstantInDays) {
-    AlarmRule rule = editorRule(u"21/11/2026", u"18:00:00", at(u"21/11/2026 08:00:00"));
+    AlarmRule rule = dateRule(u"21/11/2026", u"18:00:00", at(u"21/11/2026 08:00:00"));
     EXPECT_DOUBLE_EQ(DAlarmTime(rule), 46347.75);
     clearAlarm(rule);
     EXPECT_EQ(DAlarmTime(rule), 0);

@@ -27,12 +27,12 @@ TEST(Countdown, ShowsWhatIsLeft) {
 
 TEST(DueText, IsDateHoursAndMinutes) {
     const Now now = at(u"21/11/2026 08:00:00");
-    EXPECT_EQ(dueText(editorRule(u"05/12/2026", u"09:30:59", now)), u"05/12/2026 09:30  h.");
+    EXPECT_EQ(dueText(dateRule(u"05/12/2026", u"09:30:59", now)), u"05/12/2026 09:30  h.");
 }
 
 TEST(DueText, ShowsTheRealDay) {
     const Now now = at(u"05/02/2026 08:00:00");
-    EXPECT_EQ(dueText(editorRule(u"31/**/****", u"09:30:00", now)), u"03/03/2026 09:30  h.");
+    EXPECT_EQ(dueText(dateRule(u"31/**/****", u"09:30:00", now)), u"03/03/2026 09:30  h.");
 }
 
 TEST(DueText, IsEmptyWithoutAnAlarm) {

@@ -17,11 +17,11 @@ Now after(Now moment, std::int64_t seconds, int ms = 0) {
 }
 
 AlarmRule once() {
-    return editorRule(u"15/06/2026", u"12:00:10", kNoon);
+    return dateRule(u"15/06/2026", u"12:00:10", kNoon);
 }
 
 AlarmRule daily() {
-    return editorRule(u"**/**/****", u"12:00:10", kNoon);
+    return dateRule(u"**/**/****", u"12:00:10", kNoon);
 }
 
 /// Rings since the second at which it was due.
@@ -241,7 +241,7 @@ TEST(Ringing, ASleepOverSeveralInstantsRingsOnceAndKeepsThePhase) {
 
 TEST(Ringing, StoppedExactlyAtTheNextInstantItWaitsForNothing) {
     FakeNote note;
-    ring(note, editorRule(u"15/**/****", u"12:00:10", kNoon));
+    ring(note, dateRule(u"15/**/****", u"12:00:10", kNoon));
     note.stop(at(u"15/07/2026 12:00:10", 0));
     EXPECT_EQ(note.strip, "");
     EXPECT_FALSE(note.alarm.wantsTicks());
@@ -265,7 +265,7 @@ TEST(Ringing, WhetherItRecursIsAskedOfTheStore) {
 TEST(Ringing, ANewAlarmEndsTheRingingOfTheOld) {
     FakeNote note;
     ring(note, once());
-    note.set(editorRule(u"15/06/2026", u"13:00:10", kDueNow), kDueNow);
+    note.set(dateRule(u"15/06/2026", u"13:00:10", kDueNow), kDueNow);
     EXPECT_FALSE(note.alarm.Alarming || note.sounding || note.white);
     EXPECT_EQ(note.timers, 0);
     EXPECT_EQ(note.strip, "1:00:00");

@@ -93,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkDue(again);
     require((result == Rearmed::Armed) == isAhead(again, later));
 
-    EditorAlarm editor;
+    EditorRule editor;
     editor.AlarmDate = editorDate(rule, now);
     editor.AlarmTime = editorTime(rule, now);
     editor.AlarmWeekday = record.alarmweekday;

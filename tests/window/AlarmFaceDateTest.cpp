@@ -45,7 +45,7 @@ TEST_F(Editor, ATimeThatIsEmptyBeginsWithNowOrMidnight) {
         choose(ID_CBODAY, 3);
     });
     script.when([this] { return text(ID_LBLTIME) == "00:00:00"; }, [this] { click(ID_BTNOK); });
-    const AlarmEdit answer = edit({});
+    const EditorResult answer = edit({});
     EXPECT_EQ(answer.alarm.AlarmWeekday, 3);
     EXPECT_EQ(answer.alarm.AlarmTime, u"00:00:00");
 }
@@ -150,7 +150,7 @@ TEST_F(Editor, ByKeyboardThePartsOfTheDateAreChosenAndToggled) {
         key(VK_SPACE);
     });
     script.when(dateIs("**/**/****"), [this] { key(VK_ESCAPE); });
-    const AlarmEdit answer = edit({});
+    const EditorResult answer = edit({});
     EXPECT_FALSE(answer.AlarmStart || answer.AlarmStop);
 }
 

@@ -21,7 +21,7 @@ protected:
         Fmsg::SetUp();
         note = addNote();
     }
-    AlarmEdit edit(const AlarmRule& rule) { return dialog.editAlarm(rule, note, someMonday()); }
+    EditorResult edit(const AlarmRule& rule) { return dialog.editAlarm(rule, note, someMonday()); }
 
     int position(int bar) const { return static_cast<int>(SendMessageW(item(bar), SBM_GETPOS, 0, 0)); }
     int chosen(int list) const { return static_cast<int>(SendMessageW(item(list), CB_GETCURSEL, 0, 0)); }

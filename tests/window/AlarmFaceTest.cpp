@@ -25,7 +25,7 @@ TEST_F(Editor, WithoutAnAlarmShowsTodayAndTheTimeNow) {
         EXPECT_FALSE(shows(ID_FRAWEEK) || shows(ID_CHKWEEK) || shows(ID_LBLCOUNTDOWN) || shows(ID_BTN1));
         closeBox();
     });
-    const AlarmEdit answer = edit({});
+    const EditorResult answer = edit({});
     EXPECT_FALSE(answer.AlarmStart || answer.AlarmStop);
     EXPECT_EQ(dialog.hwnd, nullptr);
 }
@@ -70,7 +70,7 @@ TEST_F(Editor, PatternsAreShownWithTheirWildcards) {
             EXPECT_EQ(text(ID_DATA), row.second);
             click(ID_BTNOK);
         });
-        const AlarmEdit answer = edit(row.first);
+        const EditorResult answer = edit(row.first);
         EXPECT_TRUE(answer.AlarmStart && answer.DateNotSet);
         EXPECT_EQ(answer.alarm.AlarmTime, u"12:00:00");
         EXPECT_EQ(plain(answer.alarm.AlarmDate),
@@ -113,7 +113,7 @@ TEST_F(Editor, AWildcardBesideAWeekdayIsRefused) {
         EXPECT_EQ(text(ID_DATA), "16/06/2026");
         click(ID_BTNOK);
     });
-    const AlarmEdit answer = edit(weekly);
+    const EditorResult answer = edit(weekly);
     EXPECT_TRUE(answer.AlarmStart);
     EXPECT_EQ(answer.alarm.AlarmWeekday, 2);
     EXPECT_FALSE(answer.DateNotSet);
@@ -133,7 +133,7 @@ TEST_F(Editor, ARepeatNumberOffersUnitsAndReplacesTheWeekday) {
                     choose(ID_CBODAY, 4);
                     click(ID_BTNOK);
                 });
-    const AlarmEdit answer = edit(weekly);
+    const EditorResult answer = edit(weekly);
     EXPECT_TRUE(answer.AlarmStart);
     EXPECT_EQ(answer.alarm.RepeatNumber, 35);
     EXPECT_EQ(answer.alarm.RepeatEvery, u"MM");
@@ -156,7 +156,7 @@ TEST_F(Editor, TheEmptyRepeatEntryBringsTheWeekdaysBack) {
                     EXPECT_EQ(text(ID_CBODAY), "Weekday");
                     click(ID_BTNOK);
                 });
-    const AlarmEdit answer = edit(repeating);
+    const EditorResult answer = edit(repeating);
     EXPECT_EQ(answer.alarm.RepeatNumber, 0);
     EXPECT_EQ(answer.alarm.RepeatEvery, u"");
 }
@@ -171,7 +171,7 @@ TEST_F(Editor, ARepeatThatTheListLacksIsKeptAndSeen) {
         EXPECT_EQ(chosen(ID_CBOREPEAT), CB_ERR);
         click(ID_BTNOK);
     });
-    const AlarmEdit answer = edit(repeating);
+    const EditorResult answer = edit(repeating);
     EXPECT_EQ(answer.alarm.RepeatNumber, 90);
     EXPECT_EQ(answer.alarm.RepeatEvery, u"mm");
 }
@@ -208,7 +208,7 @@ TEST_F(Editor, SeveralWeekdaysAreTickedInTheirFrame) {
                     click(ID_CHKWEEK + 1);
                     click(ID_BTNOK);
                 });
-    const AlarmEdit answer = edit(weekly);
+    const EditorResult answer = edit(weekly);
     EXPECT_EQ(answer.alarm.AlarmWeekday, 8);
     EXPECT_TRUE(answer.alarm.FlagWeekday[0] && answer.alarm.FlagWeekday[1] && answer.alarm.FlagWeekday[6]);
     EXPECT_FALSE(answer.alarm.FlagWeekday[2]);
@@ -262,7 +262,7 @@ TEST_F(Editor, OnlyStopIsStop) {
     {
         Script script(dialog);
         script.when(shown("Set alarm"), [this] { click(ID_BTNCANCEL); });
-        const AlarmEdit answer = edit(rule);
+        const EditorResult answer = edit(rule);
         EXPECT_TRUE(answer.AlarmStop);
         EXPECT_FALSE(answer.AlarmStart);
     }
@@ -274,7 +274,7 @@ TEST_F(Editor, OnlyStopIsStop) {
     {
         Script script(dialog);
         script.when(shown("Set alarm"), [this] { dialog.unload(); });
-        const AlarmEdit answer = edit(rule);
+        const EditorResult answer = edit(rule);
         EXPECT_FALSE(answer.AlarmStop || answer.AlarmStart);
     }
 }
@@ -284,7 +284,7 @@ TEST_F(Editor, EnterStartsAndAltWithALetterReachesTheControls) {
     script.when(focused(ID_DATA), [] { type(GetFocus(), WM_SYSCHAR, L'r'); });
     script.when(focused(ID_CBOREPEAT), [] { type(GetFocus(), WM_SYSCHAR, L'm'); });
     script.when(focused(ID_CHKMUTE), [this] { key(VK_RETURN); });
-    const AlarmEdit answer = edit({});
+    const EditorResult answer = edit({});
     EXPECT_TRUE(answer.AlarmStart);
     EXPECT_TRUE(answer.alarm.Mute);
     EXPECT_EQ(answer.alarm.AlarmDate, u"15/06/2026");
@@ -332,7 +332,7 @@ TEST_F(Editor, AMessageOverTheEditorGivesItBackAsItWas) {
         EXPECT_FALSE(IsWindowEnabled(note));
         click(ID_BTNOK);
     });
-    const AlarmEdit answer = edit({});
+    const EditorResult answer = edit({});
     EXPECT_TRUE(answer.AlarmStart && answer.alarm.Mute);
     EXPECT_EQ(answer.alarm.AlarmTime, u"11:20:30");
 }
@@ -344,14 +344,14 @@ TEST_F(Editor, TheValuesOfANoteThatWentAreDropped) {
         DestroyWindow(note);
         click(ID_BTNOK);
     });
-    const AlarmEdit answer = edit(ruleAt(u"16/06/2026", u"12:00:00"));
+    const EditorResult answer = edit(ruleAt(u"16/06/2026", u"12:00:00"));
     EXPECT_FALSE(answer.AlarmStart || answer.AlarmStop);
 }
 
 TEST_F(Editor, ASecondEditorIsNotOpened) {
     Script script(dialog);
     script.when(shown("Set alarm"), [this] {
-        const AlarmEdit second = edit({});
+        const EditorResult second = edit({});
         EXPECT_FALSE(second.AlarmStart || second.AlarmStop);
         EXPECT_TRUE(dialog.open());
         click(ID_BTNCANCEL);
