@@ -152,25 +152,6 @@ void armRepeat(AlarmRule& rule, Now now) {
     rule.due = AdvanceRepeat(rule, now) ? instantOfTexts(rule) : std::nullopt;
 }
 
-/// Finds the due instant of a valid rule from scratch. A weekday counts before a pattern, a pattern's date
-/// before a stored one; what has passed moves on, except a single date.
-void arm(AlarmRule& rule, Now now) {
-    rule.due.reset();
-    if (!hasAlarm(rule)) return;
-    if (rule.AlarmWeekday >= 1) {
-        armWeekday(rule, now);
-        return;
-    }
-    if (rule.DateNotSet()) {
-        setDate(rule, patternDate(rule, now, false));
-        const bool passed = rule.due && isAfter(now, *rule.due);
-        if (passed && !hasRepeat(rule)) setDate(rule, patternDate(rule, now, true));
-    } else {
-        rule.due = instantOfTexts(rule);
-    }
-    if (rule.due && hasRepeat(rule)) armRepeat(rule, now);
-}
-
 /// One period on from the instant that has just rung; each day from today, so that an alarm missed for days
 /// rings once and then tomorrow.
 Date followingDate(const AlarmRule& rule, Now now) {
@@ -249,6 +230,23 @@ void storeRule(NoteRecord& record, const AlarmRule& rule) {
     record.alarmday = rule.eachmonth ? rule.alarmday : Text();
     record.alarmdaymonth = rule.eachyear ? rule.alarmdaymonth : Text();
     record.mute = rule.Mute;
+}
+
+void arm(AlarmRule& rule, Now now) {
+    rule.due.reset();
+    if (!hasAlarm(rule)) return;
+    if (rule.AlarmWeekday >= 1) {
+        armWeekday(rule, now);
+        return;
+    }
+    if (rule.DateNotSet()) {
+        setDate(rule, patternDate(rule, now, false));
+        const bool passed = rule.due && isAfter(now, *rule.due);
+        if (passed && !hasRepeat(rule)) setDate(rule, patternDate(rule, now, true));
+    } else {
+        rule.due = instantOfTexts(rule);
+    }
+    if (rule.due && hasRepeat(rule)) armRepeat(rule, now);
 }
 
 AlarmRule ruleFromEditor(const EditorRule& editor, Now now) {

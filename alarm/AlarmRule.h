@@ -83,6 +83,10 @@ AlarmRule ruleFromEditor(const EditorRule& editor, Now now);
 /// `due`. True when the stored date or time changed with it and has to be written back.
 bool armAfterLoad(AlarmRule& rule, Now now);
 
+/// Finds `due` of a valid rule from scratch: a weekday counts before a pattern, a pattern's date before a
+/// stored one. What has passed moves on, except a single date.
+void arm(AlarmRule& rule, Now now);
+
 /// "dd/mm/yyyy" of the next day, today included, that is this weekday (Monday 1) and on which `time`
 /// ("hh:mm:ss") is still ahead. Empty for a weekday outside 1..7 and beyond the year 9999.
 std::optional<Text> NextWeekdayDate(int weekday, TextView time, Now now);

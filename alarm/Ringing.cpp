@@ -7,13 +7,16 @@
 // --- Arming -----------------------------------------------------------------------------------------------
 
 void Ringing::armAfterLoad(Now now) {
+    const AlarmRule before = rule;
     if (::armAfterLoad(rule, now)) face_.store(AlarmFields::DateAndTime);
+    past_.movedOn(before, rule, now);
     updateCountdown();
 }
 
 void Ringing::set(const AlarmRule& confirmed) {
     silence();
     rule = confirmed;
+    past_ = {};
     face_.store(AlarmFields::Everything);
     updateCountdown();
 }
@@ -22,6 +25,7 @@ void Ringing::clear() {
     silence();
     stopCountdown();
     clearAlarm(rule);
+    past_ = {};
     face_.showStrip();
     face_.store(AlarmFields::Cleared);
 }
@@ -53,12 +57,14 @@ void Ringing::tick(Now now) {
     }
     if (!counting_ || !rule.due) return;
     face_.showCountdown(countdownText(*rule.due, now));
-    if (!isBefore(now, *rule.due)) ring();
+    if (!isBefore(now, *rule.due)) ring(now);
 }
 
-void Ringing::ring() {
+void Ringing::ring(Now now) {
     counting_ = false;
     Alarming = true;
+    jumpWhileRinging_ = 0;
+    past_.rang(*rule.due, now);
     face_.appear();
     if (!rule.Mute) face_.startSound();
     Tickcount = 0;
@@ -87,14 +93,27 @@ void Ringing::silence() {
     face_.announce();
 }
 
+void Ringing::clockSet(Now now, std::int64_t jump) {
+    if (Alarming) {
+        jumpWhileRinging_ += jump;
+        return;
+    }
+    if (past_.followClock(rule, now, jump)) face_.store(AlarmFields::DateAndTime);
+    updateCountdown();
+}
+
 bool Ringing::SoundStop(Now now) {
     silence();
     face_.takeStoredPattern(rule);
+    const AlarmRule rung = rule;
     if (rearm(rule, now) == Rearmed::OneShotOver) {
         if (face_.removeNote()) return true;
         clear();
         return false;
     }
+    past_.movedOn(rung, rule, now);
+    const std::int64_t jump = std::exchange(jumpWhileRinging_, 0);
+    if (jump != 0) past_.followClock(rule, now, jump);
     face_.store(AlarmFields::Everything);
     updateCountdown();
     return false;

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "alarm/AlarmPast.h"
 #include "alarm/AlarmRule.h"
 #include "support/DateTime.h"
 #include "support/Text.h"
@@ -68,6 +69,9 @@ struct Ringing {
 
     /// Half a second later: the countdown goes on, or it is time to ring.
     void tick(Now now);
+    /// The clock was set to `now`, by `jump` seconds, back when negative: the alarm follows it. One that
+    /// rings goes on ringing, and follows when it is stopped.
+    void clockSet(Now now, std::int64_t jump);
     /// Half a second later while it rings: the colour changes, and from time to time the sound begins again.
     void flashTick();
     /// Stops the ringing and arms the next occurrence. True when the note went with its alarm.
@@ -93,10 +97,12 @@ struct Ringing {
     std::uintptr_t pTimerProc = 0;  ///< identifier of the running flash timer, 0 when none
 
 private:
-    void ring();
+    void ring(Now now);
     void count(bool on);
 
     RingingFace& face_;
+    AlarmPast past_;
     bool counting_ = false;
     bool white_ = false;
+    std::int64_t jumpWhileRinging_ = 0;  ///< seconds
 };

@@ -73,6 +73,7 @@ void basPost::fillHost() {
     host.storeFlag = [this](const char16_t* key, bool flag) { storeFlag(key, flag); };
     host.monitors = [this]() -> const std::vector<Monitor>& { return monitors(); };
     host.now = [] { return localNow(); };
+    host.uptime = [] { return std::uint64_t{GetTickCount64()}; };
     host.startSound = [] { PlayAlarmSound(IDW_ALARM, true); };
     host.stopSound = StopAlarmSound;
     host.ask = [this](const Text& prompt, long buttons, const Text& title) {
@@ -113,6 +114,7 @@ bool basPost::createTray() {
     functions.endSession = [this] { EndSession(); };
     functions.showSaveFailure = [this] { showSaveFailure(); };
     functions.tick = [this] { Tick(); };
+    functions.clockSet = [this] { ClockSet(); };
     return tray.create(std::move(functions));
 }
 
@@ -173,6 +175,7 @@ void basPost::storeOwedFlags() {
 // --- Start ------------------------------------------------------------------------------------------------
 
 bool basPost::LoadNotes(int count) {
+    clock_.jump(host.now(), host.uptime());  // the alarms are armed by this clock
     if (!openNotes(count)) {
         MsgBoxExt(u"Windows has no room for all notes now. Close some programs and start Kardel again.",
                   MB_ICONERROR);
@@ -423,7 +426,31 @@ void basPost::CountingChanged() {
     }
 }
 
+void basPost::ClockSet() {
+    const Now now = host.now();
+    followClock(now, clock_.jump(now, host.uptime()) + std::exchange(untold_, 0));
+}
+
+void basPost::followClock(Now now, std::int64_t jump) {
+    if (jump == 0) return;
+    const std::vector<fpost*> walk = Notes;
+    for (fpost* note : walk) {
+        try {
+            if (holds(note)) note->alarm.clockSet(now, jump);
+        } catch (...) {
+            fpost::onEscaped(WM_TIMECHANGE);
+        }
+    }
+}
+
 void basPost::Tick() {
+    const Now now = host.now();
+    const std::int64_t jump = clock_.jump(now, host.uptime());
+    if (jump < 0) followClock(now, jump);
+    // A leap forward was a sleep, and what was missed rings, unless Windows says that the clock was set; that
+    // may come after this tick.
+    untold_ = std::max<std::int64_t>(jump, 0);
+    if (untold_ > 0) return;
     const std::vector<fpost*> walk = Notes;
     for (fpost* note : walk) {
         try {

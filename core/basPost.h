@@ -6,6 +6,7 @@
 #include <map>
 #include <vector>
 
+#include "core/ClockWatch.h"
 #include "core/TrayMenu.h"
 #include "core/fTray.h"
 #include "note/NoteHost.h"
@@ -39,6 +40,8 @@ struct basPost {
     /// A tick of every note that counts down, and from time to time one more try to read what could not be
     /// read at the start.
     void Tick();
+    /// Windows says that the clock was set: the alarms follow it.
+    void ClockSet();
     /// Takes a note out of collection and store and renumbers the rest. Its window goes by itself.
     void RemoveNote(fpost& note);
     /// Ends every open edit, keeping its text.
@@ -110,7 +113,12 @@ private:
     void showAgain(fpost& note);
     std::vector<NoteRecord*> records() const;
 
+    /// Lets the alarms follow a clock that was set by `jump` seconds.
+    void followClock(Now now, std::int64_t jump);
+
     bool ticking_ = false;
+    ClockWatch clock_;
+    std::int64_t untold_ = 0;  ///< seconds that the clock leapt forward, unless Windows says why
     static constexpr int kMostUnreadTicks = 1024;  ///< under nine minutes
     int unreadTicks_ = 0;                          ///< since the last try to read what could not be read
     int unreadWait_ = 2;                           ///< ticks from one try to the next

@@ -183,6 +183,9 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_TIMER:
             if (wp == IDT_ALARM) host.tick();
             return 0;
+        case WM_TIMECHANGE:
+            host.clockSet();
+            return 0;
         case WM_CLOSE:
             host.exitProgram();
             return 0;

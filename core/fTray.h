@@ -32,6 +32,7 @@ struct TrayHost {
     std::function<void()> endSession;       ///< the session ends
     std::function<void()> showSaveFailure;  ///< answers a posted kSaveFailed
     std::function<void()> tick;             ///< of the notes that count down
+    std::function<void()> clockSet;         ///< the clock shows another time than it ran to
 };
 
 struct fTray {

@@ -37,7 +37,8 @@ struct NoteHost {
     std::function<void(const char16_t* key, bool flag)> storeFlag;  ///< one flag of section "setting"
     std::function<const std::vector<Monitor>&()> monitors;          ///< read once a command on all notes
     std::function<Now()> now;
-    std::function<void()> startSound;  ///< the alarm sound, from its beginning
+    std::function<std::uint64_t()> uptime;  ///< ms, which nobody can set; it runs on while the machine sleeps
+    std::function<void()> startSound;       ///< the alarm sound, from its beginning
     std::function<void()> stopSound;
 
     /// "Are you sure"-type questions and messages; the answer is the platform's code. Defaults: the program's

@@ -7,7 +7,6 @@ namespace {
 
 constexpr unsigned kTab = 0x09;
 constexpr unsigned kEscape = 0x1B;
-constexpr unsigned kSpace = 0x20;
 constexpr unsigned kLeft = 0x25;
 constexpr unsigned kUp = 0x26;
 constexpr unsigned kRight = 0x27;
@@ -38,8 +37,7 @@ constexpr Row kRows[] = {
     {kF2, Held::Shift, When::NotResizing, NoteAction::EditTitle},
     {kF4, Held::Nothing, When::NotResizing, NoteAction::Alarm},
     {kF4, Held::Shift, When::Always, NoteAction::SwapStrip},
-    {kEscape, Held::Nothing, When::Ringing, NoteAction::StopRinging},
-    {kSpace, Held::Nothing, When::Ringing, NoteAction::StopRinging},
+    {kEscape, Held::Nothing, When::Ringing, NoteAction::Silence},
     {kF6, Held::Nothing, When::Always, NoteAction::NextNote},
     {kF6, Held::Shift, When::Always, NoteAction::PreviousNote},
     {kTab, Held::Ctrl, When::Always, NoteAction::NextNote},
@@ -57,7 +55,7 @@ bool fits(Held held, const NoteKey& pressed) {
     return pressed.shift == shift && pressed.control == control && !pressed.alt;
 }
 
-bool fits(When when, const NoteKeyInput& input) {
+bool fits(When when, const NoteKey& pressed, const NoteKeyInput& input) {
     switch (when) {
         case When::Always:
             return true;
@@ -66,7 +64,7 @@ bool fits(When when, const NoteKeyInput& input) {
         case When::NotEditing:
             return !input.editing && !input.resizing;
         case When::Ringing:
-            return !input.editing && input.ringing;
+            return !input.editing && input.ringing && !pressed.repeated && !input.justEdited;
     }
     return false;
 }
@@ -75,7 +73,7 @@ bool fits(When when, const NoteKeyInput& input) {
 
 NoteAction noteAction(const NoteKey& pressed, const NoteKeyInput& input) {
     const auto* const row = std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& r) {
-        return r.key == pressed.key && fits(r.held, pressed) && fits(r.when, input);
+        return r.key == pressed.key && fits(r.held, pressed) && fits(r.when, pressed, input);
     });
     return row == std::end(kRows) ? NoteAction::None : row->action;
 }

@@ -1,4 +1,4 @@
-// What a key does on a note, beside the size that the resize mode changes: one row a key.
+// What a key does on a note, beside the size that the resize mode changes: one row per key.
 #pragma once
 
 /// A key that went down, with what was held. The numbers of the keys are Windows' own.
@@ -7,13 +7,15 @@ struct NoteKey {
     bool shift = false;
     bool control = false;
     bool alt = false;
+    bool repeated = false;  ///< it has been down for a while: the keyboard repeats it
 };
 
 /// What the answer depends on.
 struct NoteKeyInput {
     bool editing = false;  ///< title or text: its editor has the first say on letters, arrows and Esc
     bool ringing = false;
-    bool resizing = false;  ///< the keyboard changes the size: no slip beside the arrows does anything else
+    bool resizing = false;    ///< the keyboard changes the size: no slip beside the arrows does anything else
+    bool justEdited = false;  ///< an edit ended so lately that the key may have been meant for it
 };
 
 enum class NoteAction : unsigned char {
@@ -25,7 +27,7 @@ enum class NoteAction : unsigned char {
     EditTitle,  ///< the title, also on a normal note
     Alarm,
     SwapStrip,  ///< the time strip shows when it rings instead of the time left, or the other way round
-    StopRinging,
+    Silence,    ///< stops the ringing, which may delete the note: never by a key that was meant for an edit
     NextNote,
     PreviousNote,
     MoveLeft,

@@ -453,7 +453,7 @@ std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
             OpenMenu();  // Alt+Space: a note's own menu
             return 0;
         case WM_KEYDOWN:
-            if (!onKeyDown(wp)) return {};
+            if (!onKeyDown(wp, (HIWORD(lp) & KF_REPEAT) != 0)) return {};
             return 0;
         case WM_KEYUP:
         case WM_KILLFOCUS:

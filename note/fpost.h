@@ -94,8 +94,9 @@ struct fpost {
     /// Runs it from a message of its own, once the menu that is open is gone.
     void postChosen(unsigned id, const NoteMenuInput& said) const;
     void onChosen(unsigned id, LPARAM said);
-    /// A key on the note or one of its editors. True when it was the note's.
-    bool onKeyDown(WPARAM key);
+    /// A key on the note or one of its editors, `repeated` by the keyboard as long as it is held. True when
+    /// it was the note's.
+    bool onKeyDown(WPARAM key, bool repeated = false);
     /// The same for F10 and keys that go with Alt, which Windows tells apart.
     bool onSystemKeyDown(WPARAM key);
     /// Gives the keyboard to the next visible note, in the order of their numbers, or to the one before.
@@ -261,6 +262,8 @@ private:
     void showResizeCursor(int cursor);
     void showIconized();
     std::int32_t storedHeight() const;
+    /// Whether an edit ended within the last second.
+    bool justEdited() const;
 
     LONG laidWidth = 0;  ///< client size in pixels that the parts are laid out for
     LONG laidHeight = 0;
@@ -278,9 +281,10 @@ private:
     enum class OneShotKey : unsigned char { None, Save, NewLine, BlankLine, Cancel };
     OneShotKey oneShot = OneShotKey::None;
     bool swallowDoubleClick = false;
-    bool drafting = false;  ///< the timer that writes the draft runs
-    bool drafted = false;   ///< the draft is this note's
-    UINT gripRelease = 0;   ///< the button message that ends the grip's press-and-hold loop; 0: none runs
+    std::optional<std::uint64_t> editEnded;  ///< when the last edit did, by the desk's uptime
+    bool drafting = false;                   ///< the timer that writes the draft runs
+    bool drafted = false;                    ///< the draft is this note's
+    UINT gripRelease = 0;  ///< the button message that ends the grip's press-and-hold loop; 0: none runs
 };
 
 /// Looks on while a note calls something that may run messages: the note may have gone when that returns.

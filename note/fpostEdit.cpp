@@ -58,6 +58,7 @@ void fpost::EditForm() {
 void fpost::endBodyEdit() {
     // The flag first: hiding the control takes the focus from it, and losing the focus saves.
     bodyBeingEdited = false;
+    editEnded = host->uptime();
     oneShot = OneShotKey::None;
     const bool focused = GetFocus() == txtNota;
     ShowWindow(txtNota, SW_HIDE);
@@ -108,6 +109,7 @@ void fpost::EditCaption() {
 void fpost::SaveCaption(bool Apply) {
     if (!titleBeingEdited) return;
     titleBeingEdited = false;
+    editEnded = host->uptime();
     oneShot = OneShotKey::None;
     const Text edited = windowText(txtTitle);
     const bool focused = GetFocus() == txtTitle;

@@ -144,15 +144,17 @@ void fpost::command(unsigned id, const NoteMenuInput& said) {
     }
 }
 
-bool fpost::onKeyDown(WPARAM key) {
+bool fpost::onKeyDown(WPARAM key, bool repeated) {
     if (Help) {
         if (key != VK_ESCAPE) return false;
         unload();
         return true;
     }
     if (resizeMode && resizeKey(key)) return true;
-    const NoteKey pressed{static_cast<unsigned>(key), isDown(VK_SHIFT), isDown(VK_CONTROL), isDown(VK_MENU)};
-    switch (noteAction(pressed, {bodyBeingEdited || titleBeingEdited, Alarming(), resizeMode})) {
+    const NoteKey pressed{static_cast<unsigned>(key), isDown(VK_SHIFT), isDown(VK_CONTROL), isDown(VK_MENU),
+                          repeated};
+    const bool editing = bodyBeingEdited || titleBeingEdited;
+    switch (noteAction(pressed, {editing, Alarming(), resizeMode, justEdited()})) {
         case NoteAction::None:
             return false;
         case NoteAction::Delete:
@@ -176,7 +178,7 @@ bool fpost::onKeyDown(WPARAM key) {
         case NoteAction::SwapStrip:
             swapStrip();
             break;
-        case NoteAction::StopRinging:
+        case NoteAction::Silence:
             SoundStop();
             break;
         case NoteAction::NextNote:
@@ -199,6 +201,11 @@ bool fpost::onKeyDown(WPARAM key) {
             break;
     }
     return true;
+}
+
+bool fpost::justEdited() const {
+    constexpr std::uint64_t kLately = 1000;
+    return editEnded && host->uptime() - *editEnded < kLately;
 }
 
 bool fpost::onSystemKeyDown(WPARAM key) {

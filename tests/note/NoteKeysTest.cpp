@@ -12,6 +12,7 @@ constexpr NoteKeyInput kEditing{true, false};
 constexpr NoteKeyInput kRinging{false, true};
 constexpr NoteKeyInput kRingingWhileEdited{true, true};
 constexpr NoteKeyInput kResizing{false, false, true};
+constexpr NoteKeyInput kRingingAfterAnEdit{false, true, false, true};
 
 NoteAction plain(unsigned key, const NoteKeyInput& input = kResting) {
     return noteAction({key}, input);
@@ -87,14 +88,21 @@ TEST(NoteKeys, WhileItIsResizedNoneOfThemDoesAnythingElseToTheNote) {
     EXPECT_EQ(plain(kF6, kResizing), NoteAction::NextNote);
 }
 
-TEST(NoteKeys, EscAndSpaceStopTheRingingAndNothingElse) {
-    for (const unsigned key : {kEscape, kSpace}) {
-        EXPECT_EQ(plain(key, kRinging), NoteAction::StopRinging) << key;
-        EXPECT_EQ(plain(key), NoteAction::None) << key;
-        EXPECT_EQ(plain(key, kRingingWhileEdited), NoteAction::None) << key;
-        EXPECT_EQ(withCtrl(key, kRinging), NoteAction::None) << key;
-    }
-    EXPECT_EQ(plain(kEnter, kRinging), NoteAction::None) << "it ends edits: one too many must delete no note";
+TEST(NoteKeys, EscSilencesANoteThatRingsAndNothingElse) {
+    EXPECT_EQ(plain(kEscape, kRinging), NoteAction::Silence);
+    EXPECT_EQ(plain(kEscape), NoteAction::None);
+    EXPECT_EQ(plain(kEscape, kRingingWhileEdited), NoteAction::None);
+    EXPECT_EQ(withCtrl(kEscape, kRinging), NoteAction::None);
+    EXPECT_EQ(withShift(kEscape, kRinging), NoteAction::None);
+}
+
+TEST(NoteKeys, WhatEndsAnEditDeletesNoNoteThatRings) {
+    for (const unsigned key : {kEnter, kSpace})
+        EXPECT_EQ(plain(key, kRinging), NoteAction::None) << key;
+    EXPECT_EQ(plain(kEscape, kRingingAfterAnEdit), NoteAction::None);
+    NoteKey held{kEscape};
+    held.repeated = true;
+    EXPECT_EQ(noteAction(held, kRinging), NoteAction::None);
 }
 
 }  // namespace

@@ -167,22 +167,55 @@ TEST_P(Keyboard, ShiftF4ShowsWhenItRingsAndTheTimeLeftAgain) {
     EXPECT_TRUE(note.alarm.isCounting());
 }
 
-TEST_P(Keyboard, EscAndSpaceStopANoteThatRings) {
-    for (const WPARAM key : {WPARAM{VK_ESCAPE}, WPARAM{VK_SPACE}}) {
-        GlobalSettings settings;
-        settings.DontDeleteWhenPlay = true;
-        const auto desk = run({armed(u"a")}, settings);
-        fpost& note = desk->note(1);
+TEST_P(Keyboard, EscStopsANoteThatRings) {
+    GlobalSettings settings;
+    settings.DontDeleteWhenPlay = true;
+    const auto desk = run({armed(u"a")}, settings);
+    fpost& note = desk->note(1);
+    typeKey(note.hwnd, VK_ESCAPE);
+    EXPECT_TRUE(note.alarm.isCounting()) << "before it rings the key is nothing";
+    desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 5});
+    desk->desk->Tick();
+    ASSERT_TRUE(note.Alarming());
+    for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_SPACE}}) {
         typeKey(note.hwnd, key);
-        EXPECT_TRUE(note.alarm.isCounting()) << "before it rings the key is nothing";
+        EXPECT_TRUE(note.Alarming()) << key;
+    }
+    typeKey(note.hwnd, VK_ESCAPE);
+    EXPECT_FALSE(note.Alarming());
+    EXPECT_EQ(desk->desk->Count(), 1);
+}
+
+TEST_P(Keyboard, AKeyThatWasMeantForTheEditDeletesNoNote) {
+    constexpr LPARAM kHeld = LPARAM{KF_REPEAT} << 16;
+    for (const bool title : {false, true}) {
+        const auto desk = run({armed(u"a")});
+        fpost& note = desk->note(1);
+        if (title) {
+            note.EditCaption();
+        } else {
+            note.EditForm();
+        }
+        const HWND editor = title ? note.txtTitle : note.txtNota;
+        SetWindowTextW(editor, L"kept");
         desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 5});
         desk->desk->Tick();
         ASSERT_TRUE(note.Alarming());
-        typeKey(note.hwnd, VK_RETURN);
-        EXPECT_TRUE(note.Alarming());
-        typeKey(note.hwnd, key);
-        EXPECT_FALSE(note.Alarming()) << key;
-        EXPECT_EQ(desk->desk->Count(), 1);
+        typeKey(editor, VK_RETURN, VK_RETURN);
+        ASSERT_FALSE(note.bodyBeingEdited || note.titleBeingEdited);
+        typeKey(note.hwnd, VK_ESCAPE);
+        desk->clock.ms = 999;
+        typeKey(note.hwnd, VK_ESCAPE);
+        EXPECT_TRUE(note.Alarming()) << "one key too many";
+        desk->clock = {desk->clock.at, 0};
+        desk->clock.at.seconds += 1;
+        SendMessageW(note.hwnd, WM_KEYDOWN, VK_ESCAPE, kHeld);
+        EXPECT_TRUE(note.Alarming()) << "still held down";
+        ASSERT_EQ(desk->desk->Count(), 1);
+        EXPECT_EQ(title ? desk->stored(1).Titolo : desk->stored(1).Nota, u"kept");
+        typeKey(note.hwnd, VK_ESCAPE);
+        pumpPending();
+        EXPECT_EQ(desk->desk->Count(), 0) << "a key of its own";
     }
 }
 
@@ -190,7 +223,7 @@ TEST_P(Keyboard, ANoteWhoseAlarmCameOnceGoesWithTheKeyThatStopsIt) {
     const auto desk = run({armed(u"a"), plainNote(u"b")});
     desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 5});
     desk->desk->Tick();
-    typeKey(desk->note(1).hwnd, VK_SPACE);
+    typeKey(desk->note(1).hwnd, VK_ESCAPE);
     pumpPending();
     ASSERT_EQ(desk->desk->Count(), 1);
     EXPECT_EQ(desk->note(1).Titolo(), u"b");

@@ -406,6 +406,39 @@ TEST_P(Alarm, ANoteBeingEditedRingsAndIsStoppedOnceTheTextIsKept) {
 
 // --- The clock --------------------------------------------------------------------------------------------
 
+TEST_P(Alarm, AClockPutRightIsFollowedAtTheNextTick) {
+    const auto desk = run({every(u"a", u"eachday"), weekly(u"b", 1), repeating(u"c", 1, u"dd")});
+    desk->setClock(later(365 * kSecondsPerDay + 1));
+    desk->desk->Tick();
+    EXPECT_EQ(desk->sounds, 0) << "Windows may be about to say that the clock was set";
+    desk->desk->Tick();
+    EXPECT_EQ(desk->sounds, 3) << "it says nothing: the machine slept";
+    for (int n = 1; n <= 3; ++n)
+        press(desk->note(n).pic_time);
+    EXPECT_EQ(desk->stored(3).alarmdate, u"16/06/2027");
+    desk->setClock(later(-3600));
+    desk->desk->Tick();
+    for (int n = 1; n <= 3; ++n) {
+        EXPECT_EQ(desk->note(n).alarm.rule.due, kDue) << n;
+        EXPECT_EQ(strip(desk->note(n)), "1:00:00") << n;
+    }
+    EXPECT_EQ(desk->stored(2).alarmdate, u"15/06/2026");
+    EXPECT_EQ(desk->stored(3).alarmdate, u"15/06/2026");
+}
+
+TEST_P(Alarm, WhatAClockThatWasSetFarForwardPassedDoesNotRing) {
+    const auto desk = run({every(u"a", u"eachday"), weekly(u"b", 1), once(u"c")});
+    for (const bool tickFirst : {false, true}) {
+        desk->setClock({desk->clock.at.seconds + 8 * kSecondsPerDay + 4 * 3600});
+        if (tickFirst) desk->desk->Tick();
+        SendMessageW(desk->desk->tray.hwnd, WM_TIMECHANGE, 0, 0);
+        desk->desk->Tick();
+        EXPECT_FALSE(desk->note(1).Alarming() || desk->note(2).Alarming()) << tickFirst;
+        EXPECT_LT(desk->clock.at, *desk->note(2).alarm.rule.due) << tickFirst;
+        EXPECT_TRUE(desk->note(3).Alarming()) << "it comes once";
+    }
+}
+
 TEST_P(Alarm, AClockSetForwardRingsWhatItJumpedOver) {
     const auto desk = run({once(u"a"), weekly(u"b", 1), repeating(u"c", 1, u"hh")});
     desk->clock = {later(2 * 3600 + 60), 0};

@@ -16,6 +16,7 @@ struct TestNotes {
     MemoryFiles folder;
     MemorySettings registry;
     Now clock{instantOf({2026, 6, 15}, {12, 0, 0}), 0};  // a Monday
+    std::int64_t set = 0;                                ///< seconds by which the clock was set, not run
     int sounds = 0;                                      ///< how often the alarm sound began
     int silences = 0;                                    ///< how often it was ended
     std::unique_ptr<basPost> desk = std::make_unique<basPost>();
@@ -56,6 +57,12 @@ struct TestNotes {
         return desk->store.resumeRemoval(count);
     }
 
+    /// Sets the clock, in no time.
+    void setClock(Instant to) {
+        set += to.seconds - clock.at.seconds;
+        clock.at = to;
+    }
+
     fpost& note(int number) { return *desk->Notes[static_cast<std::size_t>(number - 1)]; }
 
     /// What a start would find for a note now.
@@ -73,6 +80,9 @@ private:
         desk->store.registry = {registry.settings(), englishWeekdayKeys()};
         desk->store.files = {folder.files(), westernPage()};
         desk->host.now = [this] { return clock; };
+        desk->host.uptime = [this] {
+            return static_cast<std::uint64_t>((clock.at.seconds - set) * 1000 + clock.ms);
+        };
         desk->host.startSound = [this] { ++sounds; };
         desk->host.stopSound = [this] { ++silences; };
     }

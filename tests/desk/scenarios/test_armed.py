@@ -141,6 +141,53 @@ def test_summer_time_neither_loses_nor_doubles_an_alarm(desk):
     rings_no_more(note)
 
 
+ALL_DAY = [{**NOTE, "Titolo": "daily", "alarmdate": "*", "interval": "eachday", "alarmtime": "21:00:00"},
+           {**NOTE, "Titolo": "weekly", "x": 4500, "alarmdate": "15/06/2026", "alarmweekday": 1, "alarmtime": "21:00:00"},
+           {**NOTE, "Titolo": "hourly", "x": 8400, "alarmdate": "15/06/2026", "alarmtime": "21:00:00",
+            "alarmrepeatnumber": 1, "alarmrepeatevery": "hh"}]
+
+
+def test_alarms_follow_a_clock_that_was_a_year_ahead_and_is_put_right(desk):
+    clock = desk.clock("2026-06-15 20:59:00")
+    desk.seed_registry({}, ALL_DAY)
+    kardel = desk.run(clock=clock)
+    clock.jump("2027-06-15 21:00:00")
+    for title in ("daily", "weekly", "hourly"):
+        wait_ringing(kardel.note(title))
+        strip(kardel.note(title)).click(20)
+        rings_no_more(kardel.note(title))
+    clock.jump("2026-06-15 20:30:00")
+    for title in ("daily", "weekly", "hourly"):
+        note = kardel.note(title)
+        desk.wait(lambda: 1700 < seconds_of(strip(note).text) <= 1800, 5, f"{title}: half an hour to wait")
+        assert due_text(desk, note) == "15/06/2026 21:00"
+    assert desk.stored_note(2)["alarmdate"] == "15/06/2026"  # Tuesday by the wrong clock
+    assert (desk.stored_note(3)["alarmdate"], desk.stored_note(3)["alarmtime"]) == ("15/06/2026", "21:00:00")
+    clock.jump("2026-06-15 21:00:00")
+    for title in ("daily", "weekly", "hourly"):
+        wait_ringing(kardel.note(title))
+
+
+def test_what_rang_does_not_ring_again_when_the_clock_goes_back_by_an_hour(desk):
+    clock = desk.clock("2026-10-25 02:29:50", "Europe/Rome")
+    at_half_past = {"alarmtime": "02:30:00", "alarmdate": "25/10/2026"}
+    desk.seed_registry({}, [{**ALL_DAY[0], **at_half_past, "alarmdate": "*"},
+                            {**ALL_DAY[2], **at_half_past}])
+    kardel = desk.run(clock=clock)
+    daily, hourly = kardel.note("daily"), kardel.note("hourly")
+    for note in (daily, hourly):
+        wait_ringing(note)
+        strip(note).click(20)
+        rings_no_more(note)
+    clock.jump("2026-10-25 01:40:00")
+    desk.wait(lambda: seconds_of(strip(hourly).text) > 6500, 5, "the hourly one to see it")
+    assert due_text(desk, hourly) == "25/10/2026 03:30"
+    assert due_text(desk, daily) == "26/10/2026 02:30"
+    clock.jump("2026-10-25 02:30:01")
+    rings_no_more(daily)
+    rings_no_more(hourly)
+
+
 def ends_in_dots(strip):
     """Whether the last that is drawn of the time left lies low, as dots do, and digits before it stand tall."""
     picture = strip.image().convert("L")

@@ -85,10 +85,32 @@ def test_a_note_that_rings_is_silenced_with_a_key(desk, hand):
     note = hand.run({**NOTE, **missed}, {**OTHER, **missed}, DontDeleteWhenPlay=True).note("Shopping")
     other = hand.note("other")
     note.awake()  # not with a click, which would silence it
-    for ringing, key in ((note, "space"), (other, "Escape")):
+    for ringing in (note, other):
         wait_ringing(ringing)
         desk.wait(lambda: ringing.active and ringing.has_focus, what=f"the keyboard to be on {ringing!r}")
-        desk.key(key)
+        desk.key("space")
+        desk.stays(lambda: ringing.part("pic_time").visible, 1, "the ringing")
+        desk.key("Escape")
         rings_no_more(ringing)
         desk.key("ctrl+Tab")
     assert len(hand.kardel.visible_notes()) == 2
+
+
+@any_store
+def test_esc_held_down_ends_an_edit_and_deletes_no_note(desk, hand):
+    past = {"alarmdate": "01/01/2020", "alarmtime": "08:00:00", "mute": True}
+    note = hand.run({**NOTE, **past}).note()
+    note.awake()
+    wait_ringing(note)
+    desk.key("F2")
+    desk.wait(lambda: note.part("txtNota").has_focus, what="the editor")
+    desk.type(" and jam")
+    desk.hands.key_down("Escape")
+    try:
+        desk.wait(lambda: not note.part("txtNota").visible, what="the edit to end")
+        desk.stays(lambda: note.exists and note.visible, 2.5, "the note, while the key repeats")
+    finally:
+        desk.hands.key_up("Escape")
+    wait_ringing(note)
+    desk.key("Escape")
+    desk.wait(lambda: not note.exists, what="a key of its own to end the alarm that came once")

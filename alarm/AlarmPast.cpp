@@ -1,0 +1,76 @@
+#include "alarm/AlarmPast.h"
+
+#include <algorithm>
+
+namespace {
+
+/// More than the clock changes for summer time anywhere, or for a correction: what was due in so short a time
+/// still rings.
+constexpr std::int64_t kSmallJump = 3 * 3600;
+
+bool hasOwnStart(const AlarmRule& rule) {
+    return rule.AlarmWeekday < 1 && !rule.DateNotSet();
+}
+
+/// Whether it has been due for so many seconds at least.
+bool isDueSince(const AlarmRule& rule, Now now, std::int64_t seconds) {
+    return rule.due && now.at.seconds - rule.due->seconds >= seconds;
+}
+
+bool sameStoredForm(const AlarmRule& a, const AlarmRule& b) {
+    const bool sameDate = a.AlarmDate == b.AlarmDate || (a.DateNotSet() && b.DateNotSet());
+    return sameDate && a.AlarmTime == b.AlarmTime;
+}
+
+}  // namespace
+
+void AlarmPast::rang(Instant due, Now now) {
+    std::erase_if(rung_, [now](const Ring& old) { return old.at.seconds < now.at.seconds - kSecondsPerDay; });
+    rung_.push_back({due, now.at});
+}
+
+bool AlarmPast::hasRung(Instant due) const {
+    constexpr std::int64_t kMinute = 60;
+    return std::any_of(rung_.begin(), rung_.end(), [due](const Ring& rung) {
+        return rung.due.seconds / kMinute == due.seconds / kMinute;
+    });
+}
+
+void AlarmPast::forgetFarAhead(Now now) {
+    // The clock was wrong by more than a day: what rang then was not what is to come.
+    std::erase_if(rung_,
+                  [now](const Ring& rung) { return rung.at.seconds > now.at.seconds + kSecondsPerDay; });
+}
+
+void AlarmPast::movedOn(const AlarmRule& before, const AlarmRule& after, Now now) {
+    if (!hasOwnStart(before) || sameStoredForm(before, after)) return;
+    if (!move_) move_ = Move{now, before.AlarmDate, before.AlarmTime};
+    if (isAfter(now, move_->at.at)) move_->at = now;
+}
+
+bool AlarmPast::followClock(AlarmRule& rule, Now now, std::int64_t jump) {
+    forgetFarAhead(now);
+    if (!hasAlarm(rule) || isOneOff(rule)) return false;
+    const bool due = isDueSince(rule, now, 0);
+    // What lies before the jump was missed for another reason, as by a machine asleep.
+    const bool neverWas = isDueSince(rule, now, kSmallJump) && !isDueSince(rule, now, jump);
+    if (due && !neverWas) return false;
+
+    const AlarmRule before = rule;
+    if (hasOwnStart(rule)) {
+        const bool tooFar = move_ && isBefore(now, move_->at.at);
+        if (tooFar) {
+            rule.AlarmDate = move_->date;
+            rule.AlarmTime = move_->time;
+            move_.reset();
+        } else if (rule.due && !due) {
+            return false;
+        }
+    }
+    const AlarmRule start = rule;
+    arm(rule, now);
+    while (rule.due && hasRung(*rule.due))
+        arm(rule, {*rule.due, 1});
+    movedOn(start, rule, now);
+    return !sameStoredForm(before, rule);
+}

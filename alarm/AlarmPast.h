@@ -1,0 +1,42 @@
+// What an alarm has been through in this run of the program, and what becomes of it when the clock is set:
+// alarms follow the clock on the wall, whatever it showed before.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "alarm/AlarmRule.h"
+
+class AlarmPast {
+public:
+    /// It begins to ring, at `now`, for its due instant.
+    void rang(Instant due, Now now);
+
+    /// It moved on at `now`. A repeat can go back to where it was before, if that moment turns out to lie in
+    /// the future.
+    void movedOn(const AlarmRule& before, const AlarmRule& after, Now now);
+
+    /// Settles the rule after the clock was set to `now`, by `jump` seconds, back when negative. A rule
+    /// without a start of its own (each day, month or year, weekdays) is computed anew. A repeat goes back by
+    /// whole periods if it moved on at a moment that is still to come, and never before where it stood; one
+    /// that begins far ahead because the user said so stays. What a small step forward passed is left to ring
+    /// late; what a large one passed never was. Nothing becomes due again in a minute for which it rang.
+    /// True when the stored date or time changed with it.
+    bool followClock(AlarmRule& rule, Now now, std::int64_t jump);
+
+private:
+    bool hasRung(Instant due) const;
+    void forgetFarAhead(Now now);
+
+    struct Move {
+        Now at;     ///< the latest moment at which the repeat moved on
+        Text date;  ///< where it stood before it ever did
+        Text time;
+    };
+    std::optional<Move> move_;
+    struct Ring {
+        Instant due;
+        Instant at;  ///< the clock when it rang, perhaps long after that
+    };
+    std::vector<Ring> rung_;  ///< of the last day before the latest of them
+};
