@@ -1,6 +1,8 @@
-// The start, in its order: one copy, log-on start, settings and store, tray, notes. The only place that knows
-// everybody. Afterwards the program lives in its windows until Exit.
+// The start, in its order: one copy, no temporary folder, log-on start, settings and store, tray, notes. The
+// only place that knows everybody. Afterwards the program lives in its windows until Exit.
+#include "core/ProgramFolder.h"
 #include "core/SingleInstance.h"
+#include "core/StartPlace.h"
 #include "core/StartSettings.h"
 #include "core/basPost.h"
 #include "note/fmsg.h"
@@ -71,10 +73,15 @@ int start() {
     const bool firstCopy = claimSession(instance);
     const bool woken = wakeRunningCopy();
     if (!firstCopy || woken) return 0;
+    registerDialogClasses();
+    if (isTemporaryFolder(AppFolder)) {
+        instance = {};  // the copy that is extracted now may start while this one still explains itself
+        fmsg().MsgBoxExt(startedFromZipPrompt(), MB_ICONEXCLAMATION);
+        return 0;
+    }
     registerLogOnStart(path);
 
     registerNoteClasses();
-    registerDialogClasses();
     basPost desk;
     desk.look = loadNoteLook();
     desk.store.files = {folderFiles(AppFolder), systemCodePage()};

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "core/ProgramFolder.h"
 #include "resources/resource.h"
 #include "support/Number.h"
 
@@ -50,8 +51,8 @@ bool claimSession(SingleInstance& instance) {
 }
 
 bool claimStore(SingleInstance& instance, bool useRegistry, const Text& folder) {
-    const Text whose =
-        useRegistry ? u"User." + fingerprint(userIdentity()) : u"Folder." + fingerprint(lowered(folder));
+    const Text whose = useRegistry ? u"User." + fingerprint(userIdentity())
+                                   : u"Folder." + fingerprint(lowered(finalPath(folder)));
     return claim(useRegistry ? instance.registry : instance.folder, u"Global\\Kardel." + whose);
 }
 

@@ -13,8 +13,8 @@ struct SingleInstance {
 /// Takes the session's mutex. False when another copy holds it (also one that runs with more rights).
 bool claimSession(SingleInstance& instance);
 
-/// Takes the mutex of the store: of the user's settings, or of the data folder. False when a copy in another
-/// session holds it.
+/// Takes the mutex of the store: of the user's settings, or of the data folder, by whatever name it is
+/// called. False when a copy in another session holds it.
 bool claimStore(SingleInstance& instance, bool useRegistry, const Text& folder);
 
 /// Finds the running copy's hidden tray window and asks it to show that it runs. True when there was one.

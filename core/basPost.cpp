@@ -17,6 +17,12 @@ namespace {
 
 constexpr int kCascadeStep = 24;  // pixels from one new note to the next
 
+BOOL CALLBACK findSystemDialog(HWND window, LPARAM found) noexcept {
+    if (!isSystemDialog(window) || IsWindowVisible(window) == FALSE) return TRUE;
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
 /// Cancels the system's own dialog over a note, the choice of a colour. The quit message alone can end it as
 /// if the colour had been confirmed.
 BOOL CALLBACK cancelSystemDialog(HWND window, LPARAM note) noexcept {
@@ -96,6 +102,13 @@ bool basPost::createTray() {
     functions.titles = [this] { return titles(); };
     // Until the notes are loaded, a command from outside would act on a desk that only looks empty.
     functions.dialogOpen = [this] { return dialog.open() || !live_; };
+    functions.openBox = [this] {
+        HWND box = dialog.open() ? dialog.hwnd : nullptr;
+        if (box == nullptr) {
+            EnumThreadWindows(GetCurrentThreadId(), findSystemDialog, reinterpret_cast<LPARAM>(&box));
+        }
+        return box;
+    };
     functions.newNote = [this] { NewNote(); };
     functions.hideAll = [this](bool hidden) { HideAll(hidden); };
     functions.iconizeAll = [this](bool iconized) { IconizeAll(iconized); };
@@ -262,7 +275,11 @@ bool basPost::NewNote() {
     const int number = Count() + 1;
     const NoteRecord record = freshRecord(number);
     fpost* const note = fpost::open(host, number, record);
-    if (note == nullptr) return false;
+    if (note == nullptr) {
+        MsgBoxExt(u"Windows has no room for a new note now. Close some programs and try again.",
+                  MB_ICONERROR);
+        return false;
+    }
     if (!store.create(number, note->record)) note->oweEverything();
     Notes.push_back(note);
     Renumber();

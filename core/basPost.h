@@ -19,8 +19,8 @@
 struct basPost {
     basPost();
 
-    /// Makes note `Count` + 1, stores and shows it. False at the limit (the user is told) and while a dialog
-    /// is open.
+    /// Makes note `Count` + 1, stores and shows it. False at the limit and when Windows refuses the window
+    /// (the user is told), and while a dialog is open.
     bool NewNote();
     /// "Hide All" / "Show All". Showing also reopens closed notes.
     void ToggleHideAll() { HideAll(!AllHidden); }

@@ -1,6 +1,5 @@
 #include "core/fTray.h"
 
-#include <bit>
 #include <utility>
 
 #include "core/basTrayIcon.h"
@@ -9,6 +8,7 @@
 #include "storage/NoteRecord.h"
 #include "storage/bas_LogError.h"
 #include "support/Handles.h"
+#include "support/SystemLibrary.h"
 
 static_assert(IDM_DYN2_LAST - IDM_DYN2 + 1 == kMaxNotes);
 
@@ -39,17 +39,9 @@ constexpr std::function<void()> TrayHost::*kActions[kTrayItems] = {
 constexpr LPARAM kSaidHidden = 1;
 constexpr LPARAM kSaidIconized = 2;
 
-constexpr LPARAM kAfterMenu = 1;  ///< second word of a message that has waited for a menu to go
+constexpr UINT kIconRetry = 250;  // ms between two tries for the icon
 
-/// Lets a message through to a window of a program that runs with more rights than its sender.
-void allowFromBelow(HWND window, UINT message) {
-    using ChangeFilter = BOOL(WINAPI*)(HWND, UINT, DWORD, void*);
-    constexpr DWORD kAllow = 1;
-    const HMODULE library = GetModuleHandleW(L"user32.dll");
-    const FARPROC address =
-        library == nullptr ? nullptr : GetProcAddress(library, "ChangeWindowMessageFilterEx");
-    if (address != nullptr) std::bit_cast<ChangeFilter>(address)(window, message, kAllow, nullptr);
-}
+constexpr LPARAM kAfterMenu = 1;  ///< second word of a message that has waited for a menu to go
 
 void append(HMENU menu, const TrayMenuItem& item) {
     if (!item.visible) return;
@@ -69,6 +61,14 @@ UniqueMenu filledMenu(const std::vector<TrayMenuItem>& items) {
 
 }  // namespace
 
+void allowFromBelow(HWND window, UINT message) {
+    using ChangeFilter = BOOL(WINAPI*)(HWND, UINT, DWORD, void*);
+    constexpr DWORD kAllow = 1;
+    const auto change =
+        systemFunction<ChangeFilter>(GetModuleHandleW(L"user32.dll"), "ChangeWindowMessageFilterEx");
+    if (change != nullptr) change(window, message, kAllow, nullptr);
+}
+
 // --- The window -------------------------------------------------------------------------------------------
 
 bool fTray::create(TrayHost functions) {
@@ -77,8 +77,15 @@ bool fTray::create(TrayHost functions) {
     registerClass(kClass, formProc<fTray>, 0);
     // An ordinary top-level window that is never shown: a message-only one hears neither of a new task bar
     // nor of the end of the session, and no second start would find it.
-    return CreateWindowExW(WS_EX_TOOLWINDOW, wide(kClass), L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
-                           GetModuleHandleW(nullptr), this) != nullptr;
+    constexpr int kTries = 2;
+    for (int tries = 0; tries < kTries; ++tries) {
+        if (CreateWindowExW(WS_EX_TOOLWINDOW, wide(kClass), L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                            GetModuleHandleW(nullptr), this) != nullptr) {
+            return true;
+        }
+        WriteLog(u"fTray", u"The tray window could not be created.", GetLastError());
+    }
+    return false;
 }
 
 bool fTray::addIcon() {
@@ -99,7 +106,7 @@ bool fTray::TrayHook(HWND tray) {
     windows = QueryWinVersion();
     if (savedProcedure_ != nullptr) return true;
     for (const UINT message : {static_cast<UINT>(WM_SECONDSTART), taskbarCreated_}) {
-        allowFromBelow(tray, message);
+        host.letThrough(tray, message);
     }
     savedProcedure_ = replaceProcedure(tray, trayProc);
     return savedProcedure_ != nullptr;
@@ -140,8 +147,17 @@ LRESULT fTray::onTrayMessage(UINT message, WPARAM wp, LPARAM lp) {
         onIcon(static_cast<UINT>(lp));
         return DefWindowProcW(window, message, wp, lp);
     }
-    if (message == taskbarCreated_ && taskbarCreated_ != 0) TrayIconAdd(window);
+    if (message == taskbarCreated_ && taskbarCreated_ != 0) ensureIcon();
     return CallWindowProcW(saved, window, message, wp, lp);
+}
+
+/// A new task bar may tell of itself before it takes icons: then they are tried until it does.
+void fTray::ensureIcon() {
+    if (TrayIconEnsure(hwnd)) {
+        KillTimer(hwnd, IDT_ICON);
+    } else {
+        SetTimer(hwnd, IDT_ICON, kIconRetry, nullptr);
+    }
 }
 
 bool fTray::waitsForMenu(UINT message, WPARAM wp, LPARAM lp) const {
@@ -182,6 +198,7 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_TIMER:
             if (wp == IDT_ALARM) host.tick();
+            if (wp == IDT_ICON) ensureIcon();
             return 0;
         case WM_TIMECHANGE:
             host.clockSet();
@@ -195,7 +212,10 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_ENDSESSION:
             if (wp != FALSE) {
                 host.endSession();
+                KillTimer(hwnd, IDT_ICON);
                 TrayIconDelete(hwnd);
+                // An installer that wants the program's file waits until the program itself has gone.
+                if ((lp & ENDSESSION_CLOSEAPP) != 0) PostMessageW(hwnd, WM_CLOSE, 0, 0);
             }
             return 0;
         case WM_NCDESTROY: {
@@ -261,6 +281,10 @@ void fTray::popUp() {
     const BOOL chosen =
         TrackPopupMenu(mnupop.get(), TPM_RIGHTBUTTON | TPM_RETURNCMD, mouse.x, mouse.y, 0, window, nullptr);
     PostMessageW(window, WM_NULL, 0, 0);  // otherwise the next menu would close at once
+    // Who closes the menu by a click elsewhere has chosen where to go on; who does not returns to the
+    // question.
+    const HWND box = host.openBox();
+    if (box != nullptr && GetForegroundWindow() == window) SetForegroundWindow(box);
     // A note that rang while the menu was open has turned the captions since: what the user read counts.
     const LPARAM said = (state.allHidden ? kSaidHidden : 0) | (state.allIconized ? kSaidIconized : 0);
     if (chosen != 0) PostMessageW(window, kChosen, static_cast<WPARAM>(chosen), said);

@@ -9,11 +9,16 @@
 #include "core/WinVersion.h"
 #include "support/Window.h"
 
+/// Lets a message through to a window of a program that runs with more rights than its sender.
+void allowFromBelow(HWND window, UINT message);
+
 /// What the tray asks of the collection. All set before create().
 struct TrayHost {
     std::function<TrayMenuState()> state;       ///< `dialogOpen` comes from the function below
     std::function<std::vector<Text>()> titles;  ///< of every note, in the order of their numbers
     std::function<bool()> dialogOpen;
+    std::function<HWND()> openBox;  ///< what takes the keyboard when the menu has gone; null: nothing does
+    std::function<void(HWND window, UINT message)> letThrough = allowFromBelow;
 
     std::function<void()> newNote;
     std::function<void(bool hidden)> hideAll;       ///< Hide All, or Show All when false
@@ -48,7 +53,8 @@ struct fTray {
     fTray(const fTray&) = delete;
     fTray& operator=(const fTray&) = delete;
 
-    /// Creates the hidden window, without icon and title yet. False when Windows refuses.
+    /// Creates the hidden window, without icon and title yet. False when Windows refuses twice; the log says
+    /// why.
     bool create(TrayHost functions);
     /// Adds the icon and, the first time, takes the window procedure over and sets the title by which a
     /// second start finds this copy. False while the shell is not ready.
@@ -75,6 +81,7 @@ private:
     void TrayUnhook(HWND tray);
     void onIcon(UINT mouseMessage);
     void onSecondStart();
+    void ensureIcon();
     bool waitsForMenu(UINT message, WPARAM wp, LPARAM lp) const;
     void onCommand(unsigned id, const TrayMenuState& said);
     void run(int Index, const TrayMenuState& said);

@@ -1,12 +1,37 @@
 #include "note/ShellExecuteExt.h"
 
 #include "note/MsgBoxRules.h"
-#include "support/WinText.h"
+#include "support/SystemLibrary.h"
 
-// After windows.h, which this header needs.
-#include <shellapi.h>
+// After windows.h, which these need.
+#include <objbase.h>
 
-Text ShellExecuteExt(const Text& ToExec) {
-    const HINSTANCE result = ShellExecuteW(nullptr, nullptr, wide(ToExec), nullptr, L"C:\\", SW_SHOWNORMAL);
+namespace {
+
+/// COM as long as this lives: much of what the shell opens is opened by its extensions, which are COM's.
+class Com {
+public:
+    Com() : library_(systemLibrary(u"ole32.dll")) {
+        const auto initialize = systemFunction<decltype(&CoInitializeEx)>(library_, "CoInitializeEx");
+        constexpr DWORD kHow = COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE;
+        ready_ = initialize != nullptr && SUCCEEDED(initialize(nullptr, kHow));
+    }
+    ~Com() {
+        const auto end = systemFunction<decltype(&CoUninitialize)>(library_, "CoUninitialize");
+        if (ready_ && end != nullptr) end();
+    }
+    Com(const Com&) = delete;
+    Com& operator=(const Com&) = delete;
+
+private:
+    HMODULE library_;
+    bool ready_ = false;
+};
+
+}  // namespace
+
+Text ShellExecuteExt(const Text& ToExec, ShellFunction shell) {
+    const Com com;
+    const HINSTANCE result = shell(nullptr, nullptr, wide(ToExec), nullptr, L"C:\\", SW_SHOWNORMAL);
     return shellMessage(reinterpret_cast<std::intptr_t>(result));
 }

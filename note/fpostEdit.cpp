@@ -198,7 +198,10 @@ void fpost::keepWithinStore(HWND editor) {
 LRESULT fpost::onEditor(HWND editor, UINT message, WPARAM wp, LPARAM lp) {
     switch (message) {
         case WM_GETOBJECT:
-            if (static_cast<LONG>(lp) == OBJID_CLIENT) return answerSpoken(editor, wp, lp);
+            nameControl(editor, editor == txtNota ? u"Text" : u"Title");
+            break;
+        case WM_DESTROY:
+            forgetName(editor);
             break;
         case WM_KEYDOWN:
             if (wp == VK_PROCESSKEY) break;  // Enter and Esc of an input method belong to its composition

@@ -64,12 +64,6 @@ Spoken fpost::spokenPart(HWND part, int element) const {
     } else if (part == pic_time) {
         said.role = Role::StaticText;
         if (Alarming()) said.name = u"The alarm rings";
-    } else if (part == txtNota) {
-        said.name = u"Text";
-        said.value = windowText(part);
-    } else if (part == txtTitle) {
-        said.name = u"Title";
-        said.value = windowText(part);
     }
     return said;
 }

@@ -3,7 +3,8 @@
 #include <oleacc.h>
 
 #include <atomic>
-#include <bit>
+
+#include "support/SystemLibrary.h"
 
 static_assert(static_cast<LONG>(Role::Grip) == ROLE_SYSTEM_GRIP);
 static_assert(static_cast<LONG>(Role::Dialog) == ROLE_SYSTEM_DIALOG);
@@ -21,30 +22,24 @@ struct Library {
     decltype(&LresultFromObject) lresultFromObject = nullptr;
     decltype(&CreateStdAccessibleObject) createStandard = nullptr;
     decltype(&SysAllocStringLen) allocate = nullptr;
+    decltype(&CoCreateInstance) createInstance = nullptr;
 
     bool complete() const {
         return lresultFromObject != nullptr && createStandard != nullptr && allocate != nullptr;
     }
 };
 
-template <class Function>
-void load(Function& function, HMODULE library, const char* name) {
-    if (library != nullptr) function = std::bit_cast<Function>(GetProcAddress(library, name));
-}
-
 Library loadLibrary() {
-    // By their full names: no library of the program's own folder is taken instead.
-    const auto open = [](const wchar_t* name) {
-        constexpr DWORD kSystemFolderOnly = 0x800;  // LOAD_LIBRARY_SEARCH_SYSTEM32
-        return LoadLibraryExW(name, nullptr, kSystemFolderOnly);
-    };
     Library library;
-    const HMODULE oleacc = open(L"oleacc.dll");
-    load(library.lresultFromObject, oleacc, "LresultFromObject");
-    load(library.createStandard, oleacc, "CreateStdAccessibleObject");
-    load(library.allocate, open(L"oleaut32.dll"), "SysAllocStringLen");
-    decltype(&CoInitialize) initialize = nullptr;
-    load(initialize, open(L"ole32.dll"), "CoInitialize");
+    const HMODULE oleacc = systemLibrary(u"oleacc.dll");
+    library.lresultFromObject = systemFunction<decltype(&LresultFromObject)>(oleacc, "LresultFromObject");
+    library.createStandard =
+        systemFunction<decltype(&CreateStdAccessibleObject)>(oleacc, "CreateStdAccessibleObject");
+    library.allocate =
+        systemFunction<decltype(&SysAllocStringLen)>(systemLibrary(u"oleaut32.dll"), "SysAllocStringLen");
+    const HMODULE com = systemLibrary(u"ole32.dll");
+    library.createInstance = systemFunction<decltype(&CoCreateInstance)>(com, "CoCreateInstance");
+    const auto initialize = systemFunction<decltype(&CoInitialize)>(com, "CoInitialize");
     if (initialize != nullptr) initialize(nullptr);  // for the rest of the program's life
     return library;
 }
@@ -52,6 +47,27 @@ Library loadLibrary() {
 const Library& library() {
     static const Library loaded = loadLibrary();
     return loaded;
+}
+
+// Windows' book of what is said of windows beside what they say themselves, and the entry for the name.
+constexpr CLSID kAnnotations{0xb5f8350b, 0x0548, 0x48b1, {0xa6, 0xee, 0x88, 0xbd, 0x00, 0xb4, 0xa5, 0xe7}};
+constexpr IID kAnnotationsKind{0x6e26e776, 0x04f0, 0x495d, {0x80, 0xe4, 0x33, 0x30, 0x35, 0x2e, 0x31, 0x69}};
+constexpr MSAAPROPID kName{0x608d3df8, 0x8128, 0x4aa7, {0xa4, 0x28, 0xf5, 0x5e, 0x49, 0x26, 0x72, 0x91}};
+
+constexpr LPCWSTR kNamed = L"Kardel.Named";  ///< property of a control that has an entry
+
+/// Opens the book for one entry.
+template <class Write>
+void annotate(const Write& write) {
+    if (library().createInstance == nullptr) return;
+    void* book = nullptr;
+    if (FAILED(
+            library().createInstance(kAnnotations, nullptr, CLSCTX_INPROC_SERVER, kAnnotationsKind, &book))) {
+        return;
+    }
+    auto* const open = static_cast<IAccPropServices*>(book);
+    write(*open);
+    open->Release();
 }
 
 LONG elementOf(const VARIANT& child) {
@@ -258,6 +274,22 @@ LRESULT answerAccessible(HWND window, WPARAM wp, LPARAM lp, const Voice& voice) 
     const LRESULT answer = library().lresultFromObject(__uuidof(IAccessible), wp, object);
     object->Release();
     return answer;
+}
+
+void nameControl(HWND control, const Text& name) {
+    if (GetPropW(control, kNamed) != nullptr) return;
+    // First, since writing may ask the control once more.
+    if (SetPropW(control, kNamed, control) == FALSE) return;
+    annotate([&](IAccPropServices& book) {
+        book.SetHwndPropStr(control, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, kName, wide(name));
+    });
+}
+
+void forgetName(HWND control) {
+    if (RemovePropW(control, kNamed) == nullptr) return;
+    annotate([&](IAccPropServices& book) {
+        book.ClearHwndProps(control, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, &kName, 1);
+    });
 }
 
 void tellNameChanged(HWND window) {

@@ -33,6 +33,12 @@ struct Voice {
 /// The answer to WM_GETOBJECT; `voice` lives as long as the program.
 LRESULT answerAccessible(HWND window, WPARAM wp, LPARAM lp, const Voice& voice);
 
+/// Gives one of Windows' own controls a name for screen readers, and leaves everything else that they know of
+/// it to Windows. For its WM_GETOBJECT, ahead of the control's own answer: asked again, nothing is done.
+void nameControl(HWND control, const Text& name);
+/// For its WM_DESTROY: the name goes with the control.
+void forgetName(HWND control);
+
 /// Tells listeners that a window's name, or its value, is another now; or that it needs the user.
 void tellNameChanged(HWND window);
 void tellValueChanged(HWND window);

@@ -7,7 +7,7 @@ import sys
 
 SYSTEM_DLLS = {
     "advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
-    "shell32.dll", "user32.dll", "winmm.dll",
+    "shell32.dll", "user32.dll",
 }
 LARGEST = 500 * 1024
 

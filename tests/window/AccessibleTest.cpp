@@ -1,5 +1,6 @@
 // What a screen reader hears of notes and dialogs, asked through the system's own accessibility library;
 // where that knows too little under Wine, what the native controls go by: classes, texts, order, Tab stops.
+#include <map>
 #include <set>
 
 #include "resources/resource.h"
@@ -122,12 +123,126 @@ TEST(AccessibleNote, ThePicturesAndTheTextDoWhatTheyAreFor) {
     EXPECT_TRUE(Ear(note.nota).press());
     pumpPending();
     EXPECT_TRUE(note.bodyBeingEdited);
-    EXPECT_EQ(Ear(note.txtNota).name(), u"Text");
-    EXPECT_EQ(Ear(note.txtNota).value(), u"body of a");
     EXPECT_FALSE(Ear(note.lbl).press());
+}
+
+/// Stands for Windows' book of names, which Wine does not keep.
+class NameBook final : public IAccPropServices, public IClassFactory {
+public:
+    NameBook() {
+        EXPECT_TRUE(SUCCEEDED(CoInitialize(nullptr)));
+        const CLSID kind{0xb5f8350b, 0x0548, 0x48b1, {0xa6, 0xee, 0x88, 0xbd, 0x00, 0xb4, 0xa5, 0xe7}};
+        EXPECT_EQ(CoRegisterClassObject(kind, static_cast<IClassFactory*>(this), CLSCTX_INPROC_SERVER,
+                                        REGCLS_MULTIPLEUSE, &cookie_),
+                  S_OK);
+    }
+    ~NameBook() {
+        CoRevokeClassObject(cookie_);
+        CoUninitialize();
+    }
+    NameBook(const NameBook&) = delete;
+    NameBook& operator=(const NameBook&) = delete;
+
+    std::map<HWND, Text> names;
+    int written = 0;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID kind, void** object) noexcept override {
+        const bool factory = kind == __uuidof(IClassFactory) || kind == __uuidof(IUnknown);
+        *object = factory ? static_cast<void*>(static_cast<IClassFactory*>(this))
+                          : static_cast<void*>(static_cast<IAccPropServices*>(this));
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID kind, void** object) noexcept override {
+        return QueryInterface(kind, object);
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
+
+    HRESULT STDMETHODCALLTYPE SetHwndPropStr(HWND window, DWORD object, DWORD child, MSAAPROPID what,
+                                             LPCWSTR text) noexcept override {
+        EXPECT_EQ(static_cast<LONG>(object), OBJID_CLIENT);
+        EXPECT_EQ(child, static_cast<DWORD>(CHILDID_SELF));
+        EXPECT_EQ(what.Data1, 0x608d3df8U) << "the name";
+        names[window] = fromWide(text);
+        ++written;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE ClearHwndProps(HWND window, DWORD, DWORD, const MSAAPROPID* what,
+                                             int count) noexcept override {
+        EXPECT_EQ(what->Data1, 0x608d3df8U);
+        EXPECT_EQ(count, 1);
+        names.erase(window);
+        return S_OK;
+    }
+
+    HRESULT STDMETHODCALLTYPE SetPropValue(const BYTE*, DWORD, MSAAPROPID, VARIANT) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetPropServer(const BYTE*, DWORD, const MSAAPROPID*, int, IAccPropServer*,
+                                            AnnoScope) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE ClearProps(const BYTE*, DWORD, const MSAAPROPID*, int) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetHwndProp(HWND, DWORD, DWORD, MSAAPROPID, VARIANT) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetHwndPropServer(HWND, DWORD, DWORD, const MSAAPROPID*, int, IAccPropServer*,
+                                                AnnoScope) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE ComposeHwndIdentityString(HWND, DWORD, DWORD, BYTE**,
+                                                        DWORD*) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE DecomposeHwndIdentityString(const BYTE*, DWORD, HWND*, DWORD*,
+                                                          DWORD*) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetHmenuProp(HMENU, DWORD, MSAAPROPID, VARIANT) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetHmenuPropStr(HMENU, DWORD, MSAAPROPID, LPCWSTR) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE SetHmenuPropServer(HMENU, DWORD, const MSAAPROPID*, int, IAccPropServer*,
+                                                 AnnoScope) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE ClearHmenuProps(HMENU, DWORD, const MSAAPROPID*, int) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE ComposeHmenuIdentityString(HMENU, DWORD, BYTE**, DWORD*) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE DecomposeHmenuIdentityString(const BYTE*, DWORD, HMENU*,
+                                                           DWORD*) noexcept override {
+        return E_NOTIMPL;
+    }
+
+private:
+    DWORD cookie_ = 0;
+};
+
+TEST(AccessibleNote, TheEditorsAreWindowsOwnWithANameBesideThem) {
+    NameBook book;
+    TestNotes desk(true, {plainNote(u"a")});
+    fpost& note = desk.note(1);
+    note.EditForm();
+    EXPECT_EQ(book.written, 0) << "nobody listens";
+    const HWND body = note.txtNota;
+    Ear(body).name();
+    Ear(body).name();
+    EXPECT_EQ(book.names[body], u"Text");
+    EXPECT_EQ(book.written, 1);
     note.EditCaption();
-    EXPECT_EQ(Ear(note.txtTitle).name(), u"Title");
-    EXPECT_EQ(Ear(note.txtTitle).value(), u"a");
+    const HWND title = note.txtTitle;
+    Ear(title).name();
+    EXPECT_EQ(book.names[title], u"Title");
+    desk.desk->Teardown();
+    EXPECT_TRUE(book.names.empty()) << "gone with their windows";
 }
 
 TEST(AccessibleNote, AnObjectThatOutlivesItsNoteSaysNothingOfIt) {

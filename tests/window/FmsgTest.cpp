@@ -11,7 +11,10 @@
 #include "note/ShellExecuteExt.h"
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
+#include "support/Handles.h"
 #include "tests/window/DialogTest.h"
+// Needs windows.h before it.
+#include <objbase.h>
 
 namespace {
 
@@ -368,6 +371,33 @@ TEST(ShellExecuteExt, SaysWhyAFileDoesNotOpen) {
     CloseHandle(made);
     EXPECT_EQ(ShellExecuteExt(file), u"Missing association file type.");
     DeleteFileW(wide(file));
+}
+
+struct ComSeen {
+    HRESULT during = E_FAIL;
+    HRESULT afterwards = E_FAIL;
+};
+ComSeen* comSeen = nullptr;
+HINSTANCE WINAPI lookForCom(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) {
+    comSeen->during = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    CoUninitialize();
+    return reinterpret_cast<HINSTANCE>(INT_PTR{33});
+}
+DWORD WINAPI openWithoutCom(void*) {
+    EXPECT_EQ(ShellExecuteExt(u"https://example.com/", lookForCom), u"");
+    comSeen->afterwards = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    CoUninitialize();
+    return 0;
+}
+
+TEST(ShellExecuteExt, ComIsThereForTheShellAndGoesWithIt) {
+    ComSeen seen;
+    comSeen = &seen;
+    const UniqueHandle thread(
+        CreateThread(nullptr, 0, openWithoutCom, nullptr, 0, nullptr));  // has none so far
+    ASSERT_EQ(WaitForSingleObject(thread.get(), 20000), WAIT_OBJECT_0);
+    EXPECT_EQ(seen.during, S_FALSE) << "there already";
+    EXPECT_EQ(seen.afterwards, S_OK) << "not there any more";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
 #include <utility>
 
 #include "resources/resource.h"
@@ -54,6 +55,58 @@ TEST_P(NewNote, ANewNoteIsStoredAsItStands) {
     EXPECT_EQ(desk->stored(1).Nota, u"body of a");
     EXPECT_EQ(desk->desk->titles(), (std::vector<Text>{u"a", u"- 2 -"}));
     EXPECT_EQ(desk->desk->NoteSlots[1], &note);
+}
+
+/// Windows has no room for windows of one class.
+class NoRoomFor {
+public:
+    explicit NoRoomFor(std::wstring kind) {
+        kind_ = std::move(kind);
+        hook_ = SetWindowsHookExW(WH_CBT, refuse, nullptr, GetCurrentThreadId());
+    }
+    ~NoRoomFor() { UnhookWindowsHookEx(hook_); }
+    NoRoomFor(const NoRoomFor&) = delete;
+    NoRoomFor& operator=(const NoRoomFor&) = delete;
+
+private:
+    static LRESULT CALLBACK refuse(int code, WPARAM wp, LPARAM lp) {
+        wchar_t kind[64]{};
+        if (code == HCBT_CREATEWND && GetClassNameW(reinterpret_cast<HWND>(wp), kind, 64) > 0 &&
+            kind_ == kind) {
+            return 1;
+        }
+        return CallNextHookEx(nullptr, code, wp, lp);
+    }
+    static inline std::wstring kind_;
+    HHOOK hook_;
+};
+
+int noteWindows() {
+    int count = 0;
+    for (HWND window = nullptr; (window = FindWindowExW(nullptr, window, L"fpost", nullptr)) != nullptr;)
+        ++count;
+    return count;
+}
+
+TEST_P(NewNote, AWindowThatWindowsRefusesIsSaidAndLeavesNothingBehind) {
+    const auto desk = run({plainNote(u"a")});
+    wchar_t part[64]{};
+    GetClassNameW(desk->note(1).lbl, part, 64);
+    for (const std::wstring& kind : {std::wstring(L"fpost"), std::wstring(part)}) {
+        const int changes = changesOf(*desk);
+        DialogCloser closer(*desk);
+        {
+            const NoRoomFor refusal(kind);
+            EXPECT_FALSE(desk->desk->NewNote());
+        }
+        EXPECT_EQ(closer.closed, 1);
+        EXPECT_EQ(desk->desk->Count(), 1);
+        EXPECT_EQ(noteWindows(), 1);
+        EXPECT_EQ(changesOf(*desk), changes);
+    }
+    EXPECT_TRUE(desk->desk->NewNote());
+    EXPECT_EQ(countedNotes(*desk), 2);
+    EXPECT_EQ(desk->stored(2).Titolo, u"- 2 -");
 }
 
 TEST_P(NewNote, ANewNoteTakesTheSizeThatIsSetNow) {

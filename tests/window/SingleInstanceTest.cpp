@@ -6,7 +6,13 @@
 
 #include <algorithm>
 #include <bit>
+#include <string>
+#include <utility>
 #include <vector>
+
+#include "core/ProgramFolder.h"
+#include "tests/storage/win/TestFolder.h"
+#include "tests/support/Plain.h"
 
 namespace {
 
@@ -67,6 +73,107 @@ TEST(SingleInstance, AFolderIsTakenOnceHoweverItIsSpelt) {
     EXPECT_EQ(names.size(), 2U) << "all sessions see who works on a folder";
     EXPECT_TRUE(std::all_of(names.begin(), names.end(),
                             [](const std::wstring& name) { return name.starts_with(L"Kardel.Folder."); }));
+}
+
+/// Wine knows a folder with a drive letter of its own by that letter alone.
+bool underWine() {
+    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+/// Another drive letter for a folder, as long as it lives.
+struct Drive {
+    const Text& folder;
+    explicit Drive(const Text& over) : folder(over) {
+        EXPECT_NE(DefineDosDeviceW(0, L"Q:", wide(folder)), FALSE);
+    }
+    ~Drive() { DefineDosDeviceW(DDD_REMOVE_DEFINITION | DDD_EXACT_MATCH_ON_REMOVE, L"Q:", wide(folder)); }
+    Drive(const Drive&) = delete;
+    Drive& operator=(const Drive&) = delete;
+};
+
+TEST(SingleInstance, AFolderIsTakenOnceHoweverItIsReached) {
+    const TestFolder folder(u"Kardel notes of one folder");
+    SingleInstance first;
+    ASSERT_TRUE(claimStore(first, false, folder.path));
+    Text shorter(MAX_PATH, u'\0');
+    shorter.resize(GetShortPathNameW(wide(folder.path), wideBuffer(shorter), MAX_PATH));
+    ASSERT_NE(shorter, folder.path);
+    const Text whole = folder.path.substr(0, folder.path.size() - 1);
+    const Drive drive(whole);
+    std::vector<Text> ways = {whole, lowered(folder.path), shorter, folder.path + u".\\"};
+    if (!underWine()) ways.emplace_back(u"Q:\\");
+    for (const Text& way : ways) {
+        SingleInstance second;
+        EXPECT_FALSE(claimStore(second, false, way)) << plain(way);
+    }
+}
+
+/// A mutex that another user made, and lets nobody else open.
+UniqueHandle foreignMutex(const std::wstring& name) {
+    ACL nobody{};
+    SECURITY_DESCRIPTOR descriptor{};
+    InitializeAcl(&nobody, sizeof(nobody), ACL_REVISION);
+    InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
+    SetSecurityDescriptorDacl(&descriptor, TRUE, &nobody, FALSE);
+    SECURITY_ATTRIBUTES security{sizeof(security), &descriptor, FALSE};
+    return UniqueHandle(CreateMutexW(&security, FALSE, name.c_str()));
+}
+
+TEST(SingleInstance, ACopyThatMayNotBeAskedCountsAsRunning) {
+    const UniqueHandle session = foreignMutex(L"Local\\Kardel.Running");
+    ASSERT_NE(session, nullptr);
+    ASSERT_EQ(CreateMutexW(nullptr, FALSE, L"Local\\Kardel.Running"), nullptr);
+    ASSERT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+    SingleInstance copy;
+    EXPECT_FALSE(claimSession(copy));
+
+    const TestFolder folder(u"KardelForeign");
+    std::wstring name;
+    {
+        SingleInstance mine;
+        ASSERT_TRUE(claimStore(mine, false, folder.path));
+        name = L"Global\\" + namesForEverybody().at(0);
+    }
+    const UniqueHandle theirs = foreignMutex(name);
+    ASSERT_NE(theirs, nullptr);
+    EXPECT_FALSE(claimStore(copy, false, folder.path));
+}
+
+TEST(ProgramFolder, BelowTheFolderForTemporaryFilesIsFoundOutHoweverItIsReached) {
+    const TestFolder folder(u"Kardel from inside a zip");
+    EXPECT_TRUE(isTemporaryFolder(folder.path));
+    EXPECT_TRUE(isTemporaryFolder(lowered(folder.path)));
+    const Drive drive(folder.path.substr(0, folder.path.size() - 1));
+    EXPECT_TRUE(underWine() || isTemporaryFolder(u"Q:\\"));
+    Text system(MAX_PATH, u'\0');
+    system.resize(GetSystemDirectoryW(wideBuffer(system), MAX_PATH));
+    EXPECT_FALSE(isTemporaryFolder(system));
+    EXPECT_FALSE(isTemporaryFolder(u"C:\\no such folder\\"));
+}
+
+/// An environment in which nobody says where temporary files belong.
+struct NoTemporary {
+    std::vector<std::pair<const wchar_t*, std::wstring>> before;
+    NoTemporary() {
+        for (const wchar_t* name : {L"TMP", L"TEMP"}) {
+            std::wstring text(MAX_PATH, L'\0');
+            text.resize(GetEnvironmentVariableW(name, text.data(), MAX_PATH));
+            before.emplace_back(name, text);
+            SetEnvironmentVariableW(name, nullptr);
+        }
+    }
+    ~NoTemporary() {
+        for (const auto& [name, text] : before)
+            SetEnvironmentVariableW(name, text.c_str());
+    }
+    NoTemporary(const NoTemporary&) = delete;
+    NoTemporary& operator=(const NoTemporary&) = delete;
+};
+
+TEST(ProgramFolder, NothingIsTemporaryWhereNobodySaysSo) {
+    const TestFolder folder(u"KardelSomewhere");
+    const NoTemporary nobody;
+    EXPECT_FALSE(isTemporaryFolder(folder.path));
 }
 
 TEST(SingleInstance, AUsersRegistryIsTakenOnceWhateverTheFolder) {

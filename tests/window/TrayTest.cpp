@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <functional>
 #include <initializer_list>
 #include <new>
 #include <string>
@@ -13,6 +14,7 @@
 #include "core/basTrayIcon.h"
 #include "resources/resource.h"
 #include "support/WinText.h"
+#include "tests/storage/win/TestLog.h"
 
 namespace {
 
@@ -22,6 +24,8 @@ struct FakeDesk {
     TrayMenuState state;
     std::vector<Text> titles{u"Milk", u"Salt & pepper", u""};
     bool dialogOpen = false;
+    HWND openBox = nullptr;
+    std::vector<UINT> letThrough;  ///< messages that programs with fewer rights may send
     std::vector<std::string> calls;
 
     FakeDesk() { state.notes = 3; }
@@ -32,6 +36,12 @@ struct FakeDesk {
         h.state = [this] { return state; };
         h.titles = [this] { return titles; };
         h.dialogOpen = [this] { return dialogOpen; };
+        h.openBox = [this] { return openBox; };
+        h.letThrough = [this](HWND window, UINT message) {
+            EXPECT_EQ(GetWindowTextLengthW(window), 0)
+                << "ahead of the title by which a second start finds it";
+            letThrough.push_back(message);
+        };
         h.newNote = note("new");
         h.hideAll = [this](bool hidden) { calls.emplace_back(hidden ? "hide all" : "show all"); };
         h.iconizeAll = [this](bool iconized) {
@@ -58,6 +68,7 @@ class Tray : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(tray.create(desk.host()));
+        procedureOfForm = procedure(tray.hwnd);
         ASSERT_EQ(FindWindowW(L"ThunderRT6FormDC", L"kardel:trayicon"), nullptr);
         const ULONGLONG end = GetTickCount64() + 20000;
         while (!tray.addIcon() && GetTickCount64() < end)
@@ -79,6 +90,7 @@ protected:
         post(WM_COMMAND, command, 0);
         return desk.calls;
     }
+    static LONG_PTR procedure(HWND window) { return GetWindowLongPtrW(window, GWLP_WNDPROC); }
     bool iconIsThere() const {
         // Adding an icon that is there is refused.
         if (!TrayIconAdd(tray.hwnd)) return true;
@@ -88,6 +100,7 @@ protected:
 
     FakeDesk desk;
     fTray tray;
+    LONG_PTR procedureOfForm = 0;  ///< before the icon was there
 };
 
 // --- The window -------------------------------------------------------------------------------------------
@@ -108,28 +121,76 @@ TEST_F(Tray, TheStartCountsAnIconThatIsThereAsAdded) {
 struct LastLook {
     HWND tray = nullptr;
     bool iconStillThere = true;
+    LONG_PTR procedure = 0;
 };
 LastLook* lastLook = nullptr;
 LRESULT CALLBACK lookAtTheEnd(int code, WPARAM wp, LPARAM lp) {
     if (code == HCBT_DESTROYWND && std::bit_cast<HWND>(wp) == lastLook->tray) {
         lastLook->iconStillThere = TrayIconDelete(lastLook->tray);
+        lastLook->procedure = GetWindowLongPtrW(lastLook->tray, GWLP_WNDPROC);
     }
     return CallNextHookEx(nullptr, code, wp, lp);
 }
 
-TEST_F(Tray, TheIconGoesBeforeTheWindow) {
+TEST_F(Tray, TheIconGoesBeforeTheWindowWhichHasItsProcedureBack) {
     // The shell keeps the icon of a window that is gone until the mouse comes by.
     const HWND window = tray.hwnd;
     ASSERT_TRUE(iconIsThere());
-    LastLook end{window};
+    ASSERT_NE(procedure(window), procedureOfForm) << "it is taken over while the icon is there";
+    LastLook end;
+    end.tray = window;
     lastLook = &end;
     const HHOOK hook = SetWindowsHookExW(WH_CBT, lookAtTheEnd, nullptr, GetCurrentThreadId());
     tray.destroy();
     UnhookWindowsHookEx(hook);
     EXPECT_FALSE(end.iconStillThere);
+    EXPECT_EQ(end.procedure, procedureOfForm);
     EXPECT_EQ(IsWindow(window), FALSE);
     EXPECT_EQ(tray.hwnd, nullptr);
     tray.destroy();  // once more does no harm
+}
+
+TEST_F(Tray, ProgramsWithFewerRightsReachItWithASecondStartAndANewTaskBar) {
+    const std::vector<UINT> wanted = {WM_SECONDSTART, RegisterWindowMessageW(L"TaskbarCreated")};
+    EXPECT_EQ(desk.letThrough, wanted);
+    EXPECT_TRUE(tray.addIcon());
+    EXPECT_EQ(desk.letThrough, wanted) << "once is enough";
+}
+
+/// Windows refuses the tray window so many times.
+class RefusedWindows {
+public:
+    explicit RefusedWindows(int times) {
+        left_ = times;
+        hook_ = SetWindowsHookExW(WH_CBT, refuse, nullptr, GetCurrentThreadId());
+    }
+    ~RefusedWindows() { UnhookWindowsHookEx(hook_); }
+    RefusedWindows(const RefusedWindows&) = delete;
+    RefusedWindows& operator=(const RefusedWindows&) = delete;
+
+private:
+    static LRESULT CALLBACK refuse(int code, WPARAM wp, LPARAM lp) {
+        if (code == HCBT_CREATEWND && left_ > 0) {
+            --left_;
+            return 1;
+        }
+        return CallNextHookEx(nullptr, code, wp, lp);
+    }
+    static inline int left_ = 0;
+    HHOOK hook_;
+};
+
+TEST(TrayWindow, IsTriedTwiceAndTheLogSaysWhy) {
+    FakeDesk desk;
+    for (const int refused : {0, 1, 2}) {
+        const TestLog log;
+        const RefusedWindows refusal(refused);
+        fTray tray;
+        EXPECT_EQ(tray.create(desk.host()), refused < 2);
+        EXPECT_EQ(tray.hwnd != nullptr, refused < 2);
+        EXPECT_EQ(log.lines(), refused);
+        EXPECT_EQ(log.has("(fTray)"), refused > 0);
+    }
 }
 
 // --- Clicks -----------------------------------------------------------------------------------------------
@@ -213,6 +274,59 @@ TEST_F(Tray, TheIconComesBackWithANewTaskBar) {
     post(RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
     EXPECT_TRUE(iconIsThere());
     post(RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);  // there already: no word about it
+    EXPECT_EQ(desk.calls, Calls{});
+}
+
+/// A task bar in front of the real one: it takes no icon until it is told to.
+class SlowTaskBar {
+public:
+    SlowTaskBar() {
+        asked = 0;
+        ready = false;
+        registerClass(u"Shell_TrayWnd", answer, 0);
+        window_ = CreateWindowExW(WS_EX_TOPMOST | WS_EX_TOOLWINDOW, L"Shell_TrayWnd", L"", WS_POPUP, 0, 0, 0,
+                                  0, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+        EXPECT_EQ(FindWindowW(L"Shell_TrayWnd", nullptr), window_);
+    }
+    ~SlowTaskBar() {
+        DestroyWindow(window_);
+        UnregisterClassW(L"Shell_TrayWnd", GetModuleHandleW(nullptr));
+    }
+    SlowTaskBar(const SlowTaskBar&) = delete;
+    SlowTaskBar& operator=(const SlowTaskBar&) = delete;
+
+    static inline int asked = 0;
+    static inline bool ready = false;
+
+private:
+    static LRESULT CALLBACK answer(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept {
+        if (message != WM_COPYDATA) return DefWindowProcW(window, message, wp, lp);
+        ++asked;
+        return ready ? TRUE : FALSE;
+    }
+    HWND window_;
+};
+
+bool comesTrue(const std::function<bool()>& condition) {
+    const ULONGLONG end = GetTickCount64() + 20000;
+    while (!condition() && GetTickCount64() < end)
+        pumpFor(20);
+    return condition();
+}
+
+TEST_F(Tray, ANewTaskBarThatTakesNoIconYetIsAskedUntilItDoes) {
+    ASSERT_TRUE(TrayIconDelete(tray.hwnd));
+    SlowTaskBar bar;
+    post(RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
+    const int first = bar.asked;
+    EXPECT_GT(first, 0);
+    EXPECT_TRUE(comesTrue([&] { return bar.asked > 2 * first; }));
+    bar.ready = true;
+    const int before = bar.asked;
+    EXPECT_TRUE(comesTrue([&] { return bar.asked > before; }));
+    const int taken = bar.asked;
+    pumpFor(600);
+    EXPECT_EQ(bar.asked, taken) << "and no longer";
     EXPECT_EQ(desk.calls, Calls{});
 }
 
@@ -415,6 +529,31 @@ TEST_F(TrayPopup, BringsItsWindowForwardSoThatAClickElsewhereClosesIt) {
     EXPECT_NE(std::find(active.begin(), active.end(), tray.hwnd), active.end());
 }
 
+HWND plainWindow() {
+    return CreateWindowExW(0, L"STATIC", L"box", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                           nullptr, nullptr);
+}
+
+TEST_F(TrayPopup, GivesTheKeyboardBackToAnOpenBox) {
+    desk.dialogOpen = true;
+    desk.openBox = plainWindow();
+    SetForegroundWindow(desk.openBox);
+    EXPECT_FALSE(open().commands.empty());
+    EXPECT_EQ(GetForegroundWindow(), desk.openBox);
+    DestroyWindow(desk.openBox);
+}
+
+TEST_F(TrayPopup, LeavesTheKeyboardWhereTheUserTookIt) {
+    const HWND other = plainWindow();
+    desk.dialogOpen = true;
+    desk.openBox = plainWindow();
+    SetForegroundWindow(desk.openBox);
+    open({VK_ESCAPE}, [&] { SetForegroundWindow(other); });
+    EXPECT_EQ(GetForegroundWindow(), other);
+    DestroyWindow(desk.openBox);
+    DestroyWindow(other);
+}
+
 TEST_F(TrayPopup, EscapeChoosesNothingAndTheNextPopupStaysOpen) {
     EXPECT_FALSE(open().commands.empty());
     EXPECT_FALSE(open().commands.empty());
@@ -504,6 +643,21 @@ TEST_F(Tray, TheEndOfTheSessionTakesTheIcon) {
     SendMessageW(tray.hwnd, WM_ENDSESSION, TRUE, 0);
     EXPECT_EQ(desk.calls, Calls{"end session"});
     EXPECT_FALSE(iconIsThere());
+}
+
+TEST_F(Tray, AnInstallerThatWantsTheProgramGoneEndsIt) {
+    SendMessageW(tray.hwnd, WM_QUERYENDSESSION, 0, ENDSESSION_CLOSEAPP);
+    SendMessageW(tray.hwnd, WM_ENDSESSION, FALSE, ENDSESSION_CLOSEAPP);  // it has thought better of it
+    pumpPending();
+    EXPECT_EQ(desk.calls, Calls{"commit"});
+    desk.calls.clear();
+    SendMessageW(tray.hwnd, WM_ENDSESSION, TRUE, ENDSESSION_CLOSEAPP);
+    pumpPending();
+    EXPECT_EQ(desk.calls, (Calls{"end session", "exit"}));
+    desk.calls.clear();
+    SendMessageW(tray.hwnd, WM_ENDSESSION, TRUE, static_cast<LPARAM>(ENDSESSION_LOGOFF));
+    pumpPending();
+    EXPECT_EQ(desk.calls, Calls{"end session"}) << "Windows itself ends it then";
 }
 
 TEST_F(Tray, APoliteKillIsExit) {

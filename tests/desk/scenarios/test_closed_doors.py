@@ -120,6 +120,24 @@ def test_nothing_is_taken_from_the_current_folder(desk):
     assert all((elsewhere / name).read_bytes() == b"not this one" for name in names)
 
 
+def test_libraries_beside_the_program_are_not_taken_for_windows_own(desk):
+    """Those that are loaded when they are first wanted: for the sound of an alarm, and when a screen reader asks."""
+    planted = ("winmm.dll", "oleacc.dll", "ole32.dll", "oleaut32.dll")
+    for name in planted:
+        shutil.copy(helper(desk.arch, "kardel_probe_hook.dll"), desk.path() / name)
+    desk.seed_registry({}, [{"Titolo": "a", "alarmdate": "28/02/2026", "alarmtime": "12:00:00", "x": 1500, "y": 1500,
+                             "width": 3000, "height": 2250}])
+    kardel = desk.run(faketime="2026-02-28 11:59:59", env={"WINEDEBUG": "+loaddll"})
+    note = kardel.note("a")
+    desk.wait(lambda: note.colour == (255, 255, 255), what="the note to flash")
+    desk.probe.ask("accessible", note.hwnd)
+    loaded = [line.lower() for line in kardel.output().splitlines() if "loaded" in line.lower()]
+    for name in ("winmm.dll", "oleacc.dll"):
+        (line,) = [line for line in loaded if f"\\{name}\"" in line]
+        assert "system32" in line
+    assert not [line for line in loaded if desk.folder.lower() in line.replace("\\\\", "\\") and ".dll" in line]
+
+
 def test_a_title_is_only_ever_text(desk):
     """No format, no mnemonic, no path, whatever a title looks like."""
     desk.seed_registry({}, [{"Titolo": STRANGE, "Nota": STRANGE, "x": 1500, "y": 1500, "width": 4500, "height": 1890}])

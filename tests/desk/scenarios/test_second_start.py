@@ -112,9 +112,10 @@ def test_starts_within_milliseconds_leave_one_running_ten_times_over(desk, store
 
 
 def mutex_of_folder(folder):
-    """The name under which all sessions of a machine see that somebody works on a folder's files."""
+    """The name under which all sessions of a machine see that somebody works on a folder's files: whatever the folder
+    is called there, Windows has one name for it."""
     mark = 14695981039346656037
-    for letter in folder.lower():
+    for letter in ("\\\\?\\" + folder).lower():
         mark = (mark ^ ord(letter)) * 1099511628211 % (1 << 64)
     return f"Global\\Kardel.Folder.{mark >> 1}"
 
@@ -123,7 +124,7 @@ def test_files_in_use_by_another_session_are_left_alone(desk):
     """Two users of one machine may start the same program from one folder: the second is told and has to wait."""
     desk.seed_files([{"Titolo": "a", "Nota": "theirs"}])
     before = desk.read_files()
-    with desk.named(mutex_of_folder(desk.folder + "\\")):
+    with desk.named(mutex_of_folder(desk.folder)):
         kardel = desk.start()
         box = kardel.dialog()
         assert RUNNING in box.texts()

@@ -8,6 +8,7 @@ from kardel_desk.stores import KINDS, Store
 NOTE = {"Titolo": "a", "Nota": "first", "x": 1500, "y": 3000, "width": 3000, "height": 2250}
 OTHER = {**NOTE, "Titolo": "b", "x": 6000}
 QUERY_END_SESSION, END_SESSION = 0x11, 0x16
+CLOSE_APP = 1  # with both: only this program is asked to end, for its file to be replaced
 EXIT = "dyn(13)"
 PROMPT = 3.0  # seconds; Windows waits five before it complains
 both_stores = pytest.mark.parametrize("store", KINDS)
@@ -141,6 +142,17 @@ def test_a_polite_request_to_end_is_exit(desk):
     assert kardel.wait_ended() == 0
     assert kept.each("Nota")[0] == "first and second"
     desk.wait_equal(lambda: kardel.tray.icons, 0)
+
+
+@both_stores
+def test_an_installer_that_replaces_the_program_ends_it_and_loses_nothing(desk, store):
+    kardel, kept = run(desk, store)
+    type_into(desk, kardel)
+    tray = kardel.tray.window()
+    assert tray.send(QUERY_END_SESSION, 0, CLOSE_APP, timeout=PROMPT) == 1
+    tray.send(END_SESSION, 1, CLOSE_APP, timeout=PROMPT)
+    assert kardel.wait_ended() == 0
+    assert kept.each("Nota") == ["first and second", "first"]
 
 
 # --- before the notes are there: what ends the program then is neither a command nor an answer

@@ -231,3 +231,21 @@ def test_program_folder_with_blanks_and_letters_outside_the_code_page(desk):
     assert desk.run_value == folder + "\\Kardel.exe"
     kardel.exit()
     assert len(desk.read_files(folder).records) == 1
+
+
+def test_a_start_from_inside_a_zip_explains_itself_and_writes_nothing(desk):
+    users = desk.wine.path("C:\\users")
+    temporary = next(iter([*users.glob("*/AppData/Local/Temp"), *users.glob("*/Temp")]))
+    spelled = "C:\\users\\" + str(temporary.relative_to(users)).replace("/", "\\")
+    folder = desk.program_folder(spelled[3:] + "\\Temp1_kardel.zip")
+    kardel = desk.start(folder=folder)
+    box = kardel.dialog()
+    assert any("Extract the zip into a folder of your own first" in text for text in box.texts())
+    assert desk.run_value is None and desk.registry("setting") is None and kardel.notes() == []
+    assert [path.name for path in desk.path(folder).iterdir()] == ["Kardel.exe"]
+    extracted = desk.start()  # as told, with the explanation still there to be read
+    desk.wait(lambda: extracted.alive and len(extracted.notes()) == 1, 20, "the extracted copy")
+    box.press("OK")
+    assert kardel.wait_ended() == 0
+    assert [path.name for path in desk.path(folder).iterdir()] == ["Kardel.exe"]
+    assert desk.run_value == desk.folder + "\\Kardel.exe"

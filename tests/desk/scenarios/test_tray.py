@@ -391,3 +391,17 @@ def test_exit_leaves_no_icon_and_no_process_and_the_notes_as_they_were(desk, sto
     desk.wait_equal(lambda: kardel.tray.icons, 0)
     assert not desk.probe.ask("processes", "Kardel.exe")
     assert kept.raw() == before
+
+
+@pytest.mark.parametrize("command", ["delete", "color"])
+def test_a_menu_over_an_open_box_gives_the_keyboard_back_to_it(desk, command):
+    desk.seed_registry({}, [{"Titolo": "a", "x": 3000, "y": 3000}])
+    kardel = desk.run()
+    kardel.note("a").command(command)
+    box = kardel.dialog()
+    kardel.tray.menu()
+    desk.key("Escape")
+    desk.wait(lambda: not desk.menus() and box.active, what="the keyboard to come back to the box")
+    desk.key("Escape")
+    desk.wait(lambda: not kardel.dialogs(), what="the box to hear of the key")
+    assert len(kardel.notes()) == 1

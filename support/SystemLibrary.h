@@ -1,0 +1,16 @@
+// Libraries of Windows' own that are wanted late or not at all, from the system's folder and nowhere else: a
+// file of the same name beside the program is never taken for one.
+#pragma once
+
+#include <bit>
+
+#include "support/WinText.h"
+
+/// Loads a library by its name ("winmm.dll") for the rest of the program's life. Null when Windows has none.
+HMODULE systemLibrary(const Text& name);
+
+/// A function of a library; null when the library is null or has no such function.
+template <class Function>
+Function systemFunction(HMODULE library, const char* name) {
+    return library == nullptr ? nullptr : std::bit_cast<Function>(GetProcAddress(library, name));
+}
