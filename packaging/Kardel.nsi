@@ -1,7 +1,7 @@
 ; The installer: for one user, without elevation, into the user's own programs folder, since the notes lie beside the
 ; program. It carries both programs and installs the one that fits the system.
 ;
-;   makensis -DVERSION=1.28.0 -DPROGRAM64=... -DPROGRAM32=... -DROOT=... -DOUTPUT=... Kardel.nsi
+;   makensis -DVERSION=1.28.0 -DPROGRAM64=... -DPROGRAM32=... -DROOT=... -DOUTPUT=... [-DSIGN=command] Kardel.nsi
 ;
 ; /S installs, or uninstalls, without a question; /D=folder as the last word chooses the folder.
 
@@ -12,6 +12,9 @@ RequestExecutionLevel user
 SetCompressor /SOLID lzma
 SetDateSave off
 CRCCheck force
+!ifdef SIGN
+    !uninstfinalize '"${SIGN}" "%1"'
+!endif
 
 !include MUI2.nsh
 !include LogicLib.nsh
@@ -53,18 +56,20 @@ folder is replaced, the notes stay."
 !insertmacro MUI_PAGE_WELCOME
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
+!define MUI_PAGE_CUSTOMFUNCTION_SHOW finishShown
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
-Var wasRunning
+Var copy       ; a Kardel.exe of which a copy may run
+Var copyRuns   ; yes or no
+Var wasRunning ; whether the copy that is replaced ran
 
-; Ends the copy that runs from $INSTDIR, as its own Exit does: open edits are kept. A copy from another folder is
-; nobody's business here. Afterwards $wasRunning says whether there was one.
-!macro endRunningCopy prefix
-Function ${prefix}endRunningCopy
-    StrCpy $wasRunning no
+; Whether $copy runs. Then $0 is its hidden window, and $2 its process, to be closed.
+!macro findCopy prefix
+Function ${prefix}findCopy
+    StrCpy $copyRuns no
     FindWindow $0 "${TRAY_CLASS}" "${TRAY_TITLE}"
     ${If} $0 == 0
         Return
@@ -76,30 +81,180 @@ Function ${prefix}endRunningCopy
         Return
     ${EndIf}
     System::Call 'kernel32::QueryFullProcessImageNameW(p r2, i 0, w .r3, *i ${NSIS_MAX_STRLEN})'
-    ${If} $3 == "$INSTDIR\Kardel.exe"
-        StrCpy $wasRunning yes
-        retry:
-        System::Call 'user32::PostMessageW(p r0, i ${WM_COMMAND}, p ${COMMAND_EXIT}, p 0)'
-        System::Call 'kernel32::WaitForSingleObject(p r2, i ${END_WITHIN}) i .r4'
-        ${If} $4 != 0
-            MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Kardel is still running. End it with the Exit of its \
+    ${If} $3 == $copy
+        StrCpy $copyRuns yes
+    ${Else}
+        System::Call 'kernel32::CloseHandle(p r2)'
+    ${EndIf}
+FunctionEnd
+!macroend
+!insertmacro findCopy ""
+!insertmacro findCopy "un."
+
+; Ends the copy that runs from $copy, as its own Exit does: open edits are kept. One from another folder is nobody's
+; business here. Afterwards $copyRuns says whether there was one.
+!macro endCopy prefix
+Function ${prefix}endCopy
+    Call ${prefix}findCopy
+    ${If} $copyRuns == no
+        Return
+    ${EndIf}
+    retry:
+    System::Call 'user32::PostMessageW(p r0, i ${WM_COMMAND}, p ${COMMAND_EXIT}, p 0)'
+    System::Call 'kernel32::WaitForSingleObject(p r2, i ${END_WITHIN}) i .r4'
+    ${If} $4 != 0
+        MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Kardel is still running. End it with the Exit of its \
 icon beside the clock, then try again." /SD IDCANCEL IDRETRY retry
-            System::Call 'kernel32::CloseHandle(p r2)'
-            SetErrorLevel 2
-            Abort
-        ${EndIf}
+        System::Call 'kernel32::CloseHandle(p r2)'
+        SetErrorLevel 2
+        Abort
     ${EndIf}
     System::Call 'kernel32::CloseHandle(p r2)'
 FunctionEnd
 !macroend
-!insertmacro endRunningCopy ""
-!insertmacro endRunningCopy "un."
+!insertmacro endCopy ""
+!insertmacro endCopy "un."
+
+; The copy that runs already is the one to be used, wherever it lies: a second one would only say so.
+Function finishShown
+    FindWindow $0 "${TRAY_CLASS}" "${TRAY_TITLE}"
+    ${If} $0 != 0
+        SendMessage $mui.FinishPage.Run ${BM_SETCHECK} ${BST_UNCHECKED} 0
+    ${EndIf}
+FunctionEnd
+
+; --- Notes of an older release
+
+Var older     ; the folder in which it was, when its notes can be had; else empty
+Var redirected ; where Windows kept what it could not write there
+Var copied    ; yes or no
+
+; Looks into $older: what a program without a manifest wrote into a protected folder lies in the user's VirtualStore.
+Function lookInOlder
+    ${If} $older == ""
+    ${OrIf} $older == $INSTDIR
+        StrCpy $older ""
+        Return
+    ${EndIf}
+    StrCpy $redirected $older "" 2 ; without the drive
+    StrCpy $redirected "$LOCALAPPDATA\VirtualStore$redirected"
+    ${IfNot} ${FileExists} "$older\KARDEL.DAT"
+    ${AndIfNot} ${FileExists} "$redirected\KARDEL.DAT"
+        StrCpy $older ""
+    ${EndIf}
+FunctionEnd
+
+; Where Kardel was started from at log-on until now, and where its setup would have put it.
+Function findOlder
+    StrCpy $older ""
+    ReadRegStr $0 HKCU "${SETTINGS_KEY}\setting" "UseRegistry"
+    ; Notes in the registry are everybody's, and notes that are here already stay.
+    ${If} $0 == "True"
+    ${OrIf} $0 == "1"
+    ${OrIf} $0 == "-1"
+    ${OrIf} $0 == "yes"
+    ${OrIf} ${FileExists} "$INSTDIR\KARDEL.DAT"
+        Return
+    ${EndIf}
+    ReadRegStr $0 HKCU "${LOG_ON_KEY}" "Kardel"
+    StrCpy $1 $0 1
+    ${If} $1 == '"'
+        StrCpy $0 $0 -1 1
+    ${EndIf}
+    ${GetParent} "$0" $older
+    Call lookInOlder
+    ${If} $older == ""
+        StrCpy $older "$PROGRAMFILES32\Kardel"
+        Call lookInOlder
+    ${EndIf}
+    ${If} $older == ""
+        StrCpy $older "$PROGRAMFILES64\Kardel"
+        Call lookInOlder
+    ${EndIf}
+FunctionEnd
+
+; $0: one of its files. What Windows redirected is the newer one.
+Function copyOlder
+    ${If} ${FileExists} "$redirected\$0"
+        StrCpy $1 "$redirected\$0"
+    ${ElseIf} ${FileExists} "$older\$0"
+        StrCpy $1 "$older\$0"
+    ${Else}
+        Return
+    ${EndIf}
+    System::Call 'kernel32::CopyFileW(w r1, w "$INSTDIR\$0", i 1) i .r2'
+    ${If} $2 == 0
+        StrCpy $copied no
+    ${EndIf}
+FunctionEnd
+
+Function takeOlder
+    Call findOlder
+    ${If} $older == ""
+        Return
+    ${EndIf}
+    StrCpy $copy "$older\Kardel.exe"
+    Call findCopy
+    ${If} $copyRuns == yes
+        System::Call 'kernel32::CloseHandle(p r2)'
+        ${If} ${Silent} ; nobody can be asked whether it may be ended
+            Return
+        ${EndIf}
+    ${EndIf}
+    MessageBox MB_YESNO|MB_ICONQUESTION "There are notes of another Kardel in$\r$\n$older$\r$\n$\r$\nCopy them to the \
+one that is installed now? They stay where they are, too." /SD IDYES IDNO leave
+    Call endCopy
+    StrCpy $copied yes
+    ${If} ${FileExists} "$INSTDIR\MEMO"
+        StrCpy $copied no ; texts of notes that have gone: nothing is written over them
+    ${Else}
+        StrCpy $0 "MEMO"
+        Call copyOlder
+        ${If} $copied == yes
+            StrCpy $0 "KARDEL.HDR"
+            Call copyOlder
+        ${EndIf}
+        ${If} $copied == yes
+            StrCpy $0 "KARDEL.DAT" ; last: with it they are notes
+            Call copyOlder
+        ${EndIf}
+        ${If} $copied == no
+            Delete "$INSTDIR\MEMO"
+            Delete "$INSTDIR\KARDEL.HDR"
+        ${EndIf}
+    ${EndIf}
+    ${If} $copied == no
+        MessageBox MB_OK|MB_ICONEXCLAMATION "The notes could not be copied. They are still in$\r$\n$older" /SD IDOK
+    ${EndIf}
+    leave:
+FunctionEnd
+
+; $0: whether the 64-bit program runs here. On a processor that is not of its kind only where Windows can run it all the
+; same, as the one for ARM does from release 11 on; the question is as old as that ability.
+Function runs64
+    StrCpy $0 no
+    ${If} ${IsNativeAMD64}
+        StrCpy $0 yes
+    ${Else}
+        StrCpy $1 0
+        System::Call 'kernel32::GetMachineTypeAttributes(i 0x8664, *i 0 .r1) i .r2'
+        IntOp $1 $1 & 1 ; for programs of users
+        ${If} $2 == 0
+        ${AndIf} $1 == 1
+            StrCpy $0 yes
+        ${EndIf}
+    ${EndIf}
+FunctionEnd
 
 Section
     SetOutPath "$INSTDIR"
-    Call endRunningCopy
+    StrCpy $copy "$INSTDIR\Kardel.exe"
+    Call endCopy
+    StrCpy $wasRunning $copyRuns
+    Call takeOlder
     SetOverwrite on
-    ${If} ${RunningX64}
+    Call runs64
+    ${If} $0 == yes
         File "/oname=Kardel.exe" "${PROGRAM64}"
     ${Else}
         File "/oname=Kardel.exe" "${PROGRAM32}"
@@ -120,8 +275,9 @@ Section
     ${GetSize} "$INSTDIR" "/S=0K /G=0" $0 $1 $2
     WriteRegDWORD HKCU "${UNINSTALL_KEY}" "EstimatedSize" $0
 
-    ; Whoever had notes on the desktop has them there again; the finish page offers it to everybody else.
+    ; Whoever had notes on the desktop has them there again; where there is a finish page, that one does it.
     ${If} $wasRunning == yes
+    ${AndIf} ${Silent}
         Exec '"$INSTDIR\Kardel.exe"'
     ${EndIf}
 SectionEnd
@@ -133,7 +289,8 @@ SectionEnd
 !macroend
 
 Section "Uninstall"
-    Call un.endRunningCopy
+    StrCpy $copy "$INSTDIR\Kardel.exe"
+    Call un.endCopy
 
     ; Only the entry that starts this copy: another one may have put its own there.
     ReadRegStr $0 HKCU "${LOG_ON_KEY}" "Kardel"

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Packs two built programs: pack.sh PROGRAM64 PROGRAM32 FOLDER [words for makensis]
 # Makes the installer, a portable zip of each program and their SHA-256 sums in FOLDER. The bytes depend on nothing but
-# the programs, the files packed with them, and SOURCE_DATE_EPOCH (the time that all of them carry).
+# the programs, the files packed with them, and SOURCE_DATE_EPOCH (the time that all of them carry). With
+# $KARDEL_SIGN_CERT (see sign.sh) both programs, the installer and its uninstaller are signed.
 set -eu
 program64=$(realpath "$1") program32=$(realpath "$2") folder=$(realpath -m "$3")
 shift 3
@@ -12,8 +13,22 @@ umask 022
 rm -rf "$folder"
 mkdir -p "$folder"
 
+sign=()
+if [ -n "${KARDEL_SIGN_CERT:-}" ]; then
+    export KARDEL_SIGN_CERT
+    KARDEL_SIGN_CERT=$(realpath "$KARDEL_SIGN_CERT")
+    signed=$(mktemp -d)
+    trap 'rm -r "$signed"' EXIT
+    cp "$program64" "$signed/64.exe"
+    cp "$program32" "$signed/32.exe"
+    program64=$signed/64.exe program32=$signed/32.exe
+    "$root/packaging/sign.sh" "$program64" "$program32"
+    sign=("-DSIGN=$root/packaging/sign.sh")
+fi
+
 makensis -V2 -NOCD -INPUTCHARSET UTF8 -DVERSION="$version" -DPROGRAM64="$program64" -DPROGRAM32="$program32" \
-    -DROOT="$root" -DOUTPUT="$folder/Kardel-$version-setup.exe" "$@" "$root/packaging/Kardel.nsi"
+    -DROOT="$root" -DOUTPUT="$folder/Kardel-$version-setup.exe" "${sign[@]}" "$@" "$root/packaging/Kardel.nsi"
+[ ${#sign[@]} -eq 0 ] || "$root/packaging/sign.sh" "$folder/Kardel-$version-setup.exe"
 
 portable() {
     local name=Kardel-$version-$1

@@ -12,7 +12,7 @@ PACKAGES=(
     wine64 xvfb openbox trayer xdotool x11-utils x11-xserver-utils imagemagick
     fonts-dejavu-core fonts-liberation locales faketime pulseaudio pulseaudio-utils
     python3 python3-pytest python3-pil python3-xlib
-    nsis zip debootstrap
+    nsis zip openssl osslsigncode debootstrap
 )
 LOCALES=(de_DE it_IT ja_JP pl_PL tr_TR)
 

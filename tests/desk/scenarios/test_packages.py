@@ -11,13 +11,14 @@ from kardel_desk.paths import BUILD, ROOT, program
 from kardel_desk.wine import runs_both
 
 UNINSTALL_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Kardel"
+RUN_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Run"
 NOTE = {"Titolo": "Shopping", "Nota": "milk", "x": 3000, "y": 1500}
 EPOCH = {"SOURCE_DATE_EPOCH": "1700000000"}
 
 
-def pack(folder, *words):
+def pack(folder, *words, **env):
     subprocess.run([ROOT / "packaging" / "pack.sh", program("win64"), program("win32"), folder, *words], check=True,
-                   env={**os.environ, **EPOCH}, stdout=subprocess.DEVNULL)
+                   env={**os.environ, **EPOCH, **env}, stdout=subprocess.DEVNULL)
     return folder
 
 
@@ -49,10 +50,12 @@ def setup(desk, packages):
     desk.path("C:\\setup").mkdir(exist_ok=True)
     shutil.copy(next(packages.glob("*-setup.exe")), desk.path("C:\\setup\\setup.exe"))
 
-    def run(*words):
-        process = desk.wine.start("C:\\setup\\setup.exe", *(words or ["/S"]), stdin=subprocess.DEVNULL,
-                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        assert process.wait(60) == 0
+    def run(*words, asking=False):
+        process = desk.wine.start("C:\\setup\\setup.exe", *(words or ([] if asking else ["/S"])),
+                                  stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        if not asking:
+            assert process.wait(60) == 0
+        return process
 
     yield run
     desk.end_programs()
@@ -107,6 +110,103 @@ def test_an_upgrade_ends_the_running_copy_keeps_its_open_edit_and_starts_it_agai
     assert "MIT" in (path / "LICENSE.txt").read_text()
     desk.wait(lambda: desk.probe.ask("processes", "Kardel.exe"), 10, "the new copy")
     assert desk.read_files(folder).notes[0]["Nota"] == "milk and bread"
+
+
+def through_the_pages(desk, process, *answers):
+    """Welcome, folder, what is asked meanwhile, and the last page with its box ticked."""
+    for button in ("&Next >", "&Install", *answers, "&Finish"):
+        window(desk, "Kardel Setup", button).press()
+    assert process.wait(60) == 0
+
+
+def test_an_upgrade_through_the_pages_leaves_one_copy_running_and_says_nothing(desk, setup):
+    setup()
+    folder, path = installed(desk)
+    desk.seed_files([NOTE], folder=folder)
+    kardel = desk.run(folder=folder)
+    kardel.note("Shopping").edit()
+    desk.type(" and bread")
+    desk.wait(lambda: kardel.note("Shopping").part("txtNota").text == "milk and bread")
+    process = setup(asking=True)
+    for button in ("&Next >", "&Install"):
+        window(desk, "Kardel Setup", button).press()
+    assert kardel.wait_ended() == 0
+    finish = window(desk, "Kardel Setup", "&Finish")
+    assert not desk.probe.ask("processes", "Kardel.exe"), "the last page starts it"
+    finish.press()
+    assert process.wait(60) == 0
+    desk.wait(lambda: desk.probe.ask("processes", "Kardel.exe") and [n.body for n in kardel.notes()], 20, "the new copy")
+    desk.wait(lambda: kardel.tray.window(), 20, "the new copy to be ready")
+    assert desk.stays(lambda: not kardel.dialogs() and len(desk.probe.ask("processes", "Kardel.exe")) == 1, 1.5,
+                      "one copy and no box") is None
+    assert [note.body for note in kardel.notes()] == ["milk and bread"]
+
+
+def test_the_last_page_does_not_start_a_second_copy(desk, setup):
+    desk.seed_files([NOTE])
+    kardel = desk.run()
+    through_the_pages(desk, setup(asking=True), "&No")
+    assert desk.stays(lambda: not kardel.dialogs() and len(desk.probe.ask("processes", "Kardel.exe")) == 1, 1.5,
+                      "one copy and no box") is None
+    assert kardel.alive and not list(installed(desk)[1].glob("MEMO"))
+
+
+def older_release(desk, notes, redirected=False, folder="C:\\Program Files\\Kardel"):
+    """Notes as a program without a manifest left them below a protected folder."""
+    store = folder
+    if redirected:
+        (local,) = desk.wine.path("C:\\users").glob("*/AppData/Local")
+        store = f"C:\\users\\{local.parts[-3]}\\AppData\\Local\\VirtualStore" + folder[2:]
+    desk.path(store).mkdir(parents=True, exist_ok=True)
+    desk.seed_files(notes, folder=store)
+    return desk.path(store)
+
+
+@pytest.fixture
+def nothing_older(desk):
+    yield
+    shutil.rmtree(desk.path("C:\\Program Files\\Kardel"), ignore_errors=True)
+    for folder in desk.wine.path("C:\\users").glob("*/AppData/Local/VirtualStore"):
+        shutil.rmtree(folder)
+
+
+@pytest.mark.parametrize("where", ["the usual folder", "log-on", "redirected", "redirected from log-on"])
+def test_notes_of_an_older_release_are_taken_along(desk, setup, nothing_older, where):
+    folder = "C:\\Program Files\\Kardel" if "log-on" not in where else "C:\\desk\\An older one"
+    path = older_release(desk, [NOTE, {"Titolo": "second"}], "redirected" in where, folder)
+    if "log-on" in where:
+        desk.probe.ask("regtexts", RUN_KEY, "Kardel", folder + "\\Kardel.exe")
+    if where == "redirected":
+        older_release(desk, [{"Titolo": "older than what was redirected"}])
+    before = desk.read_files(folder) if "redirected" not in where else None
+    setup()
+    here, _ = installed(desk)
+    assert [note["Titolo"] for note in desk.read_files(here).notes] == ["Shopping", "second"]
+    assert desk.read_files(here).notes[0]["Nota"] == "milk" and desk.read_files(here).count == 2
+    assert sorted(file.name for file in path.iterdir()) == ["KARDEL.DAT", "KARDEL.HDR", "MEMO"], "they stay there, too"
+    assert before is None or desk.read_files(folder) == before
+
+
+@pytest.mark.parametrize("answer", ["&Yes", "&No"])
+def test_notes_of_an_older_release_are_offered(desk, setup, nothing_older, answer):
+    older_release(desk, [NOTE])
+    through_the_pages(desk, setup(asking=True), answer)
+    folder, path = installed(desk)
+    desk.wait(lambda: desk.probe.ask("windows", "fpost"), 20, "the program to be started by the last page")
+    titles = [window["text"] for window in desk.probe.ask("windows", "fpost")]
+    assert ("Shopping" in titles) == (answer == "&Yes")
+
+
+def test_notes_that_are_here_and_notes_in_the_registry_are_left_alone(desk, setup, nothing_older):
+    older_release(desk, [NOTE])
+    desk.seed_registry({}, [{"Titolo": "in the registry"}])
+    setup()
+    folder, path = installed(desk)
+    assert not (path / "KARDEL.DAT").exists()
+    desk.set_registry("setting", {"UseRegistry": False})
+    desk.seed_files([{"Titolo": "here"}], folder=folder)
+    setup()
+    assert [note["Titolo"] for note in desk.read_files(folder).notes] == ["here"]
 
 
 def test_a_copy_from_another_folder_goes_on_running(desk, setup):
@@ -181,6 +281,40 @@ class window:
 
     def press(self):
         self.desk.probe.ask("post", self.hwnd, 0x00F5, 0, 0)  # BM_CLICK
+
+
+@pytest.fixture(scope="module")
+def certificate(tmp_path_factory):
+    """One made for the test, with its key, and what it is known by."""
+    folder = tmp_path_factory.mktemp("certificate")
+    key, known, both = folder / "key.pem", folder / "known.pem", folder / "both.p12"
+    subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", key, "-out", known, "-days",
+                    "2", "-subj", "/CN=Kardel test", "-addext", "extendedKeyUsage=codeSigning"], check=True,
+                   stderr=subprocess.DEVNULL)
+    subprocess.run(["openssl", "pkcs12", "-export", "-inkey", key, "-in", known, "-out", both, "-passout", "pass:secret"],
+                   check=True)
+    return both, known
+
+
+def test_what_is_signed_is_signed_whole(desk, stub, setup, certificate, tmp_path):
+    both, known = certificate
+
+    def is_signed(file):
+        return subprocess.run(["osslsigncode", "verify", "-CAfile", known, "-in", file], check=False,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+
+    folder = pack(tmp_path / "signed", *stub, KARDEL_SIGN_CERT=str(both), KARDEL_SIGN_PASSWORD="secret")
+    (installer,) = folder.glob("*-setup.exe")
+    assert is_signed(installer) and not is_signed(program("win64"))
+    shutil.copy(installer, desk.path("C:\\setup\\setup.exe"))
+    setup()
+    _, path = installed(desk)
+    assert is_signed(path / "Kardel.exe") and is_signed(path / "Uninstall.exe")
+    for arch in ("win64", "win32"):
+        (packed,) = folder.glob(f"*-{arch}.zip")
+        with zipfile.ZipFile(packed) as file:
+            assert is_signed(file.extract(f"{packed.stem}/Kardel.exe", tmp_path))
+    subprocess.run(["sha256sum", "--quiet", "-c", "SHA256SUMS"], cwd=folder, check=True)
 
 
 def test_the_portable_zips_hold_each_program_alone_with_its_licence(packages):
