@@ -67,7 +67,8 @@ LRESULT CALLBACK MoveHook::AlignedMoveProc(HWND window, UINT message, WPARAM wp,
 SnapScreen MoveHook::screenAt(const RECT& rect) const {
     const auto under = std::find_if(monitors_.begin(), monitors_.end(),
                                     [&rect](const Monitor& monitor) { return isWithin(rect, monitor.area); });
-    const Monitor& monitor = under != monitors_.end() ? *under : monitorAt(monitors_, pxRect(rect));
+    const PxRect place = pxRect(rect);
+    const Monitor& monitor = under != monitors_.end() ? *under : monitorAt(monitors_, place);
     if (monitor.primary) return {0, 0, workArea_};
     return {monitor.area.left, monitor.area.top, monitor.work};
 }
