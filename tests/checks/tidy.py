@@ -15,7 +15,7 @@ FOLDERS = ("core", "note", "alarm", "storage", "support")
 
 def compiler_arguments():
     """clang-tidy has no MinGW headers of its own: it is shown those of the compiler that builds the program."""
-    gcc = subprocess.run(["x86_64-w64-mingw32-g++-posix", "-print-libgcc-file-name"], check=True,
+    gcc = subprocess.run(["x86_64-w64-mingw32-g++-win32", "-print-libgcc-file-name"], check=True,
                          capture_output=True, text=True).stdout.strip()
     include = f"{os.path.dirname(gcc)}/include/c++"
     words = ["-Wno-ignored-optimization-argument", "--target=x86_64-w64-mingw32", "-nostdinc++", f"-isystem{include}",

@@ -1,8 +1,6 @@
 // The data folder on a real disk: files held, denied, cut short or on a long path.
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "storage/Files.h"
 #include "tests/storage/win/TestFolder.h"
 
@@ -11,6 +9,13 @@ namespace {
 using namespace std::string_literals;
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+/// Lets a file go after a moment, on a thread of its own.
+DWORD WINAPI releaseSoon(void* holder) {
+    Sleep(200);
+    static_cast<UniqueHandle*>(holder)->reset();
+    return 0;
+}
 
 struct WinFiles : testing::Test {
     TestFolder folder;
@@ -106,13 +111,11 @@ TEST_F(WinFiles, AFileHeldForAMomentIsWaitedFor) {
     files.write(u"F", 0, "abc");
     UniqueHandle holder = folder.hold(u"F", GENERIC_READ, 0);
     ASSERT_NE(holder, nullptr);
-    std::thread release([&holder] {
-        Sleep(200);
-        holder.reset();
-    });
+    const UniqueHandle release(CreateThread(nullptr, 0, releaseSoon, &holder, 0, nullptr));
+    ASSERT_NE(release, nullptr);
     EXPECT_TRUE(files.replace(u"F", "new"));
     EXPECT_EQ(files.read(u"F", 0, 3).bytes, "new");
-    release.join();
+    WaitForSingleObject(release.get(), INFINITE);
 }
 
 TEST_F(WinFiles, AFolderOfTheNameIsNoFile) {
