@@ -7,32 +7,51 @@ namespace {
 struct Case {
     const char* name;
     WinVersion version;
+    int family;
+    int edition;
     bool singleClick;
 };
 
 constexpr Case kCases[] = {
-    {"Windows 95", {1, 4, 0, 950, false}, false},
-    {"Windows 95 OSR2", {1, 4, 0, 1111, false}, false},
-    {"Windows 98", {1, 4, 10, 1998, false}, false},
-    {"Windows 98 SE", {1, 4, 10, 2222, false}, false},
-    {"Windows Me", {1, 4, 90, 3000, false}, false},
-    {"Windows NT 3.51", {2, 3, 51, 1057, false}, false},
-    {"Windows NT 4.0", {2, 4, 0, 1381, false}, false},
-    {"Windows 2000", {2, 5, 0, 2195, false}, false},
-    {"Windows XP", {2, 5, 1, 2600, false}, false},
-    {"Windows XP x64", {2, 5, 2, 3790, false}, false},
-    {"Windows Server 2003", {2, 5, 2, 3790, true}, false},
-    {"Windows Vista", {2, 6, 0, 6002, false}, true},
-    {"Windows 7", {2, 6, 1, 7601, false}, true},
-    {"Windows 8", {2, 6, 2, 9200, false}, true},
-    {"Windows 8.1", {2, 6, 3, 9600, false}, true},
-    {"Windows 10", {2, 10, 0, 19045, false}, true},
-    {"Windows 11", {2, 10, 0, 22000, false}, true},
+    {"Windows 95", {1, 4, 0, 950, false}, 4, 1, false},
+    {"Windows 95", {1, 4, 0, 999, false}, 4, 1, false},
+    {"Windows 95 OSR2", {1, 4, 0, 1000, false}, 4, 2, false},
+    {"Windows 95 OSR2", {1, 4, 0, 1111, false}, 4, 2, false},
+    {"Windows 98", {1, 4, 10, 1998, false}, 4, 3, false},
+    {"Windows 98", {1, 4, 10, 2221, false}, 4, 3, false},
+    {"Windows 98 SE", {1, 4, 10, 2222, false}, 4, 4, false},
+    {"Windows Me", {1, 4, 90, 3000, false}, 4, 5, false},
+    {"Windows NT 3.51", {2, 3, 51, 1057, false}, 3, 6, false},
+    {"Windows NT 4.0", {2, 4, 0, 1381, false}, 4, 7, false},
+    {"Windows 2000", {2, 5, 0, 2195, false}, 5, 8, false},
+    {"Windows XP", {2, 5, 1, 2600, false}, 5, 9, false},
+    {"Windows XP x64", {2, 5, 2, 3790, false}, 5, 10, false},
+    {"Windows Server 2003", {2, 5, 2, 3790, true}, 5, 11, false},
+    {"Windows Vista", {2, 6, 0, 6002, false}, 6, 12, true},
+    {"Windows 7", {2, 6, 1, 7601, false}, 6, 13, true},
+    {"Windows 8", {2, 6, 2, 9200, false}, 6, 14, true},
+    {"Windows 8.1", {2, 6, 3, 9600, false}, 6, 15, true},
+    {"Windows 10", {2, 10, 0, 19045, false}, 10, 16, true},
+    {"Windows 10", {2, 10, 0, 21999, false}, 10, 16, true},
+    {"Windows 11", {2, 10, 0, 22000, false}, 10, 17, true},
 };
 
 TEST(WinVersion, KnowsEveryWindows) {
-    for (const Case& c : kCases)
-        EXPECT_STREQ(classified(c.version).name, c.name);
+    for (const Case& c : kCases) {
+        const WinClass& found = classified(c.version);
+        EXPECT_STREQ(found.name, c.name);
+        EXPECT_EQ(found.family, c.family) << c.name;
+        EXPECT_EQ(found.edition, c.edition) << c.name;
+    }
+}
+
+TEST(WinVersion, KnowsTheFirstBuildsOfEveryWindows) {
+    for (const Case& c : kCases) {
+        WinVersion first = c.version;
+        first.build = 0;
+        EXPECT_EQ(classified(first).family, c.family) << c.name;
+        EXPECT_LE(classified(first).edition, c.edition) << c.name;
+    }
 }
 
 TEST(WinVersion, EveryWindowsActsOnExactlyOneKindOfClick) {

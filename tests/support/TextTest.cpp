@@ -78,6 +78,10 @@ TEST(EncodedLength, CountsBytes) {
 TEST(Lowered, IsTheSameUnderEveryLocale) {
     EXPECT_EQ(lowered(u"SI VERO \u00CC"), u"si vero \u00EC");
     EXPECT_EQ(lowered(u"\u00D7 123"), u"\u00D7 123");
+    // The first and the last letter of each alphabet, and their neighbours.
+    EXPECT_EQ(lowered(u"@AZ[`az{"), u"@az[`az{");
+    EXPECT_EQ(lowered(u"\u00BF\u00C0\u00D6\u00D8\u00DE\u00DF\u00FF"),
+              u"\u00BF\u00E0\u00F6\u00F8\u00FE\u00DF\u00FF");
 }
 
 TEST(WithLineBreaks, MakesEveryLoneBreakAPair) {

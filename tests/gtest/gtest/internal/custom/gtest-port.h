@@ -1,4 +1,4 @@
-// GoogleTest's place for what a system is without: here the thread model that needs no thread library, which has no
+// GoogleTest's place for what a system is without: a thread model that needs no thread library has no
 // std::condition_variable.
 #pragma once
 
