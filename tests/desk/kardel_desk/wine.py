@@ -1,8 +1,9 @@
 """One Wine session on a display: its own prefix, for 64-bit or 32-bit programs.
 
-The 64-bit Wine is the system's own. The 32-bit one lives in a small i386 root folder (tools/i386-root makes it) and
-runs through chroot; callers notice nothing, since the work folder has the same path inside. Where the two are laid over
-each other, the 64-bit Wine runs 32-bit programs too, as Windows does."""
+The 64-bit Wine is the system's own, unless KARDEL_WINE_ROOT names a root folder with another one (tools/wine10-root
+makes one). The 32-bit one lives in a small i386 root folder (tools/i386-root makes it). Both run through chroot; callers
+notice nothing, since the work folder has the same path inside. Where system and i386 root are laid over each other, the
+64-bit Wine runs 32-bit programs too, as Windows does."""
 
 import contextlib
 import fcntl
@@ -16,12 +17,19 @@ from . import processes
 from .paths import I386_ROOT, WORK
 
 _WINE_ENV = {"WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=", "TZ": "UTC", "LC_ALL": "C.UTF-8"}
-_WINE64, _WINESERVER64 = "/usr/lib/wine/wine64", "/usr/lib/wine/wineserver"
-_WINE32, _WINESERVER32 = "/usr/lib/wine/wine", "/usr/lib/wine/wineserver"
+_WINE64, _WINE32, _WINESERVER = "/usr/lib/wine/wine64", "/usr/lib/wine/wine", "/usr/lib/wine/wineserver"
 # The libraries of both kinds under one path, for the command that follows and what it starts.
 _WITH_32_BIT = ["unshare", "--mount", "--propagation", "private", "sh", "-c",
                 'mount -t overlay overlay -o "lowerdir=/usr/lib:$0" /usr/lib && '
                 'LD_LIBRARY_PATH=/usr/lib/i386-linux-gnu exec "$@"', str(I386_ROOT / "usr/lib")]
+
+
+def root_of(arch: str) -> pathlib.Path | None:
+    """The root folder that holds the Wine of an architecture; none: the system's own."""
+    if arch == "win32":
+        return I386_ROOT
+    other = os.environ.get("KARDEL_WINE_ROOT")
+    return pathlib.Path(other) if other else None
 
 
 def available(arch: str) -> bool:
@@ -31,15 +39,17 @@ def available(arch: str) -> bool:
 @functools.cache
 def runs_both() -> bool:
     """Whether the 64-bit Wine can be made to run 32-bit programs as well."""
-    return available("win32") and subprocess.run([*_WITH_32_BIT, "true"], stderr=subprocess.DEVNULL).returncode == 0
+    return (root_of("win64") is None and available("win32") and
+            subprocess.run([*_WITH_32_BIT, "true"], stderr=subprocess.DEVNULL).returncode == 0)
 
 
 @functools.cache
-def _enter_i386_root() -> None:
+def _enter(root: pathlib.Path) -> None:
+    """Shows a root folder what its Wine needs of this system."""
     processes.private_mounts()
     WORK.mkdir(parents=True, exist_ok=True)
     for source in ("/proc", "/dev", "/tmp/.X11-unix", "/usr/share/fonts", "/usr/lib/locale", str(WORK)):
-        target = I386_ROOT / source.lstrip("/")
+        target = root / source.lstrip("/")
         target.mkdir(parents=True, exist_ok=True)
         subprocess.run(["mount", "--rbind" if source == "/dev" else "--bind", source, target], check=True)
 
@@ -56,11 +66,11 @@ class Wine:
     runs 32-bit programs too. `monitors`: the screen has several."""
 
     def __init__(self, arch: str, env: dict[str, str], work: pathlib.Path, both: bool = False, monitors: bool = False):
-        self.arch, self.both = arch, both
+        self.arch, self.both, self._root = arch, both, root_of(arch)
         self.prefix = work / "prefix"
         self.env = {**env, **_WINE_ENV, "WINEARCH": arch, "WINEPREFIX": str(self.prefix)}
-        if arch == "win32":
-            _enter_i386_root()
+        if self._root:
+            _enter(self._root)
         elif os.geteuid() == 0:
             # Before the server, which opens the files: it must see what read_only() mounts.
             with contextlib.suppress(processes.Unavailable):
@@ -75,10 +85,11 @@ class Wine:
         self._quietly("wine", "wineboot")
 
     def _command(self, kind: str, words: list[str], folder: pathlib.Path | None = None) -> list[str]:
-        if self.arch == "win64":
-            return [*(_WITH_32_BIT if self.both else []), _WINE64 if kind == "wine" else _WINESERVER64, *words]
-        return ["chroot", str(I386_ROOT), "/usr/bin/env", f"--chdir={folder or '/'}",
-                _WINE32 if kind == "wine" else _WINESERVER32, *words]
+        wine = _WINE32 if self.arch == "win32" else _WINE64
+        program = [wine if kind == "wine" else _WINESERVER, *words]
+        if self._root:
+            return ["chroot", str(self._root), "/usr/bin/env", f"--chdir={folder or '/'}", *program]
+        return [*(_WITH_32_BIT if self.both else []), *program]
 
     def _quietly(self, kind: str, *words: str, env: dict[str, str] | None = None) -> None:
         subprocess.run(self._command(kind, list(words)), env=env or self.env, check=True, stdin=subprocess.DEVNULL,
@@ -86,7 +97,8 @@ class Wine:
 
     def _copy_template(self) -> None:
         WORK.mkdir(parents=True, exist_ok=True)
-        template = WORK / f"template-{'both' if self.both else self.arch}"
+        kind = "both" if self.both else self.arch
+        template = WORK / f"template-{kind}{f'-{self._root.name}' if self._root and self.arch == 'win64' else ''}"
         with open(template.with_suffix(".lock"), "w") as lock:
             fcntl.flock(lock, fcntl.LOCK_EX)
             if not (template / "complete").exists():
@@ -117,7 +129,7 @@ class Wine:
     def start(self, program: str, *words: str, folder: pathlib.Path | None = None, env: dict[str, str] | None = None,
               **pipes) -> subprocess.Popen:
         """Starts a Windows program, given by its Windows path; the process is the program itself."""
-        where = None if self.arch == "win32" else folder
+        where = None if self._root else folder
         return subprocess.Popen(self._command("wine", [program, *words], folder), cwd=where,
                                 env={**self.env, **(env or {})}, **pipes)
 
@@ -140,7 +152,7 @@ class Wine:
                     path.chmod(mode)
             return
         processes.private_mounts()
-        place = str(folder) if self.arch == "win64" else str(I386_ROOT) + str(folder)
+        place = f"{self._root or ''}{folder}"
         if subprocess.run(["mount", "--bind", place, place], check=False).returncode != 0:
             raise processes.Unavailable("nothing can be mounted here")
         try:

@@ -124,6 +124,7 @@ std::int64_t number(const Words& words, std::size_t index) {
 }
 
 int main() {
+    SetProcessDPIAware();  // otherwise it may be told where windows would stand at 96 dots per inch
     std::string line;
     while (readLine(line)) {
         std::printf("%s\n", answer(split(line)).c_str());
