@@ -9,7 +9,9 @@ constexpr int kTitle = 15;
 TEST(NoteLayout, FollowsTheClientSize) {
     const NoteRects at = layoutNote(200, 150, false, 96, kTitle);
     EXPECT_EQ(at.lbl, (PxRect{0, 0, 200, 18}));
-    EXPECT_EQ(at.pic.right, 200);
+    EXPECT_EQ(at.lbl2, (PxRect{0, 0, toPx(design::kButtonsWidth, 96).n, 18}));
+    EXPECT_EQ(at.pic, (PxRect{200 - toPx(design::kPicWidth, 96).n, 0, 200, 18}));
+    EXPECT_EQ(at.nota.top, toPx(design::kNotaTop, 96).n);
     EXPECT_EQ(at.nota.left, 4);
     EXPECT_EQ(at.nota.width(), 200 - 2 * 4);
     EXPECT_EQ(at.nota.height(), 150 - at.nota.top - 4);

@@ -105,4 +105,9 @@ TEST(IsTimeText, TakesTimesOfDay) {
     }
 }
 
+TEST(ParseTime, TakesTwoDigitsOfEach) {
+    EXPECT_EQ(parseTime(u"12:34:567").seconds, 56);
+    EXPECT_EQ(parseTime(u"123:45:6").hours, 12);
+}
+
 }  // namespace

@@ -48,6 +48,7 @@ TEST(LeadingNumber, SaturatesInsteadOfFailing) {
     EXPECT_EQ(leadingNumber(u"1e999"), std::numeric_limits<double>::max());
     EXPECT_EQ(leadingNumber(u"-1e999"), -std::numeric_limits<double>::max());
     EXPECT_EQ(leadingNumber(u"1e-999"), 0);
+    EXPECT_NEAR(leadingNumber(u"17e307"), 1.7e308, 1e294) << "just below what a number can be";
     EXPECT_EQ(leadingNumber(Text(5000, u'9')), std::numeric_limits<double>::max());
 }
 
