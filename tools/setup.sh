@@ -38,6 +38,17 @@ setup_packages() {
     for name in "${LOCALES[@]}"; do
         locale -a | grep -qx "$name.utf8" || as_root localedef -i "$name" -f UTF-8 "$name.UTF-8" || return 1
     done
+    drop_stale_builds
+}
+
+# Throws away build folders that another compiler began: CMake would go on with that one.
+drop_stale_builds() {
+    local arch preset compiler
+    for arch in x86_64:win64 i686:win32; do
+        preset=build/${arch#*:}
+        compiler=$(sed -n 's/^set(CMAKE_CXX_COMPILER \(.*\))$/\1/p' "cmake/mingw-w64-${arch%:*}.cmake")
+        [ ! -e "$preset" ] || grep -qs "/$compiler\"" "$preset"/CMakeFiles/*/CMakeCXXCompiler.cmake || rm -rf "$preset"
+    done
 }
 
 # Configures and builds presets, or one target of a preset: build win64 host:kardel_bench_rules
