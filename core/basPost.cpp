@@ -329,7 +329,7 @@ void basPost::showAgain(fpost& note) {
         if (!note.record.iconized) note.record.height = stored.height;
     }
     note.restoreIfMinimized();
-    note.place();
+    note.goHome();
     note.show(false);
 }
 
@@ -410,7 +410,7 @@ void basPost::OpenNote(int slot) {
     }
     AllHidden = false;
     note->restoreIfMinimized();
-    note->place();
+    note->goHome();
     note->show(true);
 }
 

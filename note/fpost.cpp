@@ -21,6 +21,10 @@ constexpr Text::value_type kTitleLead[] = u"     ";
 constexpr UINT kUnload = WM_APP + 1;
 constexpr UINT kRestore = WM_APP + 2;
 
+// WM_TABLET_QUERYSYSTEMGESTURESTATUS and its answer, which the compiler's headers lack.
+constexpr UINT kQueryTabletGestures = 0x02CC;
+constexpr LRESULT kNoPressAndHold = 1;
+
 LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) noexcept {
     fpost* const note = formOf<fpost>(GetParent(part));
     if (note == nullptr) return DefWindowProcW(part, message, wp, lp);
@@ -268,17 +272,19 @@ PxRect fpost::shownRect() const {
     return rect;
 }
 
-void fpost::place() {
+void fpost::goHome() {
     const PxRect rect = shownRect();
     if (rect == windowRect()) return;
+    const bool outer = std::exchange(placing, true);
     SetWindowPos(hwnd, nullptr, rect.left, rect.top, rect.width(), rect.height(),
                  SWP_NOZORDER | SWP_NOACTIVATE);
+    placing = outer;
 }
 
 void fpost::moveTo(int left, int top) {
     record.x = left;
     record.y = top;
-    place();
+    goHome();
 }
 
 NoteRects fpost::partRects() {
@@ -317,11 +323,14 @@ void fpost::onSize(WPARAM kind) {
     if (client.right == laidWidth && client.bottom == laidHeight) return;
     layout();
     repaint();
-    if (!record.iconized && visible()) host->realign();
+    // A note that is shown smaller where it can be reached is not resized: the others stay where they are.
+    if (!record.iconized && visible() && !placing) host->realign();
 }
 
-void fpost::onPosition(const WINDOWPOS& changed) const {
+void fpost::onPosition(const WINDOWPOS& changed) {
     if ((changed.flags & SWP_NOZORDER) == 0) keepBelowDialogs();
+    const bool moved = (changed.flags & SWP_NOMOVE) == 0;
+    if (moved && !placing && visible() && IsIconic(hwnd) == FALSE) mover.onMoved(hwnd);
 }
 
 void fpost::restoreIfMinimized() {
@@ -399,6 +408,7 @@ std::optional<LRESULT> fpost::onLife(UINT message, WPARAM wp, LPARAM lp) {
             return answerSpoken(hwnd, wp, lp);
         case WM_TIMER:
             if (wp == IDT_DRAFT) draftNow();
+            if (wp == IDT_MOVED) mover.settle(hwnd);
             return 0;
         default:
             return {};
@@ -431,8 +441,14 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
         case WM_SETTINGCHANGE:
             // A note whose monitor went is shown where it can be reached; its stored place waits for the
             // monitor to come back.
-            place();
+            mover.onDeskChanged(hwnd, GetTickCount64());
             return {};
+        case WM_ENTERSIZEMOVE:
+            mover.begin(hwnd);
+            return 0;
+        case WM_EXITSIZEMOVE:
+            mover.end(hwnd);
+            return 0;
         case WM_SYSCOLORCHANGE:
             if (!Alarming()) tBackColor(Backcol());
             return {};
@@ -457,7 +473,7 @@ std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_KEYUP:
         case WM_KILLFOCUS:
-            endKeyMove();
+            mover.endKeys();
             return {};
         case WM_SYSKEYDOWN:
             if (!onSystemKeyDown(wp)) return {};
@@ -514,6 +530,10 @@ LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_CONTEXTMENU:
             return 0;
+        case kQueryTabletGestures:
+            // A finger or pen that rests on an arrow resizes; it must not wait to become a right click.
+            if (part == pic2) return kNoPressAndHold;
+            return DefWindowProcW(part, message, wp, lp);
         default:
             return DefWindowProcW(part, message, wp, lp);
     }

@@ -13,8 +13,8 @@
 #include "note/NoteLayout.h"
 #include "note/NoteLook.h"
 #include "note/NoteMenu.h"
+#include "note/NoteMover.h"
 #include "note/NoteRinging.h"
-#include "note/bas_HookEasyMove.h"
 #include "storage/NoteFields.h"
 #include "support/Accessible.h"
 #include "support/Window.h"
@@ -22,7 +22,7 @@
 /// ms between two ticks, of the countdown and of the flashing.
 inline constexpr UINT kAlarmTick = 500;
 
-struct fpost {
+struct fpost final : private MovedNote {
     /// Creates the window of note `number`, hidden, with the record's contents. Null when Windows refuses.
     static fpost* open(NoteHost& host, int number, const NoteRecord& stored);
     /// Destroys every note of a desk at once, also those that are on their way out.
@@ -34,7 +34,8 @@ struct fpost {
     void hide();
     bool visible() const;
     /// Puts the window where its logical geometry and state want it; rescues a note that is on no monitor.
-    void place();
+    /// Nothing is stored, and no other note moves.
+    void goHome() override;
     /// Window rectangle in twips, as it is on screen.
     int Left() const;
     int Top() const;
@@ -130,9 +131,9 @@ struct fpost {
     /// Lets the mouse move the note until the button is up, then stores its place. A note that rings is
     /// silenced instead. It may be gone when this returns.
     void DragWindow();
-    /// Moves the note by a step of the keyboard. It snaps as in a drag; endKeyMove() stores where it is.
+    /// Moves the note by a step of the keyboard. It snaps as in a drag; the place is stored with the key's
+    /// release.
     void moveStep(int columns, int rows);
-    void endKeyMove();
     /// Changes the size by `Delta` twips as far as it may go. Nothing is stored.
     void ResizeWidth(float Delta);
     void ResizeHeight(float Delta);
@@ -206,7 +207,7 @@ private:
     NoteRects partRects();
     void layout();
     void onSize(WPARAM kind);
-    void onPosition(const WINDOWPOS& changed) const;
+    void onPosition(const WINDOWPOS& changed);
     void showActive(bool on);
     RECT lineUnderTitle() const;
     void paint();
@@ -255,9 +256,11 @@ private:
     void wantTips();
     void fillTip(NMHDR& header) const;
     // Moving, resizing, iconizing
-    void runMoveLoop();
-    MoveHook::Desk snapDesk() const;
-    void storePlace();
+    NoteMover::Rules moveRules() const;
+    PxRect place() const override { return shownRect(); }
+    bool isAtHome() const override;
+    void takePlace() override;
+    void storePlace() override;
     std::vector<PxRect> otherVisibleNotes() const;
     void showResizeCursor(int cursor);
     void showIconized();
@@ -274,10 +277,11 @@ private:
     UniqueBrush editBrush;
     Text lastGoodEdit;               ///< what the open editor held when it last fitted into the store
     std::vector<NoteField> unsaved;  ///< what the store refused: the next save tries again
-    bool movedByKeys = false;        ///< the keyboard has moved it, and that is not stored yet
-    bool active = false;             ///< has the keyboard: its lines say so
-    int resizeCursor = 0;            ///< cursor of the keyboard resize mode, 0 outside it
-    bool* freed = nullptr;           ///< told when the window goes while it is still being created
+    NoteMover mover{*this};
+    bool placing = false;   ///< its window goes where the note belongs
+    bool active = false;    ///< has the keyboard: its lines say so
+    int resizeCursor = 0;   ///< cursor of the keyboard resize mode, 0 outside it
+    bool* freed = nullptr;  ///< told when the window goes while it is still being created
     enum class OneShotKey : unsigned char { None, Save, NewLine, BlankLine, Cancel };
     OneShotKey oneShot = OneShotKey::None;
     bool swallowDoubleClick = false;

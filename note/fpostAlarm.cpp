@@ -83,7 +83,7 @@ void NoteRinging::appear() {
     note_.host->showAgain();
     note_.host->notesChanged();
     if (note_.visible()) return;
-    note_.place();  // a note that rings must be there to be silenced
+    note_.goHome();  // a note that rings must be there to be silenced
     note_.show(false);
 }
 

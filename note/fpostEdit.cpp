@@ -126,6 +126,7 @@ void fpost::SaveCaption(bool Apply) {
 }
 
 void fpost::CommitEdits() {
+    mover.settle(hwnd);
     SaveNote();
     SaveCaption(true);
 }

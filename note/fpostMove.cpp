@@ -50,81 +50,51 @@ void fpost::DragWindow() {
     // would then hold the note until the next click.
     if (GetKeyState(VK_LBUTTON) >= 0) return;
 
-    const PxRect before = windowRect();
-    runMoveLoop();
-    if (watch.gone()) return;
-    currentCursor = 0;
-    SetCursor(host->look->cursor(currentCursor));
-    const PxRect after = windowRect();
-    // A click alone stores nothing: a note shown elsewhere because its monitor is away keeps its real place.
-    if (after.left == before.left && after.top == before.top) return;
-    storePlace();
-}
-
-void fpost::storePlace() {
-    record.x = Left();
-    record.y = Top();
-    if (host->store->UseRegistry) host->store->storeCount(static_cast<int>(host->Notes->size()));
-    store({NoteField::X, NoteField::Y});
-}
-
-void fpost::runMoveLoop() {
-    const HWND window = hwnd;
-    const bool alignAll = host->settings->AlignAll;
-    const bool easyAlign = host->settings->EasyAlign;
     currentCursor = IDC_MOVING;
     SetCursor(host->look->cursor(currentCursor));
-    ReleaseCapture();
-    const auto drag = [window] {
-        // Returns when the button is up. The press goes with it, so that the note stays under the pointer.
-        SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, static_cast<LPARAM>(GetMessagePos()));
-    };
-    if (!alignAll && !easyAlign) {
-        drag();
-        return;
-    }
-    const MoveHook hook(window, alignAll ? MoveHook::Kind::AlignedMove : MoveHook::Kind::EasyMove,
-                        snapDesk());
-    drag();
+    const HWND window = hwnd;
+    mover.begin(window);
+    NoteMover::drag(window, moveRules());
+    if (watch.destroyed()) return;
+    currentCursor = 0;
+    SetCursor(host->look->cursor(currentCursor));
+    mover.endDrag(window);
 }
 
-MoveHook::Desk fpost::snapDesk() const {
-    MoveHook::Desk desk;
-    desk.easyAlign = host->settings->EasyAlign;
-    desk.leastWidth = host->look->px(design::kMinWidth);
-    desk.leastHeight = host->look->px(record.iconized ? kIconizedHeight : design::kMinHeight);
-    desk.others = [this] { return otherVisibleNotes(); };
-    return desk;
+NoteMover::Rules fpost::moveRules() const {
+    NoteMover::Rules rules;
+    rules.alignAll = host->settings->AlignAll;
+    rules.snap.easyAlign = host->settings->EasyAlign;
+    rules.snap.leastWidth = host->look->px(design::kMinWidth);
+    rules.snap.leastHeight = host->look->px(record.iconized ? kIconizedHeight : design::kMinHeight);
+    rules.snap.others = [this] { return otherVisibleNotes(); };
+    return rules;
 }
 
 void fpost::moveStep(int columns, int rows) {
-    const PxRect from = windowRect();
-    const int step = host->look->px(kMoveStep);
-    PxRect to = from.shifted(columns * step, rows * step);
-    if (host->settings->EasyAlign) {
-        // Pixel by pixel, so that no edge is stepped over; those that hold the note now let it go.
-        const MoveHook hook(hwnd, MoveHook::Kind::EasyMove, snapDesk());
-        bool caught = false;
-        for (int way = kSnapTolerance + 1; way <= step && !caught; ++way) {
-            const PxRect wanted = from.shifted(columns * way, rows * way);
-            RECT moving{wanted.left, wanted.top, wanted.right, wanted.bottom};
-            SendMessageW(hwnd, WM_MOVING, 0, reinterpret_cast<LPARAM>(&moving));
-            to = pxRect(moving);
-            caught = to.left != wanted.left || to.top != wanted.top;
-        }
-    }
-    const int strip = host->look->px(design::kStripHeight);
-    if (!isInSight(host->monitors(), {to.left, to.top, to.left + from.width(), to.top + strip})) return;
-    if (to.left == from.left && to.top == from.top) return;
-    SetWindowPos(hwnd, nullptr, to.left, to.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-    record.x = Left();
-    record.y = Top();
-    movedByKeys = true;
+    const NoteLook& look = *host->look;
+    mover.step(hwnd, moveRules(),
+               {columns, rows, look.px(kMoveStep), look.px(design::kStripHeight), host->monitors()});
 }
 
-void fpost::endKeyMove() {
-    // Once for the whole way, however long the key was held.
-    if (std::exchange(movedByKeys, false) && !beingDeleted) storePlace();
+bool fpost::isAtHome() const {
+    const NoteLook& look = *host->look;
+    const int left = look.px(Twips{record.x});
+    const int top = look.px(Twips{record.y});
+    const PxRect title{left, top, left + look.px(Twips{pWidth()}), top + look.px(kIconizedHeight)};
+    return isInSight(host->monitors(), title);
+}
+
+void fpost::takePlace() {
+    record.x = Left();
+    record.y = Top();
+}
+
+void fpost::storePlace() {
+    if (beingDeleted) return;
+    takePlace();
+    if (host->store->UseRegistry) host->store->storeCount(static_cast<int>(host->Notes->size()));
+    store({NoteField::X, NoteField::Y});
 }
 
 std::vector<PxRect> fpost::otherVisibleNotes() const {
@@ -259,9 +229,10 @@ void fpost::IconizeForm() {
 
 void fpost::showIconized() {
     if (!record.iconized) record.height = storedHeight();
-    place();
+    goHome();
     tellNameChanged(hwnd);
     if (record.iconized) return;
+    if (visible()) host->realign();
     ShowAlarmStrip();
 }
 

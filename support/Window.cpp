@@ -1,7 +1,36 @@
 #include "support/Window.h"
 
+#include <cstdint>
+
 #include "support/Handles.h"
 #include "support/Units.h"
+
+namespace {
+
+// Windows before 10 knows no such timer and refuses to make it.
+constexpr DWORD kHighResolution = 0x00000002;
+constexpr std::int64_t kUsPerMs = 1000;
+constexpr std::int64_t kTimerUnitsPerUs = 10;
+constexpr std::int64_t kCoarseWaitUs = 20000;  // a wait with a time limit may be late by less
+
+class Stopwatch {
+public:
+    Stopwatch() {
+        QueryPerformanceFrequency(&perSecond_);
+        QueryPerformanceCounter(&start_);
+    }
+    std::int64_t microseconds() const {
+        LARGE_INTEGER now{};
+        QueryPerformanceCounter(&now);
+        return (now.QuadPart - start_.QuadPart) * 1000 * kUsPerMs / perSecond_.QuadPart;
+    }
+
+private:
+    LARGE_INTEGER perSecond_{};
+    LARGE_INTEGER start_{};
+};
+
+}  // namespace
 
 void registerClass(const char16_t* name, WNDPROC procedure, UINT style) {
     WNDCLASSEXW kind{};
@@ -59,11 +88,23 @@ bool endOpenMenu() {
 }
 
 bool pumpFor(DWORD ms) {
-    const ULONGLONG end = GetTickCount64() + ms;
+    // The tick count moves in steps of up to 16 ms, and so do waits with a time limit.
+    const Stopwatch watch;
+    const UniqueHandle timer(CreateWaitableTimerExW(nullptr, nullptr, kHighResolution, TIMER_ALL_ACCESS));
     for (;;) {
         if (!pumpPending()) return false;
-        const ULONGLONG now = GetTickCount64();
-        if (now >= end) return true;
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_ALLINPUT);
+        const std::int64_t left = std::int64_t{ms} * kUsPerMs - watch.microseconds();
+        if (left <= 0) return true;
+        LARGE_INTEGER due{};
+        due.QuadPart = -left * kTimerUnitsPerUs;
+        HANDLE alarm = timer.get();
+        if (alarm != nullptr && SetWaitableTimer(alarm, &due, 0, nullptr, nullptr, FALSE) != FALSE) {
+            MsgWaitForMultipleObjects(1, &alarm, FALSE, INFINITE, QS_ALLINPUT);
+        } else if (left > kCoarseWaitUs) {
+            const auto wait = static_cast<DWORD>((left - kCoarseWaitUs) / kUsPerMs);
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, wait, QS_ALLINPUT);
+        } else {
+            SwitchToThread();
+        }
     }
 }

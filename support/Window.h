@@ -56,5 +56,5 @@ bool pumpPending();
 /// has been handled, and before any that is posted now.
 bool endOpenMenu();
 
-/// Lets messages through until `ms` milliseconds have passed on the monotonic clock. False on WM_QUIT.
+/// Lets messages through until `ms` milliseconds have passed, to a millisecond. False on WM_QUIT.
 bool pumpFor(DWORD ms);

@@ -80,6 +80,10 @@ class Hands:
         if release:
             self.release()
 
+    def place_window(self, window: int, x: int, y: int) -> None:
+        """Moves a window of the X server as a tool for windows would, without the mouse."""
+        self._do("windowmove", window, x, y)
+
     def key(self, *names: str) -> None:
         """Presses keys or chords in turn: key("ctrl+n"), key("Return"), key("Delete", "F2")."""
         self._do("key", "--delay", 20, *names)

@@ -198,3 +198,48 @@ def test_two_drags_in_a_row_work_as_one(desk, hand):
         drag_to(hand, hand.note(title), *place)
         check_place(hand, hand.note(title), *place, number)
     assert hand.kardel.exit() == 0
+
+
+# --- Moves that do not begin on the note, and a desk that changes meanwhile
+
+WM_SETTINGCHANGE, WM_DISPLAYCHANGE, WM_SYSCOMMAND, SC_MOVE = 0x1A, 0x7E, 0x112, 0xF010
+DESK_CHANGES = (WM_SETTINGCHANGE, WM_DISPLAYCHANGE)
+
+
+def test_a_note_moved_by_the_systems_command_stays_there(desk, hand):
+    note = hand.run().note()
+    note.activate()
+    note.post(WM_SYSCOMMAND, SC_MOVE)
+    desk.wait(lambda: desk.probe.ask("focus")["moving"], 5, "the move by keys")
+    desk.key("Right", "Right", "Down")
+    desk.wait(lambda: note.rect[:2] != (400, 300), 5, "the keys to move it")
+    desk.key("Return")
+    desk.wait(lambda: not desk.probe.ask("focus")["moving"], 5, "the end of the move")
+    hand.settled(note)
+    left, top = note.rect[:2]
+    assert left > 400 and top > 300
+    check_place(hand, note, left, top)
+    for message in DESK_CHANGES:
+        note.send(message)
+    check_place(hand, note, left, top)
+
+
+def test_a_note_moved_by_another_program_stays_there(desk, hand):
+    note = hand.run().note()
+    desk.hands.place_window(note.info["x11"], 520, 410)
+    check_place(hand, note, 520, 410)
+    for message in DESK_CHANGES:
+        note.send(message)
+    check_place(hand, note, 520, 410)
+
+
+@any_store
+@pytest.mark.parametrize("change", DESK_CHANGES)
+def test_a_change_of_the_desk_waits_for_the_end_of_a_drag(desk, hand, change):
+    note = hand.run().note()
+    desk.hands.drag(*note.part("lbl").point(100), by=(80, 40), release=False)
+    desk.wait_equal(lambda: note.rect[:2], (480, 340))
+    note.send(change)
+    desk.stays(lambda: note.rect[:2] == (480, 340), 0.3, "the note in the hand")
+    desk.hands.release()
+    check_place(hand, note, 480, 340)

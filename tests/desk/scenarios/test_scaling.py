@@ -87,3 +87,38 @@ def test_a_note_partly_beyond_the_left_edge_stays_there(desk):
         assert kardel.note().rect == (-100, 300, 200, 150)
         assert kardel.exit() == 0
         assert desk.stored_note(1)["x"] == "-1500"
+
+
+@pytest.mark.parametrize("dpi", [168, 192])
+def test_notes_snap_to_the_screen_and_to_one_another_on_a_scaled_screen(desk, dpi):
+    other = {**NOTE, "Titolo": "other", "x": 6000, "y": 4500, "width": 2000, "height": 1500}
+    desk.seed_registry({"EasyAlign": "True"}, [{**NOTE, "x": 1500, "y": 1500, "width": 2000, "height": 1500}, other])
+    with desk.scaled(dpi):
+        kardel = desk.run()
+        note, other = kardel.note("Shopping"), kardel.note("other")
+        for one in (other, note):
+            one.awake()
+
+        def drag_to(left, top):
+            desk.wait(note.placed, 5, "Wine and the window manager to agree")
+            rect = note.rect
+            note.drag(by=(left - rect.x, top - rect.y), dx=100 * dpi // 96)
+
+        def check(left, top):
+            desk.wait_equal(lambda: note.rect[:2], (left, top), 5, "the note to snap")
+            desk.wait_equal(lambda: [pixels(int(desk.stored_note(1)[key]), dpi) for key in ("x", "y")], [left, top])
+
+        left, top, width, height = desk.screen()["workarea"]
+        size = note.rect[2:]
+        drag_to(left + width - size[0] - 1, 150)
+        check(left + width - size[0], 150)
+        drag_to(300, 200)
+        drag_to(300, top + height - size[1] - 1)
+        check(300, top + height - size[1])
+        drag_to(300, 200)
+        edge = other.rect.x - size[0]
+        drag_to(edge - 2, other.rect.y + 9)
+        check(edge, other.rect.y + 9)
+        drag_to(300, 200)
+        drag_to(edge - 3, other.rect.y + 9)
+        check(edge - 3, other.rect.y + 9)
