@@ -1,5 +1,27 @@
 #include "core/Columns.h"
 
+#include <algorithm>
+
+namespace {
+
+constexpr int kCascadeStep = 24;  // pixels from one new note to the next
+
+}  // namespace
+
+PxCorner cascadePlace(int number, int width, int height, const PxRect& work,
+                      std::span<const PxCorner> taken) {
+    const int steps = std::max(1, std::min(work.width() - width, work.height() - height) / kCascadeStep);
+    const auto place = [&](int step) {
+        const int offset = step % steps * kCascadeStep;
+        return PxCorner{work.left + offset, work.top + offset};
+    };
+    const int first = number - 1;
+    int step = first;
+    while (step < first + steps && std::find(taken.begin(), taken.end(), place(step)) != taken.end())
+        ++step;
+    return place(step);
+}
+
 std::vector<ColumnPlace> automaticPosition(const std::vector<ColumnNote>& notes, const PxRect& workArea,
                                            double twipsPerPixel) {
     std::vector<ColumnPlace> places(notes.size());

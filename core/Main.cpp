@@ -42,7 +42,7 @@ StartQuestions questionsOf(basPost& desk, SingleInstance& instance, const Text& 
     questions.deleteLocalFiles = [&desk]() -> std::optional<bool> {
         constexpr long kButtons = MB_YESNO | MB_ICONERROR | MB_DEFBUTTON2;
         const bool yes = desk.MsgBoxExt(deleteLocalFilesPrompt(), kButtons) == IDYES;
-        if (desk.ending) return {};
+        if (desk.ending()) return {};
         return yes;
     };
     questions.saveFailed = [&desk] { desk.showSaveFailure(); };
@@ -59,7 +59,7 @@ bool waitForTray(basPost& desk) {
 
 void runMessages(const basPost& desk) {
     MSG message{};
-    while (!desk.ending && GetMessageW(&message, nullptr, 0, 0) > 0) {
+    while (!desk.ending() && GetMessageW(&message, nullptr, 0, 0) > 0) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
@@ -94,10 +94,10 @@ int start() {
     if (!questions.claimStore(chosenUseRegistry(desk.store.registry.settings))) return 0;
 
     const StartState state = settleStart(desk.store, desk.settings, questions);
-    const bool goesOn = state.usable && !desk.ending;
+    const bool goesOn = state.usable && !desk.ending();
     if (goesOn && waitForTray(desk) && desk.LoadNotes(state.Count)) runMessages(desk);
     desk.Teardown();
-    return state.usable || desk.ending ? 0 : 1;
+    return state.usable || desk.ending() ? 0 : 1;
 }
 
 }  // namespace

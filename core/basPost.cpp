@@ -15,8 +15,6 @@
 
 namespace {
 
-constexpr int kCascadeStep = 24;  // pixels from one new note to the next
-
 BOOL CALLBACK findSystemDialog(HWND window, LPARAM found) noexcept {
     if (!isSystemDialog(window) || IsWindowVisible(window) == FALSE) return TRUE;
     *reinterpret_cast<HWND*>(found) = window;
@@ -31,24 +29,12 @@ BOOL CALLBACK cancelSystemDialog(HWND window, LPARAM note) noexcept {
     return TRUE;
 }
 
-/// Where new note `number` begins: cascading in the work area of the monitor with the mouse, on the first
-/// step on which no note lies yet.
-POINT cascadePlace(int number, int width, int height, const std::function<bool(POINT)>& taken) {
+PxRect workAreaAtMouse() {
     POINT mouse{};
     GetCursorPos(&mouse);
     const int x = static_cast<int>(mouse.x);
     const int y = static_cast<int>(mouse.y);
-    const PxRect work = workAreaAt({x, y, x + 1, y + 1});
-    const int steps = std::max(1, std::min(work.width() - width, work.height() - height) / kCascadeStep);
-    const auto place = [&](int step) {
-        const int offset = step % steps * kCascadeStep;
-        return POINT{work.left + offset, work.top + offset};
-    };
-    const int first = number - 1;
-    int step = first;
-    while (step < first + steps && taken(place(step)))
-        ++step;
-    return place(step);
+    return workAreaAt({x, y, x + 1, y + 1});
 }
 
 }  // namespace
@@ -73,9 +59,9 @@ void basPost::fillHost() {
     host.countingChanged = [this] { CountingChanged(); };
     host.remove = [this](fpost& note) { RemoveNote(note); };
     host.commitEdits = [this] { CommitEdits(); };
-    host.allHidden = [this] { return AllHidden; };
-    host.allIconized = [this] { return AllIconized; };
-    host.showAgain = [this] { AllHidden = false; };
+    host.allHidden = [this] { return AllHidden(); };
+    host.allIconized = [this] { return AllIconized(); };
+    host.noteShown = [this] { state.onNoteShown(); };
     host.storeFlag = [this](const char16_t* key, bool flag) { storeFlag(key, flag); };
     host.monitors = [this]() -> const std::vector<Monitor>& { return monitors(); };
     host.now = [] { return localNow(); };
@@ -101,7 +87,7 @@ bool basPost::createTray() {
     functions.state = [this] { return trayState(); };
     functions.titles = [this] { return titles(); };
     // Until the notes are loaded, a command from outside would act on a desk that only looks empty.
-    functions.dialogOpen = [this] { return dialog.open() || !live_; };
+    functions.dialogOpen = [this] { return dialog.open() || state.loading(); };
     functions.openBox = [this] {
         HWND box = dialog.open() ? dialog.hwnd : nullptr;
         if (box == nullptr) {
@@ -152,14 +138,21 @@ int basPost::IconizedCount() const {
         std::count_if(Notes.begin(), Notes.end(), [](const fpost* n) { return n->record.iconized; }));
 }
 
+DeskCount basPost::counted() const {
+    DeskCount now;
+    now.notes = Count();
+    now.shown = static_cast<int>(
+        std::count_if(Notes.begin(), Notes.end(), [](const fpost* n) { return n->visible(); }));
+    now.iconized = IconizedCount();
+    return now;
+}
+
 void basPost::NotesChanged() {
-    if (bulk_ > 0) return;
-    if (everyNoteClosed()) AllHidden = true;
-    if (Count() > 1) AllIconized = everyNoteIconized();
+    state.onNoteChanged(counted());
 }
 
 const std::vector<Monitor>& basPost::monitors() {
-    if (bulk_ == 0 || monitors_.empty()) monitors_ = readMonitors();
+    if (!state.inBulk() || monitors_.empty()) monitors_ = readMonitors();
     return monitors_;
 }
 
@@ -194,13 +187,11 @@ bool basPost::LoadNotes(int count) {
                   MB_ICONERROR);
         return false;
     }
-    if (ending) return false;
+    if (ending()) return false;
     store.finishRemovals(records(), settings);
     finishDraft();
-    AllHidden = everyNoteClosed();
-    AllIconized = everyNoteIconized();
     localFilesMark = !store.UseRegistry;
-    live_ = true;
+    state.onLoaded(counted());
     CountingChanged();
     if (settings.AlignAll) AutoPosition();
     return true;
@@ -246,15 +237,12 @@ NoteRecord basPost::freshRecord(int number) const {
     const PxRect work = GetWorkArea();
     record.width = std::min(width.n, look.twips(work.width()));
     record.height = std::min(height.n, look.twips(work.height()));
-    const auto taken = [this](POINT at) {
-        const auto liesThere = [&](const fpost* note) {
-            return look.px(Twips{note->record.x}) == at.x && look.px(Twips{note->record.y}) == at.y;
-        };
-        return std::any_of(Notes.begin(), Notes.end(), liesThere);
-    };
-    const POINT at = cascadePlace(number, look.px(width), look.px(height), taken);
-    record.x = look.twips(static_cast<int>(at.x));
-    record.y = look.twips(static_cast<int>(at.y));
+    std::vector<PxCorner> taken;
+    for (const fpost* note : Notes)
+        taken.push_back({look.px(Twips{note->record.x}), look.px(Twips{note->record.y})});
+    const PxCorner at = cascadePlace(number, look.px(width), look.px(height), workAreaAtMouse(), taken);
+    record.x = look.twips(at.x);
+    record.y = look.twips(at.y);
     return record;
 }
 
@@ -284,8 +272,7 @@ bool basPost::NewNote() {
     Notes.push_back(note);
     Renumber();
     note->show(true);
-    AllHidden = false;
-    AllIconized = false;
+    state.onNewNote();
     if (Count() >= 2 && settings.AlignAll) AutoPosition();
     note->store({NoteField::Width, NoteField::Height, NoteField::X, NoteField::Y});
     return true;
@@ -305,16 +292,15 @@ void basPost::HideAll(bool hidden) {
             if (hidden) {
                 note->hide();
             } else {
-                showAgain(*note);
+                reopen(*note);
             }
         }
     }
-    // Only now: a note that rang and went with its alarm made the desk judge itself half-way.
-    AllHidden = hidden && !Notes.empty();
-    if (!AllHidden && settings.AlignAll) AutoPosition();
+    state.onAllHidden(hidden, counted());
+    if (!AllHidden() && settings.AlignAll) AutoPosition();
 }
 
-void basPost::showAgain(fpost& note) {
+void basPost::reopen(fpost& note) {
     if (note.record.closed) {
         note.record.closed = false;
         note.store({NoteField::Closed});
@@ -348,13 +334,12 @@ void basPost::IconizeAll(bool iconized) {
             if (holds(note)) note->store({NoteField::Iconized});
         }
     }
-    // Only now: a note that rang and went with its alarm made the desk count again half-way.
-    AllIconized = iconized && !Notes.empty();
+    state.onAllIconized(iconized, counted());
     if (settings.AlignAll) AutoPosition();
 }
 
 void basPost::Realign() {
-    if (live_ && bulk_ == 0 && settings.AlignAll) AutoPosition();
+    if (state.mayRealign() && settings.AlignAll) AutoPosition();
 }
 
 void basPost::AutoPosition() {
@@ -408,7 +393,7 @@ void basPost::OpenNote(int slot) {
         note->record.closed = false;
         note->store({NoteField::Closed});
     }
-    AllHidden = false;
+    state.onNoteShown();
     note->restoreIfMinimized();
     note->goHome();
     note->show(true);
@@ -423,8 +408,7 @@ void basPost::RemoveNote(fpost& note) {
     const std::vector<NoteRecord*> remaining = records();
     store.remove(number, remaining, settings);
     Renumber();
-    AllHidden = everyNoteClosed() || (AllHidden && !Notes.empty());
-    AllIconized = everyNoteIconized();
+    state.onNoteRemoved(counted());
 }
 
 // --- Countdown --------------------------------------------------------------------------------------------
@@ -495,7 +479,7 @@ void basPost::readAgain() {
         std::exchange(note, whole)->leave();
         Renumber();
         whole->ArmAfterLoad();
-        if (!whole->Closed() && !AllHidden) whole->show(false);
+        if (!whole->Closed() && !AllHidden()) whole->show(false);
     }
     finishDraft();
     NotesChanged();
@@ -566,7 +550,7 @@ void basPost::sayAlreadyRunning() {
 
 void basPost::CommitEdits() {
     // Until the notes are loaded, the stored ones would look as if they had been deleted.
-    if (!live_) return;
+    if (state.loading()) return;
     store.finishRemovals(records(), settings);
     storeOwedFlags();
     const std::vector<fpost*> walk = Notes;
@@ -584,12 +568,12 @@ void basPost::ExitProgram() {
         EnumThreadWindows(GetCurrentThreadId(), cancelSystemDialog, reinterpret_cast<LPARAM>(note->hwnd));
     // Modal loops that run at this moment (a question, a menu, a drag) end with the quit message and unwind;
     // the windows go after the outermost loop. Some of them swallow the message, hence the flag beside it.
-    ending = true;
+    state.onExit();
     PostQuitMessage(0);
 }
 
 void basPost::EndSession() {
-    if (!live_) {
+    if (state.loading()) {
         ExitProgram();  // a start that waits must neither go on nor take the end for an answer
         return;
     }
@@ -599,7 +583,7 @@ void basPost::EndSession() {
 }
 
 void basPost::Teardown() {
-    live_ = false;
+    state.onTeardown();
     Notes.clear();
     NoteSlots.fill(nullptr);
     fpost::destroyAll(host);
@@ -617,12 +601,12 @@ std::vector<Text> basPost::titles() const {
 }
 
 TrayMenuState basPost::trayState() const {
-    TrayMenuState state;
-    state.notes = Count();
-    state.allHidden = AllHidden;
-    state.allIconized = AllIconized;
-    state.alignAll = settings.AlignAll;
-    state.easyAlign = settings.EasyAlign;
-    state.localFiles = localFilesMark;
-    return state;
+    TrayMenuState menu;
+    menu.notes = Count();
+    menu.allHidden = AllHidden();
+    menu.allIconized = AllIconized();
+    menu.alignAll = settings.AlignAll;
+    menu.easyAlign = settings.EasyAlign;
+    menu.localFiles = localFilesMark;
+    return menu;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/ClockWatch.h"
+#include "core/DeskState.h"
 #include "core/TrayMenu.h"
 #include "core/fTray.h"
 #include "note/NoteHost.h"
@@ -23,10 +24,10 @@ struct basPost {
     /// (the user is told), and while a dialog is open.
     bool NewNote();
     /// "Hide All" / "Show All". Showing also reopens closed notes.
-    void ToggleHideAll() { HideAll(!AllHidden); }
+    void ToggleHideAll() { HideAll(!AllHidden()); }
     void HideAll(bool hidden);
     /// "Iconize All" / "Restore All".
-    void ToggleIconizeAll() { IconizeAll(!AllIconized); }
+    void ToggleIconizeAll() { IconizeAll(!AllIconized()); }
     void IconizeAll(bool iconized);
     /// Lays the visible notes out in columns and stores what moved.
     void AutoPosition();
@@ -63,8 +64,10 @@ struct basPost {
     int Count() const { return static_cast<int>(Notes.size()); }
     int ClosedCount() const;
     int IconizedCount() const;
-    bool everyNoteClosed() const { return !Notes.empty() && ClosedCount() == Count(); }
-    bool everyNoteIconized() const { return !Notes.empty() && IconizedCount() == Count(); }
+    bool AllHidden() const { return state.allHidden(); }
+    bool AllIconized() const { return state.allIconized(); }
+    /// Exit was chosen: the message loop ends at its next turn.
+    bool ending() const { return state.ending(); }
 
     int MsgBoxExt(const Text& Prompt, long Buttons, const Text& Title = u"Kardel");
     /// "An error has occurred on saving the memo", once, after the handler that met it has ended.
@@ -86,14 +89,13 @@ struct basPost {
 
     std::vector<fpost*> Notes;                  ///< note n is Notes[n - 1]
     std::array<fpost*, kMaxNotes> NoteSlots{};  ///< the same, slot n - 1; null beyond the last note
-    bool AllHidden = false;
-    bool AllIconized = false;
-    bool ending = false;         ///< Exit was chosen: the message loop ends at its next turn
+    DeskState state;
     bool localFilesMark = true;  ///< check mark of "Use local files"; not always the store in force
 
 private:
     void fillHost();
     void Renumber();
+    DeskCount counted() const;
     /// Captions and flags after a note's title, closed or iconized state changed.
     void NotesChanged();
     void Realign();
@@ -110,7 +112,8 @@ private:
     void finishDraft();
     /// A note that another program held at the start takes the place of its blank stand-in.
     void readAgain();
-    void showAgain(fpost& note);
+    /// Shows a note as the store has it; one that was closed is so no more.
+    void reopen(fpost& note);
     std::vector<NoteRecord*> records() const;
 
     /// Lets the alarms follow a clock that was set by `jump` seconds.
@@ -123,8 +126,6 @@ private:
     int unreadTicks_ = 0;                          ///< since the last try to read what could not be read
     int unreadWait_ = 2;                           ///< ticks from one try to the next
     std::map<Text, bool> owedFlags_;  ///< settings that the store refused: tried again at the next occasion
-    bool live_ = false;               ///< the collection is whole: automatic position may run
-    int bulk_ = 0;  ///< depth of commands that walk all notes; single re-alignments wait for their end
     std::vector<Monitor> monitors_;
     bool failureShown_ = false;
     bool runningShown_ = false;
@@ -134,9 +135,9 @@ private:
 
     struct Bulk {
         explicit Bulk(basPost& desk) : desk_(desk) {
-            if (desk_.bulk_++ == 0) desk_.monitors_.clear();
+            if (desk_.state.beginBulk()) desk_.monitors_.clear();
         }
-        ~Bulk() { --desk_.bulk_; }
+        ~Bulk() { desk_.state.endBulk(); }
         Bulk(const Bulk&) = delete;
         Bulk& operator=(const Bulk&) = delete;
         basPost& desk_;

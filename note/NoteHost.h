@@ -33,7 +33,7 @@ struct NoteHost {
     std::function<void()> commitEdits;      ///< ends every open edit, keeping its text
     std::function<bool()> allHidden;
     std::function<bool()> allIconized;
-    std::function<void()> showAgain;  ///< the desk is no longer all hidden: a note rings
+    std::function<void()> noteShown;                                ///< a note that rings came to sight
     std::function<void(const char16_t* key, bool flag)> storeFlag;  ///< one flag of section "setting"
     std::function<const std::vector<Monitor>&()> monitors;          ///< read once a command on all notes
     std::function<Now()> now;

@@ -80,11 +80,12 @@ void NoteRinging::appear() {
     // Not through IconizeForm, which would silence the alarm that is just beginning.
     if (restored) note_.showIconized();
     note_.ShowAlarmStrip();
-    note_.host->showAgain();
+    if (!note_.visible()) {  // a note that rings must be there to be silenced
+        note_.goHome();
+        note_.show(false);
+    }
+    note_.host->noteShown();
     note_.host->notesChanged();
-    if (note_.visible()) return;
-    note_.goHome();  // a note that rings must be there to be silenced
-    note_.show(false);
 }
 
 void NoteRinging::announce() {

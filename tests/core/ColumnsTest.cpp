@@ -189,4 +189,45 @@ TEST(Columns, AgreesWithTheSecondModelOnTenThousandDesks) {
     EXPECT_GT(columnsBegun, 50000U);
 }
 
+// --- New notes in a cascade
+// ---------------------------------------------------------------------------------
+
+constexpr PxRect kDesk{40, 20, 1000, 520};  // 960 x 500 pixels
+
+/// Where new note `number`, 200 x 140 pixels, begins: 360 / 24 = 15 steps fit.
+PxCorner fresh(int number, const std::vector<PxCorner>& taken = {}) {
+    return cascadePlace(number, 200, 140, kDesk, taken);
+}
+
+TEST(Cascade, EachNoteBeginsAStepFurtherDownAndRight) {
+    EXPECT_EQ(fresh(1), (PxCorner{40, 20}));
+    EXPECT_EQ(fresh(2), (PxCorner{64, 44}));
+    EXPECT_EQ(fresh(15), (PxCorner{40 + 14 * 24, 20 + 14 * 24}));
+    EXPECT_EQ(fresh(16), (PxCorner{40, 20})) << "the next would not lie on the desk as a whole";
+}
+
+TEST(Cascade, AStepOnWhichANoteLiesIsLeftOut) {
+    EXPECT_EQ(fresh(1, {{40, 20}}), (PxCorner{64, 44}));
+    EXPECT_EQ(fresh(2, {{64, 44}, {88, 68}}), (PxCorner{112, 92}));
+    EXPECT_EQ(fresh(2, {{64, 45}, {63, 44}}), (PxCorner{64, 44})) << "only where nothing of it could be seen";
+    EXPECT_EQ(fresh(15, {{376, 356}}), (PxCorner{40, 20})) << "behind the last step comes the first";
+}
+
+TEST(Cascade, WithEveryStepTakenTheNumberDecides) {
+    std::vector<PxCorner> all;
+    for (int step = 0; step < 15; ++step)
+        all.push_back({40 + 24 * step, 20 + 24 * step});
+    EXPECT_EQ(fresh(4, all), (PxCorner{112, 92}));
+    EXPECT_EQ(fresh(19, all), (PxCorner{112, 92}));
+}
+
+TEST(Cascade, ANoteLargerThanTheDeskBeginsAtItsCorner) {
+    for (const int number : {1, 2, 50}) {
+        EXPECT_EQ(cascadePlace(number, 2000, 100, kDesk, {}), (PxCorner{40, 20})) << number;
+        EXPECT_EQ(cascadePlace(number, 100, 500, kDesk, {}), (PxCorner{40, 20})) << number;
+        EXPECT_EQ(cascadePlace(number, 100, 477, kDesk, {}), (PxCorner{40, 20})) << number;
+    }
+    EXPECT_EQ(cascadePlace(2, 100, 452, kDesk, {}), (PxCorner{64, 44}));
+}
+
 }  // namespace

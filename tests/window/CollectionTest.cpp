@@ -210,8 +210,8 @@ TEST_P(Collection, CommandsOnAnEmptyDeskDoNothing) {
     desk->desk->ToggleHideAll();
     desk->desk->ToggleIconizeAll();
     desk->desk->AutoPosition();
-    EXPECT_FALSE(desk->desk->AllHidden);
-    EXPECT_FALSE(desk->desk->AllIconized);
+    EXPECT_FALSE(desk->desk->AllHidden());
+    EXPECT_FALSE(desk->desk->AllIconized());
 }
 
 // --- Iconize All and Restore All --------------------------------------------------------------------------
@@ -412,6 +412,26 @@ TEST_P(Collection, OpeningOneOfAllClosedNotesBringsHideAllBack) {
     desk->desk->OpenNote(0);
     EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Hide All");
     EXPECT_TRUE(desk->stored(2).closed);
+}
+
+TEST_P(Collection, AHiddenDeskOfWhichOneNoteWasOpenedIsHiddenAgainWithoutIt) {
+    for (const bool closed : {true, false}) {
+        const auto desk = run(manyNotes(3));
+        desk->desk->ToggleHideAll();
+        desk->desk->OpenNote(1);
+        EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Hide All");
+        if (closed) {
+            desk->note(2).CloseForm();
+        } else {
+            desk->note(2).DeleteForm(true);
+            pumpPending();
+        }
+        EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Show All") << "nothing is in sight";
+        EXPECT_EQ(noteCaption(desk->note(1), IDM_HIDEALL), u"Show All");
+        desk->desk->ToggleHideAll();
+        for (const fpost* note : desk->desk->Notes)
+            EXPECT_TRUE(note->visible());
+    }
 }
 
 /// Titles of the visible notes, front to back.

@@ -125,7 +125,7 @@ TEST_P(NoteRemoval, OfTheLastNoteLeavesNoneToOpen) {
     EXPECT_EQ(open[0].caption, u"(none)");
     EXPECT_FALSE(open[0].enabled);
     EXPECT_FALSE(trayCommandAllowed(desk->desk->trayState(), tray::kHideAll));
-    EXPECT_FALSE(desk->desk->AllHidden || desk->desk->AllIconized) << "of no notes, none is hidden";
+    EXPECT_FALSE(desk->desk->AllHidden() || desk->desk->AllIconized()) << "of no notes, none is hidden";
     if (GetParam()) {
         EXPECT_EQ(desk->registry.find(u"kardel-1"), nullptr);
         EXPECT_EQ(desk->registry.text(u"setting", u"count"), u"0");
@@ -141,9 +141,9 @@ TEST_P(NoteRemoval, WhenOnlyClosedOrIconizedNotesRemainTheyAreOfferedTogether) {
         notes[i].iconized = true;
     }
     const auto desk = run(notes);
-    EXPECT_FALSE(desk->desk->AllHidden || desk->desk->AllIconized);
+    EXPECT_FALSE(desk->desk->AllHidden() || desk->desk->AllIconized());
     desk->note(1).DeleteForm(true);
-    EXPECT_TRUE(desk->desk->AllHidden && desk->desk->AllIconized);
+    EXPECT_TRUE(desk->desk->AllHidden() && desk->desk->AllIconized());
     EXPECT_EQ(hideAllCaption(desk->note(1)), u"Show All");
 }
 
@@ -254,7 +254,7 @@ TEST_P(NoteRemoval, ClosingAndOpeningAgainCountsEachNoteOnce) {
     const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
     for (int round = 0; round < 3; ++round) {
         desk->note(1).CloseForm();
-        EXPECT_FALSE(desk->desk->AllHidden) << round;
+        EXPECT_FALSE(desk->desk->AllHidden()) << round;
         desk->desk->OpenNote(0);
     }
     EXPECT_EQ(desk->desk->ClosedCount(), 0);

@@ -282,7 +282,7 @@ TEST_P(Alarm, AHiddenNoteComesBackWithoutTakingTheKeyboard) {
     EXPECT_FALSE(desk->note(2).visible());
     EXPECT_EQ(GetActiveWindow(), active);
     EXPECT_EQ(GetFocus(), other);
-    EXPECT_FALSE(desk->desk->AllHidden);
+    EXPECT_FALSE(desk->desk->AllHidden());
     EXPECT_EQ(trayMenu(desk->desk->trayState())[tray::kHideAll].caption, u"Hide All");
     DestroyWindow(other);
 }
@@ -290,13 +290,13 @@ TEST_P(Alarm, AHiddenNoteComesBackWithoutTakingTheKeyboard) {
 TEST_P(Alarm, AClosedNoteIsReopenedForGood) {
     const auto desk =
         run({with(once(u"a"), &NoteRecord::closed), with(plainNote(u"b"), &NoteRecord::closed)});
-    ASSERT_TRUE(desk->desk->AllHidden);
+    ASSERT_TRUE(desk->desk->AllHidden());
     desk->clock = {kDue, 0};
     tick(*desk);
     EXPECT_TRUE(desk->note(1).visible());
     EXPECT_FALSE(desk->note(1).Closed());
     EXPECT_FALSE(desk->stored(1).closed);
-    EXPECT_FALSE(desk->desk->AllHidden);
+    EXPECT_FALSE(desk->desk->AllHidden());
     EXPECT_FALSE(desk->note(2).visible());
     EXPECT_TRUE(desk->stored(2).closed);
 }
@@ -306,7 +306,7 @@ TEST_P(Alarm, AnIconizedNoteIsRestoredIfWantedAndGoesOnRinging) {
     settings.RestoreWhenPlay = true;
     const auto desk = run(
         {with(once(u"a"), &NoteRecord::iconized), with(plainNote(u"b"), &NoteRecord::iconized)}, settings);
-    ASSERT_TRUE(desk->desk->AllIconized);
+    ASSERT_TRUE(desk->desk->AllIconized());
     desk->clock = {kDue, 0};
     tick(*desk);
     fpost& note = desk->note(1);
@@ -317,7 +317,7 @@ TEST_P(Alarm, AnIconizedNoteIsRestoredIfWantedAndGoesOnRinging) {
     EXPECT_TRUE(stripShown(note));
     EXPECT_FALSE(desk->stored(1).iconized);
     EXPECT_EQ(desk->stored(1).height, 2250);
-    EXPECT_FALSE(desk->desk->AllIconized);
+    EXPECT_FALSE(desk->desk->AllIconized());
     EXPECT_EQ(trayMenu(desk->desk->trayState())[tray::kIconizeAll].caption, u"Iconize All");
 }
 

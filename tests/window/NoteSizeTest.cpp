@@ -284,12 +284,12 @@ TEST_P(NoteSize, RestoringWithoutAStoredHeightTakesTheRememberedOne) {
 TEST_P(NoteSize, TheLastNoteIconizedTurnsEveryCaption) {
     const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
     desk->note(1).toggleIconized();
-    EXPECT_FALSE(desk->desk->AllIconized);
+    EXPECT_FALSE(desk->desk->AllIconized());
     desk->note(2).toggleIconized();
-    EXPECT_TRUE(desk->desk->AllIconized);
+    EXPECT_TRUE(desk->desk->AllIconized());
     EXPECT_TRUE(desk->note(1).menuInput(desk->note(1).alarm.rule).allIconized);
     desk->note(1).toggleIconized();
-    EXPECT_FALSE(desk->desk->AllIconized);
+    EXPECT_FALSE(desk->desk->AllIconized());
 }
 
 // --- The pictures of the strip ----------------------------------------------------------------------------

@@ -441,8 +441,8 @@ TEST_P(NoteWindow, CountsFollowTheNotes) {
     const auto desk = run({plainNote(u"a"), closed, iconized});
     EXPECT_EQ(desk->desk->ClosedCount(), 1);
     EXPECT_EQ(desk->desk->IconizedCount(), 1);
-    EXPECT_FALSE(desk->desk->AllHidden);
-    EXPECT_FALSE(desk->desk->AllIconized);
+    EXPECT_FALSE(desk->desk->AllHidden());
+    EXPECT_FALSE(desk->desk->AllIconized());
     EXPECT_FALSE(desk->note(2).visible());
     EXPECT_EQ(desk->desk->NoteSlots[0], &desk->note(1));
     EXPECT_EQ(desk->desk->NoteSlots[3], nullptr);
@@ -453,14 +453,14 @@ TEST_P(NoteWindow, AllClosedAndAllIconizedAreSeenAtTheStart) {
     note.closed = true;
     note.iconized = true;
     const auto desk = run({note, note});
-    EXPECT_TRUE(desk->desk->AllHidden);
-    EXPECT_TRUE(desk->desk->AllIconized);
+    EXPECT_TRUE(desk->desk->AllHidden());
+    EXPECT_TRUE(desk->desk->AllIconized());
 }
 
 TEST_P(NoteWindow, DeskWithoutNotesIsNeitherHiddenNorIconized) {
     const auto desk = run({});
-    EXPECT_FALSE(desk->desk->AllHidden);
-    EXPECT_FALSE(desk->desk->AllIconized);
+    EXPECT_FALSE(desk->desk->AllHidden());
+    EXPECT_FALSE(desk->desk->AllIconized());
 }
 
 // --- Text that fits the window ---------------------------------------------------------------------------

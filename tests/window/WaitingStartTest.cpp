@@ -29,7 +29,7 @@ TEST_F(WaitingStart, LosesNothingWhenTheSessionMayEnd) {
     send(WM_QUERYENDSESSION);
     EXPECT_TRUE(untouched());
     send(WM_ENDSESSION, FALSE);  // another program has refused
-    EXPECT_FALSE(notes.desk->ending);
+    EXPECT_FALSE(notes.desk->ending());
     ASSERT_TRUE(notes.desk->LoadNotes(toLoad));
     EXPECT_EQ(notes.desk->Count(), 3);
 }
@@ -37,7 +37,7 @@ TEST_F(WaitingStart, LosesNothingWhenTheSessionMayEnd) {
 TEST_F(WaitingStart, EndsWithTheSessionAndChangesNothing) {
     send(WM_QUERYENDSESSION);
     send(WM_ENDSESSION, TRUE);
-    EXPECT_TRUE(notes.desk->ending);
+    EXPECT_TRUE(notes.desk->ending());
     EXPECT_FALSE(pumpFor(10)) << "the wait must end";
     notes.desk->Teardown();
     EXPECT_TRUE(untouched());
@@ -45,9 +45,9 @@ TEST_F(WaitingStart, EndsWithTheSessionAndChangesNothing) {
 
 TEST_F(WaitingStart, EndsByCommandAndByAPoliteKillAndChangesNothing) {
     for (const bool command : {true, false}) {
-        notes.desk->ending = false;
+        notes.desk->state = {};
         command ? send(WM_COMMAND, IDM_DYN_LAST) : send(WM_CLOSE);
-        EXPECT_TRUE(notes.desk->ending);
+        EXPECT_TRUE(notes.desk->ending());
         EXPECT_FALSE(pumpFor(10)) << "the wait must end";
         EXPECT_TRUE(untouched());
         MSG message{};

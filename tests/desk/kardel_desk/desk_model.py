@@ -85,9 +85,12 @@ class DeskModel:
     def _all(self, flag: str) -> bool:
         return bool(self.notes) and all(getattr(note, flag) for note in self.notes)
 
+    def _nothing_in_sight(self) -> bool:
+        return bool(self.notes) and not any(note.visible for note in self.notes)
+
     def changed(self) -> None:
         """One note was closed, iconized, restored or renamed."""
-        self.all_hidden = self.all_hidden or self._all("closed")
+        self.all_hidden = self.all_hidden or self._nothing_in_sight()
         if len(self.notes) > 1:
             self.all_iconized = self._all("iconized")
 
@@ -125,7 +128,7 @@ class DeskModel:
 
     def remove(self, note: Note) -> None:
         self.notes.remove(note)
-        self.all_hidden = self._all("closed") or (self.all_hidden and bool(self.notes))
+        self.all_hidden = self._nothing_in_sight()
         self.all_iconized = self._all("iconized")
 
     def close(self, note: Note) -> None:

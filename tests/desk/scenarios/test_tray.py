@@ -190,6 +190,11 @@ def test_open_one_note_of_a_hidden_desk(desk):
     menu = kardel.tray.menu()
     assert "Hide All" in menu.captions
     menu.close()
+    kardel.note("b").command("close")
+    desk.wait_equal(lambda: shown(kardel), [])
+    menu = kardel.tray.menu()
+    assert "Show All" in menu.captions  # nothing is in sight, though the other note is not closed
+    menu.close()
 
 
 def test_a_note_off_screen_is_opened_where_it_can_be_reached(desk):
