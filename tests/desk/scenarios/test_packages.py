@@ -317,6 +317,34 @@ def test_what_is_signed_is_signed_whole(desk, stub, setup, certificate, tmp_path
     subprocess.run(["sha256sum", "--quiet", "-c", "SHA256SUMS"], cwd=folder, check=True)
 
 
+def test_the_kit_runs_the_tests_and_collects_one_report(desk, arch, tmp_path):
+    tests = BUILD / arch / "tests" / "kardel_window_tests.exe"  # stands for the tests of the rules, too
+    subprocess.run([ROOT / "packaging" / "kit.sh", tests, tests, tmp_path], check=True, env={**os.environ, **EPOCH})
+    (kit,) = tmp_path.glob("*-check.zip")
+    place = desk.path("C:\\kit")
+    with zipfile.ZipFile(kit) as file:
+        file.extractall(place)
+    names = ["ON-WINDOWS.md", "check.cmd", "kardel_rules_tests.exe", "kardel_window_tests.exe"]
+    assert sorted(path.name for path in (place / kit.stem).iterdir()) == names
+
+    # Wine's desktop comes with the first program that asks for it, and keeps open what that one was given: the report.
+    desk.wait(lambda: desk.probe.ask("windows", "Shell_TrayWnd"), 10, "the shell")
+
+    def check(*words):
+        process = desk.wine.start("cmd", "/c", f"C:\\kit\\{kit.stem}\\check.cmd", *words, stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        code = process.wait(120)
+        return code, (place / kit.stem / "report.txt").read_text(errors="replace")
+
+    code, report = check("--gtest_filter=LogLine*")
+    assert code == 0 and report.count("[  PASSED  ]") == 2 and "[  PASSED  ] 0 tests" not in report
+    assert "CurrentBuild" in report and "Rules ended with 0, windows with 0" in report
+    (place / kit.stem / "kardel_rules_tests.exe").unlink()  # what cannot be run is no success
+    code, report = check("--gtest_filter=LogLine*")
+    assert code == 1 and report.count("[  PASSED  ]") == 1 and "Rules ended with 0" not in report
+    shutil.rmtree(place)
+
+
 def test_the_portable_zips_hold_each_program_alone_with_its_licence(packages):
     for arch in ("win64", "win32"):
         (path,) = packages.glob(f"*-{arch}.zip")
