@@ -95,7 +95,6 @@ void fmsg::unload() {
 
 void fmsg::bringForward() {
     if (!open() || hwnd == nullptr) return;
-    // And not ShowWindow: its first call in a program does what the shortcut says, "minimized" for example.
     SetWindowPos(hwnd, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
     SetForegroundWindow(hwnd);
 }
@@ -235,6 +234,8 @@ void fmsg::present(Face& face) {
     } else {
         presentMessage(face);
     }
+    // And not ShowWindow: its first call in a program does what the shortcut says, "minimized" for example.
+    SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
     bringForward();
     RedrawWindow(hwnd, nullptr, nullptr, RDW_ERASE | RDW_INVALIDATE | RDW_ALLCHILDREN);
     if (canTakeFocus(face.focus)) {
