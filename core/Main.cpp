@@ -1,9 +1,9 @@
 // The start, in its order: one copy, no temporary folder, log-on start, settings and store, tray, notes. The
 // only place that knows everybody. Afterwards the program lives in its windows until Exit.
 #include "core/ProgramFolder.h"
+#include "core/Prompts.h"
 #include "core/SingleInstance.h"
 #include "core/StartPlace.h"
-#include "core/StartSettings.h"
 #include "core/basPost.h"
 #include "note/fmsg.h"
 #include "note/fpost.h"
@@ -32,21 +32,35 @@ void closeSearchPath() {
     SetSearchPathMode(BASE_SEARCH_PATH_ENABLE_SAFE_SEARCHMODE | BASE_SEARCH_PATH_PERMANENT);
 }
 
-StartQuestions questionsOf(basPost& desk, SingleInstance& instance, const Text& folder) {
+constexpr DWORD kReadAgain = 50;  // ms between two tries to read the settings
+
+StartQuestions questionsOf(basPost& desk) {
     StartQuestions questions;
-    questions.claimStore = [&desk, &instance, &folder](bool useRegistry) {
-        const bool claimed = claimStore(instance, useRegistry, folder);
-        if (!claimed) desk.sayAlreadyRunning();
-        return claimed;
-    };
     questions.deleteLocalFiles = [&desk]() -> std::optional<bool> {
         constexpr long kButtons = MB_YESNO | MB_ICONERROR | MB_DEFBUTTON2;
-        const bool yes = desk.MsgBoxExt(deleteLocalFilesPrompt(), kButtons) == IDYES;
-        if (desk.ending()) return {};
-        return yes;
+        const int answer = desk.MsgBoxExt(deleteLocalFilesPrompt(), kButtons);
+        if (desk.ending()) return std::nullopt;  // the box went with the program
+        return answer == IDYES;
     };
     questions.saveFailed = [&desk] { desk.showSaveFailure(); };
+    questions.cannotRead = [&desk] { desk.MsgBoxExt(cannotReadPrompt(), MB_ICONERROR); };
+    questions.damaged = [&desk](const std::vector<Text>& names) {
+        desk.MsgBoxExt(damagedFilesPrompt(names), MB_ICONWARNING);
+    };
+    questions.wait = [] { Sleep(kReadAgain); };
     return questions;
+}
+
+void connectStore(basPost& desk, SingleInstance& instance, const Text& folder) {
+    StoreParts parts{userSettings(), {}, folderFiles(folder), systemCodePage()};
+    for (int day = 0; day < kWeekdays; ++day)
+        parts.weekdayKeys[static_cast<std::size_t>(day)] = u"w." + weekdayName(day);
+    desk.store.connect(std::move(parts));
+    desk.store.claim = [&instance, folder](StoreKind kind) {
+        return claimStore(instance, kind == StoreKind::Registry, folder);
+    };
+    desk.store.release = [&instance](StoreKind kind) { releaseStore(instance, kind == StoreKind::Registry); };
+    desk.store.heldElsewhere = [&desk] { desk.sayAlreadyRunning(); };
 }
 
 /// Waits for the shell's notification area, for example at log-on. False when the session ends meanwhile.
@@ -84,16 +98,9 @@ int start() {
     registerNoteClasses();
     basPost desk;
     desk.look = loadNoteLook();
-    desk.store.files = {folderFiles(AppFolder), systemCodePage()};
-    desk.store.registry.settings = userSettings();
-    for (int day = 0; day < kWeekdays; ++day) {
-        desk.store.registry.weekdayKeys[static_cast<std::size_t>(day)] = u"w." + weekdayName(day);
-    }
+    connectStore(desk, instance, AppFolder);
     if (!desk.createTray()) return 1;
-    const StartQuestions questions = questionsOf(desk, instance, AppFolder);
-    if (!questions.claimStore(chosenUseRegistry(desk.store.registry.settings))) return 0;
-
-    const StartState state = settleStart(desk.store, desk.settings, questions);
+    const StartState state = desk.store.start(desk.settings, questionsOf(desk));
     const bool goesOn = state.usable && !desk.ending();
     if (goesOn && waitForTray(desk) && desk.LoadNotes(state.Count)) runMessages(desk);
     desk.Teardown();

@@ -56,6 +56,10 @@ bool claimStore(SingleInstance& instance, bool useRegistry, const Text& folder) 
     return claim(useRegistry ? instance.registry : instance.folder, u"Global\\Kardel." + whose);
 }
 
+void releaseStore(SingleInstance& instance, bool useRegistry) {
+    (useRegistry ? instance.registry : instance.folder).reset();
+}
+
 bool wakeRunningCopy() {
     const HWND running = FindWindowW(L"ThunderRT6FormDC", L"kardel:trayicon");
     if (running == nullptr) return false;

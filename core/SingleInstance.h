@@ -17,5 +17,8 @@ bool claimSession(SingleInstance& instance);
 /// called. False when a copy in another session holds it.
 bool claimStore(SingleInstance& instance, bool useRegistry, const Text& folder);
 
+/// Gives the mutex of a store back.
+void releaseStore(SingleInstance& instance, bool useRegistry);
+
 /// Finds the running copy's hidden tray window and asks it to show that it runs. True when there was one.
 bool wakeRunningCopy();

@@ -6,14 +6,16 @@
 
 #include "alarm/bas_PlaySound.h"
 #include "core/Columns.h"
+#include "core/Prompts.h"
 #include "note/bas_DialogColor.h"
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
-#include "storage/Draft.h"
 #include "support/Clock.h"
 #include "support/Number.h"
 
 namespace {
+
+constexpr unsigned kLogOffPatience = 500;  // ms; the session is asked and ended, each may wait as long
 
 BOOL CALLBACK findSystemDialog(HWND window, LPARAM found) noexcept {
     if (!isSystemDialog(window) || IsWindowVisible(window) == FALSE) return TRUE;
@@ -62,7 +64,7 @@ void basPost::fillHost() {
     host.allHidden = [this] { return AllHidden(); };
     host.allIconized = [this] { return AllIconized(); };
     host.noteShown = [this] { state.onNoteShown(); };
-    host.storeFlag = [this](const char16_t* key, bool flag) { storeFlag(key, flag); };
+    host.storeSetting = [this](Setting setting) { store.storeSetting(setting, settings); };
     host.monitors = [this]() -> const std::vector<Monitor>& { return monitors(); };
     host.now = [] { return localNow(); };
     host.uptime = [] { return std::uint64_t{GetTickCount64()}; };
@@ -123,7 +125,6 @@ void basPost::Renumber() {
     NoteSlots.fill(nullptr);
     for (std::size_t i = 0; i < Notes.size(); ++i) {
         Notes[i]->number = static_cast<int>(i) + 1;
-        Notes[i]->draftSoon();  // the number stands in it
         NoteSlots[i] = Notes[i];
     }
 }
@@ -167,17 +168,6 @@ std::vector<NoteRecord*> basPost::records() const {
     return list;
 }
 
-void basPost::storeFlag(const char16_t* key, bool flag) {
-    owedFlags_[key] = flag;
-    storeOwedFlags();
-}
-
-void basPost::storeOwedFlags() {
-    std::erase_if(owedFlags_, [this](const auto& owed) {
-        return saveSetting(store.registry.settings, kSettingSection, owed.first, boolText(owed.second));
-    });
-}
-
 // --- Start ------------------------------------------------------------------------------------------------
 
 bool basPost::LoadNotes(int count) {
@@ -188,9 +178,9 @@ bool basPost::LoadNotes(int count) {
         return false;
     }
     if (ending()) return false;
-    store.finishRemovals(records(), settings);
-    finishDraft();
-    localFilesMark = !store.UseRegistry;
+    store.settle(records(), settings);
+    finishDrafts();
+    localFilesMark = store.kind() == StoreKind::Files;
     state.onLoaded(counted());
     CountingChanged();
     if (settings.AlignAll) AutoPosition();
@@ -212,17 +202,14 @@ bool basPost::openNotes(int count) {
     return true;
 }
 
-/// An edit that the last run did not live to end is ended now. A draft that fits no note goes.
-void basPost::finishDraft() {
-    const FoundDraft found = readDraft(store.files.files);
-    if (found.status != IoStatus::Done) return;
-    if (found.draft && found.draft->number <= Count()) {
-        const Draft& draft = *found.draft;
+/// Edits that the last run left unfinished are completed. A draft that fits no note goes.
+void basPost::finishDrafts() {
+    const FoundDrafts found = store.takeDrafts(records());
+    for (const Draft& draft : found.drafts) {
         fpost& note = *Notes[static_cast<std::size_t>(draft.number - 1)];
-        if (note.record.readOnly) return;
-        if (storedMark(note.record) == draft.stored && !note.finishEdit(draft.title, draft.text)) return;
+        if (note.bodyBeingEdited || note.titleBeingEdited) continue;
+        if (note.finishEdit(draft.title, draft.text)) store.dropDraft(draft.number);
     }
-    removeDraft(store.files.files);
 }
 
 // --- New note ---------------------------------------------------------------------------------------------
@@ -254,11 +241,7 @@ bool basPost::NewNote() {
         return false;
     }
     CommitEdits();
-    const Settings& stored = store.registry.settings;
-    settings.DefaultWidth =
-        defaultSize(settingOr(stored, kSettingSection, u"defaultwidth", u""), kDefaultWidth);
-    settings.DefaultHeight =
-        defaultSize(settingOr(stored, kSettingSection, u"defaultheight", u""), kDefaultHeight);
+    store.refreshDefaultSize(settings);
 
     const int number = Count() + 1;
     const NoteRecord record = freshRecord(number);
@@ -306,14 +289,8 @@ void basPost::reopen(fpost& note) {
         note.store({NoteField::Closed});
     }
     // Place, size and z-order as they are stored: another program may have changed them meanwhile.
-    NoteRecord stored;
-    if (store.load(note.number, stored, settings)) {
-        note.record.topmost = stored.topmost;
-        note.record.x = stored.x;
-        note.record.y = stored.y;
-        note.record.width = stored.width;
-        if (!note.record.iconized) note.record.height = stored.height;
-    }
+    note.refresh({NoteField::Topmost, NoteField::X, NoteField::Y, NoteField::Width});
+    if (!note.record.iconized) note.refresh({NoteField::Height});
     note.restoreIfMinimized();
     note.goHome();
     note.show(false);
@@ -370,7 +347,7 @@ std::vector<fpost*> basPost::placeInColumns() {
 
 void basPost::ToggleAlignAll() {
     settings.AlignAll = !settings.AlignAll;
-    storeFlag(u"AlignAll", settings.AlignAll);
+    store.storeSetting(Setting::AlignAll, settings);
     if (settings.AlignAll) {
         settings.EasyAlign = false;  // for this run: its key keeps what it holds
         placeInColumns();
@@ -381,7 +358,7 @@ void basPost::ToggleAlignAll() {
 
 void basPost::ToggleEasyAlign() {
     settings.EasyAlign = !settings.EasyAlign;
-    storeFlag(u"EasyAlign", settings.EasyAlign);
+    store.storeSetting(Setting::EasyAlign, settings);
     if (settings.EasyAlign) settings.AlignAll = false;  // for this run: its key keeps what it holds
 }
 
@@ -481,7 +458,7 @@ void basPost::readAgain() {
         whole->ArmAfterLoad();
         if (!whole->Closed() && !AllHidden()) whole->show(false);
     }
-    finishDraft();
+    finishDrafts();
     NotesChanged();
     CountingChanged();
     Realign();
@@ -493,29 +470,18 @@ void basPost::SwitchStore() {
     CommitEdits();
     localFilesMark = !localFilesMark;
     constexpr long kButtons = MB_OKCANCEL | MB_ICONERROR | MB_DEFBUTTON2;
-    const std::vector<NoteRecord*> all = records();
-    if (localFilesMark) {
-        const Text prompt =
-            u"Do you want to use the local files 'KARDEL.HDR', 'KARDEL.DAT' and 'MEMO'?\r\r"
-            u"For this setting to have effect, the program must be restarted.";
-        // Cancel leaves the mark on: the next click follows the mark.
-        if (MsgBoxExt(prompt, kButtons, u"Use the local files?") != IDOK) return;
-        store.switchToFiles(all);
-        // Only when the notes stand in the files: a start that looked there in vain would show none of them.
-        if (store.UseRegistry && !store.switchPending) return;
-        settings.UseRegistry = false;
-        // And the next start must not copy them once more.
-        saveSetting(store.registry.settings, kSettingSection, u"ImportDAT", u"1");
-        saveSetting(store.registry.settings, kSettingSection, u"UseRegistry", boolText(false));
-        return;
-    }
-    const Text prompt = u"For this setting to have effect, the program must be restarted.";
-    if (MsgBoxExt(prompt, kButtons, u"Don't use the local files?") != IDOK) {
+    const bool toFiles = localFilesMark;
+    const int answer = toFiles ? MsgBoxExt(useLocalFilesPrompt(), kButtons, u"Use the local files?")
+                               : MsgBoxExt(useRegistryPrompt(), kButtons, u"Don't use the local files?");
+    if (answer != IDOK) {
+        // Cancel in the first question leaves the mark on: the next click follows the mark.
         localFilesMark = true;
         return;
     }
-    const bool chosen = std::exchange(settings.UseRegistry, true);
-    if (!store.switchToRegistry(all, settings)) settings.UseRegistry = chosen;
+    if (ending()) return;
+    // Only now: while the question was open, notes may have come, changed and gone.
+    CommitEdits();
+    static_cast<void>(store.switchTo(toFiles ? StoreKind::Files : StoreKind::Registry, records(), settings));
 }
 
 // --- Messages ---------------------------------------------------------------------------------------------
@@ -551,8 +517,8 @@ void basPost::sayAlreadyRunning() {
 void basPost::CommitEdits() {
     // Until the notes are loaded, the stored ones would look as if they had been deleted.
     if (state.loading()) return;
-    store.finishRemovals(records(), settings);
-    storeOwedFlags();
+    const NoteStore::Command command(store);
+    store.settle(records(), settings);
     const std::vector<fpost*> walk = Notes;
     for (fpost* note : walk) {
         if (!holds(note)) continue;
@@ -577,6 +543,7 @@ void basPost::EndSession() {
         ExitProgram();  // a start that waits must neither go on nor take the end for an answer
         return;
     }
+    const NoteStore::Command command(store, kLogOffPatience);
     CommitEdits();
     for (fpost* note : Notes)
         note->alarm.silence();

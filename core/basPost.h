@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <map>
 #include <vector>
 
 #include "core/ClockWatch.h"
@@ -101,15 +100,13 @@ private:
     void Realign();
     /// Ticks come as long as a note counts down or waits to be read, and only then.
     void CountingChanged();
-    void storeFlag(const char16_t* key, bool flag);
-    void storeOwedFlags();
     bool holds(const fpost* note) const;
     /// Gives those that are now at another place than stored.
     std::vector<fpost*> placeInColumns();
     NoteRecord freshRecord(int number) const;
     /// False when Windows has no room for one more.
     bool openNotes(int count);
-    void finishDraft();
+    void finishDrafts();
     /// A note that another program held at the start takes the place of its blank stand-in.
     void readAgain();
     /// Shows a note as the store has it; one that was closed is so no more.
@@ -125,7 +122,6 @@ private:
     static constexpr int kMostUnreadTicks = 1024;  ///< under nine minutes
     int unreadTicks_ = 0;                          ///< since the last try to read what could not be read
     int unreadWait_ = 2;                           ///< ticks from one try to the next
-    std::map<Text, bool> owedFlags_;  ///< settings that the store refused: tried again at the next occasion
     std::vector<Monitor> monitors_;
     bool failureShown_ = false;
     bool runningShown_ = false;
@@ -134,12 +130,13 @@ private:
     const std::vector<Monitor>& monitors();
 
     struct Bulk {
-        explicit Bulk(basPost& desk) : desk_(desk) {
+        explicit Bulk(basPost& desk) : desk_(desk), command_(desk.store) {
             if (desk_.state.beginBulk()) desk_.monitors_.clear();
         }
         ~Bulk() { desk_.state.endBulk(); }
         Bulk(const Bulk&) = delete;
         Bulk& operator=(const Bulk&) = delete;
         basPost& desk_;
+        NoteStore::Command command_;  ///< fifty notes wait once for a file that somebody holds
     };
 };

@@ -33,9 +33,9 @@ struct NoteHost {
     std::function<void()> commitEdits;      ///< ends every open edit, keeping its text
     std::function<bool()> allHidden;
     std::function<bool()> allIconized;
-    std::function<void()> noteShown;                                ///< a note that rings came to sight
-    std::function<void(const char16_t* key, bool flag)> storeFlag;  ///< one flag of section "setting"
-    std::function<const std::vector<Monitor>&()> monitors;          ///< read once a command on all notes
+    std::function<void()> noteShown;                        ///< a note that rings came to sight
+    std::function<void(Setting)> storeSetting;              ///< stores one of the settings
+    std::function<const std::vector<Monitor>&()> monitors;  ///< read once a command on all notes
     std::function<Now()> now;
     std::function<std::uint64_t()> uptime;  ///< ms, which nobody can set; it runs on while the machine sleeps
     std::function<void()> startSound;       ///< the alarm sound, from its beginning

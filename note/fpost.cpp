@@ -157,13 +157,29 @@ void fpost::take(const NoteRecord& stored) {
     alarm.rule = ruleFromRecord(record);
 }
 
-bool fpost::store(std::initializer_list<NoteField> fields) {
+bool fpost::store(std::span<const NoteField> fields) {
+    if (record.readOnly) return false;
     for (const NoteField field : fields) {
         if (std::find(unsaved.begin(), unsaved.end(), field) == unsaved.end()) unsaved.push_back(field);
     }
     const bool done = host->store->set(number, record, unsaved);
     if (done) unsaved.clear();
     return done;
+}
+
+bool fpost::refresh(std::span<const NoteField> fields) {
+    std::vector<NoteField> wanted;
+    for (const NoteField field : fields) {
+        if (std::find(unsaved.begin(), unsaved.end(), field) == unsaved.end()) wanted.push_back(field);
+    }
+    return !record.readOnly && host->store->refresh(number, record, wanted);
+}
+
+bool fpost::refusesChange() const {
+    if (!record.readOnly) return false;
+    host->ask(u"This note cannot be read at this moment. It comes back by itself as soon as it can.",
+              MB_ICONERROR, u"Kardel");
+    return true;
 }
 
 void fpost::oweEverything() {

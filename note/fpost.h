@@ -46,11 +46,22 @@ struct fpost final : private MovedNote {
     /// Moves the window, and the logical place with it. Nothing is stored.
     void moveTo(int left, int top);
     /// Stores fields of the record in the store in force, with those that it refused before.
-    bool store(std::initializer_list<NoteField> fields);
+    bool store(std::span<const NoteField> fields);
+    bool store(std::initializer_list<NoteField> fields) {
+        return store(std::span(fields.begin(), fields.size()));
+    }
     /// The store holds nothing of the note yet: the next save writes all of it.
     void oweEverything();
     /// Tries once more what the store refused.
     void storeUnsaved();
+    /// Takes over fields as they are stored now, except those that the store refused: these stand in memory
+    /// alone. False when they cannot be read.
+    bool refresh(std::span<const NoteField> fields);
+    bool refresh(std::initializer_list<NoteField> fields) {
+        return refresh(std::span(fields.begin(), fields.size()));
+    }
+    /// Whether the note could not be read; then nothing of it can be changed, and the user is told so.
+    bool refusesChange() const;
     /// Undoes a minimising by the system.
     void restoreIfMinimized();
     /// Destroys the window from a posted message: deletes start inside the note's own handlers.
@@ -73,7 +84,7 @@ struct fpost final : private MovedNote {
     /// Lets the user edit the alarm; what is confirmed is stored. The note may be gone when it returns.
     void mnuAlarm();
     /// Turns a flag of all notes over and stores it under its key in section "setting".
-    void toggleSetting(bool GlobalSettings::*flag, const char16_t* key);
+    void toggleSetting(bool GlobalSettings::*flag, Setting setting);
 
     // --- For screen readers (fpostSpeech.cpp) -------------------------------------------------------------
     Spoken spoken() const;
@@ -222,9 +233,7 @@ private:
     bool widenToTitle();
     void draftNow();
     void dropDraft();
-    /// Whether what is typed goes into the files, now or with a pending switch.
-    bool endsInFiles() const;
-    void setStoreLimit(HWND editor, std::size_t fileLimit) const;
+    void setStoreLimit(HWND editor, NoteField field) const;
     bool onEditorKey(HWND editor, WPARAM key);
     bool onEditorCharacter(HWND editor, WPARAM character);
     void keepWithinStore(HWND editor);
@@ -264,7 +273,6 @@ private:
     std::vector<PxRect> otherVisibleNotes() const;
     void showResizeCursor(int cursor);
     void showIconized();
-    std::int32_t storedHeight() const;
     /// Whether an edit ended within the last second.
     bool justEdited() const;
 
@@ -287,7 +295,6 @@ private:
     bool swallowDoubleClick = false;
     std::optional<std::uint64_t> editEnded;  ///< when the last edit did, by the desk's uptime
     bool drafting = false;                   ///< the timer that writes the draft runs
-    bool drafted = false;                    ///< the draft is this note's
     UINT gripRelease = 0;  ///< the button message that ends the grip's press-and-hold loop; 0: none runs
 };
 

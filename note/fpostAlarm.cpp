@@ -39,7 +39,7 @@ void fpost::swapStrip() {
 }
 
 void fpost::mnuAlarm() {
-    if (host->dialog->open()) return;
+    if (host->dialog->open() || refusesChange()) return;
     const NoteWatch watch(*this);
     const EditorResult edit = host->dialog->editAlarm(alarm.rule, hwnd, host->now());
     // Meanwhile the note may have rung, been stopped and gone.
@@ -117,19 +117,13 @@ void NoteRinging::store(AlarmFields fields) {
     storeRule(note_.record, note_.alarm.rule);
     switch (fields) {
         case AlarmFields::Everything:
-            note_.store({NoteField::AlarmDate, NoteField::Interval, NoteField::AlarmDay,
-                         NoteField::AlarmDayMonth, NoteField::AlarmTime, NoteField::AlarmWeekday,
-                         NoteField::AlarmRepeatNumber, NoteField::AlarmRepeatEvery, NoteField::Mute,
-                         NoteField::Weekday0, NoteField::Weekday1, NoteField::Weekday2, NoteField::Weekday3,
-                         NoteField::Weekday4, NoteField::Weekday5, NoteField::Weekday6});
+            note_.store(kAlarmFields);
             break;
         case AlarmFields::DateAndTime:
             note_.store({NoteField::AlarmDate, NoteField::AlarmTime});
             break;
         case AlarmFields::Cleared:
-            note_.store({NoteField::AlarmTime, NoteField::AlarmDate, NoteField::AlarmWeekday,
-                         NoteField::AlarmRepeatNumber, NoteField::AlarmRepeatEvery, NoteField::Mute,
-                         NoteField::Interval, NoteField::AlarmDay, NoteField::AlarmDayMonth});
+            note_.store(kClearedAlarmFields);
             break;
     }
 }
@@ -139,8 +133,8 @@ void NoteRinging::takeStoredPattern(AlarmRule& rule) {
     const auto& unsaved = note_.unsaved;
     const bool refused = std::find(unsaved.begin(), unsaved.end(), NoteField::Interval) != unsaved.end();
     if (note_.record.readOnly || refused) return;
-    NoteRecord stored;
-    if (!note_.host->store->load(note_.number, stored, *note_.host->settings)) return;
+    NoteRecord stored = note_.record;
+    if (!note_.host->store->refresh(note_.number, stored, kAlarmFields)) return;
     const AlarmRule kept = ruleFromRecord(stored);
     if (!hasAlarm(kept)) return;
     rule.eachday = kept.eachday;

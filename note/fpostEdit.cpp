@@ -4,7 +4,6 @@
 
 #include "note/fpost.h"
 #include "resources/resource.h"
-#include "storage/Draft.h"
 #include "support/Number.h"
 
 namespace {
@@ -43,7 +42,7 @@ void fpost::EditForm() {
     CommitEdits();
     setResizeMode(false);
     lastGoodEdit = withLineBreaks(record.Nota);
-    setStoreLimit(txtNota, kMemoLength);
+    setStoreLimit(txtNota, NoteField::Nota);
     SetWindowTextW(txtNota, wide(lastGoodEdit));
     SendMessageW(txtNota, EM_EMPTYUNDOBUFFER, 0, 0);
     bodyBeingEdited = true;
@@ -92,7 +91,7 @@ void fpost::EditCaption() {
     CommitEdits();
     setResizeMode(false);
     lastGoodEdit = record.Titolo;
-    setStoreLimit(txtTitle, kTitleLength);
+    setStoreLimit(txtTitle, NoteField::Titolo);
     SetWindowTextW(txtTitle, wide(record.Titolo));
     SendMessageW(txtTitle, EM_EMPTYUNDOBUFFER, 0, 0);
     titleBeingEdited = true;
@@ -142,17 +141,13 @@ void fpost::draftNow() {
     if (drafting) KillTimer(hwnd, IDT_DRAFT);
     drafting = false;
     if (!bodyBeingEdited && !titleBeingEdited) return;
-    NoteRecord stored;
-    if (!host->store->load(number, stored, *host->settings)) return;
-    const Text text = windowText(bodyBeingEdited ? txtNota : txtTitle);
-    const Draft draft{number, titleBeingEdited, text, storedMark(stored)};
-    drafted = writeDraft(host->store->files.files, draft) || drafted;
+    host->store->saveDraft(number, titleBeingEdited, windowText(titleBeingEdited ? txtTitle : txtNota));
 }
 
 void fpost::dropDraft() {
     if (drafting) KillTimer(hwnd, IDT_DRAFT);
     drafting = false;
-    if (std::exchange(drafted, false)) removeDraft(host->store->files.files);
+    host->store->dropDraft(number);
 }
 
 bool fpost::finishEdit(bool title, const Text& text) {
@@ -164,23 +159,18 @@ bool fpost::finishEdit(bool title, const Text& text) {
 
 // --- What the store can keep ------------------------------------------------------------------------------
 
-bool fpost::endsInFiles() const {
-    return !host->store->UseRegistry || host->store->switchPending;
-}
-
-void fpost::setStoreLimit(HWND editor, std::size_t fileLimit) const {
-    // The registry keeps texts of any length; 0 lifts the control's own limit of 32 K characters.
-    SendMessageW(editor, EM_SETLIMITTEXT, endsInFiles() ? fileLimit : 0, 0);
+void fpost::setStoreLimit(HWND editor, NoteField field) const {
+    // 0 lifts the control's own limit of 32 K characters.
+    SendMessageW(editor, EM_SETLIMITTEXT, host->store->limit(field), 0);
 }
 
 void fpost::keepWithinStore(HWND editor) {
     const bool open = editor == txtNota ? bodyBeingEdited : titleBeingEdited;
-    if (!open || !endsInFiles()) return;
-    const std::size_t limit = editor == txtNota ? kMemoLength : kTitleLength;
+    if (!open) return;
+    const NoteField field = editor == txtNota ? NoteField::Nota : NoteField::Titolo;
     const Text text = windowText(editor);
-    const CodePage& page = host->store->files.page;
     // A text that was too long when the editor opened may get shorter, step by step.
-    if (encodedLength(page, text) <= std::max(limit, encodedLength(page, lastGoodEdit))) {
+    if (host->store->fits(field, text) || text.size() < lastGoodEdit.size()) {
         lastGoodEdit = text;
         return;
     }

@@ -44,9 +44,8 @@ NoteMenuInput fpost::menuInput(const AlarmRule& rule) const {
 }
 
 AlarmRule fpost::storedAlarm() const {
-    if (host->store->UseRegistry) return alarm.rule;
-    NoteRecord stored;
-    if (!host->store->load(number, stored, *host->settings)) return alarm.rule;
+    NoteRecord stored = record;
+    if (!host->store->refresh(number, stored, kAlarmFields)) return alarm.rule;
     AlarmRule rule = ruleFromRecord(stored);
     armAfterLoad(rule, host->now());
     return rule;
@@ -109,7 +108,7 @@ void fpost::command(unsigned id, const NoteMenuInput& said) {
             mnuAlarm();
             break;
         case IDM_REWHENPLAY:
-            toggleSetting(&GlobalSettings::RestoreWhenPlay, u"RestoreWhenPlay");
+            toggleSetting(&GlobalSettings::RestoreWhenPlay, Setting::RestoreWhenPlay);
             break;
         case IDM_CLOSE:
             CloseForm();
@@ -118,7 +117,7 @@ void fpost::command(unsigned id, const NoteMenuInput& said) {
             DeleteForm(false);
             break;
         case IDM_DONTDELETE:
-            toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
+            toggleSetting(&GlobalSettings::DontDeleteWhenPlay, Setting::DontDeleteWhenPlay);
             break;
         case IDM_TOPMOST:
             toggleTopmost();
@@ -227,8 +226,8 @@ void fpost::goToNote(int step) {
     }
 }
 
-void fpost::toggleSetting(bool GlobalSettings::*flag, const char16_t* key) {
+void fpost::toggleSetting(bool GlobalSettings::*flag, Setting setting) {
     bool& value = host->settings->*flag;
     value = !value;
-    host->storeFlag(key, value);
+    host->storeSetting(setting);
 }

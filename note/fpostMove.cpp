@@ -44,7 +44,7 @@ void fpost::DragWindow() {
     }
     const NoteWatch watch(*this);
     CommitEdits();
-    if (watch.gone()) return;
+    if (watch.gone() || refusesChange()) return;
     setResizeMode(false);
     // A message about an edit that could not be stored may have outlasted the press: the system's move loop
     // would then hold the note until the next click.
@@ -72,6 +72,7 @@ NoteMover::Rules fpost::moveRules() const {
 }
 
 void fpost::moveStep(int columns, int rows) {
+    if (refusesChange()) return;
     const NoteLook& look = *host->look;
     mover.step(hwnd, moveRules(),
                {columns, rows, look.px(kMoveStep), look.px(design::kStripHeight), host->monitors()});
@@ -93,7 +94,7 @@ void fpost::takePlace() {
 void fpost::storePlace() {
     if (beingDeleted) return;
     takePlace();
-    if (host->store->UseRegistry) host->store->storeCount(static_cast<int>(host->Notes->size()));
+    host->store->storeCount(static_cast<int>(host->Notes->size()));
     store({NoteField::X, NoteField::Y});
 }
 
@@ -131,7 +132,7 @@ void fpost::ResizeHeight(float Delta) {
 }
 
 void fpost::setResizeMode(bool on) {
-    if (resizeMode == on) return;
+    if (resizeMode == on || (on && refusesChange())) return;
     resizeMode = on;
     showResizeCursor(on ? IDC_RESIZE_WIDTH : 0);
     tellNameChanged(hwnd);
@@ -147,7 +148,7 @@ void fpost::gripPress(int x, int y, bool rightButton) {
     if (gripRelease != 0) return;
     const bool width = design::kWidthArrow.contains(Twips{x}, Twips{y});
     const bool height = !width && design::kHeightArrow.contains(Twips{x}, Twips{y}) && !record.iconized;
-    if (!width && !height) return;
+    if ((!width && !height) || refusesChange()) return;
 
     const NoteWatch watch(*this);
     const HWND grip = pic2;
@@ -213,7 +214,7 @@ bool fpost::resizeKey(WPARAM key) {
 void fpost::toggleIconized() {
     const NoteWatch watch(*this);
     CommitEdits();
-    if (watch.gone()) return;
+    if (watch.gone() || refusesChange()) return;
     record.iconized = !record.iconized;
     IconizeForm();
     if (beingDeleted) return;  // it rang, and its time being over took it away
@@ -228,7 +229,10 @@ void fpost::IconizeForm() {
 }
 
 void fpost::showIconized() {
-    if (!record.iconized) record.height = storedHeight();
+    // What the store holds now counts, also when another program put it there; without a usable figure the
+    // note keeps the height that it remembers.
+    const std::int32_t height = record.height;
+    if (!record.iconized && (!refresh({NoteField::Height}) || record.height <= 0)) record.height = height;
     goHome();
     tellNameChanged(hwnd);
     if (record.iconized) return;
@@ -236,19 +240,10 @@ void fpost::showIconized() {
     ShowAlarmStrip();
 }
 
-std::int32_t fpost::storedHeight() const {
-    // What the store holds now counts, also when another program put it there; without a usable figure the
-    // note keeps the height that it remembers.
-    GlobalSettings noDefault = *host->settings;
-    noDefault.DefaultHeight = 0;
-    NoteRecord stored;
-    const bool found = host->store->load(number, stored, noDefault) && stored.height > 0;
-    return found ? stored.height : record.height;
-}
-
 // --- Always on top ----------------------------------------------------------------------------------------
 
 void fpost::toggleTopmost() {
+    if (refusesChange()) return;
     record.topmost = !record.topmost;
     applyTopmost();
     tellNameChanged(hwnd);

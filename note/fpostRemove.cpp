@@ -12,7 +12,7 @@ void fpost::mnuColor() {
     const NoteWatch watch(*this);
     if (IsWindowEnabled(hwnd) == FALSE) return;  // its own colour dialog or another box is open already
     CommitEdits();
-    if (watch.gone()) return;
+    if (watch.gone() || refusesChange()) return;
     const std::optional<Rgb> chosen = ChooseColorDialog(hwnd, Backcol());
     // An alarm or Exit may have taken the note while the dialog was open.
     if (watch.gone()) return;

@@ -265,7 +265,7 @@ bool AppendRecordPair(const CodePage& page, std::string& datImage, std::string& 
     return !body.lost && !encoded.lost;
 }
 
-IoStatus CopyRegistryNoteToRecord(const RegistryStore& registry, int slot, NoteRecord& record) {
+IoStatus CopyRegistryNoteToRecord(const RegistryNotes& registry, int slot, NoteRecord& record) {
     NoteRecord copy;
     const IoStatus status = registry.LoadNoteFromRegistry(slot, copy, 0, 0);
     if (status == IoStatus::Failed) return status;

@@ -1,5 +1,5 @@
-// The three local files: KARDEL.HDR (one header record), KARDEL.DAT (one 215-byte record a note) and MEMO
-// (one 1024-byte record a body). All numbers little-endian, texts in the ANSI code page padded with blanks.
+// The three local files: KARDEL.HDR (one header record), KARDEL.DAT (one 215-byte record per note) and MEMO
+// (one 1024-byte record per body). All numbers little-endian, texts in the ANSI code page padded with blanks.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 #include "storage/Files.h"
 #include "storage/NoteFields.h"
 #include "storage/NoteRecord.h"
-#include "storage/RegistryStore.h"
+#include "storage/RegistryNotes.h"
 #include "support/Text.h"
 
 inline constexpr std::u16string_view kHeaderFile = u"KARDEL.HDR";
@@ -23,7 +23,7 @@ inline constexpr std::size_t kMemoLength = 1024;
 inline constexpr std::size_t kTitleLength = 128;  ///< bytes of a title in its record
 inline constexpr std::size_t kMemoNumberAt = 53;  ///< offset of the body's record number in a record
 
-/// The running program's version as a header holds it. Older layouts are told by a smaller number, so a
+/// The running program's version as a header holds it. Older layouts are recognised by a smaller number, so a
 /// program that called itself less than 1.25 would "upgrade" its own files at the next start.
 inline constexpr auto kProgramVersion =
     static_cast<float>(KARDEL_VERSION_MAJOR + KARDEL_VERSION_MINOR / 100.0);
@@ -75,25 +75,25 @@ struct DataFiles {
     /// flag -1; otherwise a header is created, and beside an existing KARDEL.DAT it counts that file's
     /// records. Failed, or less than a whole header: `header` is untouched. `existed` tells whether there was
     /// a file.
-    IoStatus ReadHeader(DataHeader& header, bool UseRegistry, bool& existed) const;
+    [[nodiscard]] IoStatus ReadHeader(DataHeader& header, bool UseRegistry, bool& existed) const;
     /// Writes the header with the running program's version and the flag 0.
-    bool WriteHeader(DataHeader& header) const;
+    [[nodiscard]] bool WriteHeader(DataHeader& header) const;
 
     /// Record numbers begin at 1. A record beyond the end of the file, or of a file that is not there, reads
     /// as zero bytes with status Absent.
     IoStatus GetNoteRecord(int recordNumber, NoteRecord& record) const;
     /// `lost` tells whether a text was cut or holds characters outside the code page.
-    bool PutNoteRecord(int recordNumber, const NoteRecord& record, bool* lost = nullptr) const;
+    [[nodiscard]] bool PutNoteRecord(int recordNumber, const NoteRecord& record, bool* lost = nullptr) const;
 
     /// The same as bytes, always kRecordLength of them when read, for changes that leave all else alone.
     IoStatus GetRecordBytes(int recordNumber, std::string& bytes) const;
-    bool PutRecordBytes(int recordNumber, std::string_view bytes) const;
+    [[nodiscard]] bool PutRecordBytes(int recordNumber, std::string_view bytes) const;
 
     /// The body without trailing blanks; a number outside the file reads as "" with status Absent.
     IoStatus ReadMemo(std::int32_t recordNumber, Text& body) const;
     /// Writes a body padded or cut to 1024 bytes. A number below 1 or beyond the record after the last
     /// appends a record; the number used is in the result.
-    MemoResult WriteMemo(std::int32_t recordNumber, TextView body) const;
+    [[nodiscard]] MemoResult WriteMemo(std::int32_t recordNumber, TextView body) const;
 
     /// Removes KARDEL.DAT and MEMO; the header stays.
     void DeleteDataFiles() const;
@@ -112,4 +112,4 @@ bool AppendRecordPair(const CodePage& page, std::string& datImage, std::string& 
 /// Fills a record (and its body, in `Nota`) from the note's section in the settings store. `slot` is 0..49. A
 /// size that is missing there is 0; the days of a pattern stay only where its kind uses them. Failed:
 /// `record` is untouched.
-IoStatus CopyRegistryNoteToRecord(const RegistryStore& registry, int slot, NoteRecord& record);
+IoStatus CopyRegistryNoteToRecord(const RegistryNotes& registry, int slot, NoteRecord& record);

@@ -1,15 +1,18 @@
 #include "storage/Draft.h"
 
-#include <array>
+#include <algorithm>
+
+#include "support/Number.h"
 
 namespace {
 
-// Kind of file, note number, editor, mark of the stored note, number of UTF-16 units, the units; last a check
-// over all of it. Numbers of 4 bytes, little-endian.
-constexpr std::string_view kKind = "KTMP";
+// Kind of file, number of entries; for each: note number, editor, mark of the stored note, number of UTF-16
+// units, the units; last a check over all of it. Numbers of 4 bytes, little-endian.
+constexpr std::string_view kKind = "KTM2";
 constexpr std::size_t kNumberBytes = 4;
-constexpr std::size_t kTextAt = kKind.size() + 4 * kNumberBytes;
-constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+
+constexpr char16_t kTitleEditor = u't';
+constexpr char16_t kBodyEditor = u'b';
 
 /// 32-bit FNV-1a.
 class Hash {
@@ -45,6 +48,31 @@ std::uint32_t numberAt(std::string_view bytes, std::size_t at) {
     return value;
 }
 
+/// Takes a number off the front; none when the bytes are over.
+std::optional<std::uint32_t> takeNumber(std::string_view& bytes) {
+    if (bytes.size() < kNumberBytes) return std::nullopt;
+    const std::uint32_t number = numberAt(bytes, 0);
+    bytes.remove_prefix(kNumberBytes);
+    return number;
+}
+
+std::optional<Draft> takeDraft(std::string_view& bytes) {
+    const auto number = takeNumber(bytes);
+    const auto editor = takeNumber(bytes);
+    const auto stored = takeNumber(bytes);
+    const auto units = takeNumber(bytes);
+    if (!units || *number < 1 || *number > kMaxNotes || *editor > 1) return std::nullopt;
+    if (*units > bytes.size() / 2) return std::nullopt;
+    Draft draft{static_cast<int>(*number), *editor == 1, Text(*units, u'\0'), *stored};
+    for (std::size_t i = 0; i < *units; ++i) {
+        const auto low = static_cast<unsigned char>(bytes[2 * i]);
+        const auto high = static_cast<unsigned char>(bytes[2 * i + 1]);
+        draft.text[i] = static_cast<char16_t>(high << 8 | low);
+    }
+    bytes.remove_prefix(std::size_t{2} * *units);
+    return draft;
+}
+
 }  // namespace
 
 std::uint32_t storedMark(const NoteRecord& stored) {
@@ -54,49 +82,72 @@ std::uint32_t storedMark(const NoteRecord& stored) {
     return hash.value();
 }
 
-std::string encodeDraft(const Draft& draft) {
+std::uint32_t draftMark(const Draft& draft) {
+    Hash hash;
+    hash.add(draft.title ? 1U : 0U);
+    hash.add(draft.stored);
+    hash.add(draft.text);
+    return hash.value();
+}
+
+int noteOf(const Draft& draft, std::span<const std::uint32_t> marks) {
+    for (int number = std::min(draft.number, static_cast<int>(marks.size())); number >= 1; --number) {
+        if (marks[static_cast<std::size_t>(number - 1)] == draft.stored) return number;
+    }
+    return 0;
+}
+
+std::string encodeDrafts(std::span<const Draft> drafts) {
     std::string bytes(kKind);
-    put(bytes, static_cast<std::uint32_t>(draft.number));
-    put(bytes, draft.title ? 1 : 0);
-    put(bytes, draft.stored);
-    put(bytes, static_cast<std::uint32_t>(draft.text.size()));
-    for (const char16_t c : draft.text) {
-        bytes += static_cast<char>(c & 0xFF);
-        bytes += static_cast<char>(c >> 8);
+    put(bytes, static_cast<std::uint32_t>(drafts.size()));
+    for (const Draft& draft : drafts) {
+        put(bytes, static_cast<std::uint32_t>(draft.number));
+        put(bytes, draft.title ? 1 : 0);
+        put(bytes, draft.stored);
+        put(bytes, static_cast<std::uint32_t>(draft.text.size()));
+        for (const char16_t c : draft.text) {
+            bytes += static_cast<char>(c & 0xFF);
+            bytes += static_cast<char>(c >> 8);
+        }
     }
     put(bytes, checkOf(bytes));
     return bytes;
 }
 
-std::optional<Draft> decodeDraft(std::string_view bytes) {
-    if (bytes.size() < kTextAt + kNumberBytes || !bytes.starts_with(kKind)) return std::nullopt;
+std::vector<Draft> decodeDrafts(std::string_view bytes) {
+    if (bytes.size() < kKind.size() + kNumberBytes || !bytes.starts_with(kKind)) return {};
     const std::size_t checkAt = bytes.size() - kNumberBytes;
-    std::array<std::uint32_t, 4> numbers{};
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-        numbers[i] = numberAt(bytes, kKind.size() + i * kNumberBytes);
-    const auto [number, editor, stored, units] = numbers;
-    const bool whole = checkAt - kTextAt == std::size_t{2} * units &&
-                       numberAt(bytes, checkAt) == checkOf(bytes.substr(0, checkAt));
-    if (!whole || number < 1 || number > kMaxNotes || editor > 1) return std::nullopt;
-    Draft draft{static_cast<int>(number), editor == 1, Text(units, u'\0'), stored};
-    for (std::size_t i = 0; i < units; ++i) {
-        const auto low = static_cast<unsigned char>(bytes[kTextAt + 2 * i]);
-        const auto high = static_cast<unsigned char>(bytes[kTextAt + 2 * i + 1]);
-        draft.text[i] = static_cast<char16_t>(high << 8 | low);
+    if (numberAt(bytes, checkAt) != checkOf(bytes.substr(0, checkAt))) return {};
+    bytes = bytes.substr(kKind.size(), checkAt - kKind.size());
+    const auto count = takeNumber(bytes);
+    if (!count || *count > kMaxNotes) return {};
+    std::vector<Draft> drafts;
+    for (std::uint32_t i = 0; i < *count; ++i) {
+        std::optional<Draft> draft = takeDraft(bytes);
+        if (!draft) return {};
+        drafts.push_back(std::move(*draft));
     }
-    return draft;
+    return bytes.empty() ? drafts : std::vector<Draft>();
 }
 
-bool writeDraft(const Files& files, const Draft& draft) {
-    return files.replace(kDraftFile, encodeDraft(draft));
+Text draftText(const Draft& draft) {
+    Text text(1, draft.title ? kTitleEditor : kBodyEditor);
+    text += decimal(draft.stored) + u" ";
+    text += draft.text;
+    return text;
 }
 
-FoundDraft readDraft(const Files& files) {
-    const ReadResult read = files.read(kDraftFile, 0, kMostBytes);
-    if (read.status != IoStatus::Done) return {read.status, {}};
-    return {IoStatus::Done, decodeDraft(read.bytes)};
-}
-
-void removeDraft(const Files& files) {
-    static_cast<void>(files.remove(kDraftFile));
+std::optional<Draft> parseDraft(TextView text, int number) {
+    const std::size_t blank = text.find(u' ');
+    if (blank == TextView::npos || blank < 2) return std::nullopt;
+    if (text.front() != kTitleEditor && text.front() != kBodyEditor) return std::nullopt;
+    const TextView mark = text.substr(1, blank - 1);
+    std::uint64_t stored = 0;
+    for (const char16_t digit : mark) {
+        if (digit < u'0' || digit > u'9') return std::nullopt;
+        stored = stored * 10 + (digit - u'0');
+        if (stored > 0xFFFFFFFFU) return std::nullopt;
+    }
+    return Draft{number, text.front() == kTitleEditor, Text(text.substr(blank + 1)),
+                 static_cast<std::uint32_t>(stored)};
 }

@@ -62,11 +62,118 @@ bool repoint(const DataFiles& data, std::string& image, std::int32_t from, std::
     return true;
 }
 
-/// Leaves no record in MEMO that no note points to: the last one moves into a free place, then the file is
-/// cut. At every instant each note points to its own body; what is left undone is done at the next removal.
-void compactMemo(const DataFiles& data, std::string image, std::span<NoteRecord* const> notes) {
+/// Whether place `place` of an image of KARDEL.DAT holds a note.
+bool holdsRecord(std::string_view image, int place) {
+    const std::size_t at = static_cast<std::size_t>(place - 1) * kRecordLength;
+    return at + kRecordLength <= image.size() && !isZeroRecord(image.substr(at, kRecordLength));
+}
+
+}  // namespace
+
+bool isZeroRecord(std::string_view bytes) {
+    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte == '\0'; });
+}
+
+std::optional<std::vector<std::int32_t>> storedMemoNumbers(const DataFiles& data) {
+    ReadResult read = data.files.read(kNoteFile, 0, kMaxNotes * kRecordLength);
+    if (read.status == IoStatus::Failed) return std::nullopt;
+    read.bytes.resize((read.bytes.size() + kRecordLength - 1) / kRecordLength * kRecordLength, '\0');
+    return memoNumbers(read.bytes, kMaxNotes);
+}
+
+Saved setInFiles(const DataFiles& data, int number, NoteRecord& record, std::span<const NoteField> fields) {
+    Saved save;
+    EncodedRecord stored;
+    const IoStatus status = data.GetRecordBytes(number, stored.bytes);
+    if (status == IoStatus::Failed) return save;
+    const bool fresh = isZeroRecord(stored.bytes);
+    const std::string before = stored.bytes;
+    const NoteRecord source = withStoredRule(record);
+    if (fresh) {
+        stored = encodeRecord(data.page, source);
+    } else {
+        for (const NoteField field : storedTogether(record, fields))
+            encodeFieldInto(data.page, source, field, stored);
+    }
+    save.unmappable = stored.unmappable;
+    save.done = true;
+    const bool body = std::find(fields.begin(), fields.end(), NoteField::Nota) != fields.end();
+    if (fresh || body) {
+        // The body first: a record must never point to one that is not there. Where the record changes too, a
+        // place of its own: with the record it takes force, all or nothing.
+        const std::int32_t place = stored.bytes == before ? memoNumberOf(stored.bytes) : 0;
+        const MemoResult written = writeBody(data, number, place, record.Nota);
+        save.done = written.done && (written.recordNumber == place || data.files.flush(kMemoFile));
+        save.unmappable = save.unmappable || written.unmappable;
+        if (save.done) setMemoNumber(stored.bytes, written.recordNumber);
+        if (!save.done && fresh) setMemoNumber(stored.bytes, 0);
+    }
+    record.memo = memoNumberOf(stored.bytes);
+    if (stored.bytes == before) return save;
+    save.done = data.PutRecordBytes(number, stored.bytes) && save.done;
+    return save;
+}
+
+Saved createInFiles(const DataFiles& data, int number, NoteRecord& record) {
+    Saved save;
+    std::optional<std::vector<std::int32_t>> numbers = storedMemoNumbers(data);
+    if (!numbers) return save;
+    // Records from `number` on are left-overs: their bodies are nobody's.
+    numbers->resize(std::min(numbers->size(), static_cast<std::size_t>(number - 1)));
+    const MemoResult body = appendMemo(data, *numbers, record.Nota);
+    if (!body.done || !data.files.flush(kMemoFile)) return save;
+    record.memo = body.recordNumber;
+    const EncodedRecord encoded = encodeRecord(data.page, withStoredRule(record));
+    save.done = data.PutRecordBytes(number, encoded.bytes);
+    save.unmappable = body.unmappable || encoded.unmappable;
+    return save;
+}
+
+bool makeRecordsDense(const DataFiles& data, std::span<NoteRecord* const> notes, NotePlaces& places) {
+    if (notes.empty()) {
+        data.DeleteDataFiles();
+        return !data.exists(kNoteFile);
+    }
+    const int left = static_cast<int>(notes.size());
+    const std::size_t total = static_cast<std::size_t>(places.of(left)) * kRecordLength;
+    const ReadResult read = data.files.read(kNoteFile, 0, total);
+    if (read.status == IoStatus::Failed) return false;
+    std::string image;
+    std::vector<std::int32_t> taken;
+    for (int number = 1; number <= left; ++number) {
+        const int place = places.of(number);
+        if (!holdsRecord(read.bytes, place)) continue;
+        taken.push_back(memoNumberOf(read.bytes.substr(static_cast<std::size_t>(place - 1) * kRecordLength)));
+    }
+    bool written = false;
+    for (int number = 1; number <= left; ++number) {
+        const int place = places.of(number);
+        if (holdsRecord(read.bytes, place)) {
+            image += read.bytes.substr(static_cast<std::size_t>(place - 1) * kRecordLength, kRecordLength);
+            continue;
+        }
+        // The file was lost or cut since it was read: what is on screen is all there is of the note.
+        NoteRecord& note = *notes[static_cast<std::size_t>(number - 1)];
+        if (note.readOnly) return false;
+        const MemoResult body = appendMemo(data, taken, note.Nota);
+        if (!body.done) return false;
+        written = true;
+        note.memo = body.recordNumber;
+        taken.push_back(note.memo);
+        image += encodeRecord(data.page, withStoredRule(note)).bytes;
+    }
+    if (written && !data.files.flush(kMemoFile)) return false;
+    if (!data.files.replace(kNoteFile, image, Flush::Yes)) return false;
+    places.moved.clear();
+    return true;
+}
+
+void compactMemo(const DataFiles& data, std::span<NoteRecord* const> notes) {
+    ReadResult read = data.files.read(kNoteFile, 0, notes.size() * kRecordLength);
     const LengthResult length = data.files.length(kMemoFile);
-    if (length.status != IoStatus::Done) return;
+    if (read.status != IoStatus::Done || length.status != IoStatus::Done) return;
+    std::string image = std::move(read.bytes);
+    if (image.size() != notes.size() * kRecordLength) return;
     const std::uint64_t records = (length.bytes + kMemoLength - 1) / kMemoLength;
     for (;;) {
         std::vector<std::int32_t> used;
@@ -79,7 +186,8 @@ void compactMemo(const DataFiles& data, std::string image, std::span<NoteRecord*
             ++gap;
         if (gap > last) {
             const std::uint64_t needed = static_cast<std::uint64_t>(last) * kMemoLength;
-            if (needed < length.bytes) static_cast<void>(data.files.cut(kMemoFile, needed));
+            if (needed < length.bytes && data.files.flush(kNoteFile))
+                static_cast<void>(data.files.cut(kMemoFile, needed));
             return;
         }
         const auto at = [](std::int32_t number) {
@@ -88,116 +196,8 @@ void compactMemo(const DataFiles& data, std::string image, std::span<NoteRecord*
         ReadResult body = data.files.read(kMemoFile, at(last), kMemoLength);
         if (body.status != IoStatus::Done) return;
         body.bytes.resize(kMemoLength, ' ');
-        if (!data.files.write(kMemoFile, at(gap), body.bytes)) return;
-        if (!repoint(data, image, last, gap, notes)) return;
+        // On the disk before a record points there, and the record before its old place is used again.
+        if (!data.files.write(kMemoFile, at(gap), body.bytes) || !data.files.flush(kMemoFile)) return;
+        if (!repoint(data, image, last, gap, notes) || !data.files.flush(kNoteFile)) return;
     }
-}
-
-}  // namespace
-
-bool isZeroRecord(std::string_view bytes) {
-    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte == '\0'; });
-}
-
-NoteRecord withStoredRule(NoteRecord record) {
-    if (recursByPattern(record)) {
-        record.alarmdate = kPatternDate;
-    } else {
-        record.interval.clear();
-        record.alarmday.clear();
-        record.alarmdaymonth.clear();
-    }
-    return record;
-}
-
-std::optional<std::vector<std::int32_t>> storedMemoNumbers(const DataFiles& data) {
-    ReadResult read = data.files.read(kNoteFile, 0, kMaxNotes * kRecordLength);
-    if (read.status == IoStatus::Failed) return std::nullopt;
-    read.bytes.resize((read.bytes.size() + kRecordLength - 1) / kRecordLength * kRecordLength, '\0');
-    return memoNumbers(read.bytes, kMaxNotes);
-}
-
-FileSave setInFiles(const DataFiles& data, int number, NoteRecord& record,
-                    std::span<const NoteField> fields) {
-    FileSave save;
-    EncodedRecord stored;
-    const IoStatus status = data.GetRecordBytes(number, stored.bytes);
-    if (status == IoStatus::Failed) return save;
-    const bool fresh = isZeroRecord(stored.bytes);
-    const std::string before = stored.bytes;
-    const NoteRecord source = withStoredRule(record);
-    const auto has = [fields](NoteField field) {
-        return std::find(fields.begin(), fields.end(), field) != fields.end();
-    };
-    if (fresh) {
-        stored = encodeRecord(data.page, source);
-    } else {
-        for (const NoteField field : fields)
-            encodeFieldInto(data.page, source, field, stored);
-        if (has(NoteField::AlarmDate) && !recursByPattern(source)) {
-            for (const NoteField field :
-                 {NoteField::Interval, NoteField::AlarmDay, NoteField::AlarmDayMonth}) {
-                encodeFieldInto(data.page, source, field, stored);
-            }
-        }
-    }
-    save.unmappable = stored.unmappable;
-    save.done = true;
-    if (fresh || has(NoteField::Nota)) {
-        // The body first: a record must never point to one that is not there. Where the record changes too, a
-        // place of its own: with the record it takes force, all or nothing.
-        const std::int32_t place = stored.bytes == before ? memoNumberOf(stored.bytes) : 0;
-        const MemoResult body = writeBody(data, number, place, record.Nota);
-        save.done = body.done;
-        save.unmappable = save.unmappable || body.unmappable;
-        if (body.done) setMemoNumber(stored.bytes, body.recordNumber);
-        if (!body.done && fresh) setMemoNumber(stored.bytes, 0);
-    }
-    record.memo = memoNumberOf(stored.bytes);
-    if (stored.bytes == before) return save;
-    save.done = data.PutRecordBytes(number, stored.bytes) && save.done;
-    return save;
-}
-
-FileSave createInFiles(const DataFiles& data, int number, NoteRecord& record, DataHeader& header) {
-    FileSave save;
-    std::optional<std::vector<std::int32_t>> numbers = storedMemoNumbers(data);
-    if (!numbers) return save;
-    // Records from `number` on are left-overs: their bodies are nobody's.
-    numbers->resize(std::min(numbers->size(), static_cast<std::size_t>(number - 1)));
-    const MemoResult body = appendMemo(data, *numbers, record.Nota);
-    if (!body.done) return save;
-    record.memo = body.recordNumber;
-    const EncodedRecord encoded = encodeRecord(data.page, withStoredRule(record));
-    if (!data.PutRecordBytes(number, encoded.bytes)) return save;
-    header.count = number;
-    save.done = data.WriteHeader(header);
-    save.unmappable = body.unmappable || encoded.unmappable;
-    return save;
-}
-
-bool makeRecordsDense(const DataFiles& data, std::span<NoteRecord* const> notes, NotePlaces& places,
-                      DataHeader& header) {
-    const int left = static_cast<int>(notes.size());
-    if (notes.empty()) {
-        data.DeleteDataFiles();
-        header.count = 0;
-        return data.WriteHeader(header) && !data.exists(kNoteFile);
-    }
-    const std::size_t total = static_cast<std::size_t>(places.of(left)) * kRecordLength;
-    ReadResult read = data.files.read(kNoteFile, 0, total);
-    if (read.status == IoStatus::Failed) return false;
-    read.bytes.resize(total, '\0');
-    std::string image;
-    for (int number = 1; number <= left; ++number) {
-        image +=
-            read.bytes.substr(static_cast<std::size_t>(places.of(number) - 1) * kRecordLength, kRecordLength);
-    }
-    if (!data.files.replace(kNoteFile, image)) return false;
-    places.moved.clear();
-    header.count = left;
-    // A start takes the smaller of the header's count and the number of records.
-    const bool counted = data.WriteHeader(header);
-    compactMemo(data, std::move(image), notes);
-    return counted;
 }

@@ -15,25 +15,28 @@
 /// A record that holds nothing at all: the file ends before it, or only zero bytes stand there.
 bool isZeroRecord(std::string_view bytes);
 
-/// The note with its rule as both stores keep it: "*" for a pattern, and no pattern beside a fixed date.
-NoteRecord withStoredRule(NoteRecord record);
-
 /// The MEMO numbers of all notes; empty when they cannot be read.
 std::optional<std::vector<std::int32_t>> storedMemoNumbers(const DataFiles& data);
 
-struct FileSave {
+struct Saved {
     bool done = false;
     bool unmappable = false;  ///< some letters have no place in the code page
 };
 
 /// Writes fields of a note into record `number` (from 1). What the record holds beside them stays as it is,
 /// byte for byte. `record.memo` follows.
-FileSave setInFiles(const DataFiles& data, int number, NoteRecord& record, std::span<const NoteField> fields);
+[[nodiscard]] Saved setInFiles(const DataFiles& data, int number, NoteRecord& record,
+                               std::span<const NoteField> fields);
 
-/// Writes a note with a body of its own behind the others, as record `number`, and the header last.
-FileSave createInFiles(const DataFiles& data, int number, NoteRecord& record, DataHeader& header);
+/// Writes a note with a body of its own behind the others, as record `number`.
+[[nodiscard]] Saved createInFiles(const DataFiles& data, int number, NoteRecord& record);
 
-/// Brings KARDEL.DAT to the notes that remain, in one step, then the header and the bodies. False when
-/// something is left to do; the notes are found through `places` all the same.
-bool makeRecordsDense(const DataFiles& data, std::span<NoteRecord* const> notes, NotePlaces& places,
-                      DataHeader& header);
+/// Brings KARDEL.DAT to the notes that remain, in one step: those that it still holds as they stand there,
+/// any other one from memory. False when something is left to do; the notes are found through `places` all
+/// the same.
+[[nodiscard]] bool makeRecordsDense(const DataFiles& data, std::span<NoteRecord* const> notes,
+                                    NotePlaces& places);
+
+/// Leaves no record in MEMO that no note points to: the last one moves into a free place, then the file is
+/// cut. At every instant each note points to its own body; what is left undone is done the next time.
+void compactMemo(const DataFiles& data, std::span<NoteRecord* const> notes);

@@ -1,5 +1,6 @@
 #include "storage/NoteFields.h"
 
+#include <algorithm>
 #include <array>
 
 #include "support/Number.h"
@@ -105,24 +106,24 @@ constexpr NoteFieldRow repeatNumber() {
 using Note = NoteRecord;
 
 constexpr std::array<NoteFieldRow, kNoteFieldCount> kRows{{
-    text<&Note::Titolo>(NoteField::Titolo, u"Titolo", 57, 128),
-    body(),
-    backcolor(),
     int32<&Note::x>(NoteField::X, u"x", 47),
     int32<&Note::y>(NoteField::Y, u"y", 185),
     int32<&Note::width>(NoteField::Width, u"width", 191),
     int32<&Note::height>(NoteField::Height, u"height", 31),
+    body(),
     flag<&Note::topmost>(NoteField::Topmost, u"topmost", 189),
+    text<&Note::Titolo>(NoteField::Titolo, u"Titolo", 57, 128),
     flag<&Note::iconized>(NoteField::Iconized, u"iconized", 35),
     flag<&Note::closed>(NoteField::Closed, u"closed", 29),
     text<&Note::alarmdate>(NoteField::AlarmDate, u"alarmdate", 0, 10),
+    text<&Note::interval>(NoteField::Interval, u"interval", 37, 10),
+    text<&Note::alarmday>(NoteField::AlarmDay, u"alarmday", 18, 2),
+    text<&Note::alarmdaymonth>(NoteField::AlarmDayMonth, u"alarmdaymonth", 20, 5),
     text<&Note::alarmtime>(NoteField::AlarmTime, u"alarmtime", 10, 8),
     alarmWeekday(),
     repeatNumber(),
     text<&Note::alarmrepeatevery>(NoteField::AlarmRepeatEvery, u"alarmrepeatevery", 199, 2),
-    text<&Note::interval>(NoteField::Interval, u"interval", 37, 10),
-    text<&Note::alarmday>(NoteField::AlarmDay, u"alarmday", 18, 2),
-    text<&Note::alarmdaymonth>(NoteField::AlarmDayMonth, u"alarmdaymonth", 20, 5),
+    backcolor(),
     flag<&Note::mute>(NoteField::Mute, u"mute", 51),
     weekday<0>(NoteField::Weekday0),
     weekday<1>(NoteField::Weekday1),
@@ -168,4 +169,27 @@ TextView intervalKind(TextView stored) {
 
 bool recursByPattern(const NoteRecord& record) {
     return record.alarmdate == kPatternDate || !intervalKind(record.interval).empty();
+}
+
+NoteRecord withStoredRule(NoteRecord record) {
+    if (recursByPattern(record)) {
+        record.alarmdate = kPatternDate;
+    } else {
+        record.interval.clear();
+        record.alarmday.clear();
+        record.alarmdaymonth.clear();
+    }
+    return record;
+}
+
+std::vector<NoteField> storedTogether(const NoteRecord& record, std::span<const NoteField> fields) {
+    std::vector<NoteField> together(fields.begin(), fields.end());
+    const auto has = [&](NoteField field) {
+        return std::find(together.begin(), together.end(), field) != together.end();
+    };
+    if (recursByPattern(record) || !has(NoteField::AlarmDate)) return together;
+    for (const NoteField field : kPatternFields) {
+        if (!has(field)) together.push_back(field);
+    }
+    return together;
 }

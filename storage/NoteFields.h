@@ -8,26 +8,26 @@
 #include "storage/NoteRecord.h"
 #include "support/Text.h"
 
-/// The stored fields. The order is that of the rows.
+/// The stored fields, in the order in which a note's section holds them. The order is that of the rows.
 enum class NoteField : unsigned char {
-    Titolo,
-    Nota,
-    Backcolor,
     X,
     Y,
     Width,
     Height,
+    Nota,
     Topmost,
+    Titolo,
     Iconized,
     Closed,
     AlarmDate,
+    Interval,
+    AlarmDay,
+    AlarmDayMonth,
     AlarmTime,
     AlarmWeekday,
     AlarmRepeatNumber,
     AlarmRepeatEvery,
-    Interval,
-    AlarmDay,
-    AlarmDayMonth,
+    Backcolor,
     Mute,
     Weekday0,
     Weekday1,
@@ -69,3 +69,24 @@ TextView intervalKind(TextView stored);
 
 /// Whether the note's alarm has no fixed date: it recurs by an interval kind or on weekdays alone.
 bool recursByPattern(const NoteRecord& record);
+
+/// The note with its rule as both stores keep it: "*" for a pattern, and no pattern beside a fixed date.
+NoteRecord withStoredRule(NoteRecord record);
+
+/// The fields that have to be stored when those of `fields` changed: a fixed date takes the values of an
+/// earlier pattern with it.
+std::vector<NoteField> storedTogether(const NoteRecord& record, std::span<const NoteField> fields);
+
+/// The fields of the alarm, in the order in which they are stored when a rule is set, and when it is cleared.
+inline constexpr NoteField kAlarmFields[] = {
+    NoteField::AlarmDate, NoteField::Interval,     NoteField::AlarmDay,          NoteField::AlarmDayMonth,
+    NoteField::AlarmTime, NoteField::AlarmWeekday, NoteField::AlarmRepeatNumber, NoteField::AlarmRepeatEvery,
+    NoteField::Mute,      NoteField::Weekday0,     NoteField::Weekday1,          NoteField::Weekday2,
+    NoteField::Weekday3,  NoteField::Weekday4,     NoteField::Weekday5,          NoteField::Weekday6};
+inline constexpr NoteField kClearedAlarmFields[] = {
+    NoteField::AlarmTime,         NoteField::AlarmDate,        NoteField::AlarmWeekday,
+    NoteField::AlarmRepeatNumber, NoteField::AlarmRepeatEvery, NoteField::Mute,
+    NoteField::Interval,          NoteField::AlarmDay,         NoteField::AlarmDayMonth};
+/// Those that say how an alarm recurs by pattern.
+inline constexpr NoteField kPatternFields[] = {NoteField::Interval, NoteField::AlarmDay,
+                                               NoteField::AlarmDayMonth};

@@ -1,134 +1,231 @@
 #include "storage/RegistryStore.h"
 
 #include <algorithm>
-#include <vector>
+#include <utility>
 
 #include "storage/SectionChange.h"
 #include "support/Number.h"
 
 namespace {
 
-constexpr TextView kSectionPrefix = u"kardel-";
-
-/// The note number of a section, or 0 when it is no note's.
-std::int32_t numberOf(TextView section) {
-    if (lowered(section.substr(0, kSectionPrefix.size())) != kSectionPrefix) return 0;
-    const TextView digits = section.substr(kSectionPrefix.size());
-    if (digits.empty() || digits.front() == u'0') return 0;
-    const auto isDigit = [](char16_t c) { return c >= u'0' && c <= u'9'; };
-    return std::all_of(digits.begin(), digits.end(), isDigit) ? leadingInt32(digits) : 0;
-}
-
-ValueChange changeOf(const RegistryStore& store, const NoteRecord& record, NoteField field) {
-    return {store.keyOf(field), rowOf(field).write(record)};
-}
-
-/// A date that is no pattern leaves none of the pattern's values.
-void dropPattern(const RegistryStore& store, std::vector<ValueChange>& changes) {
-    changes.push_back({store.keyOf(NoteField::AlarmDay), std::nullopt});
-    changes.push_back({store.keyOf(NoteField::AlarmDayMonth), std::nullopt});
-}
+constexpr TextView kPlacesKey = u"places";  ///< only while a removal is under way
 
 }  // namespace
 
-Text noteSection(int number) {
-    return Text(kSectionPrefix) + decimal(number);
-}
+// --- The number of notes ----------------------------------------------------------------------------------
 
-bool isNoteSection(TextView section) {
-    return numberOf(section) > 0;
-}
-
-Text RegistryStore::keyOf(NoteField field) const {
-    const NoteFieldRow& row = rowOf(field);
-    if (row.key != nullptr) return row.key;
-    const auto day = static_cast<std::size_t>(field) - static_cast<std::size_t>(NoteField::Weekday0);
-    return weekdayKeys[day];
-}
-
-IoStatus RegistryStore::LoadNoteFromRegistry(int slot, NoteRecord& record, std::int32_t defaultWidth,
-                                             std::int32_t defaultHeight) const {
-    const SectionResult section = readChangedSection(settings, noteSection(slot + 1));
-    if (section.status == IoStatus::Failed) return section.status;
-    NoteRecord loaded;
-    loaded.width = defaultWidth;
-    loaded.height = defaultHeight;
-    for (const NoteFieldRow& row : noteFields()) {
-        const Text key = lowered(keyOf(row.field));
-        const auto found = std::find_if(section.values.begin(), section.values.end(),
-                                        [&](const KeyText& value) { return lowered(value.first) == key; });
-        if (found != section.values.end()) row.read(loaded, found->second);
+IoStatus RegistryStore::readCount(const SectionResult& setting, int& count) {
+    const SettingResult stored = valueOf(setting, kCountKey);
+    const SettingResult list = valueOf(setting, kPlacesKey);
+    if (stored.status == IoStatus::Failed || list.status == IoStatus::Failed) return IoStatus::Failed;
+    count = std::max(leadingInt32(stored.text), 1);
+    listStands_ = list.status == IoStatus::Done;
+    if (const std::optional<NotePlaces> places = parsePlaces(list.text, count)) {
+        places_ = *places;
+        count = static_cast<int>(places->moved.size());
     }
-    record = loaded;
-    return section.status;
+    return stored.status;
 }
 
-bool RegistryStore::SaveNoteToRegistry(int number, const NoteRecord& record) const {
-    std::vector<ValueChange> changes;
-    const auto add = [&](std::initializer_list<NoteField> fields) {
-        for (const NoteField field : fields)
-            changes.push_back(changeOf(*this, record, field));
+void RegistryStore::dropStaleList() {
+    if (!places_.unfinished) static_cast<void>(dropList());
+}
+
+void RegistryStore::forgetList() {
+    places_.settled();
+    static_cast<void>(dropList());
+}
+
+bool RegistryStore::removeCount() {
+    countOwed_ = 0;
+    return dropSetting(notes_.settings, kSettingSection, kCountKey);
+}
+
+bool RegistryStore::storeCount(int count) {
+    countOwed_ = count;
+    // A list that was written for another number of notes must not be taken for one of this number.
+    if (listStands_ && !dropList()) return false;
+    const int last = count > 0 ? places_.of(count) : 0;
+    if (!saveSetting(notes_.settings, kSettingSection, kCountKey, decimal(last))) return false;
+    countOwed_ = 0;
+    return true;
+}
+
+bool RegistryStore::writeList(const NotePlaces& known, int counted) {
+    listStands_ = true;
+    return saveSetting(notes_.settings, kSettingSection, kPlacesKey, placesText(known, counted));
+}
+
+bool RegistryStore::dropList() {
+    if (!listStands_) return true;
+    listStands_ = !dropSetting(notes_.settings, kSettingSection, kPlacesKey);
+    return !listStands_;
+}
+
+bool RegistryStore::writeSetting(const GlobalSettings& settings, int count) {
+    std::vector<KeyText> values = settingValues(settings);
+    values.insert(values.begin(), {Text(kCountKey), decimal(count)});
+    countOwed_ = count;
+    if (!notes_.settings.set(kSettingSection, values)) return false;
+    countOwed_ = 0;
+    return true;
+}
+
+// --- Notes ------------------------------------------------------------------------------------------------
+
+IoStatus RegistryStore::load(int number, NoteRecord& record, DefaultSize size) const {
+    return notes_.LoadNoteFromRegistry(places_.of(number) - 1, record, size.width, size.height);
+}
+
+Saved RegistryStore::set(int number, NoteRecord& record, std::span<const NoteField> fields) {
+    return {notes_.set(places_.of(number), record, fields), false};
+}
+
+Saved RegistryStore::create(int number, NoteRecord& record) {
+    // A left-over section of that number would lend the new note its alarm or hide it.
+    const int place = places_.of(number);
+    const bool cleared = notes_.removeNote(place);
+    const bool saved = notes_.SaveNoteToRegistry(place, record);
+    return {storeCount(number) && saved && cleared, false};
+}
+
+bool RegistryStore::remove(int number, NoteList remaining, const GlobalSettings& settings) {
+    places_.remove(number, static_cast<int>(remaining.size()));
+    return makeDense(remaining, settings);
+}
+
+void RegistryStore::finishRemovals(NoteList notes, const GlobalSettings& settings) {
+    if (places_.unfinished) static_cast<void>(makeDense(notes, settings));
+}
+
+/// Note by note, so that each one is whole in at least one section at every instant: the section that a note
+/// moves into holds a removed note or one that stands in the section before already. The registry is told
+/// where each note stands before its former section is written over, so that a start can go on with it. A
+/// note that cannot be moved ends it there, as the next step would take that note's only section.
+bool RegistryStore::moveSections(NoteList notes) {
+    const int left = static_cast<int>(notes.size());
+    const auto noteAt = [notes](int at) -> const NoteRecord& {
+        return *notes[static_cast<std::size_t>(at - 1)];
     };
-    add({NoteField::X, NoteField::Y, NoteField::Width, NoteField::Height, NoteField::Nota, NoteField::Topmost,
-         NoteField::Titolo, NoteField::Iconized, NoteField::Closed});
-    const Text dateKey = keyOf(NoteField::AlarmDate);
-    const Text intervalKey = keyOf(NoteField::Interval);
-    if (recursByPattern(record)) {
-        changes.push_back({dateKey, Text(kPatternDate)});
-        const TextView kind = intervalKind(record.interval);
-        // A weekly rule has no kind of its own: what stands in its section stays.
-        if (!kind.empty() || record.alarmweekday < 1) {
-            changes.push_back({intervalKey, Text(kind.empty() ? kEachDay : kind)});
-        }
-        add({NoteField::AlarmDay, NoteField::AlarmDayMonth});
+    for (int to = 1; to <= left; ++to) {
+        if (!noteAt(to).readOnly || places_.of(to) == to) continue;
+        const SectionResult section = notes_.settings.readSection(noteSection(places_.of(to)));
+        if (section.status == IoStatus::Failed) return false;
+    }
+    places_.name(left);
+    const SettingResult stored = notes_.settings.get(kSettingSection, kCountKey);
+    if (stored.status == IoStatus::Failed) return false;
+    const int counted = leadingInt32(stored.text);
+    // An older list must not stand beside the number of notes that is written next.
+    bool told = false;
+    if (listStands_) {
+        if (!writeList(places_, counted)) return false;
+        told = true;
+    }
+    for (int to = 1; to <= left; ++to) {
+        const int from = places_.of(to);
+        if (from == to) continue;
+        told = told || writeList(places_, counted);
+        const bool moved = told && (noteAt(to).readOnly ? notes_.copySection(from, to)
+                                                        : notes_.moveNote(from, to, noteAt(to)));
+        NotePlaces next = places_;
+        next.moved[static_cast<std::size_t>(to - 1)] = to;
+        // Not told, the note goes on in its former section: there the next start would look for it.
+        if (!moved || !writeList(next, counted)) return false;
+        places_ = std::move(next);
+    }
+    places_.moved.clear();
+    return true;
+}
+
+bool RegistryStore::makeDense(NoteList notes, const GlobalSettings& settings) {
+    if (!moveSections(notes)) return false;
+    const int left = static_cast<int>(notes.size());
+    // While the count is the old one, the last section must stand: it would come back as an empty note.
+    if (!writeSetting(settings, left) || !dropList()) return false;
+    const bool removed = notes_.removeNote(left + 1);
+    if (!notes_.removeBeyond(left) || !removed) return false;
+    places_.settled();
+    return true;
+}
+
+bool RegistryStore::replaceAll(NoteList notes, const GlobalSettings& settings) {
+    const int count = static_cast<int>(notes.size());
+    if (settings.UseRegistry) {
+        // What stands here is the only copy: each note is written over itself, and nothing goes before.
+        finishRemovals(notes, settings);
+        if (places_.unfinished) return false;
     } else {
-        changes.push_back({dateKey, record.alarmdate});
-        changes.push_back({intervalKey, Text()});
-        dropPattern(*this, changes);
+        // Without a count nothing that stands here is taken for a note: an interrupted copy has none.
+        if (!removeCount() || !dropList()) return false;
+        places_.settled();
     }
-    add({NoteField::AlarmTime, NoteField::AlarmWeekday, NoteField::AlarmRepeatNumber,
-         NoteField::AlarmRepeatEvery, NoteField::Backcolor, NoteField::Mute, NoteField::Weekday0,
-         NoteField::Weekday1, NoteField::Weekday2, NoteField::Weekday3, NoteField::Weekday4,
-         NoteField::Weekday5, NoteField::Weekday6});
-    return changeSection(settings, noteSection(number), std::move(changes));
+    draftsOwed_.clear();
+    for (int number = 1; number <= count; ++number) {
+        const NoteRecord& note = *notes[static_cast<std::size_t>(number - 1)];
+        if (note.readOnly) continue;
+        if (!notes_.replaceNote(number, note)) return false;
+    }
+    if (!settings.UseRegistry && !clearOthers(count)) return false;
+    return writeSetting(settings, count) && notes_.removeBeyond(count);
 }
 
-bool RegistryStore::set(int number, const NoteRecord& record, std::span<const NoteField> fields) const {
-    const bool pattern = recursByPattern(record);
-    std::vector<ValueChange> changes;
-    bool fixedDate = false;
-    for (const NoteField field : fields) {
-        ValueChange change = changeOf(*this, record, field);
-        if (field == NoteField::AlarmDate) {
-            fixedDate = !pattern;
-            if (pattern) change.text = Text(kPatternDate);
+/// Removes all that the application's key holds beside the settings and notes 1..`count`.
+bool RegistryStore::clearOthers(int count) {
+    const Settings& store = notes_.settings;
+    std::set<Text> kept{Text(kSettingSection)};
+    for (int number = 1; number <= count; ++number)
+        kept.insert(noteSection(number));
+    const SectionNames sections = store.sections();
+    const SectionResult setting = store.readSection(kSettingSection);
+    if (sections.status == IoStatus::Failed || setting.status == IoStatus::Failed) return false;
+    for (const Text& section : sections.names) {
+        if (!kept.contains(lowered(section)) && !store.removeSection(section)) return false;
+    }
+    const auto isSetting = [](TextView key) {
+        const std::span<const SettingRow> rows = settingRows();
+        return std::any_of(rows.begin(), rows.end(),
+                           [key](const SettingRow& row) { return lowered(row.key) == lowered(key); });
+    };
+    for (const auto& [key, text] : setting.values) {
+        if (!isSetting(key) && !store.removeValue(kSettingSection, key)) return false;
+    }
+    return true;
+}
+
+bool RegistryStore::settle() {
+    const bool counted = countOwed_ == 0 || storeCount(countOwed_);
+    std::erase_if(draftsOwed_,
+                  [this](int place) { return dropSetting(notes_.settings, noteSection(place), kDraftKey); });
+    return counted && draftsOwed_.empty();
+}
+
+// --- Drafts -----------------------------------------------------------------------------------------------
+
+bool RegistryStore::saveDraft(const Draft& draft) {
+    const int place = places_.of(draft.number);
+    draftsOwed_.erase(place);
+    return saveSetting(notes_.settings, noteSection(place), kDraftKey, draftText(draft));
+}
+
+bool RegistryStore::dropDraft(int number) {
+    const int place = places_.of(number);
+    if (dropSetting(notes_.settings, noteSection(place), kDraftKey)) return true;
+    draftsOwed_.insert(place);
+    return false;
+}
+
+FoundDrafts RegistryStore::drafts(int count) {
+    FoundDrafts found{IoStatus::Done, {}};
+    for (int number = 1; number <= count; ++number) {
+        const SettingResult value = notes_.settings.get(noteSection(places_.of(number)), kDraftKey);
+        // A note that cannot be read now keeps its draft for the next time.
+        if (value.status != IoStatus::Done) continue;
+        if (std::optional<Draft> draft = parseDraft(value.text, number)) {
+            found.drafts.push_back(std::move(*draft));
+        } else {
+            static_cast<void>(dropDraft(number));
         }
-        const bool patternDay = field == NoteField::AlarmDay || field == NoteField::AlarmDayMonth;
-        if (patternDay && change.text->empty()) change.text.reset();
-        changes.push_back(std::move(change));
     }
-    if (fixedDate) {
-        changes.push_back({keyOf(NoteField::Interval), Text()});
-        dropPattern(*this, changes);
-    }
-    return changeSection(settings, noteSection(number), std::move(changes));
-}
-
-bool RegistryStore::copySection(int from, int to) const {
-    const SectionResult section = settings.readSection(noteSection(from));
-    if (section.status == IoStatus::Failed) return false;
-    if (!settings.removeSection(noteSection(to))) return false;
-    return section.values.empty() || settings.set(noteSection(to), section.values);
-}
-
-bool RegistryStore::removeNote(int number) const {
-    return settings.removeSection(noteSection(number));
-}
-
-bool RegistryStore::removeBeyond(int count) const {
-    bool done = true;
-    for (const Text& section : settings.sections()) {
-        if (numberOf(section) > count) done = settings.removeSection(section) && done;
-    }
-    return done;
+    return found;
 }

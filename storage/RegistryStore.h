@@ -1,37 +1,60 @@
-// Notes as sections "kardel-1" .. "kardel-50" of the settings store.
+// The notes in the registry: a section each, their number in section "setting", and there too, while a
+// removal is under way, the list of the sections that still hold notes.
 #pragma once
 
-#include <array>
-#include <span>
+#include <set>
 
-#include "storage/NoteFields.h"
-#include "storage/Settings.h"
+#include "storage/NotePlaces.h"
+#include "storage/RegistryNotes.h"
+#include "storage/Store.h"
 
-/// Section of note `number` (1..50).
-Text noteSection(int number);
+class RegistryStore final : public Store {
+public:
+    RegistryStore(const Settings& settings, const std::array<Text, kWeekdays>& weekdayKeys)
+        : notes_{settings, weekdayKeys} {}
 
-/// Whether a section holds a note (any number), so that stale ones are found too.
-bool isNoteSection(TextView section);
+    /// The number of notes (1 and up) by section "setting", as it was just read; takes up a removal that the
+    /// last run left unfinished. Failed: `count` is untouched. Writes nothing.
+    [[nodiscard]] IoStatus readCount(const SectionResult& setting, int& count);
+    /// Removes a list of sections that belongs to no removal under way. What is refused is tried again before
+    /// the next count is stored.
+    void dropStaleList();
+    /// The same where the registry is not the store: its list counts for nothing.
+    void forgetList();
+    /// Removes the count: the registry is no store any more.
+    [[nodiscard]] bool removeCount();
 
-struct RegistryStore {
-    Settings settings;
-    /// Keys of the seven weekday flags: "w." and the locale's short name of the day, Monday first.
-    std::array<Text, kWeekdays> weekdayKeys;
+    const RegistryNotes& notes() const { return notes_; }
+    /// The section that holds note `number`.
+    int placeOf(int number) const { return places_.of(number); }
 
-    /// Name of the value that holds a field.
-    Text keyOf(NoteField field) const;
+    IoStatus load(int number, NoteRecord& record, DefaultSize size) const override;
+    Saved set(int number, NoteRecord& record, std::span<const NoteField> fields) override;
+    Saved create(int number, NoteRecord& record) override;
+    bool remove(int number, NoteList remaining, const GlobalSettings& settings) override;
+    void finishRemovals(NoteList notes, const GlobalSettings& settings) override;
+    bool isUnfinished() const override { return places_.unfinished; }
+    bool replaceAll(NoteList notes, const GlobalSettings& settings) override;
+    bool storeCount(int count) override;
+    bool settle() override;
+    bool hasPlace(int number) const override { return places_.of(number) <= kMaxNotes; }
+    std::optional<std::size_t> limit(NoteField) const override { return std::nullopt; }
+    std::optional<std::size_t> sizeOf(TextView text) const override { return text.size(); }
+    bool saveDraft(const Draft& draft) override;
+    bool dropDraft(int number) override;
+    FoundDrafts drafts(int count) override;
 
-    /// Fills `record` from the section of slot 0..49. A missing key takes its default, a missing section
-    /// is an empty note of the default size (given in twips). Failed: `record` is untouched.
-    IoStatus LoadNoteFromRegistry(int slot, NoteRecord& record, std::int32_t defaultWidth,
-                                  std::int32_t defaultHeight) const;
-    /// Writes the whole record into the section of note `number`, in the store's fixed order.
-    bool SaveNoteToRegistry(int number, const NoteRecord& record) const;
-    /// Writes single fields. A date that is no pattern also drops the pattern's own values.
-    bool set(int number, const NoteRecord& record, std::span<const NoteField> fields) const;
-    /// Copies a section value by value, for a note that could not be read.
-    bool copySection(int from, int to) const;
-    bool removeNote(int number) const;
-    /// Removes every note section with a number above `count`.
-    bool removeBeyond(int count) const;
+private:
+    [[nodiscard]] bool makeDense(NoteList notes, const GlobalSettings& settings);
+    [[nodiscard]] bool moveSections(NoteList notes);
+    [[nodiscard]] bool clearOthers(int count);
+    [[nodiscard]] bool writeList(const NotePlaces& known, int counted);
+    [[nodiscard]] bool dropList();
+    [[nodiscard]] bool writeSetting(const GlobalSettings& settings, int count);
+
+    RegistryNotes notes_;
+    NotePlaces places_;         ///< of the notes in the sections
+    bool listStands_ = false;   ///< section "setting" holds a list of places, or may do so
+    int countOwed_ = 0;         ///< the number of notes that a refused write left unstored; 0: none
+    std::set<int> draftsOwed_;  ///< sections whose draft could not be dropped
 };

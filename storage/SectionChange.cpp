@@ -41,10 +41,11 @@ std::vector<ValueChange> merged(std::vector<ValueChange> earlier, std::vector<Va
     return earlier;
 }
 
-void applyTo(std::vector<KeyText>& values, const std::vector<ValueChange>& changes) {
+void applyTo(SectionResult& section, const std::vector<ValueChange>& changes) {
     for (const ValueChange& change : changes) {
-        std::erase_if(values, [&](const KeyText& value) { return isKey(change, value.first); });
-        if (change.text) values.emplace_back(change.key, *change.text);
+        std::erase_if(section.values, [&](const KeyText& value) { return isKey(change, value.first); });
+        std::erase_if(section.unreadable, [&](const Text& key) { return isKey(change, key); });
+        if (change.text) section.values.emplace_back(change.key, *change.text);
     }
 }
 
@@ -71,16 +72,18 @@ bool changeSection(const Settings& settings, TextView section, std::vector<Value
 
 SectionResult readChangedSection(const Settings& settings, TextView section) {
     SectionResult result = settings.readSection(section);
-    const auto pending = std::find_if(result.values.begin(), result.values.end(), [](const KeyText& value) {
-        return lowered(value.first) == kPendingKey;
-    });
-    if (pending == result.values.end()) return result;
-    const auto changes = parsePending(pending->second);
-    result.values.erase(pending);
-    if (changes) applyTo(result.values, *changes);
+    const SettingResult pending = valueOf(result, kPendingKey);
+    if (pending.status == IoStatus::Failed) return {};
+    if (pending.status == IoStatus::Absent) return result;
+    std::erase_if(result.values, [](const KeyText& value) { return isPendingKey(value.first); });
+    if (const auto changes = parsePending(pending.text)) applyTo(result, *changes);
     // Refused, it stays pending until the next change.
     static_cast<void>(changeSection(settings, section, {}));
     return result;
+}
+
+bool isPendingKey(TextView key) {
+    return lowered(key) == kPendingKey;
 }
 
 Text pendingText(std::span<const ValueChange> changes) {

@@ -1,8 +1,16 @@
 #include "storage/Settings.h"
 
-Text settingOr(const Settings& settings, TextView section, TextView key, TextView fallback) {
-    SettingResult stored = settings.get(section, key);
-    return stored.status == IoStatus::Done ? std::move(stored.text) : Text(fallback);
+#include <algorithm>
+
+SettingResult valueOf(const SectionResult& section, TextView key) {
+    if (section.status != IoStatus::Done) return {section.status, {}};
+    const Text wanted = lowered(key);
+    const auto isIt = [&](const Text& other) { return lowered(other) == wanted; };
+    if (std::any_of(section.unreadable.begin(), section.unreadable.end(), isIt)) return {};
+    const auto found = std::find_if(section.values.begin(), section.values.end(),
+                                    [&](const KeyText& value) { return isIt(value.first); });
+    if (found == section.values.end()) return {IoStatus::Absent, {}};
+    return {IoStatus::Done, found->second};
 }
 
 bool saveSetting(const Settings& settings, TextView section, TextView key, const Text& text) {
@@ -11,7 +19,5 @@ bool saveSetting(const Settings& settings, TextView section, TextView key, const
 }
 
 bool dropSetting(const Settings& settings, TextView section, TextView key) {
-    const SettingResult stored = settings.get(section, key);
-    if (stored.status == IoStatus::Failed) return false;
-    return stored.text.empty() || settings.removeValue(section, key);
+    return settings.get(section, key).status == IoStatus::Absent || settings.removeValue(section, key);
 }

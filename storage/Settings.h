@@ -20,9 +20,16 @@ struct SettingResult {
 struct SectionResult {
     IoStatus status = IoStatus::Failed;  ///< Absent: no such section
     std::vector<KeyText> values;
+    std::vector<Text> unreadable;  ///< keys of values that are no texts or numbers, or could not be read
+};
+
+struct SectionNames {
+    IoStatus status = IoStatus::Failed;  ///< Failed: there may be more than those in `names`
+    std::vector<Text> names;
 };
 
 struct Settings {
+    /// A text or a number (as its decimal text). Failed: it could not be read, or is of another kind.
     std::function<SettingResult(TextView section, TextView key)> get;
     /// Every value of a section, read in one go.
     std::function<SectionResult(TextView section)> readSection;
@@ -31,19 +38,17 @@ struct Settings {
     std::function<bool(TextView section, TextView key)> removeValue;
     std::function<bool(TextView section)> removeSection;
     /// Names of all sections of the application.
-    std::function<std::vector<Text>()> sections;
-    /// Removes the application's key with everything below it.
-    std::function<bool()> removeAll;
+    std::function<SectionNames()> sections;
 };
 
-/// The text of a value, or `fallback` when it is missing or cannot be read. Keys are compared without case.
-Text settingOr(const Settings& settings, TextView section, TextView key, TextView fallback);
+/// A value of a section that has been read. Keys are compared without case.
+SettingResult valueOf(const SectionResult& section, TextView key);
 
 /// Writes one value.
-bool saveSetting(const Settings& settings, TextView section, TextView key, const Text& text);
+[[nodiscard]] bool saveSetting(const Settings& settings, TextView section, TextView key, const Text& text);
 
-/// Removes a value that reads back as something.
-bool dropSetting(const Settings& settings, TextView section, TextView key);
+/// Removes a value, unless there is none.
+[[nodiscard]] bool dropSetting(const Settings& settings, TextView section, TextView key);
 
 /// The settings of the user who runs the program, application "Kardel".
 Settings userSettings();

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <optional>
 
+#include "support/Number.h"
+
 namespace {
 
 /// An older layout: a beginning of the present record.
@@ -52,7 +54,8 @@ std::uint64_t recordsIn(std::uint64_t length, std::size_t recordLength) {
 
 struct StoredHeader {
     bool existed = false;
-    bool whole = false;  ///< all of its bytes could be read, and the version is a number
+    bool whole = false;    ///< all of its bytes could be read, and the version is a number
+    bool damaged = false;  ///< it could be read, and says nothing
     DataHeader header;
 };
 
@@ -62,6 +65,8 @@ StoredHeader storedHeader(const Files& files) {
     stored.existed = read.status != IoStatus::Absent;
     stored.whole = read.status == IoStatus::Done && decodeHeader(read.bytes, stored.header) &&
                    std::isfinite(stored.header.version);
+    stored.damaged = read.status == IoStatus::Done && !stored.whole;
+    if (!stored.whole) stored.header = DataHeader();
     return stored;
 }
 
@@ -97,40 +102,86 @@ Upgraded finishInterrupted(const DataFiles& data, StoredHeader& stored) {
 Upgraded convert(const DataFiles& data, DataHeader header, const OldLayout& layout) {
     const ReadResult old = data.files.read(kNoteFile, 0, kMostBytes);
     if (old.status != IoStatus::Done) return Upgraded::Failed;
-    if (!data.files.replace(layout.temporaryFile, converted(old.bytes, layout.recordLength)) ||
+    if (!data.files.replace(layout.temporaryFile, converted(old.bytes, layout.recordLength), Flush::Yes) ||
         !data.WriteHeader(header) || !data.files.rename(layout.temporaryFile, kNoteFile)) {
         return Upgraded::Failed;
     }
     return Upgraded::Done;
 }
 
+/// The first copy of a file that was made of the same content, or that is still to be made.
+struct Copy {
+    Text name;
+    bool stands = false;
+};
+
+std::optional<Copy> copyOf(const Files& files, TextView name, const std::string& bytes) {
+    constexpr int kMostCopies = 1000;
+    for (int number = 1; number <= kMostCopies; ++number) {
+        const Text copy = Text(name) + u".damaged" + (number == 1 ? Text() : decimal(number));
+        const ReadResult read = files.read(copy, 0, bytes.size() + 1);
+        if (read.status == IoStatus::Absent) return Copy{copy, false};
+        if (read.status == IoStatus::Done && read.bytes == bytes) return Copy{copy, true};
+    }
+    return std::nullopt;
+}
+
+/// Copies the files as they were found. False when that could not be done for all of them.
+bool keepCopies(const Files& files, std::vector<Text>& copies) {
+    for (const TextView name : {kNoteFile, kHeaderFile, kMemoFile}) {
+        const LengthResult length = files.length(name);
+        if (length.status == IoStatus::Absent) continue;
+        if (length.status == IoStatus::Failed) return false;
+        const ReadResult read = files.read(name, 0, static_cast<std::size_t>(length.bytes));
+        if (read.status != IoStatus::Done) return false;
+        const std::optional<Copy> copy = copyOf(files, name, read.bytes);
+        if (!copy) return false;
+        if (copy->stands) continue;
+        if (!files.replace(copy->name, read.bytes, Flush::Yes)) return false;
+        copies.push_back(copy->name);
+    }
+    return true;
+}
+
+/// Files whose header says nothing beside records that are not of the present layout.
+Upgraded mend(const DataFiles& data, StoredHeader stored, std::uint64_t length, std::vector<Text>& copies) {
+    const OldLayout* const layout = layoutOfLength(length);
+    if (!stored.existed && layout != nullptr) {
+        stored.header.count = static_cast<std::int32_t>(recordsIn(length, layout->recordLength));
+        return convert(data, stored.header, *layout);
+    }
+    if (!keepCopies(data.files, copies)) return Upgraded::Failed;
+    if (layout != nullptr) {
+        stored.header.count = static_cast<std::int32_t>(recordsIn(length, layout->recordLength));
+        return convert(data, stored.header, *layout);
+    }
+    stored.header.count = static_cast<std::int32_t>(length / kRecordLength);
+    const bool done =
+        data.files.cut(kNoteFile, length / kRecordLength * kRecordLength) && data.WriteHeader(stored.header);
+    return done ? Upgraded::Done : Upgraded::Failed;
+}
+
 }  // namespace
 
-Upgraded UpgradeDataFiles(const DataFiles& data) {
+Upgraded UpgradeDataFiles(const DataFiles& data, std::vector<Text>& copies) {
     StoredHeader stored = storedHeader(data.files);
     const Upgraded finished = finishInterrupted(data, stored);
     if (finished != Upgraded::NotNeeded) return finished;
     const LengthResult length = data.files.length(kNoteFile);
     if (length.status == IoStatus::Failed) return Upgraded::Failed;
+    const bool isPresent = length.status == IoStatus::Absent || length.bytes % kRecordLength == 0;
 
-    if (!stored.existed) {
-        if (length.status == IoStatus::Absent || length.bytes % kRecordLength == 0)
-            return Upgraded::NotNeeded;
-        const OldLayout* const layout = layoutOfLength(length.bytes);
-        if (layout == nullptr) return Upgraded::Failed;
-        stored.header.count = static_cast<std::int32_t>(recordsIn(length.bytes, layout->recordLength));
-        return convert(data, stored.header, *layout);
-    }
     if (!stored.whole) {
-        // It says nothing: taking it for an old one would destroy present notes. Records that can only be old
-        // ones would be read, and written over, as something else.
-        const bool old = length.bytes % kRecordLength != 0 && layoutOfLength(length.bytes) != nullptr;
-        return old ? Upgraded::Failed : Upgraded::NotNeeded;
+        // Taking present records for old ones would destroy them.
+        if (isPresent) return Upgraded::NotNeeded;
+        if (!stored.existed || stored.damaged) return mend(data, stored, length.bytes, copies);
+        // It cannot be read now. Records that can only be old ones would be written over as something else.
+        return layoutOfLength(length.bytes) != nullptr ? Upgraded::Failed : Upgraded::NotNeeded;
     }
     const OldLayout* const layout = layoutOf(stored.header.version);
     if (layout == nullptr) return Upgraded::NotNeeded;
-    const bool present = length.status == IoStatus::Absent ||
-                         (length.bytes % kRecordLength == 0 && length.bytes % layout->recordLength != 0);
-    if (!present) return convert(data, stored.header, *layout);
+    const bool fitsPresentOnly =
+        length.status == IoStatus::Absent || (isPresent && length.bytes % layout->recordLength != 0);
+    if (!fitsPresentOnly) return convert(data, stored.header, *layout);
     return data.WriteHeader(stored.header) ? Upgraded::NotNeeded : Upgraded::Failed;
 }

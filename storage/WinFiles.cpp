@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
-#include <optional>
 
 #include "storage/Files.h"
 #include "storage/bas_ExistFile.h"
@@ -9,8 +8,7 @@
 
 namespace {
 
-constexpr int kTries = 20;
-constexpr DWORD kPause = 50;  // ms between two tries: about a second in all
+constexpr DWORD kPause = 50;  // ms between two tries
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr DWORD kMostAtOnce = 1U << 20;
 
@@ -19,41 +17,35 @@ bool isAbsent(DWORD error) {
 }
 
 /// Backup programs and virus scanners hold a file for moments.
-bool isPassing(DWORD error) {
+bool isHeld(DWORD error) {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
-/// Runs `step`, which answers an error code, until it succeeds, fails for good or has failed `most` times.
-template <class Step, class Again>
-DWORD retried(Step step, Again again, int most = kTries) {
-    for (int tries = 1;; ++tries) {
-        const DWORD error = step();
-        if (error == ERROR_SUCCESS || tries >= most || !again(error)) return error;
-        Sleep(kPause);
-    }
+/// While another program has the file open, putting a new one in its place or removing it is denied.
+bool isHeldOrDenied(DWORD error) {
+    return isHeld(error) || error == ERROR_ACCESS_DENIED;
 }
 
-/// Whoever reads fifty notes of a file that somebody holds waits for it once, not fifty times.
+/// The time that is left for waiting. It is one for all files and calls: whoever stores fifty notes in a file
+/// that somebody holds waits for it once, not fifty times.
 class Patience {
 public:
-    int tries() const { return gaveUp_ && GetTickCount64() - *gaveUp_ < kSpan ? 1 : kTries; }
-    void saw(DWORD error) {
-        if (isPassing(error)) {
-            gaveUp_ = GetTickCount64();
-        } else {
-            gaveUp_.reset();
+    void allow(unsigned ms) { left_ = ms; }
+
+    /// Runs `step`, which answers an error code, until it succeeds, fails for good or the time is over.
+    template <class Step, class Again>
+    DWORD retried(Step step, Again again) {
+        for (;;) {
+            const DWORD error = step();
+            if (error == ERROR_SUCCESS || left_ < kPause || !again(error)) return error;
+            Sleep(kPause);
+            left_ -= kPause;
         }
     }
 
 private:
-    static constexpr ULONGLONG kSpan = 5000;  // ms
-    std::optional<ULONGLONG> gaveUp_;
+    DWORD left_ = 1000;  // ms
 };
-
-/// While another program has the file open, putting a new one in its place or removing it is denied.
-bool isPassingOrDenied(DWORD error) {
-    return isPassing(error) || error == ERROR_ACCESS_DENIED;
-}
 
 /// The full path, in the form without a limit of length where it needs it.
 Text pathOf(const Text& folder, TextView name) {
@@ -110,118 +102,136 @@ IoStatus statusOf(DWORD error) {
     return isAbsent(error) ? IoStatus::Absent : IoStatus::Failed;
 }
 
-ReadResult readFile(const Text& path, std::uint64_t offset, std::size_t size, Patience& patience) {
+/// One file of the folder, and the patience that all of them share.
+struct NamedFile {
+    Text path;
+    Patience& patience;
+
+    /// Whether it is worth trying again. A file that is just being deleted denies everything, even a look at
+    /// its attributes; one that the user may not write does not.
+    bool passes(DWORD error) const {
+        if (error == ERROR_ACCESS_DENIED) return ExistFile(path) == IoStatus::Failed;
+        return isHeld(error);
+    }
+    template <class Step>
+    DWORD retried(Step step) const {
+        return patience.retried(step, [this](DWORD error) { return passes(error); });
+    }
+};
+
+ReadResult readFile(const NamedFile& named, std::uint64_t offset, std::size_t size) {
     ReadResult result;
-    const DWORD error = retried(
-        [&] {
-            UniqueHandle file;
-            DWORD code = open(path, GENERIC_READ, OPEN_EXISTING, file);
-            if (code == ERROR_SUCCESS) code = seek(file, offset);
-            return code == ERROR_SUCCESS ? readAll(file, size, result.bytes) : code;
-        },
-        isPassing, patience.tries());
-    patience.saw(error);
-    result.status = statusOf(error);
+    result.status = statusOf(named.retried([&] {
+        UniqueHandle file;
+        DWORD code = open(named.path, GENERIC_READ, OPEN_EXISTING, file);
+        if (code == ERROR_SUCCESS) code = seek(file, offset);
+        return code == ERROR_SUCCESS ? readAll(file, size, result.bytes) : code;
+    }));
     if (result.status != IoStatus::Done) result.bytes.clear();
     return result;
 }
 
-LengthResult lengthOfFile(const Text& path) {
-    LengthResult result;
-    if (!ExistFile(path)) return {IoStatus::Absent, 0};  // a folder of that name is no file either
+LengthResult lengthOfFile(const NamedFile& named) {
     LARGE_INTEGER size{};
-    const DWORD error = retried(
-        [&]() -> DWORD {
-            UniqueHandle file;
-            const DWORD code = open(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, file);
-            if (code != ERROR_SUCCESS) return code;
-            return GetFileSizeEx(file.get(), &size) != FALSE ? ERROR_SUCCESS : GetLastError();
-        },
-        isPassing);
-    result.status = statusOf(error);
-    result.bytes = static_cast<std::uint64_t>(size.QuadPart);
-    return result;
+    const DWORD error = named.retried([&]() -> DWORD {
+        const IoStatus there = ExistFile(named.path);  // a folder of that name is no file either
+        if (there != IoStatus::Done) return there == IoStatus::Absent ? ERROR_FILE_NOT_FOUND : GetLastError();
+        UniqueHandle file;
+        const DWORD code = open(named.path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, file);
+        if (code != ERROR_SUCCESS) return code;
+        return GetFileSizeEx(file.get(), &size) != FALSE ? ERROR_SUCCESS : GetLastError();
+    });
+    return {statusOf(error), static_cast<std::uint64_t>(size.QuadPart)};
 }
 
-bool writeFile(const Text& path, std::uint64_t offset, std::string_view bytes) {
-    const DWORD error = retried(
-        [&] {
-            UniqueHandle file;
-            DWORD code = open(path, GENERIC_WRITE, OPEN_ALWAYS, file);
-            if (code == ERROR_SUCCESS) code = seek(file, offset);
-            return code == ERROR_SUCCESS ? writeAll(file, bytes) : code;
-        },
-        isPassing);
+bool writeFile(const NamedFile& named, std::uint64_t offset, std::string_view bytes) {
+    const DWORD error = named.retried([&] {
+        UniqueHandle file;
+        DWORD code = open(named.path, GENERIC_WRITE, OPEN_ALWAYS, file);
+        if (code == ERROR_SUCCESS) code = seek(file, offset);
+        return code == ERROR_SUCCESS ? writeAll(file, bytes) : code;
+    });
     return error == ERROR_SUCCESS;
 }
 
-bool moveFile(const Text& from, const Text& to) {
-    constexpr DWORD kFlags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    const DWORD error = retried(
-        [&]() -> DWORD {
-            return MoveFileExW(wide(from), wide(to), kFlags) != FALSE ? ERROR_SUCCESS : GetLastError();
-        },
-        isPassingOrDenied);
+bool flushFile(const NamedFile& named) {
+    const DWORD error = named.retried([&]() -> DWORD {
+        UniqueHandle file;
+        const DWORD code = open(named.path, GENERIC_WRITE, OPEN_EXISTING, file);
+        if (code != ERROR_SUCCESS) return code;
+        return FlushFileBuffers(file.get()) != FALSE ? ERROR_SUCCESS : GetLastError();
+    });
     return error == ERROR_SUCCESS;
 }
 
-bool removeFile(const Text& path) {
-    const DWORD error =
-        retried([&]() -> DWORD { return DeleteFileW(wide(path)) != FALSE ? ERROR_SUCCESS : GetLastError(); },
-                isPassingOrDenied);
+bool moveFile(const Text& from, const Text& to, Flush flush, Patience& patience) {
+    const DWORD flags =
+        MOVEFILE_REPLACE_EXISTING | (flush == Flush::Yes ? DWORD{MOVEFILE_WRITE_THROUGH} : DWORD{0});
+    const DWORD error = patience.retried(
+        [&]() -> DWORD {
+            return MoveFileExW(wide(from), wide(to), flags) != FALSE ? ERROR_SUCCESS : GetLastError();
+        },
+        isHeldOrDenied);
+    return error == ERROR_SUCCESS;
+}
+
+bool removeFile(const NamedFile& named) {
+    const DWORD error = named.patience.retried(
+        [&]() -> DWORD { return DeleteFileW(wide(named.path)) != FALSE ? ERROR_SUCCESS : GetLastError(); },
+        isHeldOrDenied);
     return error == ERROR_SUCCESS || isAbsent(error);
 }
 
-bool replaceFile(const Text& path, const Text& temporary, std::string_view bytes) {
-    const DWORD error = retried(
-        [&]() -> DWORD {
-            UniqueHandle file;
-            DWORD code = open(temporary, GENERIC_WRITE, CREATE_ALWAYS, file);
-            if (code == ERROR_SUCCESS) code = writeAll(file, bytes);
-            if (code != ERROR_SUCCESS) return code;
-            // On the disk before the name changes: a power cut must not leave an empty file under it.
-            return FlushFileBuffers(file.get()) != FALSE ? ERROR_SUCCESS : GetLastError();
-        },
-        isPassing);
-    const bool done = error == ERROR_SUCCESS && moveFile(temporary, path);
+bool replaceFile(const NamedFile& named, const Text& temporary, std::string_view bytes, Flush flush) {
+    const NamedFile fresh{temporary, named.patience};
+    const DWORD error = fresh.retried([&]() -> DWORD {
+        UniqueHandle file;
+        DWORD code = open(temporary, GENERIC_WRITE, CREATE_ALWAYS, file);
+        if (code == ERROR_SUCCESS) code = writeAll(file, bytes);
+        if (code != ERROR_SUCCESS || flush == Flush::No) return code;
+        // On the disk before the name changes: a power cut must not leave an empty file under it.
+        return FlushFileBuffers(file.get()) != FALSE ? ERROR_SUCCESS : GetLastError();
+    });
+    const bool done = error == ERROR_SUCCESS && moveFile(temporary, named.path, flush, named.patience);
     if (!done) DeleteFileW(wide(temporary));
     return done;
 }
 
-bool cutFile(const Text& path, std::uint64_t length) {
-    const DWORD error = retried(
-        [&]() -> DWORD {
-            UniqueHandle file;
-            DWORD code = open(path, GENERIC_WRITE, OPEN_EXISTING, file);
-            if (code == ERROR_SUCCESS) code = seek(file, length);
-            if (code != ERROR_SUCCESS) return code;
-            return SetEndOfFile(file.get()) != FALSE ? ERROR_SUCCESS : GetLastError();
-        },
-        isPassing);
+bool cutFile(const NamedFile& named, std::uint64_t length) {
+    const DWORD error = named.retried([&]() -> DWORD {
+        UniqueHandle file;
+        DWORD code = open(named.path, GENERIC_WRITE, OPEN_EXISTING, file);
+        if (code == ERROR_SUCCESS) code = seek(file, length);
+        if (code != ERROR_SUCCESS) return code;
+        return SetEndOfFile(file.get()) != FALSE ? ERROR_SUCCESS : GetLastError();
+    });
     return error == ERROR_SUCCESS;
 }
 
 }  // namespace
 
 Files folderFiles(const Text& folder) {
+    const auto patience = std::make_shared<Patience>();
+    const auto named = [folder, patience](TextView name) {
+        return NamedFile{pathOf(folder, name), *patience};
+    };
     Files files;
-    files.read = [folder, patience = std::make_shared<Patience>()](TextView name, std::uint64_t offset,
-                                                                   std::size_t size) {
-        return readFile(pathOf(folder, name), offset, size, *patience);
+    files.read = [named](TextView name, std::uint64_t offset, std::size_t size) {
+        return readFile(named(name), offset, size);
     };
-    files.length = [folder](TextView name) { return lengthOfFile(pathOf(folder, name)); };
-    files.write = [folder](TextView name, std::uint64_t offset, std::string_view bytes) {
-        return writeFile(pathOf(folder, name), offset, bytes);
+    files.length = [named](TextView name) { return lengthOfFile(named(name)); };
+    files.write = [named](TextView name, std::uint64_t offset, std::string_view bytes) {
+        return writeFile(named(name), offset, bytes);
     };
-    files.replace = [folder](TextView name, std::string_view bytes) {
-        return replaceFile(pathOf(folder, name), pathOf(folder, Text(name) + u".tmp"), bytes);
+    files.flush = [named](TextView name) { return flushFile(named(name)); };
+    files.replace = [named, folder](TextView name, std::string_view bytes, Flush flush) {
+        return replaceFile(named(name), pathOf(folder, temporaryName(name)), bytes, flush);
     };
-    files.rename = [folder](TextView from, TextView to) {
-        return moveFile(pathOf(folder, from), pathOf(folder, to));
+    files.rename = [folder, patience](TextView from, TextView to) {
+        return moveFile(pathOf(folder, from), pathOf(folder, to), Flush::Yes, *patience);
     };
-    files.cut = [folder](TextView name, std::uint64_t length) {
-        return cutFile(pathOf(folder, name), length);
-    };
-    files.remove = [folder](TextView name) { return removeFile(pathOf(folder, name)); };
+    files.cut = [named](TextView name, std::uint64_t length) { return cutFile(named(name), length); };
+    files.remove = [named](TextView name) { return removeFile(named(name)); };
+    files.mayWait = [patience](unsigned ms) { patience->allow(ms); };
     return files;
 }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 
 #include "storage/Settings.h"
 #include "storage/bas_LogError.h"
@@ -55,8 +56,7 @@ SettingResult getSetting(TextView section, TextView key) {
     if (code == ERROR_SUCCESS) {
         RegTextResult query = queryText(opened.get(), Text(key));
         code = query.code;
-        // Only texts are settings; a value of any other type is as good as missing.
-        if (code == ERROR_SUCCESS && query.type != REG_SZ) code = ERROR_FILE_NOT_FOUND;
+        if (code == ERROR_SUCCESS && !query.text) code = ERROR_UNSUPPORTED_TYPE;
         if (code == ERROR_SUCCESS) result.text = std::move(*query.text);
     }
     report(u"GetSetting", u"Trying to read the setting", key, code);
@@ -64,11 +64,15 @@ SettingResult getSetting(TextView section, TextView key) {
     return result;
 }
 
-/// One value of an open key. The room for name and data (characters and bytes) grows as needed.
-LSTATUS enumValue(HKEY key, DWORD index, Text& name, Text& data, DWORD& type) {
+/// One value of an open key: its name, and its data as far as it is a text or a number. The room for name and
+/// data (characters and bytes) grows as needed.
+LSTATUS enumValue(HKEY key, DWORD index, Text& name, std::optional<Text>& value) {
+    Text data(1024, u'\0');
+    name.assign(256, u'\0');
     for (;;) {
         auto nameLength = static_cast<DWORD>(name.size());
         auto bytes = static_cast<DWORD>(data.size() * sizeof(char16_t));
+        DWORD type = REG_NONE;
         const LSTATUS code = RegEnumValueW(key, index, wideBuffer(name), &nameLength, nullptr, &type,
                                            reinterpret_cast<BYTE*>(data.data()), &bytes);
         if (code == ERROR_MORE_DATA) {
@@ -78,8 +82,7 @@ LSTATUS enumValue(HKEY key, DWORD index, Text& name, Text& data, DWORD& type) {
         }
         if (code != ERROR_SUCCESS) return code;
         name.resize(nameLength);
-        data.resize(bytes / sizeof(char16_t));
-        data.resize(std::min(data.size(), data.find(u'\0')));
+        value = regText(type, std::move(data), bytes);
         return code;
     }
 }
@@ -89,19 +92,21 @@ SectionResult readSection(TextView section) {
     if (!isSection(section)) return result;
     UniqueKey opened;
     LSTATUS code = open(sectionPath(section), KEY_QUERY_VALUE, opened);
-    constexpr std::size_t kNameRoom = 256;
-    constexpr std::size_t kDataRoom = 1024;
     for (DWORD index = 0; code == ERROR_SUCCESS; ++index) {
-        Text name(kNameRoom, u'\0');
-        Text data(kDataRoom, u'\0');
-        DWORD type = REG_NONE;
-        code = enumValue(opened.get(), index, name, data, type);
-        if (code == ERROR_SUCCESS && type == REG_SZ) result.values.emplace_back(name, data);
+        Text name;
+        std::optional<Text> text;
+        code = enumValue(opened.get(), index, name, text);
+        if (code != ERROR_SUCCESS) break;
+        if (text) {
+            result.values.emplace_back(std::move(name), std::move(*text));
+        } else {
+            result.unreadable.push_back(std::move(name));
+        }
     }
     if (code == ERROR_NO_MORE_ITEMS) code = ERROR_SUCCESS;
     report(u"GetSetting", u"Trying to read the section", section, code);
     result.status = statusOf(code);
-    if (result.status != IoStatus::Done) result.values.clear();
+    if (result.status != IoStatus::Done) return {result.status, {}, {}};
     return result;
 }
 
@@ -156,7 +161,9 @@ Settings userSettings() {
     settings.removeSection = [](TextView section) {
         return isSection(section) && removeTree(applicationPath(), section);
     };
-    settings.sections = [] { return EnumRegKeys(HKEY_CURRENT_USER, applicationPath()); };
-    settings.removeAll = [] { return removeTree(Text(kAllApplications), kApplication); };
+    settings.sections = [] {
+        RegKeyNames found = EnumRegKeys(HKEY_CURRENT_USER, applicationPath());
+        return SectionNames{statusOf(found.code), std::move(found.names)};
+    };
     return settings;
 }

@@ -1,7 +1,7 @@
 // Whether a file is there.
 #pragma once
 
-#include "support/Text.h"
+#include "storage/Files.h"
 
-/// True for a file, false for a folder or nothing.
-bool ExistFile(const Text& path);
+/// Done for a file, Absent for a folder or nothing, Failed when Windows does not tell.
+IoStatus ExistFile(const Text& path);

@@ -1,9 +1,11 @@
 #include "storage/bas_RegistryKey.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "storage/bas_LogError.h"
 #include "support/Handles.h"
+#include "support/Number.h"
 
 namespace {
 
@@ -73,10 +75,15 @@ LSTATUS openForWriting(HKEY root, const Text& path, UniqueKey& key) {
     return code;
 }
 
-UniqueKey openForReading(HKEY root, const Text& path, REGSAM access) {
+struct OpenedKey {
+    LSTATUS code = ERROR_SUCCESS;
+    UniqueKey key;
+};
+
+OpenedKey openForReading(HKEY root, const Text& path, REGSAM access) {
     HKEY opened = nullptr;
     const LSTATUS code = RegOpenKeyExW(root, wide(path), 0, access, &opened);
-    return UniqueKey(code == ERROR_SUCCESS ? opened : nullptr);
+    return {code, UniqueKey(code == ERROR_SUCCESS ? opened : nullptr)};
 }
 
 }  // namespace
@@ -98,9 +105,22 @@ std::int16_t SaveRegValue(HKEY root, const Text& keyPath, const Text& valueName,
 }
 
 std::optional<Text> GetRegValue(HKEY root, const Text& keyPath, const Text& valueName) {
-    const UniqueKey key = openForReading(root, tidied(keyPath), KEY_QUERY_VALUE);
+    const UniqueKey key = openForReading(root, tidied(keyPath), KEY_QUERY_VALUE).key;
     if (key == nullptr) return std::nullopt;
-    return queryText(key.get(), valueName).text;
+    RegTextResult query = queryText(key.get(), valueName);
+    return query.type == REG_DWORD ? std::nullopt : std::move(query.text);
+}
+
+std::optional<Text> regText(DWORD type, Text data, std::size_t bytes) {
+    if (type == REG_DWORD && bytes == sizeof(std::uint32_t)) {
+        std::uint32_t number = 0;
+        std::memcpy(&number, data.data(), sizeof(number));
+        return decimal(number);
+    }
+    if (type != REG_SZ && type != REG_EXPAND_SZ) return std::nullopt;
+    data.resize(std::min(data.size(), bytes / sizeof(char16_t)));
+    data.resize(std::min(data.size(), data.find(u'\0')));  // the closing zero may be missing
+    return data;
 }
 
 RegTextResult queryText(HKEY key, const Text& valueName) {
@@ -115,24 +135,22 @@ RegTextResult queryText(HKEY key, const Text& valueName) {
             text.resize(bytes / sizeof(char16_t) + 1);
             continue;
         }
-        if (code != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return {code, type, {}};
-        text.resize(bytes / sizeof(char16_t));
-        text.resize(std::min(text.size(), text.find(u'\0')));  // the closing zero may be missing
-        return {code, type, std::move(text)};
+        if (code != ERROR_SUCCESS) return {code, type, {}};
+        return {code, type, regText(type, std::move(text), bytes)};
     }
 }
 
-std::vector<Text> EnumRegKeys(HKEY root, const Text& keyPath) {
-    std::vector<Text> names;
-    const UniqueKey key = openForReading(root, tidied(keyPath), KEY_ENUMERATE_SUB_KEYS);
-    if (key == nullptr) return names;
+RegKeyNames EnumRegKeys(HKEY root, const Text& keyPath) {
+    const OpenedKey opened = openForReading(root, tidied(keyPath), KEY_ENUMERATE_SUB_KEYS);
+    RegKeyNames found{opened.code, {}};
     constexpr DWORD kLongestName = 255;
     Text name(kLongestName + 1, u'\0');
-    for (DWORD index = 0;; ++index) {
+    for (DWORD index = 0; found.code == ERROR_SUCCESS; ++index) {
         auto length = static_cast<DWORD>(name.size());
-        const LSTATUS code =
-            RegEnumKeyExW(key.get(), index, wideBuffer(name), &length, nullptr, nullptr, nullptr, nullptr);
-        if (code != ERROR_SUCCESS) return names;
-        names.push_back(name.substr(0, length));
+        found.code = RegEnumKeyExW(opened.key.get(), index, wideBuffer(name), &length, nullptr, nullptr,
+                                   nullptr, nullptr);
+        if (found.code == ERROR_SUCCESS) found.names.push_back(name.substr(0, length));
     }
+    if (found.code == ERROR_NO_MORE_ITEMS) found.code = ERROR_SUCCESS;
+    return found;
 }

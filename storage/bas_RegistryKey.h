@@ -23,14 +23,23 @@ std::int16_t SaveRegValue(HKEY root, const Text& keyPath, const Text& valueName,
 /// The text of a value (REG_SZ, REG_EXPAND_SZ), or empty when key or value is missing.
 std::optional<Text> GetRegValue(HKEY root, const Text& keyPath, const Text& valueName);
 
+struct RegKeyNames {
+    LSTATUS code = ERROR_SUCCESS;  ///< of the call that failed: then there may be more names than these
+    std::vector<Text> names;
+};
+
 /// Names of the direct sub-keys, in the registry's order.
-std::vector<Text> EnumRegKeys(HKEY root, const Text& keyPath);
+RegKeyNames EnumRegKeys(HKEY root, const Text& keyPath);
+
+/// What a value's data says: a text up to its first zero character, or a number as its decimal text. None for
+/// any other type. `data` is where the registry put `bytes` bytes.
+std::optional<Text> regText(DWORD type, Text data, std::size_t bytes);
 
 struct RegTextResult {
     LSTATUS code = ERROR_SUCCESS;  ///< of the query
     DWORD type = REG_NONE;         ///< of the value, when there is one
-    std::optional<Text> text;      ///< for text values
+    std::optional<Text> text;      ///< as `regText` has it
 };
 
-/// The text of a value of an open key, however long, up to its first zero character.
+/// A value of an open key, however long.
 RegTextResult queryText(HKEY key, const Text& valueName);

@@ -88,14 +88,27 @@ public:
     Desk(const Text& folder, bool useRegistry, int count, bool armed) : folder_(folder) {
         desk.look = loadNoteLook();
         desk.settings.EasyAlign = true;
-        desk.store.UseRegistry = useRegistry;
-        desk.store.registry.settings = userSettings();
-        for (int day = 0; day < kWeekdays; ++day) {
-            desk.store.registry.weekdayKeys[static_cast<std::size_t>(day)] = u"w." + weekdayName(day);
-        }
-        desk.store.files = {folderFiles(folder), systemCodePage()};
+        desk.settings.UseRegistry = useRegistry;
+        StoreParts parts{userSettings(), {}, folderFiles(folder), systemCodePage()};
+        for (int day = 0; day < kWeekdays; ++day)
+            parts.weekdayKeys[static_cast<std::size_t>(day)] = u"w." + weekdayName(day);
+        check(parts.settings.sections().names.empty(), "there are notes of a user");
+        settings_ = parts.settings;
+        files_ = parts.files;
+        // The moment at which a body is in the store.
+        parts.settings.set = [this](TextView section, std::span<const KeyText> values) {
+            const bool done = settings_.set(section, values);
+            storedAt = clockNow();
+            return done;
+        };
+        parts.files.write = [this](TextView file, std::uint64_t offset, std::string_view bytes) {
+            const bool done = files_.write(file, offset, bytes);
+            if (file == kMemoFile) storedAt = clockNow();
+            return done;
+        };
+        desk.store.connect(std::move(parts));
+        desk.store.begin(useRegistry ? StoreKind::Registry : StoreKind::Files);
         desk.host.now = [this] { return clock; };
-        check(desk.store.registry.settings.sections().empty(), "there are notes of a user");
         for (int number = 1; number <= count; ++number) {
             NoteRecord record = recordOf(kNotes[number - 1]);
             if (armed) {
@@ -109,21 +122,28 @@ public:
     }
     ~Desk() {
         desk.Teardown();
-        static_cast<void>(desk.store.registry.settings.removeAll());
-        desk.store.files.DeleteDataFiles();
-        static_cast<void>(desk.store.files.files.remove(kHeaderFile));
-        static_cast<void>(desk.store.files.files.remove(kBareFile));
+        for (const Text& section : settings_.sections().names)
+            static_cast<void>(settings_.removeSection(section));
+        for (const TextView name :
+             {TextView(kNoteFile), TextView(kMemoFile), TextView(kHeaderFile), TextView(kBareFile)})
+            static_cast<void>(files_.remove(name));
     }
     Desk(const Desk&) = delete;
     Desk& operator=(const Desk&) = delete;
 
     fpost& note(int number) { return *desk.Notes[static_cast<std::size_t>(number - 1)]; }
+    const Files& files() const { return files_; }
+
+    /// When a body was last written. What Kardel does after that keeps nobody waiting for it.
+    double storedAt = 0;
 
     basPost desk;
     Now clock{instantOf({2026, 6, 15}, {12, 0, 0}), 0};
 
 private:
     Text folder_;
+    Settings settings_;
+    Files files_;
 };
 
 // --- Moving ------------------------------------------------------------------------------------------------
@@ -209,28 +229,13 @@ void pressEnter(HWND editor) {
 void measureSaving(const Text& folder, bool useRegistry, const char* name, int rounds) {
     constexpr auto kCount = static_cast<int>(std::size(kNotes));
     Desk desk(folder, useRegistry, kCount, false);
-    // The moment at which the body is in the store: what Kardel does after that keeps nobody waiting for it.
-    double storedAt = 0;
-    const auto saveValues = desk.desk.store.registry.settings.set;
-    desk.desk.store.registry.settings.set = [&](TextView section, std::span<const KeyText> values) {
-        const bool done = saveValues(section, values);
-        storedAt = clockNow();
-        return done;
-    };
-    const auto writeFile = desk.desk.store.files.files.write;
-    desk.desk.store.files.files.write = [&](TextView file, std::uint64_t offset, std::string_view bytes) {
-        const bool done = writeFile(file, offset, bytes);
-        if (file == kMemoFile) storedAt = clockNow();
-        return done;
-    };
-    const DataFiles& files = desk.desk.store.files;
-    check(files.files.write(kBareFile, 0, std::string(kCount * kMemoLength, ' ')), "no file to write to");
+    check(desk.files().write(kBareFile, 0, std::string(kCount * kMemoLength, ' ')), "no file to write to");
     const BareNote bare({300, 300, 500, 450});
     const Text section = u"Software\\VB and VBA Program Settings\\Kardel\\" + noteSection(1);
     const auto bareSave = [&](int number) {
         const Text text = bare.take();
         if (useRegistry) return writeBareValue(section, kBareValue, text);
-        const std::string bytes = encodeField(files.page, text, kMemoLength).bytes;
+        const std::string bytes = encodeField(systemCodePage(), text, kMemoLength).bytes;
         return writeBareBytes(folder + kBareFile, (number - 1LL) * static_cast<long long>(kMemoLength),
                               bytes);
     };
@@ -251,11 +256,11 @@ void measureSaving(const Text& folder, bool useRegistry, const char* name, int r
             note.EditForm();
             SetWindowTextW(note.txtNota, wide(text));
             pumpPending();
-            storedAt = 0;
+            desk.storedAt = 0;
             const double begun = clockNow();
             pressEnter(note.txtNota);
-            check(storedAt > begun, "Enter wrote nothing");
-            pair.ours += storedAt - begun;
+            check(desk.storedAt > begun, "Enter wrote nothing");
+            pair.ours += desk.storedAt - begun;
             NoteRecord stored;
             check(desk.desk.store.load(number, stored, desk.desk.settings) && stored.Nota == text,
                   "Enter did not store the text");

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <functional>
 
-#include "core/StartSettings.h"
 #include "tests/storage/Samples.h"
 
 /// Both stores as they stand at one moment.
@@ -32,19 +31,15 @@ struct Stores {
 
     Image image() const { return {folder.content, registry.content}; }
 
-    void seedFiles(std::vector<NoteRecord> notes) {
-        NoteStore store;
-        store.files = {folder.files(), westernPage()};
+    StoreParts parts() { return {registry.settings(), englishWeekdayKeys(), folder.files(), westernPage()}; }
+    void seedNotes(StoreKind kind, std::vector<NoteRecord> notes) {
+        NoteStore store(parts());
+        store.begin(kind);
         for (std::size_t i = 0; i < notes.size(); ++i)
-            store.create(static_cast<int>(i) + 1, notes[i]);
+            EXPECT_TRUE(store.create(static_cast<int>(i) + 1, notes[i]));
     }
-    void seedRegistry(std::vector<NoteRecord> notes) {
-        NoteStore store;
-        store.UseRegistry = true;
-        store.registry = {registry.settings(), englishWeekdayKeys()};
-        for (std::size_t i = 0; i < notes.size(); ++i)
-            store.create(static_cast<int>(i) + 1, notes[i]);
-    }
+    void seedFiles(const std::vector<NoteRecord>& notes) { seedNotes(StoreKind::Files, notes); }
+    void seedRegistry(const std::vector<NoteRecord>& notes) { seedNotes(StoreKind::Registry, notes); }
     /// A settled desk of `notes` in one store, as an earlier start left it.
     void seed(bool useRegistry, const std::vector<NoteRecord>& notes);
 
@@ -66,8 +61,7 @@ struct Program {
     int asked = 0;  ///< how often about left-over files
 
     explicit Program(Stores& over, bool deleteLeftOver = false) : stores(over) {
-        store.registry = {stores.registry.settings(), englishWeekdayKeys()};
-        store.files = {stores.folder.files(), westernPage()};
+        store.connect(stores.parts());
         store.saveFailed = [this] { ++told; };
         StartQuestions questions;
         questions.deleteLocalFiles = [this, deleteLeftOver] {
@@ -75,12 +69,13 @@ struct Program {
             return deleteLeftOver;
         };
         questions.saveFailed = [this] { ++told; };
-        state = settleStart(store, settings, questions);
+        questions.cannotRead = [this] { ++told; };
+        state = store.start(settings, questions);
         if (!state.usable) return;
         notes.resize(static_cast<std::size_t>(state.Count));
         for (std::size_t i = 0; i < notes.size(); ++i)
             store.load(static_cast<int>(i) + 1, notes[i], settings);
-        store.finishRemovals(pointersTo(notes), settings);
+        store.settle(pointersTo(notes), settings);
     }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
@@ -96,18 +91,8 @@ struct Program {
         notes.erase(notes.begin() + (number - 1));
         return store.remove(number, pointersTo(notes), settings);
     }
-    /// The tray's "Use local files", as the collection answers it.
-    void switchStore(bool toFiles) {
-        if (toFiles) {
-            store.switchToFiles(pointersTo(notes));
-            if (store.UseRegistry && !store.switchPending) return;
-            settings.UseRegistry = false;
-            saveSetting(store.registry.settings, u"setting", u"ImportDAT", u"1");
-            saveSetting(store.registry.settings, u"setting", u"UseRegistry", u"False");
-        } else {
-            settings.UseRegistry = true;
-            if (!store.switchToRegistry(pointersTo(notes), settings)) settings.UseRegistry = false;
-        }
+    bool switchTo(StoreKind kind) {
+        return store.switchTo(kind, pointersTo(notes), settings) == Switched::Done;
     }
 };
 

@@ -5,8 +5,8 @@
 #include <cstdlib>
 
 #include "alarm/AlarmRule.h"
-#include "core/StartSettings.h"
 #include "storage/Draft.h"
+#include "storage/NoteStore.h"
 #include "tests/storage/MemoryFiles.h"
 #include "tests/storage/MemorySettings.h"
 #include "tests/support/TestCodePages.h"
@@ -73,9 +73,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::size_t i = 0; i < std::size(kNames); ++i) {
         if ((present >> i & 1) != 0) folder.content[Text(kNames[i])] = input.piece();
     }
-    NoteStore store;
-    store.files = {folder.files(), (choice & 1) != 0 ? westernPage() : kanaPage()};
-    store.registry = {registry.settings(), weekdayKeys()};
+    const StoreParts parts{registry.settings(), weekdayKeys(), folder.files(),
+                           (choice & 1) != 0 ? westernPage() : kanaPage()};
+    const RegistryNotes sections{parts.settings, parts.weekdayKeys};
+    NoteStore store(parts);
     registry.put(u"setting", u"UseRegistry", (choice & 2) != 0 ? u"True" : u"False");
     for (const TextView key : {u"count", u"ImportDAT", u"defaultwidth", u"AlignAll"}) {
         if ((input.byte() & 1) != 0) registry.put(u"setting", key, input.text());
@@ -83,31 +84,31 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (unsigned values = input.byte() % 60; values > 0 && !input.bytes.empty(); --values) {
         const auto field = static_cast<NoteField>(input.byte() % kNoteFieldCount);
         const Text section = noteSection(1 + static_cast<int>(input.byte() % 4));
-        registry.put(section, store.registry.keyOf(field), input.text());
+        registry.put(section, sections.keyOf(field), input.text());
     }
 
     StartQuestions questions;
     questions.deleteLocalFiles = [choice] { return (choice & 4) != 0; };
     GlobalSettings settings;
     const auto before = folder.content;
-    const StartState first = settleStart(store, settings, questions);
+    const StartState first = store.start(settings, questions);
     if (!first.usable) {
         require(folder.content == before);
         return 0;
     }
     require(first.Count >= 1 && first.Count <= kMaxNotes);
-    const FoundDraft draft = readDraft(store.files.files);
-    require(!draft.draft || decodeDraft(encodeDraft(*draft.draft)).has_value());
+    const auto left = folder.content.find(Text(kDraftFile));
+    const std::vector<Draft> drafts =
+        decodeDrafts(left == folder.content.end() ? std::string() : left->second);
+    require(decodeDrafts(encodeDrafts(drafts)) == drafts);
     loadAll(store, settings, first.Count);
 
     // What the first start settled stands: the second finds as many notes and rewrites no file.
     const auto settled = folder.content;
-    NoteStore again;
-    again.files = store.files;
-    again.registry = store.registry;
-    const StartState second = settleStart(again, settings, questions);
+    NoteStore again(parts);
+    const StartState second = again.start(settings, questions);
     require(second.usable);
-    require(store.UseRegistry != again.UseRegistry || second.Count == first.Count);
-    require(again.UseRegistry || folder.content == settled);
+    require(store.kind() != again.kind() || second.Count == first.Count);
+    require(again.kind() == StoreKind::Registry || folder.content == settled);
     return 0;
 }

@@ -208,13 +208,13 @@ TEST_F(DataFilesTest, ALostHeaderCountsTheRecordsThatAreThere) {
     file(kNoteFile) = std::string(12 * kRecordLength, 'x');
     DataHeader header;
     bool existed = true;
-    data.ReadHeader(header, false, existed);
+    static_cast<void>(data.ReadHeader(header, false, existed));
     EXPECT_EQ(header.count, 12);
     EXPECT_EQ(file(kHeaderFile)[0], 12);
 }
 
 TEST_F(DataFilesTest, NoHeaderIsMadeWhileTheRecordsCannotBeCounted) {
-    folder.locked.insert(Text(kNoteFile));
+    folder.unseen.insert(Text(kNoteFile));
     DataHeader header;
     header.count = 9;
     bool existed = true;
@@ -302,8 +302,8 @@ TEST_F(DataFilesTest, ABodyWithoutANumberGoesToTheEnd) {
     MemoResult result = data.WriteMemo(0, u"first");
     EXPECT_TRUE(result.done);
     EXPECT_EQ(result.recordNumber, 1);
-    data.WriteMemo(0, u"second");
-    data.WriteMemo(-7, u"third");
+    static_cast<void>(data.WriteMemo(0, u"second"));
+    static_cast<void>(data.WriteMemo(-7, u"third"));
     result = data.WriteMemo(0, u"fourth");
     EXPECT_EQ(result.recordNumber, 4);
     EXPECT_EQ(file(kMemoFile).size(), 4 * kMemoLength);
@@ -320,7 +320,7 @@ TEST_F(DataFilesTest, AWildNumberNeverMakesAHugeFile) {
 }
 
 TEST_F(DataFilesTest, ABodyIsPaddedWithBlanks) {
-    data.WriteMemo(1, u"caf\u00e9");
+    static_cast<void>(data.WriteMemo(1, u"caf\u00e9"));
     EXPECT_EQ(file(kMemoFile), "caf\xE9"s + std::string(1020, ' '));
 }
 
@@ -339,14 +339,14 @@ TEST_F(DataFilesTest, ABodyOfTheFullLengthSurvivesAndOneMoreCharacterIsLost) {
 }
 
 TEST_F(DataFilesTest, BlanksAtTheEndOfABodyAreLostOnReading) {
-    data.WriteMemo(1, u"  two \r\n lines   ");
+    static_cast<void>(data.WriteMemo(1, u"  two \r\n lines   "));
     Text body;
     data.ReadMemo(1, body);
     EXPECT_EQ(body, u"  two \r\n lines");
 }
 
 TEST_F(DataFilesTest, ABodyNumberOutsideTheFileReadsAsNothing) {
-    data.WriteMemo(1, u"only");
+    static_cast<void>(data.WriteMemo(1, u"only"));
     for (const std::int32_t number : {0, -1, 2, 2000000000}) {
         Text body = u"old";
         EXPECT_EQ(data.ReadMemo(number, body), IoStatus::Absent) << number;
@@ -358,7 +358,7 @@ TEST_F(DataFilesTest, ABodyThatCannotBeWrittenIsTold) {
     folder.changes->allFail = true;
     EXPECT_FALSE(data.WriteMemo(1, u"body").done);
     folder.changes->allFail = false;
-    folder.locked.insert(Text(kMemoFile));
+    folder.unseen.insert(Text(kMemoFile));
     EXPECT_FALSE(data.WriteMemo(1, u"body").done);
 }
 
@@ -372,8 +372,8 @@ TEST_F(DataFilesTest, DeletingTheDataFilesLeavesTheHeader) {
     EXPECT_FALSE(data.exists(kMemoFile));
 }
 
-TEST_F(DataFilesTest, ALockedFileExists) {
-    folder.locked.insert(Text(kNoteFile));
+TEST_F(DataFilesTest, AFileThatCannotBeSeenIsNotTakenForNone) {
+    folder.unseen.insert(Text(kNoteFile));
     EXPECT_TRUE(data.exists(kNoteFile));
 }
 
@@ -410,7 +410,7 @@ TEST_F(DataFilesTest, PairsOfAnImagePointToTheirOwnBodies) {
 
 struct CopyFromRegistry : testing::Test {
     MemorySettings memory;
-    RegistryStore registry{memory.settings(), englishWeekdayKeys()};
+    RegistryNotes registry{memory.settings(), englishWeekdayKeys()};
 
     NoteRecord copied(const Text& interval) {
         memory.put(u"kardel-1", u"alarmdate", interval.empty() ? u"01/02/2030" : u"*");

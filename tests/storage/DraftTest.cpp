@@ -10,56 +10,59 @@ Draft sample() {
     return {7, true, u"half a thought, \u20ac and \U0001F642\r\n", 4711};
 }
 
-TEST(DraftFile, ReadsAsItWasWritten) {
-    MemoryFiles folder;
-    const Files files = folder.files();
-    EXPECT_EQ(readDraft(files).status, IoStatus::Absent);
-    ASSERT_TRUE(writeDraft(files, sample()));
-    const FoundDraft found = readDraft(files);
-    ASSERT_TRUE(found.draft.has_value());
-    EXPECT_EQ(found.draft->number, 7);
-    EXPECT_TRUE(found.draft->title);
-    EXPECT_EQ(found.draft->text, sample().text);
-    EXPECT_EQ(found.draft->stored, 4711U);
-    removeDraft(files);
-    EXPECT_TRUE(folder.content.empty());
+std::vector<Draft> three() {
+    return {sample(), {1, false, u"", 0}, {50, false, u"\u65e5\u672c ;=\n 7", 0xFFFFFFFFU}};
 }
 
-TEST(DraftFile, WithAnyByteChangedIsNone) {
-    const std::string whole = encodeDraft(sample());
+TEST(Drafts, ReadAsTheyWereWritten) {
+    for (const std::vector<Draft>& drafts : {three(), {sample()}, {}})
+        EXPECT_EQ(decodeDrafts(encodeDrafts(drafts)), drafts);
+}
+
+TEST(Drafts, WithAnyByteChangedAreNone) {
+    const std::string whole = encodeDrafts(three());
     for (std::size_t at = 0; at < whole.size(); ++at) {
         for (int bit = 0; bit < 8; ++bit) {
             std::string damaged = whole;
             damaged[at] = static_cast<char>(damaged[at] ^ 1 << bit);
-            EXPECT_FALSE(decodeDraft(damaged).has_value()) << at;
+            EXPECT_TRUE(decodeDrafts(damaged).empty()) << at;
         }
     }
 }
 
-TEST(DraftFile, OfAnyOtherLengthIsNone) {
-    const std::string whole = encodeDraft(sample());
+TEST(Drafts, OfAnyOtherLengthAreNone) {
+    const std::string whole = encodeDrafts(three());
     for (std::size_t length = 0; length < whole.size(); ++length)
-        EXPECT_FALSE(decodeDraft(whole.substr(0, length)).has_value()) << length;
-    EXPECT_FALSE(decodeDraft(whole + '\0').has_value());
-    EXPECT_FALSE(decodeDraft(whole + whole).has_value());
+        EXPECT_TRUE(decodeDrafts(whole.substr(0, length)).empty()) << length;
+    EXPECT_TRUE(decodeDrafts(whole + '\0').empty());
+    EXPECT_TRUE(decodeDrafts(whole + whole).empty());
 }
 
-TEST(DraftFile, OfANumberThatNoNoteHasIsNone) {
+TEST(Drafts, OfANumberThatNoNoteHasAreNone) {
     for (const int number : {0, -1, 51}) {
         Draft draft = sample();
         draft.number = number;
-        EXPECT_FALSE(decodeDraft(encodeDraft(draft)).has_value()) << number;
+        EXPECT_TRUE(decodeDrafts(encodeDrafts(std::vector{draft})).empty()) << number;
     }
 }
 
-TEST(DraftFile, ThatCannotBeReadNowIsNotTakenForNone) {
-    MemoryFiles folder;
-    writeDraft(folder.files(), sample());
-    folder.locked.insert(Text(kDraftFile));
-    EXPECT_EQ(readDraft(folder.files()).status, IoStatus::Failed);
+TEST(DraftText, ReadsAsItWasWritten) {
+    for (const Draft& draft : three()) {
+        const std::optional<Draft> read = parseDraft(draftText(draft), draft.number);
+        ASSERT_TRUE(read.has_value());
+        EXPECT_EQ(*read, draft);
+    }
 }
 
-TEST(DraftFile, MarksANoteByWhatIsStoredOfItsTexts) {
+TEST(DraftText, ThatIsDamagedIsNone) {
+    for (const TextView text : {u"", u"t", u"t ", u"t12", u"x12 text", u"t-1 text", u"t4294967296 text",
+                                u"t1a text", u"12 text", u" t12 text"}) {
+        EXPECT_FALSE(parseDraft(text, 1).has_value()) << std::string(text.begin(), text.end());
+    }
+    EXPECT_TRUE(parseDraft(u"b4294967295 ", 1).has_value());
+}
+
+TEST(Draft, MarksANoteByWhatIsStoredOfItsTexts) {
     NoteRecord note;
     note.Titolo = u"ab";
     note.Nota = u"c";
@@ -70,6 +73,29 @@ TEST(DraftFile, MarksANoteByWhatIsStoredOfItsTexts) {
     other = note;
     other.x = 4711;
     EXPECT_EQ(storedMark(note), storedMark(other));
+}
+
+TEST(Draft, IsToldFromAnotherByItsText) {
+    Draft other = sample();
+    EXPECT_EQ(draftMark(other), draftMark(sample()));
+    other.text += u"!";
+    EXPECT_NE(draftMark(other), draftMark(sample()));
+    other = sample();
+    other.title = false;
+    EXPECT_NE(draftMark(other), draftMark(sample()));
+}
+
+TEST(Draft, BelongsToItsNoteAlsoWhereADeletionMovedIt) {
+    Draft draft = sample();
+    draft.number = 3;
+    draft.stored = 30;
+    const auto owner = [&](std::vector<std::uint32_t> marks) { return noteOf(draft, marks); };
+    EXPECT_EQ(owner({10, 20, 30, 40}), 3);
+    EXPECT_EQ(owner({20, 30, 40}), 2) << "note 1 was deleted";
+    EXPECT_EQ(owner({10, 30}), 2) << "it is the last one now";
+    EXPECT_EQ(owner({30, 30, 30, 30}), 3) << "of notes that are alike, the one with its number";
+    EXPECT_EQ(owner({10, 20, 31, 30}), 0) << "no deletion moves a note back";
+    EXPECT_EQ(owner({}), 0);
 }
 
 }  // namespace

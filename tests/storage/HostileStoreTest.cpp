@@ -10,14 +10,14 @@ void workThrough(Desk& desk) {
     std::vector<NoteRecord> notes = desk.loadAll();
     if (notes.empty()) notes.resize(1);
     for (std::size_t i = 0; i < notes.size() && i < 3; ++i)
-        desk.store.set(static_cast<int>(i) + 1, notes[i], everyField());
+        EXPECT_TRUE(desk.store.set(static_cast<int>(i) + 1, notes[i], everyField()));
     NoteRecord fresh;
     fresh.Titolo = u"fresh";
     fresh.Nota = u"fresh body";
     if (notes.size() < static_cast<std::size_t>(kMaxNotes)) {
         notes.push_back(fresh);
         const int number = static_cast<int>(notes.size());
-        desk.store.create(number, notes.back());
+        EXPECT_TRUE(desk.store.create(number, notes.back()));
         NoteRecord loaded;
         desk.store.load(number, loaded, desk.global);
         EXPECT_EQ(loaded.Nota, u"fresh body");
@@ -75,7 +75,7 @@ TEST(HostileFiles, HeadersOfEveryLength) {
         std::string& header = desk.file(kHeaderFile);
         header = (header + header + header + header).substr(0, length);
         desk.open(false);
-        EXPECT_EQ(desk.store.header.count, length < kHeaderLength ? 1 : 3) << length;
+        EXPECT_EQ(desk.headerCount(), length < kHeaderLength ? 1 : 3) << length;
         workThrough(desk);
     }
 }
@@ -139,19 +139,19 @@ TEST(HostileRegistry, RandomTextsInEveryValue) {
     Dice dice(53);
     for (int start = 0; start < 5000; ++start) {
         Desk desk(true);
-        const RegistryStore& store = desk.store.registry;
+        const RegistryNotes store = desk.sections();
         for (const NoteFieldRow& row : noteFields()) {
             if (dice.roll(4) != 0) desk.settings.put(u"kardel-1", store.keyOf(row.field), wildText(dice));
         }
         desk.settings.put(u"setting", u"count", wildText(dice));
         desk.settings.put(u"setting", u"UseRegistry", wildText(dice));
         const Text size = wildText(dice);
-        desk.global.DefaultWidth = defaultSize(size, kDefaultWidth);
+        rowOf(Setting::DefaultWidth).read(desk.global, size);
         NoteRecord note;
         ASSERT_TRUE(desk.store.load(1, note, desk.global));
         EXPECT_GE(note.alarmweekday, 0);
         EXPECT_LE(note.alarmweekday, 8);
-        EXPECT_EQ(note.Titolo, settingOr(store.settings, u"kardel-1", u"Titolo", u""));
+        EXPECT_EQ(note.Titolo, store.settings.get(u"kardel-1", u"Titolo").text);
         // What was read is written in its plain form, and from then on nothing changes any more.
         ASSERT_TRUE(desk.store.set(1, note, everyField()));
         NoteRecord once;
@@ -162,7 +162,7 @@ TEST(HostileRegistry, RandomTextsInEveryValue) {
         EXPECT_EQ(twice, once);
         if (start % 50 != 0) continue;
         desk.open(false);
-        desk.store.importRegistryNotes(leadingInt32(desk.settings.text(u"setting", u"count")));
+        static_cast<void>(desk.import(leadingInt32(desk.settings.text(u"setting", u"count"))));
         workThrough(desk);
     }
 }

@@ -14,7 +14,12 @@ struct MemorySettings {
         bool operator==(const Section&) const = default;
     };
     std::vector<Section> content;
-    std::set<Text> locked;  ///< sections that cannot be read
+    std::set<Text> locked;                       ///< sections that cannot be read
+    std::set<std::pair<Text, Text>> unreadable;  ///< values (section and key) that are of another kind
+    std::set<Text> writeProtected;               ///< sections that no value can be written to
+    bool namesFail = false;                      ///< the sections cannot be listed to the end
+    /// Asked ahead of every read; false lets it fail.
+    std::function<bool(TextView section)> mayRead = [](TextView) { return true; };
     SharedChanges changes = std::make_shared<Changes>();
 
     Section* find(TextView name) {
@@ -52,21 +57,30 @@ struct MemorySettings {
     Settings settings() {
         Settings settings;
         settings.get = [this](TextView section, TextView key) -> SettingResult {
-            if (locked.contains(Text(section))) return {IoStatus::Failed, {}};
+            if (locked.contains(Text(section)) || !mayRead(section)) return {IoStatus::Failed, {}};
+            if (unreadable.contains({Text(section), Text(key)})) return {IoStatus::Failed, {}};
             const Text* const found = find(section, key);
             if (found == nullptr) return {IoStatus::Absent, {}};
             return {IoStatus::Done, *found};
         };
         settings.readSection = [this](TextView section) -> SectionResult {
-            if (locked.contains(Text(section))) return {IoStatus::Failed, {}};
+            if (locked.contains(Text(section)) || !mayRead(section)) return {IoStatus::Failed, {}, {}};
             const Section* const found = find(section);
-            if (found == nullptr) return {IoStatus::Absent, {}};
-            return {IoStatus::Done, found->values};
+            if (found == nullptr) return {IoStatus::Absent, {}, {}};
+            SectionResult result{IoStatus::Done, {}, {}};
+            for (const KeyText& value : found->values) {
+                if (unreadable.contains({Text(section), value.first})) {
+                    result.unreadable.push_back(value.first);
+                } else {
+                    result.values.push_back(value);
+                }
+            }
+            return result;
         };
         settings.set = [this](TextView section, std::span<const KeyText> values) {
             bool done = true;
             for (const auto& [key, text] : values) {
-                if (changes->next()) {
+                if (changes->next() && !writeProtected.contains(Text(section))) {
                     put(section, key, text);
                 } else {
                     done = false;
@@ -87,19 +101,12 @@ struct MemorySettings {
             std::erase_if(content, [&](const Section& s) { return lowered(s.name) == lowered(section); });
             return true;
         };
-        settings.sections = [this] {
-            std::vector<Text> names;
+        settings.sections = [this]() -> SectionNames {
+            if (namesFail || !mayRead(u"")) return {IoStatus::Failed, {}};
+            SectionNames names{IoStatus::Done, {}};
             for (const Section& section : content)
-                names.push_back(section.name);
+                names.names.push_back(section.name);
             return names;
-        };
-        settings.removeAll = [this] {
-            // As the registry does it: section by section, and a program may end between two.
-            while (!content.empty()) {
-                if (!changes->next()) return false;
-                content.erase(content.begin());
-            }
-            return true;
         };
         return settings;
     }

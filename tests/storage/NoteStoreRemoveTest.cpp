@@ -137,7 +137,7 @@ TEST_P(RemoveNote, WithOneFailedChangeLosesNoOtherNoteEvenWhenTheyAreEditedAfter
             for (std::size_t i = 0; i < removal.remaining.size(); ++i) {
                 NoteRecord& note = removal.remaining[i];
                 note.Nota = u"edited " + note.Titolo;
-                removal.desk.store.set(static_cast<int>(i) + 1, note, {NoteField::Nota});
+                EXPECT_TRUE(removal.desk.store.set(static_cast<int>(i) + 1, note, {NoteField::Nota}));
             }
             removal.expectNoneLost(named(total, number, at));
             if (!reached) break;
@@ -186,7 +186,7 @@ TEST_P(RemoveNote, ThatCouldNotBeDoneIsDoneLater) {
     removal.desk.changes->allFail = true;
     EXPECT_FALSE(removal.run());
     removal.desk.changes->allFail = false;
-    removal.desk.store.finishRemovals(pointersTo(removal.remaining), removal.desk.global);
+    removal.desk.store.settle(pointersTo(removal.remaining), removal.desk.global);
     EXPECT_EQ(removal.desk.told, 1);
     removal.expectDense();
 }
@@ -227,7 +227,7 @@ TEST_P(RemoveNote, ThatCouldNotBeDoneKeepsTheLastPlaceFromANewNote) {
     EXPECT_FALSE(desk.store.create(kMaxNotes, notes.back())) << "no start would find it";
     EXPECT_FALSE(desk.store.set(kMaxNotes, notes.back(), {NoteField::Titolo}));
     EXPECT_EQ(desk.told, 2);
-    desk.store.finishRemovals(pointersTo(notes), desk.global);
+    desk.store.settle(pointersTo(notes), desk.global);
     EXPECT_TRUE(desk.store.set(kMaxNotes, notes.back(), everyField()));
     NoteRecord loaded;
     ASSERT_TRUE(desk.store.load(kMaxNotes, loaded, desk.global));
@@ -270,11 +270,7 @@ TEST(RemoveNoteFromRegistry, RewritesTheSettingsFromMemoryAndLeavesOthers) {
 
 TEST(RemoveNoteFromRegistry, LeavesNoEmptyNoteWhereTheCountCannotBeWritten) {
     Removal removal(true, 3, 1);
-    Settings& settings = removal.desk.store.registry.settings;
-    const auto inner = settings.set;
-    settings.set = [inner](TextView section, std::span<const KeyText> values) {
-        return section != u"setting" && inner(section, values);
-    };
+    removal.desk.settings.writeProtected.insert(u"setting");
     EXPECT_FALSE(removal.run());
     EXPECT_EQ(removal.desk.told, 1);
     EXPECT_EQ(removal.desk.settings.text(u"setting", u"count"), u"3");
@@ -316,8 +312,8 @@ TEST(ResumedRemoval, IsDoneByTheNextStart) {
                 std::vector<NoteRecord> notes = startOver(removal.desk);
                 if (notes.size() == static_cast<std::size_t>(total)) return;
                 EXPECT_EQ(notes, removal.remaining);
-                if (!removal.desk.store.sectionPlaces.unfinished) return;
-                removal.desk.store.finishRemovals(pointersTo(notes), removal.desk.global);
+                if (removal.desk.settings.text(u"setting", u"places") == u"(none)") return;
+                removal.desk.store.settle(pointersTo(notes), removal.desk.global);
                 removal.expectDense();
                 ++resumed;
             });
@@ -335,7 +331,7 @@ TEST(ResumedRemoval, ThatIsEndedAgainIsDoneByTheStartAfterThat) {
             if (notes.size() != removal.remaining.size()) return;
             removal.desk.changes->endAt = at;
             try {
-                removal.desk.store.finishRemovals(pointersTo(notes), removal.desk.global);
+                removal.desk.store.settle(pointersTo(notes), removal.desk.global);
             } catch (const ProgramEnd&) {
                 EXPECT_EQ(startOver(removal.desk), removal.remaining) << "and then at " << at;
                 continue;
@@ -353,7 +349,7 @@ TEST(ResumedRemoval, ThatIsRefusedKeepsEveryNoteAndWhatIsDoneToIt) {
             std::vector<NoteRecord> notes = startOver(removal.desk);
             if (notes.size() != removal.remaining.size()) return;
             removal.desk.changes->failAt = at;
-            removal.desk.store.finishRemovals(pointersTo(notes), removal.desk.global);
+            removal.desk.store.settle(pointersTo(notes), removal.desk.global);
             const bool reached = removal.desk.changes->made > at;
             removal.desk.changes->failAt = -1;
             for (std::size_t i = 0; i < notes.size(); ++i) {
@@ -385,7 +381,7 @@ TEST(ResumedRemoval, LeavesNotesThatCannotBeReadWhereTheyAre) {
     removal.desk.settings.locked = {u"kardel-3", u"kardel-4"};
     std::vector<NoteRecord> notes = startOver(removal.desk);
     ASSERT_EQ(notes.size(), 3U);
-    removal.desk.store.finishRemovals(pointersTo(notes), removal.desk.global);
+    removal.desk.store.settle(pointersTo(notes), removal.desk.global);
     removal.desk.settings.locked.clear();
     EXPECT_EQ(startOver(removal.desk), removal.remaining);
 }
@@ -395,7 +391,7 @@ TEST(ResumedRemoval, TwoEqualNotesOfTheUserAreNone) {
     std::vector<NoteRecord> notes(2, sampleNotes(1).front());
     desk.createAll(notes);
     std::vector<NoteRecord> found = startOver(desk);
-    desk.store.finishRemovals(pointersTo(found), desk.global);
+    desk.store.settle(pointersTo(found), desk.global);
     EXPECT_EQ(found.size(), 2U);
     EXPECT_EQ(desk.changes->made, 0);
 }
@@ -425,8 +421,8 @@ TEST(RemoveNoteFromFiles, ErasesTheDeletedText) {
 
 TEST(RemoveNoteFromFiles, DropsBodiesThatNobodyPointsTo) {
     Removal removal(false, 3, 1);
-    removal.desk.store.files.WriteMemo(0, u"orphan");
-    removal.desk.store.files.WriteMemo(0, u"orphan");
+    EXPECT_TRUE(removal.desk.dataFiles().WriteMemo(0, u"orphan").done);
+    EXPECT_TRUE(removal.desk.dataFiles().WriteMemo(0, u"orphan").done);
     EXPECT_TRUE(removal.run());
     removal.expectDense();
 }

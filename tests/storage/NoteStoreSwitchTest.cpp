@@ -24,14 +24,14 @@ std::vector<NoteRecord> randomNotes(int count, unsigned seed) {
 /// What the user does between the switch and the restart: edits, a new note, a deletion.
 void live(Desk& desk, std::vector<NoteRecord>& notes) {
     notes[0].Nota = u"edited after the switch";
-    desk.store.set(1, notes[0], {NoteField::Nota});
+    EXPECT_TRUE(desk.store.set(1, notes[0], {NoteField::Nota}));
     notes[1].x = 4711;
-    desk.store.set(2, notes[1], {NoteField::X});
+    EXPECT_TRUE(desk.store.set(2, notes[1], {NoteField::X}));
     NoteRecord fresh;
     fresh.Titolo = u"made after the switch";
     fresh.backcolor = kDesignColor;
     notes.push_back(fresh);
-    desk.store.create(static_cast<int>(notes.size()), notes.back());
+    EXPECT_TRUE(desk.store.create(static_cast<int>(notes.size()), notes.back()));
     notes.erase(notes.begin() + 2);
     const std::vector<NoteRecord*> remaining = pointersTo(notes);
     desk.store.remove(3, remaining, desk.global);
@@ -43,8 +43,7 @@ TEST(SwitchToFiles, BringsEveryNoteOver) {
     Desk desk(true);
     std::vector<NoteRecord> notes = randomNotes(kMaxNotes, 31);
     desk.createAll(notes);
-    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
-    EXPECT_TRUE(desk.store.switchPending);
+    EXPECT_TRUE(desk.toFiles(notes));
     EXPECT_EQ(desk.told, 0);
     EXPECT_EQ(desk.file(kMemoFile).size(), kMaxNotes * kMemoLength);
     desk.open(false);
@@ -57,7 +56,7 @@ TEST(SwitchToFiles, LeavesNothingOfOlderFiles) {
     desk.file(kMemoFile) = std::string(9 * kMemoLength, 'x');
     std::vector<NoteRecord> notes = sampleNotes(2);
     desk.createAll(notes);
-    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
+    EXPECT_TRUE(desk.toFiles(notes));
     desk.open(false);
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
 }
@@ -66,8 +65,7 @@ TEST(SwitchToFiles, WhatIsChangedUntilTheRestartIsThereAfterIt) {
     Desk desk(true);
     std::vector<NoteRecord> notes = sampleNotes(4);
     desk.createAll(notes);
-    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
-    desk.global.UseRegistry = false;
+    EXPECT_TRUE(desk.toFiles(notes));
     live(desk, notes);
     EXPECT_EQ(desk.told, 0);
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));  // the store in force
@@ -76,16 +74,20 @@ TEST(SwitchToFiles, WhatIsChangedUntilTheRestartIsThereAfterIt) {
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
 }
 
-TEST(SwitchToFiles, TextThatDoesNotFitIsToldOnceAndTheSectionsKept) {
+TEST(SwitchToFiles, IsRefusedWhileATextDoesNotFitAndWritesNothing) {
     for (const bool tooLong : {true, false}) {
         Desk desk(true);
         std::vector<NoteRecord> notes = sampleNotes(3);
         notes[0].Nota = tooLong ? Text(1025, u'x') : Text(u"\u0416");
         notes[2].Titolo = tooLong ? Text(129, u'x') : Text(u"\u0416");
         desk.createAll(notes);
-        EXPECT_FALSE(desk.store.switchToFiles(pointersTo(notes)));
+        desk.settings.put(u"setting", u"UseRegistry", u"True");
+        desk.changes->made = 0;
+        EXPECT_FALSE(desk.toFiles(notes));
         EXPECT_EQ(desk.told, 1);
-        EXPECT_TRUE(desk.store.switchPending);
+        EXPECT_EQ(desk.changes->made, 0);
+        EXPECT_EQ(desk.settings.text(u"setting", u"UseRegistry"), u"True");
+        EXPECT_TRUE(desk.global.UseRegistry);
         EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
     }
 }
@@ -97,8 +99,7 @@ TEST(SwitchToFiles, ThatFailsAnywhereLeavesTheRegistryInForce) {
         desk.createAll(notes);
         desk.changes->made = 0;
         desk.changes->failAt = at;
-        EXPECT_FALSE(desk.store.switchToFiles(pointersTo(notes)));
-        EXPECT_FALSE(desk.store.switchPending);
+        EXPECT_FALSE(desk.toFiles(notes));
         EXPECT_EQ(desk.told, 1);
         EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
     }
@@ -111,9 +112,9 @@ TEST(SwitchToFiles, ReadsAgainANoteThatCouldNotBeRead) {
     std::vector<NoteRecord> shown = notes;
     shown[1] = NoteRecord();
     shown[1].readOnly = true;
-    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(shown)));
+    EXPECT_TRUE(desk.toFiles(shown));
     desk.settings.locked.insert(u"kardel-2");
-    EXPECT_FALSE(desk.store.switchToFiles(pointersTo(shown)));
+    EXPECT_FALSE(desk.toFiles(shown));
     desk.open(false);
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
 }
@@ -121,7 +122,8 @@ TEST(SwitchToFiles, ReadsAgainANoteThatCouldNotBeRead) {
 TEST(SwitchToFiles, WithoutAnyNoteLeavesNoRecords) {
     Desk desk(true);
     desk.file(kNoteFile) = std::string(kRecordLength, 'x');
-    EXPECT_TRUE(desk.store.switchToFiles({}));
+    std::vector<NoteRecord> none;
+    EXPECT_TRUE(desk.toFiles(none));
     EXPECT_FALSE(desk.hasFile(kNoteFile));
     EXPECT_FALSE(desk.hasFile(kMemoFile));
 }
@@ -135,7 +137,7 @@ TEST(SwitchToRegistry, BringsEveryNoteOver) {
     desk.settings.put(u"kardel-3", u"interval", u"stale");
     desk.settings.put(u"setting", u"ImportDAT", u"1");
     desk.global.EasyAlign = true;
-    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    EXPECT_TRUE(desk.toRegistry(notes));
     EXPECT_EQ(desk.settings.text(u"setting", u"count"), u"50");
     EXPECT_EQ(desk.settings.text(u"setting", u"UseRegistry"), u"True");
     EXPECT_EQ(desk.settings.text(u"setting", u"EasyAlign"), u"True");
@@ -149,8 +151,7 @@ TEST(SwitchToRegistry, WhatIsChangedUntilTheRestartIsThereAfterIt) {
     Desk desk(false);
     std::vector<NoteRecord> notes = sampleNotes(4);
     desk.createAll(notes);
-    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
-    desk.global.UseRegistry = true;
+    EXPECT_TRUE(desk.toRegistry(notes));
     live(desk, notes);
     EXPECT_EQ(desk.told, 0);
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
@@ -168,7 +169,7 @@ TEST(SwitchToRegistry, EndedAtAnyPointTheNextStartFindsEveryNote) {
         desk.changes->endAt = at;
         bool ended = false;
         try {
-            desk.store.switchToRegistry(pointersTo(notes), desk.global);
+            desk.toRegistry(notes);
         } catch (const ProgramEnd&) {
             ended = true;
         }
@@ -185,9 +186,8 @@ TEST(SwitchToRegistry, ThatFailsAnywhereNeverTakesForce) {
         desk.createAll(notes);
         desk.changes->made = 0;
         desk.changes->failAt = at;
-        const bool done = desk.store.switchToRegistry(pointersTo(notes), desk.global);
+        const bool done = desk.toRegistry(notes);
         EXPECT_EQ(done, desk.changes->made <= at) << at;
-        EXPECT_EQ(desk.store.switchPending, done);
         EXPECT_EQ(desk.told, done ? 0 : 1);
         desk.open(ParseBool(desk.settings.text(u"setting", u"UseRegistry")));
         EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes)) << at;
@@ -202,10 +202,10 @@ TEST(SwitchToRegistry, RefusesWhileANoteCannotBeRead) {
     notes[1] = NoteRecord();
     notes[1].readOnly = true;
     desk.folder.locked.insert(Text(kNoteFile));
-    EXPECT_FALSE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    EXPECT_FALSE(desk.toRegistry(notes));
     EXPECT_EQ(desk.settings.text(u"setting", u"defaultwidth"), u"3000");
     desk.folder.locked.clear();
-    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    EXPECT_TRUE(desk.toRegistry(notes));
     EXPECT_EQ(desk.settings.text(u"kardel-2", u"Titolo"), u"Title 2");
 }
 
@@ -215,7 +215,7 @@ TEST(SwitchBack, ToTheRegistryInForceCreatesNoFiles) {
     Desk desk(true);
     std::vector<NoteRecord> notes = sampleNotes(3);
     desk.createAll(notes);
-    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
+    EXPECT_TRUE(desk.toRegistry(notes));
     EXPECT_TRUE(desk.folder.content.empty());
     desk.open(true);
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
@@ -232,7 +232,7 @@ TEST(SwitchBack, ToTheRegistryInForceIsSafeAtEveryPointAndKeepsOtherSettings) {
         desk.changes->endAt = at;
         bool ended = false;
         try {
-            desk.store.switchToRegistry(pointersTo(notes), desk.global);
+            desk.toRegistry(notes);
         } catch (const ProgramEnd&) {
             ended = true;
         }
@@ -245,29 +245,30 @@ TEST(SwitchBack, ToTheRegistryInForceIsSafeAtEveryPointAndKeepsOtherSettings) {
     }
 }
 
-TEST(SwitchBack, EndsThePendingSwitch) {
-    Desk desk(true);
-    std::vector<NoteRecord> notes = sampleNotes(3);
-    desk.createAll(notes);
-    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
-    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
-    EXPECT_FALSE(desk.store.switchPending);
-    const auto files = desk.folder.content;
-    notes[0].x = 1;
-    desk.store.set(1, notes[0], {NoteField::X});
-    EXPECT_EQ(desk.folder.content, files);
+TEST(SwitchBack, KeepsBothStoresInStepUntilTheEnd) {
+    for (const bool useRegistry : {true, false}) {
+        Desk desk(useRegistry);
+        std::vector<NoteRecord> notes = sampleNotes(4);
+        desk.createAll(notes);
+        ASSERT_TRUE(useRegistry ? desk.toFiles(notes) : desk.toRegistry(notes));
+        ASSERT_TRUE(useRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+        EXPECT_EQ(desk.settings.text(u"setting", u"UseRegistry"), boolText(useRegistry));
+        live(desk, notes);
+        EXPECT_EQ(desk.told, 0);
+        for (const bool next : {true, false}) {
+            desk.open(next);
+            EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes)) << useRegistry << next;
+        }
+    }
 }
 
-TEST(SwitchBack, ToTheFilesInForceLeavesNoCountForAnImport) {
+TEST(SwitchBack, ToTheFilesInForceIsFollowedByNoImport) {
     Desk desk(false);
     std::vector<NoteRecord> notes = sampleNotes(1);
     desk.createAll(notes);
-    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(notes), desk.global));
-    const auto files = desk.folder.content;
-    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(notes)));
-    EXPECT_FALSE(desk.store.switchPending);
-    EXPECT_EQ(desk.settings.text(u"setting", u"count"), u"(none)");
-    EXPECT_EQ(desk.folder.content, files);
+    EXPECT_TRUE(desk.toRegistry(notes));
+    EXPECT_TRUE(desk.toFiles(notes));
+    EXPECT_EQ(desk.settings.text(u"setting", u"ImportDAT"), u"1");
 }
 
 TEST(RoundTrip, FilesToRegistryToFilesKeepsFiftyFullNotes) {
@@ -277,11 +278,11 @@ TEST(RoundTrip, FilesToRegistryToFilesKeepsFiftyFullNotes) {
     desk.createAll(made);
     desk.open(false);
     std::vector<NoteRecord> inFiles = desk.loadAll();
-    EXPECT_TRUE(desk.store.switchToRegistry(pointersTo(inFiles), desk.global));
+    EXPECT_TRUE(desk.toRegistry(inFiles));
     desk.folder.content.clear();
     desk.open(true);
     std::vector<NoteRecord> inRegistry = desk.loadAll();
-    EXPECT_TRUE(desk.store.switchToFiles(pointersTo(inRegistry)));
+    EXPECT_TRUE(desk.toFiles(inRegistry));
     desk.settings.content.clear();
     desk.open(false);
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
@@ -307,8 +308,8 @@ struct ImportDesk {
 
 TEST(Import, CopiesTheRegistrysNotesIntoNewFiles) {
     ImportDesk import(12);
-    EXPECT_TRUE(import.desk.store.importRegistryNotes(12));
-    EXPECT_EQ(import.desk.store.header.count, 12);
+    EXPECT_EQ(import.desk.import(12), Imported::Done);
+    EXPECT_EQ(import.desk.headerCount(), 12);
     EXPECT_EQ(import.found(), storeFree(import.notes));
     EXPECT_EQ(import.desk.file(kMemoFile).size(), 12 * kMemoLength);
 }
@@ -318,22 +319,22 @@ TEST(Import, KeepsTheAlarmsOfEveryKind) {
     std::vector<NoteRecord> notes = randomNotes(kMaxNotes, 41);
     desk.createAll(notes);
     desk.open(false);
-    EXPECT_TRUE(desk.store.importRegistryNotes(kMaxNotes));
+    EXPECT_EQ(desk.import(kMaxNotes), Imported::Done);
     desk.open(false);
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
 }
 
 TEST(Import, OfAnAbsurdCountStopsAtFifty) {
     ImportDesk import(2);
-    EXPECT_TRUE(import.desk.store.importRegistryNotes(999999999));
-    EXPECT_EQ(import.desk.store.header.count, 50);
+    EXPECT_EQ(import.desk.import(999999999), Imported::Done);
+    EXPECT_EQ(import.desk.headerCount(), 50);
     EXPECT_EQ(import.desk.file(kNoteFile).size(), 50 * kRecordLength);
 }
 
 TEST(Import, OfNothingIsNone) {
     ImportDesk import(1);
-    EXPECT_FALSE(import.desk.store.importRegistryNotes(0));
-    EXPECT_FALSE(import.desk.store.importRegistryNotes(-5));
+    EXPECT_EQ(import.desk.import(0), Imported::Nothing);
+    EXPECT_EQ(import.desk.import(-5), Imported::Nothing);
     EXPECT_FALSE(import.desk.hasFile(kNoteFile));
 }
 
@@ -341,9 +342,9 @@ TEST(Import, ReplacesAnEmptyFirstNote) {
     ImportDesk import(3);
     NoteRecord empty;
     ClearNoteRecord(empty);
-    import.desk.store.files.WriteMemo(1, u"");
-    import.desk.store.files.PutNoteRecord(1, empty);
-    EXPECT_TRUE(import.desk.store.importRegistryNotes(3));
+    EXPECT_TRUE(import.desk.dataFiles().WriteMemo(1, u"").done);
+    EXPECT_TRUE(import.desk.dataFiles().PutNoteRecord(1, empty));
+    EXPECT_EQ(import.desk.import(3), Imported::Done);
     EXPECT_EQ(import.found(), storeFree(import.notes));
 }
 
@@ -357,7 +358,7 @@ struct ImportBehindANote : testing::Test {
         first.Titolo = u"the user's own";
         first.Nota = u"with a body";
         first.backcolor = 255;
-        into.desk.store.create(1, first);
+        EXPECT_TRUE(into.desk.store.create(1, first));
         into.desk.changes->made = 0;
     }
     std::vector<NoteRecord> all() {
@@ -368,14 +369,17 @@ struct ImportBehindANote : testing::Test {
 };
 
 TEST_F(ImportBehindANote, AddsTheRegistrysNotes) {
-    EXPECT_TRUE(import.desk.store.importRegistryNotes(3));
-    EXPECT_EQ(import.desk.store.header.count, 4);
+    EXPECT_EQ(import.desk.import(3), Imported::Done);
+    EXPECT_EQ(import.desk.headerCount(), 4);
     EXPECT_EQ(import.found(), all());
 }
 
-TEST_F(ImportBehindANote, StopsAtFiftyInAll) {
-    EXPECT_TRUE(import.desk.store.importRegistryNotes(50));
-    EXPECT_EQ(import.desk.store.header.count, 50);
+TEST_F(ImportBehindANote, IsRefusedWhereOneOfFiftyWouldHaveToGo) {
+    const auto before = import.desk.folder.content;
+    EXPECT_EQ(import.desk.import(50), Imported::Refused);
+    EXPECT_EQ(import.desk.folder.content, before);
+    EXPECT_EQ(import.desk.import(49), Imported::Done);
+    EXPECT_EQ(import.desk.headerCount(), 50);
     EXPECT_EQ(import.found().at(0), storeFree(first));
 }
 
@@ -384,9 +388,9 @@ TEST_F(ImportBehindANote, EndedAtAnyPointLosesNothingAndIsDoneAgain) {
         ImportDesk again(3);
         seed(again);
         again.desk.changes->endAt = at;
-        EXPECT_THROW(again.desk.store.importRegistryNotes(3), ProgramEnd);
+        EXPECT_THROW(again.desk.import(3), ProgramEnd);
         EXPECT_EQ(again.found(), (std::vector<NoteRecord>{storeFree(first)})) << at;
-        EXPECT_TRUE(again.desk.store.importRegistryNotes(3));
+        EXPECT_EQ(again.desk.import(3), Imported::Done);
         EXPECT_EQ(again.found(), all()) << at;
     }
 }
@@ -397,9 +401,9 @@ TEST_F(ImportBehindANote, FailedAnywhereLeavesTheFilesAsTheyWere) {
         seed(again);
         const auto before = again.desk.folder.content;
         again.desk.changes->failAt = at;
-        EXPECT_FALSE(again.desk.store.importRegistryNotes(3)) << at;
+        EXPECT_EQ(again.desk.import(3), Imported::Refused) << at;
         EXPECT_EQ(again.desk.folder.content, before) << at;
-        EXPECT_EQ(again.desk.store.header.count, 1);
+        EXPECT_EQ(again.desk.headerCount(), 1);
     }
 }
 
@@ -407,9 +411,9 @@ TEST(Import, EndedAtAnyPointIsDoneAgainWithoutDoubles) {
     for (int at = 0; at < 3; ++at) {
         ImportDesk import(3);
         import.desk.changes->endAt = at;
-        EXPECT_THROW(import.desk.store.importRegistryNotes(3), ProgramEnd);
+        EXPECT_THROW(import.desk.import(3), ProgramEnd);
         import.desk.open(false);
-        EXPECT_TRUE(import.desk.store.importRegistryNotes(3));
+        EXPECT_EQ(import.desk.import(3), Imported::Done);
         EXPECT_EQ(import.found(), storeFree(import.notes)) << at;
     }
 }
@@ -418,7 +422,7 @@ TEST(Import, FailedAnywhereLeavesNoFiles) {
     for (int at = 0; at < 3; ++at) {
         ImportDesk import(3);
         import.desk.changes->failAt = at;
-        EXPECT_FALSE(import.desk.store.importRegistryNotes(3)) << at;
+        EXPECT_EQ(import.desk.import(3), Imported::Refused) << at;
         EXPECT_FALSE(import.desk.hasFile(kNoteFile)) << at;
         EXPECT_FALSE(import.desk.hasFile(kMemoFile)) << at;
     }
@@ -426,10 +430,9 @@ TEST(Import, FailedAnywhereLeavesNoFiles) {
 
 TEST(Import, ThatDoesNotReadBackIsNone) {
     ImportDesk import(3);
-    Files& files = import.desk.store.files.files;
-    const auto inner = files.read;
+    Files files = import.desk.folder.files();
     bool damaged = false;
-    files.read = [&](TextView name, std::uint64_t offset, std::size_t size) {
+    files.read = [&, inner = files.read](TextView name, std::uint64_t offset, std::size_t size) {
         ReadResult read = inner(name, offset, size);
         // The medium returns one wrong byte of the last body.
         if (name == kMemoFile && read.bytes.size() == 3 * kMemoLength) {
@@ -438,18 +441,21 @@ TEST(Import, ThatDoesNotReadBackIsNone) {
         }
         return read;
     };
-    EXPECT_FALSE(import.desk.store.importRegistryNotes(3));
+    FileStore store(files, westernPage());
+    ASSERT_EQ(store.readHeader(false), IoStatus::Done);
+    const RegistryStore registry(import.desk.settings.settings(), englishWeekdayKeys());
+    EXPECT_EQ(importRegistryNotes(store, registry, 3), Imported::Refused);
     EXPECT_TRUE(damaged);
-    EXPECT_EQ(import.desk.store.header.count, 1);
+    EXPECT_EQ(import.desk.headerCount(), 1);
 }
 
 TEST(Import, WaitsWhileASectionOrTheFilesCannotBeRead) {
     ImportDesk import(3);
     import.desk.settings.locked.insert(u"kardel-2");
-    EXPECT_FALSE(import.desk.store.importRegistryNotes(3));
+    EXPECT_EQ(import.desk.import(3), Imported::Refused);
     import.desk.settings.locked.clear();
     import.desk.folder.locked.insert(Text(kNoteFile));
-    EXPECT_FALSE(import.desk.store.importRegistryNotes(3));
+    EXPECT_EQ(import.desk.import(3), Imported::Refused);
     EXPECT_EQ(import.desk.changes->made, 0);
 }
 
@@ -459,8 +465,7 @@ TEST(Import, OfATextThatDoesNotFitIsTold) {
     notes[1].Nota = Text(1100, u'x');
     desk.createAll(notes);
     desk.open(false);
-    EXPECT_TRUE(desk.store.importRegistryNotes(2));
-    EXPECT_EQ(desk.told, 1);
+    EXPECT_EQ(desk.import(2), Imported::DoneCut);
     EXPECT_EQ(desk.settings.text(u"kardel-2", u"Nota"), notes[1].Nota);
     desk.open(false);
     EXPECT_EQ(desk.loadAll().at(1).Nota, Text(1024, u'x'));

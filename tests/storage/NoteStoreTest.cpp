@@ -129,8 +129,9 @@ TEST_P(EitherStore, ANoteThatCannotBeReadIsNeverWrittenBack) {
     desk.folder.locked.clear();
     desk.settings.locked.clear();
     const int before = desk.changes->made;
-    desk.store.set(2, note, {kTitle, kBody});
-    desk.store.set(2, note, everyField());
+    EXPECT_FALSE(desk.store.set(2, note, {kTitle, kBody}));
+    EXPECT_FALSE(desk.store.set(2, note, everyField()));
+    EXPECT_EQ(desk.told, 0) << "the caller says so";
     EXPECT_EQ(desk.changes->made, before);
     EXPECT_EQ(load(2), storeFree(notes[1]));
 }
@@ -392,9 +393,9 @@ TEST_F(InFiles, TheBodyIsWrittenBeforeTheRecordThatPointsToIt) {
         desk.changes->made = 0;
         desk.changes->endAt = endAt;
         NoteRecord second = sampleNotes(2)[1];
-        EXPECT_THROW(desk.store.create(2, second), ProgramEnd);
+        EXPECT_THROW(static_cast<void>(desk.store.create(2, second)), ProgramEnd);
         desk.open(false);
-        const bool recorded = desk.store.files.noteRecords().bytes == 2;
+        const bool recorded = desk.dataFiles().noteRecords().bytes == 2;
         EXPECT_EQ(recorded, endAt == 2);
         EXPECT_EQ(load(2).Nota, recorded ? second.Nota : Text());
         EXPECT_EQ(load(1).Nota, u"Body 1\r\nsecond line");
@@ -406,7 +407,9 @@ TEST_F(InFiles, ANewNoteTakesNoHeedOfLeftOverRecords) {
     made(3);
     setMemo(2, 4);
     setMemo(3, 5);
-    desk.store.header.count = 1;  // what a deletion that was interrupted may leave
+    // What a deletion that was interrupted may leave.
+    desk.file(kHeaderFile) = encodeHeader({1, 0, kProgramVersion});
+    desk.open(false);
     NoteRecord second = sampleNotes(2)[1];
     EXPECT_TRUE(desk.store.create(2, second));
     EXPECT_EQ(memoNumber(2), 4);

@@ -4,6 +4,7 @@
 #include <ostream>
 #include <random>
 
+#include "storage/Import.h"
 #include "storage/NoteStore.h"
 #include "support/Number.h"
 #include "tests/storage/MemoryFiles.h"
@@ -96,50 +97,61 @@ inline NoteRecord randomNote(Dice& dice, const CodePage& page) {
     return note;
 }
 
-/// Both stores in memory with a gateway over them. `restarted` is the same stores seen by the next start.
+/// Both stores in memory with a gateway over them. `open` is what the next start does with the same stores.
 struct Desk {
     MemoryFiles folder;
     MemorySettings settings;
     SharedChanges changes = std::make_shared<Changes>();
     GlobalSettings global;
     NoteStore store;
+    CodePage page;
     int told = 0;  ///< how often the user was told that a save failed
 
-    explicit Desk(bool useRegistry, const CodePage& page = westernPage()) { open(useRegistry, page); }
+    explicit Desk(bool useRegistry, const CodePage& codePage = westernPage()) { open(useRegistry, codePage); }
     Desk(const Desk&) = delete;
     Desk& operator=(const Desk&) = delete;
 
+    StoreParts parts() { return {settings.settings(), englishWeekdayKeys(), folder.files(), page}; }
+    /// The files, and the sections of the registry, past the gateway.
+    DataFiles dataFiles() { return {folder.files(), page}; }
+    RegistryNotes sections() { return {settings.settings(), englishWeekdayKeys()}; }
+
     /// A program that starts over these stores.
-    void open(bool useRegistry, const CodePage& page = westernPage()) {
+    void open(bool useRegistry, const CodePage& codePage = westernPage()) {
+        page = codePage;
         changes = std::make_shared<Changes>();
         folder.changes = changes;
         settings.changes = changes;
         told = 0;
-        store = NoteStore();
-        store.UseRegistry = useRegistry;
+        store = NoteStore(parts());
         global.UseRegistry = useRegistry;
-        store.registry = {settings.settings(), englishWeekdayKeys()};
-        store.files = {folder.files(), page};
         store.saveFailed = [this] { ++told; };
-        bool existed = false;
-        store.files.ReadHeader(store.header, useRegistry, existed);
+        store.begin(useRegistry ? StoreKind::Registry : StoreKind::Files);
         changes->made = 0;
+    }
+
+    /// The number of notes in the header of the local files.
+    int headerCount() {
+        DataHeader header;
+        decodeHeader(file(kHeaderFile), header);
+        return header.count;
     }
 
     /// The number of notes that a start over these stores finds.
     int count() {
-        if (store.UseRegistry) {
+        if (store.kind() == StoreKind::Registry) {
             const Text* const stored = settings.find(u"setting", u"count");
-            return stored == nullptr ? 1 : std::max(1, static_cast<int>(leadingInt32(*stored)));
+            const int counted = stored == nullptr ? 1 : std::max(1, static_cast<int>(leadingInt32(*stored)));
+            const auto places = parsePlaces(settings.text(u"setting", u"places"), counted);
+            return places ? static_cast<int>(places->moved.size()) : counted;
         }
-        const LengthResult records = store.files.noteRecords();
+        const LengthResult records = dataFiles().noteRecords();
         if (records.status != IoStatus::Done) return 1;
-        return std::min(static_cast<int>(store.header.count), static_cast<int>(records.bytes));
+        return std::min(headerCount(), static_cast<int>(records.bytes));
     }
 
     std::vector<NoteRecord> loadAll() {
-        const int found = store.resumeRemoval(std::clamp(count(), 0, kMaxNotes));
-        std::vector<NoteRecord> notes(static_cast<std::size_t>(found));
+        std::vector<NoteRecord> notes(static_cast<std::size_t>(std::clamp(count(), 0, kMaxNotes)));
         for (std::size_t i = 0; i < notes.size(); ++i)
             store.load(static_cast<int>(i) + 1, notes[i], global);
         return notes;
@@ -147,7 +159,16 @@ struct Desk {
 
     void createAll(std::vector<NoteRecord>& notes) {
         for (std::size_t i = 0; i < notes.size(); ++i)
-            store.create(static_cast<int>(i) + 1, notes[i]);
+            static_cast<void>(store.create(static_cast<int>(i) + 1, notes[i]));
+    }
+
+    bool toFiles(std::vector<NoteRecord>& notes);
+    bool toRegistry(std::vector<NoteRecord>& notes);
+    Imported import(int registryCount) {
+        FileStore files(folder.files(), page);
+        static_cast<void>(files.readHeader(true));
+        const RegistryStore registry(settings.settings(), englishWeekdayKeys());
+        return importRegistryNotes(files, registry, registryCount);
     }
 
     std::string& file(TextView name) { return folder.content[Text(name)]; }
@@ -159,6 +180,14 @@ inline std::vector<NoteRecord*> pointersTo(std::vector<NoteRecord>& notes) {
     for (NoteRecord& note : notes)
         pointers.push_back(&note);
     return pointers;
+}
+
+inline bool Desk::toFiles(std::vector<NoteRecord>& notes) {
+    return store.switchTo(StoreKind::Files, pointersTo(notes), global) == Switched::Done;
+}
+
+inline bool Desk::toRegistry(std::vector<NoteRecord>& notes) {
+    return store.switchTo(StoreKind::Registry, pointersTo(notes), global) == Switched::Done;
 }
 
 /// The note without what only one of the stores knows, for comparing across them.

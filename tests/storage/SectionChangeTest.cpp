@@ -52,7 +52,7 @@ TEST_F(SectionChange, EndedAnywhereReadsAsBeforeOrAsAfterAndIsFinishedByThatRead
         other.changes->endAt = end;
         bool ended = false;
         try {
-            changeSection(other.settings(), kSection, changes);
+            static_cast<void>(changeSection(other.settings(), kSection, changes));
         } catch (const ProgramEnd&) {
             ended = true;
         }

@@ -59,6 +59,14 @@ float below(float limit) {
     return std::nextafter(limit, 0.0F);
 }
 
+/// An upgrade that has nothing damaged to copy.
+Upgraded upgrade(const DataFiles& data) {
+    std::vector<Text> copies;
+    const Upgraded upgraded = UpgradeDataFiles(data, copies);
+    EXPECT_TRUE(copies.empty());
+    return upgraded;
+}
+
 const Layout kLayouts[] = {
     {-1.0F, 195, u"KARDEL121.DAT"},   {0.0F, 195, u"KARDEL121.DAT"},         {0.5F, 195, u"KARDEL121.DAT"},
     {1.2099F, 195, u"KARDEL121.DAT"}, {below(1.21F), 195, u"KARDEL121.DAT"}, {1.21F, 197, u"KARDEL122.DAT"},
@@ -69,7 +77,7 @@ TEST(UpgradeDataFiles, RewritesEveryOlderLayoutByteForByte) {
     for (const Layout& layout : kLayouts) {
         OldFiles old;
         old.seed(layout.version, layout.length, 4);
-        EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done) << layout.version;
+        EXPECT_EQ(upgrade(old.data), Upgraded::Done) << layout.version;
         EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(layout.length, 4)) << layout.version;
         EXPECT_EQ(old.file(kHeaderFile), encodeHeader({4, 0, kProgramVersion}));
         EXPECT_EQ(old.file(kMemoFile), std::string(4 * kMemoLength, 'm'));
@@ -82,7 +90,7 @@ TEST(UpgradeDataFiles, LeavesThePresentLayoutAlone) {
         OldFiles files;
         files.seed(version, kRecordLength, 3);
         const auto before = files.folder.content;
-        EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+        EXPECT_EQ(upgrade(files.data), Upgraded::NotNeeded);
         EXPECT_EQ(files.folder.content, before);
         EXPECT_EQ(files.folder.changes->made, 0);
     }
@@ -91,7 +99,7 @@ TEST(UpgradeDataFiles, LeavesThePresentLayoutAlone) {
 TEST(UpgradeDataFiles, KeepsEachNotesBodyNumber) {
     OldFiles old;
     old.seed(1.2F, 195, 3);
-    UpgradeDataFiles(old.data);
+    upgrade(old.data);
     for (int number = 1; number <= 3; ++number) {
         NoteRecord note;
         old.data.GetNoteRecord(number, note);
@@ -102,7 +110,7 @@ TEST(UpgradeDataFiles, KeepsEachNotesBodyNumber) {
 TEST(UpgradeDataFiles, FileOfNoRecordsStaysEmptyAndGetsItsHeader) {
     OldFiles old;
     old.seed(1.2F, 195, 0);
-    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+    EXPECT_EQ(upgrade(old.data), Upgraded::Done);
     EXPECT_TRUE(old.has(kNoteFile));
     EXPECT_EQ(old.file(kNoteFile), "");
     EXPECT_EQ(old.file(kHeaderFile), encodeHeader({0, 0, kProgramVersion}));
@@ -111,10 +119,10 @@ TEST(UpgradeDataFiles, FileOfNoRecordsStaysEmptyAndGetsItsHeader) {
 
 TEST(UpgradeDataFiles, CreatesNothingWhereThereIsNothing) {
     OldFiles none;
-    EXPECT_EQ(UpgradeDataFiles(none.data), Upgraded::NotNeeded);
+    EXPECT_EQ(upgrade(none.data), Upgraded::NotNeeded);
     EXPECT_TRUE(none.folder.content.empty());
     none.file(kHeaderFile) = encodeHeader({1, 0, 1.2F});
-    EXPECT_EQ(UpgradeDataFiles(none.data), Upgraded::NotNeeded);
+    EXPECT_EQ(upgrade(none.data), Upgraded::NotNeeded);
     EXPECT_FALSE(none.has(kNoteFile));
     EXPECT_EQ(none.file(kHeaderFile), encodeHeader({1, 0, kProgramVersion}));
 }
@@ -124,14 +132,14 @@ TEST(UpgradeDataFiles, HeaderThatCannotBeReadIsNoOldVersion) {
     files.seed(1.28F, kRecordLength, 3);
     files.file(kHeaderFile).resize(0);
     const auto before = files.folder.content;
-    EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+    EXPECT_EQ(upgrade(files.data), Upgraded::NotNeeded);
     EXPECT_EQ(files.folder.content, before);
     files.folder.locked.insert(Text(kHeaderFile));
-    EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+    EXPECT_EQ(upgrade(files.data), Upgraded::NotNeeded);
     EXPECT_EQ(files.folder.content, before);
 }
 
-TEST(UpgradeDataFiles, OldRecordsUnderAHeaderThatSaysNothingAreLeftAlone) {
+TEST(UpgradeDataFiles, OldRecordsUnderADamagedHeaderAreTakenFromTheLengthAndCopiedFirst) {
     for (const std::size_t length : {std::size_t{195}, std::size_t{197}, std::size_t{201}}) {
         const std::string noNumber = encodeHeader({4, 0, std::numeric_limits<float>::quiet_NaN()});
         for (const std::string& header : {std::string(), std::string("\4\0\0\0\0", 5), noNumber}) {
@@ -139,8 +147,14 @@ TEST(UpgradeDataFiles, OldRecordsUnderAHeaderThatSaysNothingAreLeftAlone) {
             old.seed(1.0F, length, 4);
             old.file(kHeaderFile) = header;
             const auto before = old.folder.content;
-            EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Failed);
-            EXPECT_EQ(old.folder.content, before);
+            std::vector<Text> copies;
+            EXPECT_EQ(UpgradeDataFiles(old.data, copies), Upgraded::Done);
+            EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(length, 4));
+            EXPECT_EQ(old.file(kHeaderFile), encodeHeader({4, 0, kProgramVersion}));
+            EXPECT_EQ(copies,
+                      (std::vector<Text>{u"KARDEL.DAT.damaged", u"KARDEL.HDR.damaged", u"MEMO.damaged"}));
+            EXPECT_EQ(old.file(u"KARDEL.DAT.damaged"), before.at(Text(kNoteFile)));
+            EXPECT_EQ(old.file(u"KARDEL.HDR.damaged"), header);
         }
     }
 }
@@ -149,7 +163,7 @@ TEST(UpgradeDataFiles, PresentRecordsUnderAnOldHeaderStayAsTheyAre) {
     OldFiles files;
     files.seed(1.2F, kRecordLength, 3);
     const std::string before = files.file(kNoteFile);
-    EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+    EXPECT_EQ(upgrade(files.data), Upgraded::NotNeeded);
     EXPECT_EQ(files.file(kNoteFile), before);
     EXPECT_EQ(files.file(kHeaderFile), encodeHeader({3, 0, kProgramVersion}));
 }
@@ -158,7 +172,7 @@ TEST(UpgradeDataFiles, ShortLastRecordIsNotDropped) {
     OldFiles old;
     old.seed(1.2F, 195, 3);
     old.file(kNoteFile).resize(2 * 195 + 100);
-    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+    EXPECT_EQ(upgrade(old.data), Upgraded::Done);
     EXPECT_EQ(old.file(kNoteFile).size(), 3 * kRecordLength);
 }
 
@@ -167,15 +181,43 @@ TEST(UpgradeDataFiles, LostHeaderBesideOldRecordsIsTakenFromTheLength) {
         OldFiles old;
         old.seed(1.0F, length, 4);
         old.folder.content.erase(Text(kHeaderFile));
-        EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+        EXPECT_EQ(upgrade(old.data), Upgraded::Done);
         EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(length, 4));
         EXPECT_EQ(old.file(kHeaderFile), encodeHeader({4, 0, kProgramVersion}));
     }
-    OldFiles odd;
-    odd.file(kNoteFile) = std::string(333, 'x');
-    const auto before = odd.folder.content;
-    EXPECT_EQ(UpgradeDataFiles(odd.data), Upgraded::Failed);
-    EXPECT_EQ(odd.folder.content, before);
+}
+
+TEST(UpgradeDataFiles, OfALengthThatFitsNoLayoutKeepsWholeRecordsAndACopyOfTheRest) {
+    for (const bool header : {false, true}) {
+        OldFiles odd;
+        const std::string found = std::string(kRecordLength, 'x') + std::string(88, 'y');
+        odd.file(kNoteFile) = found;
+        if (header) odd.file(kHeaderFile) = "damaged";
+        std::vector<Text> copies;
+        EXPECT_EQ(UpgradeDataFiles(odd.data, copies), Upgraded::Done);
+        EXPECT_EQ(odd.file(kNoteFile), std::string(kRecordLength, 'x'));
+        EXPECT_EQ(odd.file(kHeaderFile), encodeHeader({1, 0, kProgramVersion}));
+        EXPECT_EQ(odd.file(u"KARDEL.DAT.damaged"), found);
+        EXPECT_EQ(copies.size(), header ? 2U : 1U);
+        copies.clear();
+        EXPECT_EQ(UpgradeDataFiles(odd.data, copies), Upgraded::NotNeeded);
+        EXPECT_TRUE(copies.empty()) << "nobody is told twice";
+    }
+}
+
+TEST(UpgradeDataFiles, DamagedFilesAreLeftAloneUntilTheyAreCopied) {
+    for (int at = 0; at < 3; ++at) {
+        OldFiles odd;
+        odd.file(kNoteFile) = std::string(333, 'x');
+        odd.folder.changes->failAt = at;
+        std::vector<Text> copies;
+        EXPECT_EQ(UpgradeDataFiles(odd.data, copies), Upgraded::Failed) << at;
+        odd.folder.changes->failAt = -1;
+        EXPECT_EQ(UpgradeDataFiles(odd.data, copies), at == 2 ? Upgraded::NotNeeded : Upgraded::Done) << at;
+        EXPECT_EQ(odd.file(u"KARDEL.DAT.damaged"), std::string(333, 'x'));
+        EXPECT_EQ(copies.size(), 1U);
+        EXPECT_FALSE(odd.folder.content.contains(u"KARDEL.DAT.damaged2")) << "one copy serves";
+    }
 }
 
 TEST(UpgradeDataFiles, EndedAtAnyChangeTheNextStartFinishesIt) {
@@ -187,12 +229,12 @@ TEST(UpgradeDataFiles, EndedAtAnyChangeTheNextStartFinishesIt) {
             old.folder.changes->endAt = points;
             ended = false;
             try {
-                UpgradeDataFiles(old.data);
+                upgrade(old.data);
             } catch (const ProgramEnd&) {
                 ended = true;
             }
             old.folder.changes->endAt = -1;
-            EXPECT_NE(UpgradeDataFiles(old.data), Upgraded::Failed);
+            EXPECT_NE(upgrade(old.data), Upgraded::Failed);
             EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(layout.length, 4)) << points;
             EXPECT_EQ(old.file(kHeaderFile), encodeHeader({4, 0, kProgramVersion}));
             EXPECT_FALSE(old.has(layout.temporary));
@@ -208,14 +250,14 @@ TEST(UpgradeDataFiles, HeaderRewrittenOverALengthThatFitsBothLayoutsIsSeenByItsC
     ASSERT_EQ(old.file(kNoteFile).size() % kRecordLength, 0U);
     old.file(kHeaderFile) = encodeHeader({kNotes, 0, kProgramVersion});
     old.file(u"KARDEL121.DAT") = OldFiles::expected(195, kNotes);
-    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+    EXPECT_EQ(upgrade(old.data), Upgraded::Done);
     EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(195, kNotes));
 
     OldFiles present;
     present.seed(1.28F, kRecordLength, 39);
     present.file(u"KARDEL121.DAT") = OldFiles::expected(195, kNotes);
     const std::string before = present.file(kNoteFile);
-    EXPECT_EQ(UpgradeDataFiles(present.data), Upgraded::NotNeeded);
+    EXPECT_EQ(upgrade(present.data), Upgraded::NotNeeded);
     EXPECT_EQ(present.file(kNoteFile), before);
 }
 
@@ -225,7 +267,7 @@ TEST(UpgradeDataFiles, NewFileAloneUnderAnOldHeaderIsPutInPlaceOnce) {
     old.folder.content.erase(Text(kNoteFile));
     old.file(u"KARDEL121.DAT") = OldFiles::expected(195, 39);  // as long as 43 old records
     for (const Upgraded wanted : {Upgraded::Done, Upgraded::NotNeeded}) {
-        EXPECT_EQ(UpgradeDataFiles(old.data), wanted);
+        EXPECT_EQ(upgrade(old.data), wanted);
         EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(195, 39));
         EXPECT_EQ(old.file(kHeaderFile), encodeHeader({39, 0, kProgramVersion}));
     }
@@ -235,7 +277,7 @@ TEST(UpgradeDataFiles, LongerStaleTemporaryFileLeavesNothingBehind) {
     OldFiles old;
     old.seed(1.2F, 195, 2);
     old.file(u"KARDEL121.DAT") = std::string(9 * kRecordLength, 's');
-    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Done);
+    EXPECT_EQ(upgrade(old.data), Upgraded::Done);
     EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(195, 2));
 }
 
@@ -244,7 +286,7 @@ TEST(UpgradeDataFiles, StaleTemporaryFileNeverReplacesPresentNotes) {
     files.seed(1.28F, kRecordLength, 3);
     files.file(u"KARDEL121.DAT") = std::string(4 * kRecordLength, 's');
     const std::string before = files.file(kNoteFile);
-    EXPECT_EQ(UpgradeDataFiles(files.data), Upgraded::NotNeeded);
+    EXPECT_EQ(upgrade(files.data), Upgraded::NotNeeded);
     EXPECT_EQ(files.file(kNoteFile), before);
 }
 
@@ -252,7 +294,7 @@ TEST(UpgradeDataFiles, EmptyLeftOverBesideAnEmptyFileIsNothingToFinish) {
     OldFiles empty;
     empty.seed(kProgramVersion, kRecordLength, 0);
     empty.file(u"KARDEL122.DAT") = "";
-    EXPECT_EQ(UpgradeDataFiles(empty.data), Upgraded::NotNeeded);
+    EXPECT_EQ(upgrade(empty.data), Upgraded::NotNeeded);
     EXPECT_TRUE(empty.has(u"KARDEL122.DAT"));
 }
 
@@ -261,7 +303,7 @@ TEST(UpgradeDataFiles, RecordsThatCannotBeReadNowAreLeftAlone) {
     old.seed(1.22F, 201, 3);
     const auto before = old.folder.content;
     old.folder.locked.insert(Text(kNoteFile));
-    EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Failed);
+    EXPECT_EQ(upgrade(old.data), Upgraded::Failed);
     EXPECT_EQ(old.folder.content, before);
 }
 
@@ -270,8 +312,8 @@ TEST(UpgradeDataFiles, FailedChangeLeavesTheNotesReadable) {
         OldFiles old;
         old.seed(1.22F, 201, 3);
         old.folder.changes->failAt = point;
-        EXPECT_EQ(UpgradeDataFiles(old.data), Upgraded::Failed);
-        EXPECT_NE(UpgradeDataFiles(old.data), Upgraded::Failed);
+        EXPECT_EQ(upgrade(old.data), Upgraded::Failed);
+        EXPECT_NE(upgrade(old.data), Upgraded::Failed);
         EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(201, 3));
     }
 }

@@ -17,7 +17,11 @@ inline std::vector<NoteRecord> manyNotes(int count) {
 
 /// What the start would count.
 inline int countedNotes(TestNotes& desk) {
-    if (!desk.desk->store.UseRegistry) return desk.desk->store.header.count;
+    if (desk.desk->store.kind() == StoreKind::Files) {
+        DataHeader header;
+        decodeHeader(desk.folder.content[Text(kHeaderFile)], header);
+        return header.count;
+    }
     const Text* const count = desk.registry.find(u"setting", u"count");
     return count == nullptr ? 0 : static_cast<int>(leadingInt32(*count));
 }

@@ -63,7 +63,7 @@ TEST_P(Collection, ShowAllReappliesWhatIsStored) {
     changed.width = 3750;
     changed.height = 3000;
     changed.topmost = true;
-    desk->desk->store.set(1, changed, everyField());
+    EXPECT_TRUE(desk->desk->store.set(1, changed, everyField()));
     ShowWindow(desk->note(1).hwnd, SW_SHOWMINNOACTIVE);
     desk->desk->ToggleHideAll();
     const fpost& note = desk->note(1);
@@ -340,7 +340,7 @@ TEST_P(Collection, TurningOneAlignmentOnLeavesTheKeyOfTheOtherAlone) {
     GlobalSettings settings;
     settings.EasyAlign = true;
     const auto desk = run(manyNotes(2), settings);
-    saveSetting(desk->registry.settings(), u"setting", u"EasyAlign", u"True");
+    ASSERT_TRUE(saveSetting(desk->registry.settings(), u"setting", u"EasyAlign", u"True"));
     desk->desk->ToggleAlignAll();
     EXPECT_FALSE(desk->desk->settings.EasyAlign);
     EXPECT_EQ(*desk->registry.find(u"setting", u"EasyAlign"), u"True");
@@ -402,7 +402,7 @@ TEST_P(Collection, OpeningAClosedNoteClearsItsFlagForGood) {
     EXPECT_TRUE(desk->note(2).visible());
     EXPECT_FALSE(desk->stored(2).closed);
     EXPECT_EQ(desk->desk->ClosedCount(), 0);
-    desk->desk->store.set(2, desk->note(2).record, everyField());
+    EXPECT_TRUE(desk->desk->store.set(2, desk->note(2).record, everyField()));
     EXPECT_FALSE(desk->stored(2).closed);
 }
 
@@ -472,9 +472,9 @@ TEST_P(Collection, ASettingThatTheStoreRefusedIsStoredLater) {
     const auto desk = run({plainNote(u"a")});
     auto fullDisk = std::make_unique<FullDisk>(*desk);
     desk->desk->ToggleEasyAlign();
-    desk->note(1).toggleSetting(&GlobalSettings::RestoreWhenPlay, u"RestoreWhenPlay");
-    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
-    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, u"DontDeleteWhenPlay");
+    desk->note(1).toggleSetting(&GlobalSettings::RestoreWhenPlay, Setting::RestoreWhenPlay);
+    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, Setting::DontDeleteWhenPlay);
+    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, Setting::DontDeleteWhenPlay);
     EXPECT_EQ(desk->registry.text(u"setting", u"EasyAlign"), u"(none)");
     fullDisk.reset();
     desk->desk->CommitEdits();

@@ -21,7 +21,32 @@ bool comes(Condition condition) {
 struct OpenEdit : testing::TestWithParam<bool> {
     TestNotes desk{GetParam(), {plainNote(u"a"), plainNote(u"b", 6000)}};
 
-    bool hasDraft() const { return desk.folder.content.contains(Text(kDraftFile)); }
+    /// The draft of a note, in the store that holds the notes.
+    std::optional<Draft> draft(int number) {
+        if (GetParam()) return parseDraft(desk.registry.text(noteSection(number), kDraftKey), number);
+        const auto file = desk.folder.content.find(Text(kDraftFile));
+        if (file == desk.folder.content.end()) return std::nullopt;
+        for (const Draft& one : decodeDrafts(file->second)) {
+            if (one.number == number) return one;
+        }
+        return std::nullopt;
+    }
+    bool hasDraft() {
+        if (!GetParam()) return desk.folder.content.contains(Text(kDraftFile));
+        EXPECT_FALSE(desk.folder.content.contains(Text(kDraftFile)));
+        for (int number = 1; number <= 3; ++number) {
+            if (desk.registry.find(noteSection(number), kDraftKey) != nullptr) return true;
+        }
+        return false;
+    }
+    /// Puts a draft there as another run left it.
+    void leave(const Draft& left) {
+        if (GetParam()) {
+            desk.registry.put(noteSection(left.number), kDraftKey, draftText(left));
+        } else {
+            desk.folder.content[Text(kDraftFile)] = encodeDrafts(std::vector{left});
+        }
+    }
 
     /// Types at the end of an editor, and lets the draft be written.
     void type(HWND editor, const char16_t* text) {
@@ -146,10 +171,7 @@ TEST_P(OpenEdit, ThatTheStoreRefusedStaysInTheDraft) {
 TEST_P(OpenEdit, FollowsItsNoteToAnotherNumber) {
     typeInBody(2);
     desk.note(1).DeleteForm(true);
-    ASSERT_TRUE(comes([this] {
-        const FoundDraft found = readDraft(desk.folder.files());
-        return found.draft && found.draft->number == 1;
-    }));
+    EXPECT_TRUE(draft(1).has_value());
     desk.killAndRestart();
     EXPECT_EQ(desk.stored(1).Titolo, u"b");
     EXPECT_EQ(desk.stored(1).Nota, u"body of b, and more");
@@ -157,7 +179,11 @@ TEST_P(OpenEdit, FollowsItsNoteToAnotherNumber) {
 
 TEST_P(OpenEdit, ThatIsDamagedIsIgnoredAndRemoved) {
     typeInBody(1);
-    desk.folder.content[Text(kDraftFile)].back() ^= 1;
+    if (GetParam()) {
+        desk.registry.put(u"kardel-1", kDraftKey, u"b12x and more");
+    } else {
+        desk.folder.content[Text(kDraftFile)].back() ^= 1;
+    }
     desk.killAndRestart();
     EXPECT_EQ(desk.stored(1).Nota, u"body of a");
     EXPECT_FALSE(hasDraft());
@@ -165,11 +191,12 @@ TEST_P(OpenEdit, ThatIsDamagedIsIgnoredAndRemoved) {
 
 TEST_P(OpenEdit, OfANoteThatIsGoneOrAnotherNowIsIgnored) {
     for (const int number : {1, 3}) {
-        writeDraft(desk.folder.files(), {number, false, u"of another note", 4711});
+        leave({number, false, u"of another note", 4711});
         desk.killAndRestart();
         EXPECT_EQ(desk.stored(1).Nota, u"body of a");
         EXPECT_EQ(desk.stored(2).Nota, u"body of b");
-        EXPECT_FALSE(hasDraft());
+        // What stands in a section that is no note's any more harms nobody, and goes with it.
+        EXPECT_TRUE(!hasDraft() || (GetParam() && number == 3));
     }
 }
 

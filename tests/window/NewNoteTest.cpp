@@ -112,8 +112,8 @@ TEST_P(NewNote, AWindowThatWindowsRefusesIsSaidAndLeavesNothingBehind) {
 TEST_P(NewNote, ANewNoteTakesTheSizeThatIsSetNow) {
     const auto desk = run({plainNote(u"a")});
     const Settings settings = desk->registry.settings();
-    saveSetting(settings, u"setting", u"defaultwidth", u"4500");
-    saveSetting(settings, u"setting", u"defaultheight", u"3000.6");
+    ASSERT_TRUE(saveSetting(settings, u"setting", u"defaultwidth", u"4500"));
+    ASSERT_TRUE(saveSetting(settings, u"setting", u"defaultheight", u"3000.6"));
     ASSERT_TRUE(desk->desk->NewNote());
     EXPECT_EQ(desk->stored(2).width, 4500);
     EXPECT_EQ(desk->note(2).Width(), 4500);
@@ -218,7 +218,8 @@ TEST(NewNoteRegistry, ALeftOverSectionLendsNothingToANewNote) {
     ghost.alarmdate = u"*";
     ghost.interval = u"eachday";
     ghost.alarmtime = u"13:00:00";
-    desk.desk->store.registry.SaveNoteToRegistry(2, ghost);
+    const RegistryNotes sections{desk.registry.settings(), englishWeekdayKeys()};
+    ASSERT_TRUE(sections.SaveNoteToRegistry(2, ghost));
     ASSERT_TRUE(desk.desk->NewNote());
     const NoteRecord stored = desk.stored(2);
     EXPECT_FALSE(stored.closed);

@@ -112,7 +112,7 @@ TEST_P(Alarm, TheWhiteOfTheFlashIsNeverStored) {
     desk->clock = {kDue, 0};
     tick(*desk);
     EXPECT_EQ(desk->note(1).tBackColor(), kWhite);
-    desk->desk->store.set(1, desk->note(1).record, everyField());
+    EXPECT_TRUE(desk->desk->store.set(1, desk->note(1).record, everyField()));
     desk->note(2).DeleteForm(true);
     EXPECT_EQ(desk->stored(1).backcolor, kDesignColor);
     desk->note(1).Backcol(0x00FFFF);  // another colour while it rings
@@ -219,7 +219,7 @@ TEST_P(Alarm, WhetherItRecursIsAskedOfTheStore) {
     NoteRecord daily = desk->stored(1);
     daily.alarmdate = u"*";
     daily.interval = u"eachday";
-    desk->desk->store.set(1, daily, everyField());
+    EXPECT_TRUE(desk->desk->store.set(1, daily, everyField()));
     press(desk->note(1).pic_time);
     ASSERT_EQ(desk->desk->Count(), 2) << "another program made it come every day";
     EXPECT_EQ(desk->note(1).alarm.rule.due, later(kSecondsPerDay));

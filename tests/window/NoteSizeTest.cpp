@@ -263,7 +263,7 @@ TEST_P(NoteSize, RestoringGivesTheStoredHeightBack) {
     EXPECT_EQ(desk->stored(1).height, 2250);
     NoteRecord taller = desk->stored(1);
     taller.height = 3000;
-    desk->desk->store.set(1, taller, {NoteField::Height});
+    EXPECT_TRUE(desk->desk->store.set(1, taller, {NoteField::Height}));
     note.toggleIconized();
     EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(Twips{3000})) << "what the store holds now";
     EXPECT_FALSE(desk->stored(1).iconized);
@@ -276,7 +276,7 @@ TEST_P(NoteSize, RestoringWithoutAStoredHeightTakesTheRememberedOne) {
     note.toggleIconized();
     NoteRecord none = desk->stored(1);
     none.height = 0;
-    desk->desk->store.set(1, none, {NoteField::Height});
+    EXPECT_TRUE(desk->desk->store.set(1, none, {NoteField::Height}));
     note.toggleIconized();
     EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(Twips{2250}));
 }

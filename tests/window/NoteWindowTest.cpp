@@ -22,7 +22,7 @@ TEST_P(NoteWindow, SavedWhileMinimisedKeepsItsPlaceAndSize) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     ShowWindow(note.hwnd, SW_MINIMIZE);
-    desk->desk->store.set(1, note.record, everyField());
+    EXPECT_TRUE(desk->desk->store.set(1, note.record, everyField()));
     const NoteRecord stored = desk->stored(1);
     EXPECT_EQ(stored.x, 1500);
     EXPECT_EQ(stored.y, 1500);
@@ -49,7 +49,7 @@ TEST_P(NoteWindow, SavedWhileIconizedKeepsItsFullSize) {
     const auto desk = run({iconized});
     fpost& note = desk->note(1);
     EXPECT_EQ(rectOf(note.hwnd).bottom - rectOf(note.hwnd).top, desk->desk->look.px(kIconizedHeight));
-    desk->desk->store.set(1, note.record, everyField());
+    EXPECT_TRUE(desk->desk->store.set(1, note.record, everyField()));
     EXPECT_EQ(desk->stored(1).height, 2250);
     EXPECT_EQ(desk->stored(1).width, 3000);
 }

@@ -24,9 +24,9 @@ struct TestNotes {
     explicit TestNotes(bool useRegistry, std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
         registerNoteClasses();
         registerDialogClasses();
-        prepare(useRegistry, settings);
+        static_cast<void>(prepare(useRegistry, settings));
         for (std::size_t i = 0; i < notes.size(); ++i) {
-            desk->store.create(static_cast<int>(i) + 1, notes[i]);
+            EXPECT_TRUE(desk->store.create(static_cast<int>(i) + 1, notes[i]));
         }
         desk->createTray();
         open(static_cast<int>(notes.size()));
@@ -41,9 +41,8 @@ struct TestNotes {
     /// The same, but the new one has not come further than to its tray window. Answers how many notes it
     /// would load.
     int killAndWait() {
-        const bool useRegistry = desk->store.UseRegistry;
+        const bool useRegistry = desk->store.kind() == StoreKind::Registry;
         const GlobalSettings settings = desk->settings;
-        int count = desk->Count();
         {
             const std::map<Text, std::string> files = folder.content;
             const std::vector<MemorySettings::Section> sections = registry.content;
@@ -52,9 +51,9 @@ struct TestNotes {
             registry.content = sections;
         }
         desk = std::make_unique<basPost>();
-        prepare(useRegistry, settings);
+        const int count = prepare(useRegistry, settings);
         desk->createTray();
-        return desk->store.resumeRemoval(count);
+        return count;
     }
 
     /// Sets the clock, in no time.
@@ -73,18 +72,19 @@ struct TestNotes {
     }
 
 private:
-    void prepare(bool useRegistry, const GlobalSettings& settings) {
+    /// Answers the number of notes that the store holds.
+    int prepare(bool useRegistry, const GlobalSettings& settings) {
         desk->look = loadNoteLook();
         desk->settings = settings;
-        desk->store.UseRegistry = useRegistry;
-        desk->store.registry = {registry.settings(), englishWeekdayKeys()};
-        desk->store.files = {folder.files(), westernPage()};
+        desk->settings.UseRegistry = useRegistry;
+        desk->store.connect({registry.settings(), englishWeekdayKeys(), folder.files(), westernPage()});
         desk->host.now = [this] { return clock; };
         desk->host.uptime = [this] {
             return static_cast<std::uint64_t>((clock.at.seconds - set) * 1000 + clock.ms);
         };
         desk->host.startSound = [this] { ++sounds; };
         desk->host.stopSound = [this] { ++silences; };
+        return desk->store.begin(useRegistry ? StoreKind::Registry : StoreKind::Files);
     }
     void open(int count) {
         desk->LoadNotes(count);

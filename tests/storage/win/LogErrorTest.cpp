@@ -60,7 +60,7 @@ TEST(LogFile, CreatesAMissingFolderOfOneLevel) {
     EXPECT_FALSE(FolderExists(folder));
     WriteLog(u"Proc", u"message", 0);
     EXPECT_TRUE(FolderExists(folder));
-    EXPECT_TRUE(ExistFile(folder + u"\\TEST.log"));
+    EXPECT_EQ(ExistFile(folder + u"\\TEST.log"), IoStatus::Done);
     DeleteFileW(wide(folder + u"\\TEST.log"));
     RemoveDirectoryW(wide(folder));
 }
@@ -95,9 +95,11 @@ TEST(Folders, AreToldFromFiles) {
     EXPECT_FALSE(FolderExists(folder.path + u"file"));
     EXPECT_FALSE(FolderExists(folder.path + u"none"));
     EXPECT_FALSE(FolderExists(u""));
-    EXPECT_TRUE(ExistFile(folder.path + u"file"));
-    EXPECT_FALSE(ExistFile(folder.path + u"none"));
-    EXPECT_FALSE(ExistFile(folder.path));
+    EXPECT_EQ(ExistFile(folder.path + u"file"), IoStatus::Done);
+    EXPECT_EQ(ExistFile(folder.path + u"none"), IoStatus::Absent);
+    EXPECT_EQ(ExistFile(folder.path + u"no\\such\\folder"), IoStatus::Absent);
+    EXPECT_EQ(ExistFile(folder.path + u"no:name*"), IoStatus::Failed);
+    EXPECT_EQ(ExistFile(folder.path), IoStatus::Absent);
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ TEST_F(WinFiles, AFileInAMissingFolderIsAbsentAndCannotBeWritten) {
     const Files nowhere = folderFiles(folder.path + u"none\\");
     EXPECT_EQ(nowhere.read(u"F", 0, 10).status, IoStatus::Absent);
     EXPECT_FALSE(nowhere.write(u"F", 0, "x"));
-    EXPECT_FALSE(nowhere.replace(u"F", "x"));
+    EXPECT_FALSE(nowhere.replace(u"F", "x", Flush::Yes));
 }
 
 TEST_F(WinFiles, WritingCreatesTheFileAndFillsGapsWithZeros) {
@@ -55,11 +55,11 @@ TEST_F(WinFiles, ReadingEndsWithTheFile) {
 }
 
 TEST_F(WinFiles, AWholeFileIsPutInPlaceAndNothingElseLeft) {
-    EXPECT_TRUE(files.replace(u"F", "first, longer"));
-    EXPECT_TRUE(files.replace(u"F", "second"));
+    EXPECT_TRUE(files.replace(u"F", "first, longer", Flush::Yes));
+    EXPECT_TRUE(files.replace(u"F", "second", Flush::Yes));
     EXPECT_EQ(folder.content(u"F"), "second");
     EXPECT_EQ(folder.names(), std::vector<Text>{u"F"});
-    EXPECT_TRUE(files.replace(u"F", ""));
+    EXPECT_TRUE(files.replace(u"F", "", Flush::Yes));
     EXPECT_EQ(files.length(u"F").status, IoStatus::Done);
     EXPECT_EQ(files.length(u"F").bytes, 0U);
 }
@@ -100,7 +100,7 @@ TEST_F(WinFiles, NothingIsWrittenOverAFileHeldForGood) {
     UniqueHandle holder = folder.hold(u"F", GENERIC_READ, FILE_SHARE_READ);
     ASSERT_NE(holder, nullptr);
     EXPECT_FALSE(files.write(u"F", 0, "x"));
-    EXPECT_FALSE(files.replace(u"F", "xyz"));
+    EXPECT_FALSE(files.replace(u"F", "xyz", Flush::Yes));
     EXPECT_FALSE(files.remove(u"F"));
     holder.reset();
     EXPECT_EQ(folder.content(u"F"), "abc");
@@ -113,7 +113,7 @@ TEST_F(WinFiles, AFileHeldForAMomentIsWaitedFor) {
     ASSERT_NE(holder, nullptr);
     const UniqueHandle release(CreateThread(nullptr, 0, releaseSoon, &holder, 0, nullptr));
     ASSERT_NE(release, nullptr);
-    EXPECT_TRUE(files.replace(u"F", "new"));
+    EXPECT_TRUE(files.replace(u"F", "new", Flush::Yes));
     EXPECT_EQ(files.read(u"F", 0, 3).bytes, "new");
     WaitForSingleObject(release.get(), INFINITE);
 }
@@ -133,7 +133,7 @@ TEST_F(WinFiles, PathsBeyondTheUsualLengthWork) {
     ASSERT_TRUE(CreateDirectoryW(wide(prefix + deeper), nullptr) != FALSE);
     const Files distant = folderFiles(deeper);
     EXPECT_TRUE(distant.write(u"F", 0, "abc"));
-    EXPECT_TRUE(distant.replace(u"F", "xyz"));
+    EXPECT_TRUE(distant.replace(u"F", "xyz", Flush::Yes));
     EXPECT_EQ(distant.read(u"F", 0, 3).bytes, "xyz");
     EXPECT_TRUE(distant.remove(u"F"));
     RemoveDirectoryW(wide(prefix + deeper));

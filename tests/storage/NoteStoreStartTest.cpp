@@ -1,4 +1,4 @@
-#include "core/StartSettings.h"
+#include "storage/NoteStore.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +15,8 @@ struct Start {
     bool othersUseIt = false;
     int questions = 0;
     int failures = 0;
+    int unreadable = 0;        ///< how often the user was told that something cannot be read
+    std::vector<Text> copies;  ///< of damaged files
     GlobalSettings settings;
     StartState state;
 
@@ -22,18 +24,20 @@ struct Start {
     Text stored(TextView key) { return desk.settings.text(u"setting", key); }
 
     void run() {
-        desk.store.UseRegistry = false;
-        desk.store.header = DataHeader();
+        desk.store = NoteStore(desk.parts());
+        desk.store.claim = [this](StoreKind) { return !othersUseIt; };
         settings = GlobalSettings();
         StartQuestions asked;
         asked.deleteLocalFiles = [this] {
             ++questions;
             return answerDelete;
         };
-        asked.claimStore = [this](bool) { return !othersUseIt; };
         asked.saveFailed = [this] { ++failures; };
-        state = settleStart(desk.store, settings, asked);
+        asked.cannotRead = [this] { ++unreadable; };
+        asked.damaged = [this](const std::vector<Text>& names) { copies = names; };
+        state = desk.store.start(settings, asked);
     }
+    bool inRegistry() const { return desk.store.kind() == StoreKind::Registry; }
 
     /// The local files as a program with these notes left them.
     void seedFiles(std::vector<NoteRecord> notes) {
@@ -42,9 +46,8 @@ struct Start {
     }
 
     void seedRegistry(std::vector<NoteRecord> notes) {
-        desk.store.UseRegistry = true;
+        desk.store.begin(StoreKind::Registry);
         desk.createAll(notes);
-        desk.store.UseRegistry = false;
     }
 
     Start() { desk.folder.content.clear(); }
@@ -103,14 +106,14 @@ TEST(ChoiceOfStore, FollowsTheWord) {
         Start start;
         start.set(u"UseRegistry", Text(word));
         start.run();
-        EXPECT_TRUE(start.desk.store.UseRegistry) << std::string(word.begin(), word.end());
+        EXPECT_TRUE(start.inRegistry()) << std::string(word.begin(), word.end());
         EXPECT_EQ(start.stored(u"UseRegistry"), word);
     }
     for (const TextView word : {u"No", u"falso", u"0", u"abc"}) {
         Start start;
         start.set(u"UseRegistry", Text(word));
         start.run();
-        EXPECT_FALSE(start.desk.store.UseRegistry) << std::string(word.begin(), word.end());
+        EXPECT_FALSE(start.inRegistry()) << std::string(word.begin(), word.end());
     }
 }
 
@@ -153,7 +156,7 @@ TEST(LeftOverFiles, AnswerNoReturnsToThem) {
     const auto before = start.desk.folder.content;
     start.run();
     EXPECT_EQ(start.questions, 1);
-    EXPECT_FALSE(start.desk.store.UseRegistry);
+    EXPECT_FALSE(start.inRegistry());
     EXPECT_EQ(start.stored(u"UseRegistry"), u"False");
     EXPECT_EQ(start.state.Count, 3);
     EXPECT_EQ(start.desk.folder.content, before);
@@ -165,7 +168,7 @@ TEST(LeftOverFiles, AnswerYesDeletesAllThree) {
     start.set(u"UseRegistry", u"True");
     start.answerDelete = true;
     start.run();
-    EXPECT_TRUE(start.desk.store.UseRegistry);
+    EXPECT_TRUE(start.inRegistry());
     EXPECT_TRUE(start.desk.folder.content.empty());
     start.run();
     EXPECT_EQ(start.questions, 1) << "the question must not come back";
@@ -193,12 +196,9 @@ TEST(LeftOverFiles, OneThatCannotBeDeletedIsLeftWithoutAWord) {
         start.seedFiles(sampleNotes(2));
         start.set(u"UseRegistry", u"True");
         start.answerDelete = true;
-        Files& files = start.desk.store.files.files;
-        files.remove = [refused, remove = files.remove](TextView name) {
-            return name != refused && remove(name);
-        };
+        start.desk.folder.kept.insert(Text(refused));
         start.run();
-        EXPECT_TRUE(start.state.usable && start.desk.store.UseRegistry);
+        EXPECT_TRUE(start.state.usable && start.inRegistry());
         EXPECT_EQ(start.failures, 0);
         ASSERT_EQ(start.desk.folder.content.size(), 1U) << "the other two go";
         EXPECT_EQ(start.desk.folder.content.begin()->first, refused);
@@ -343,7 +343,7 @@ TEST(Import, StaysInTheRegistryWhenTheFilesCannotBeWritten) {
     start.desk.folder.changes = std::make_shared<Changes>();
     start.desk.folder.changes->allFail = true;
     start.run();
-    EXPECT_TRUE(start.desk.store.UseRegistry);
+    EXPECT_TRUE(start.inRegistry());
     EXPECT_EQ(start.state.Count, 3);
     EXPECT_EQ(start.failures, 1);
     EXPECT_EQ(start.stored(u"count"), u"3");

@@ -1,4 +1,4 @@
-#include "storage/RegistryStore.h"
+#include "storage/RegistryNotes.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@ namespace {
 
 struct RegistryStoreTest : testing::Test {
     MemorySettings memory;
-    RegistryStore store{memory.settings(), englishWeekdayKeys()};
+    RegistryNotes store{memory.settings(), englishWeekdayKeys()};
 
     NoteRecord load(int slot) {
         NoteRecord note;
@@ -217,13 +217,13 @@ TEST_F(RegistryStoreTest, SingleFieldsLeaveTheOthersAlone) {
 TEST_F(RegistryStoreTest, WeekdaysOfAnotherLocaleReadAsFalse) {
     NoteRecord note;
     note.weekdays.fill(true);
-    RegistryStore italian = store;
+    RegistryNotes italian = store;
     italian.weekdayKeys = {u"w.lun", u"w.mar", u"w.mer", u"w.gio", u"w.ven", u"w.sab", u"w.dom"};
     ASSERT_TRUE(italian.SaveNoteToRegistry(1, note));
     EXPECT_EQ(text(u"w.dom"), u"True");
     EXPECT_EQ(load(0).weekdays, (std::array<bool, kWeekdays>{}));
     NoteRecord same;
-    italian.LoadNoteFromRegistry(0, same, 1, 1);
+    static_cast<void>(italian.LoadNoteFromRegistry(0, same, 1, 1));
     EXPECT_EQ(same.weekdays, note.weekdays);
 }
 

@@ -1,0 +1,204 @@
+#include "storage/FileStore.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t kMostDraftBytes = std::size_t{64} << 20;
+
+/// The two files of a whole copy of notes.
+struct Images {
+    std::string dat;
+    std::string memo;
+    bool lost = false;
+};
+
+Images imagesOf(const CodePage& page, NoteList notes) {
+    Images images;
+    for (const NoteRecord* note : notes) {
+        images.lost = !AppendRecordPair(page, images.dat, images.memo, withStoredRule(*note)) || images.lost;
+    }
+    return images;
+}
+
+}  // namespace
+
+// --- The header -------------------------------------------------------------------------------------------
+
+IoStatus FileStore::readHeader(bool useRegistry) {
+    bool existed = false;
+    const IoStatus status = data_.ReadHeader(header_, useRegistry, existed);
+    header_.flag = useRegistry ? -1 : 0;
+    return status;
+}
+
+bool FileStore::writeHeader() {
+    headerOwed_ = !data_.WriteHeader(header_);
+    return !headerOwed_;
+}
+
+int FileStore::count(IoStatus headerRead) {
+    const LengthResult records = data_.noteRecords();
+    if (records.status == IoStatus::Absent) {
+        header_.count = 1;
+        return 1;
+    }
+    int count = headerRead == IoStatus::Failed ? kMaxNotes : header_.count;
+    if (records.status == IoStatus::Done) {
+        const auto held = std::min<std::uint64_t>(records.bytes, kMaxNotes);
+        count = std::min(count, static_cast<int>(held));
+    }
+    header_.count = std::max(count, 1);
+    return header_.count;
+}
+
+bool FileStore::createFirst() {
+    NoteRecord first;
+    ClearNoteRecord(first);
+    // Where KARDEL.DAT alone is away, its bodies must be there when it comes back.
+    const LengthResult memo = data_.files.length(kMemoFile);
+    if (memo.status == IoStatus::Failed) return false;
+    const MemoResult body = data_.WriteMemo(memo.bytes == 0 ? 1 : 0, u"");
+    first.memo = body.recordNumber;
+    return body.done && data_.files.flush(kMemoFile) && data_.PutNoteRecord(1, first);
+}
+
+// --- Notes ------------------------------------------------------------------------------------------------
+
+IoStatus FileStore::load(int number, NoteRecord& record, DefaultSize size) const {
+    const int place = places_.of(number);
+    std::string bytes;
+    if (data_.GetRecordBytes(place, bytes) == IoStatus::Failed) return IoStatus::Failed;
+    NoteRecord loaded;
+    if (isZeroRecord(bytes)) {
+        ClearNoteRecord(loaded);
+        loaded.width = size.width;
+        loaded.height = size.height;
+        // The first body may still be the first note's; any other one would be borrowed.
+        const std::optional<std::vector<std::int32_t>> numbers = storedMemoNumbers(data_);
+        if (!numbers) return IoStatus::Failed;
+        if (place > 1 || std::find(numbers->begin(), numbers->end(), loaded.memo) != numbers->end())
+            loaded.memo = 0;
+    } else {
+        loaded = decodeRecord(data_.page, bytes);
+    }
+    if (data_.ReadMemo(loaded.memo, loaded.Nota) == IoStatus::Failed) return IoStatus::Failed;
+    record = loaded;
+    return IoStatus::Done;
+}
+
+Saved FileStore::set(int number, NoteRecord& record, std::span<const NoteField> fields) {
+    return setInFiles(data_, places_.of(number), record, fields);
+}
+
+Saved FileStore::create(int number, NoteRecord& record) {
+    const int place = places_.of(number);
+    Saved saved = createInFiles(data_, place, record);
+    // A note that is not counted would be missing at the next start, however often it is saved.
+    header_.count = place;
+    headerOwed_ = true;
+    saved.done = saved.done && writeHeader();
+    return saved;
+}
+
+bool FileStore::remove(int number, NoteList remaining, const GlobalSettings&) {
+    places_.remove(number, static_cast<int>(remaining.size()));
+    std::erase_if(drafts_, [number](const Draft& draft) { return draft.number == number; });
+    for (Draft& draft : drafts_) {
+        if (draft.number > number) --draft.number;
+    }
+    return makeDense(remaining);
+}
+
+void FileStore::finishRemovals(NoteList notes, const GlobalSettings&) {
+    if (places_.unfinished) static_cast<void>(makeDense(notes));
+}
+
+bool FileStore::makeDense(NoteList notes) {
+    if (!makeRecordsDense(data_, notes, places_)) return false;
+    header_.count = static_cast<std::int32_t>(notes.size());
+    // A start takes the smaller of the header's count and the number of records.
+    const bool counted = writeHeader();
+    compactMemo(data_, notes);
+    if (counted) places_.settled();
+    if (!drafts_.empty()) static_cast<void>(writeDrafts(Flush::Yes));
+    return counted;
+}
+
+bool FileStore::replaceAll(NoteList notes, const GlobalSettings&) {
+    const Images images = imagesOf(data_.page, notes);
+    if (images.lost) return false;
+    // Records of an earlier time must not find the new bodies.
+    if (!data_.files.remove(kNoteFile)) return false;
+    header_.count = static_cast<std::int32_t>(notes.size());
+    bool done = notes.empty() ? data_.files.remove(kMemoFile)
+                              : data_.files.replace(kMemoFile, images.memo, Flush::Yes);
+    done = done && writeHeader();
+    if (!notes.empty()) done = done && data_.files.replace(kNoteFile, images.dat, Flush::Yes);
+    if (!done) return false;
+    places_.settled();
+    for (std::size_t i = 0; i < notes.size(); ++i)
+        notes[i]->memo = static_cast<std::int32_t>(i) + 1;
+    return true;
+}
+
+bool FileStore::storeCount(int) {
+    return true;  // the header has it, and follows every new and every deleted note
+}
+
+bool FileStore::settle() {
+    const bool header = !headerOwed_ || writeHeader();
+    const bool drafts = !draftsOwed_ || writeDrafts(Flush::Yes);
+    return header && drafts;
+}
+
+// --- What a record has room for ---------------------------------------------------------------------------
+
+std::optional<std::size_t> FileStore::limit(NoteField field) const {
+    if (field == NoteField::Nota) return kMemoLength;
+    const NoteFieldRow& row = rowOf(field);
+    return row.kind == FieldKind::Words ? std::optional(row.width) : std::nullopt;
+}
+
+std::optional<std::size_t> FileStore::sizeOf(TextView text) const {
+    bool lost = false;
+    const std::size_t size = data_.page.encode(data_.page.id, text, lost).size();
+    return lost ? std::nullopt : std::optional(size);
+}
+
+// --- Drafts -----------------------------------------------------------------------------------------------
+
+bool FileStore::saveDraft(const Draft& draft) {
+    std::erase_if(drafts_, [&](const Draft& other) { return other.number == draft.number; });
+    drafts_.push_back(draft);
+    // They come once a second while somebody types; every other one goes through to the disk.
+    flushNextDraft_ = !flushNextDraft_;
+    return writeDrafts(flushNextDraft_ ? Flush::No : Flush::Yes);
+}
+
+bool FileStore::dropDraft(int number) {
+    const auto dropped = std::erase_if(drafts_, [&](const Draft& draft) { return draft.number == number; });
+    if (dropped == 0 && !draftsOwed_) return true;
+    return writeDrafts(Flush::No);
+}
+
+bool FileStore::writeDrafts(Flush flush) {
+    const std::string bytes = encodeDrafts(drafts_);
+    bool done =
+        drafts_.empty() ? data_.files.remove(kDraftFile) : data_.files.replace(kDraftFile, bytes, flush);
+    // A program that lets nobody delete or replace the file may still let it be written.
+    if (!done && data_.files.length(kDraftFile).status == IoStatus::Done) {
+        done = data_.files.write(kDraftFile, 0, bytes) && data_.files.cut(kDraftFile, bytes.size());
+    }
+    draftsOwed_ = !done;
+    return done;
+}
+
+FoundDrafts FileStore::drafts(int) {
+    const ReadResult read = data_.files.read(kDraftFile, 0, kMostDraftBytes);
+    if (read.status != IoStatus::Done) return {read.status, {}};
+    // What is there now goes with the next draft that is written or dropped.
+    drafts_ = decodeDrafts(read.bytes);
+    draftsOwed_ = true;
+    return {IoStatus::Done, drafts_};
+}

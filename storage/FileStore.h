@@ -1,0 +1,54 @@
+// The notes in the local files of the program's folder, with their count in the header and their drafts in a
+// file of their own.
+#pragma once
+
+#include "storage/NotePlaces.h"
+#include "storage/Store.h"
+
+class FileStore final : public Store {
+public:
+    FileStore(const Files& files, const CodePage& page) : data_{files, page} {}
+
+    /// The header as the start finds it; see DataFiles::ReadHeader. Failed, or shorter than a header: nothing
+    /// is known of the number of notes.
+    [[nodiscard]] IoStatus readHeader(bool useRegistry);
+    /// The number of notes: what the header says, but never more than there are records. At least 1.
+    [[nodiscard]] int count(IoStatus headerRead);
+    /// Without KARDEL.DAT: the very first note. False when it could not be written.
+    [[nodiscard]] bool createFirst();
+    /// Writes the header with the count that is known; a refusal is owed.
+    [[nodiscard]] bool writeHeader();
+    /// The number of notes, before it is written.
+    void count(int notes) { header_.count = notes; }
+
+    const DataFiles& data() const { return data_; }
+    DataHeader& header() { return header_; }
+
+    IoStatus load(int number, NoteRecord& record, DefaultSize size) const override;
+    Saved set(int number, NoteRecord& record, std::span<const NoteField> fields) override;
+    Saved create(int number, NoteRecord& record) override;
+    bool remove(int number, NoteList remaining, const GlobalSettings& settings) override;
+    void finishRemovals(NoteList notes, const GlobalSettings& settings) override;
+    bool isUnfinished() const override { return places_.unfinished; }
+    bool replaceAll(NoteList notes, const GlobalSettings& settings) override;
+    bool storeCount(int count) override;
+    bool settle() override;
+    bool hasPlace(int number) const override { return places_.of(number) <= kMaxNotes; }
+    std::optional<std::size_t> limit(NoteField field) const override;
+    std::optional<std::size_t> sizeOf(TextView text) const override;
+    bool saveDraft(const Draft& draft) override;
+    bool dropDraft(int number) override;
+    FoundDrafts drafts(int count) override;
+
+private:
+    [[nodiscard]] bool makeDense(NoteList notes);
+    [[nodiscard]] bool writeDrafts(Flush flush);
+
+    DataFiles data_;
+    DataHeader header_;
+    NotePlaces places_;        ///< of the notes in KARDEL.DAT
+    bool headerOwed_ = false;  ///< the header on the disk does not say what `header_` does
+    std::vector<Draft> drafts_;
+    bool draftsOwed_ = false;  ///< their file does not hold what `drafts_` does
+    bool flushNextDraft_ = true;
+};

@@ -1,0 +1,18 @@
+// The registry's notes, copied once into new local files.
+#pragma once
+
+#include "storage/FileStore.h"
+#include "storage/RegistryStore.h"
+
+enum class Imported {
+    Nothing,  ///< the registry holds no notes
+    Done,
+    DoneCut,  ///< all are there, but a text had to be cut or holds letters that the files have no code for
+    Refused,  ///< the files are as they were
+};
+
+/// Copies the registry's notes (at most 50) into the local files, behind a first note that is not empty. Done
+/// only when everything has been read back from the files. Refused, with nothing changed, when a note cannot
+/// be read, the files cannot be written or the note that is there leaves no room for all of them.
+[[nodiscard]] Imported importRegistryNotes(FileStore& files, const RegistryStore& registry,
+                                           int registryCount);

@@ -1,0 +1,173 @@
+// What a start settles before any note is there: the settings, the store in force, the number of notes.
+#include <algorithm>
+
+#include "storage/Import.h"
+#include "storage/NoteStore.h"
+#include "storage/Upgrade.h"
+#include "support/Number.h"
+
+namespace {
+
+constexpr int kTries = 20;  // with a moment between two: about a second
+
+constexpr TextView kLocalFiles[] = {kNoteFile, kHeaderFile, kMemoFile};
+
+bool isFailed(const SectionResult& section, TextView key) {
+    return valueOf(section, key).status == IoStatus::Failed;
+}
+
+}  // namespace
+
+bool NoteStore::mayUse(StoreKind kind, bool say) {
+    if (claimed_.contains(kind)) return true;
+    if (claim(kind)) {
+        claimed_.insert(kind);
+        return true;
+    }
+    if (say) heldElsewhere();
+    return false;
+}
+
+void NoteStore::giveBack(StoreKind kind) {
+    claimed_.erase(kind);
+    release(kind);
+}
+
+StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& questions) {
+    const Command command(*this);
+    constexpr StartState kEnds{false, 1};
+    SectionResult section;
+    GlobalSettings stored;
+    if (!readSetting(section, stored, questions)) {
+        questions.cannotRead();
+        return kEnds;
+    }
+    StoreKind kind = stored.UseRegistry ? StoreKind::Registry : StoreKind::Files;
+    if (!mayUse(kind, true)) return kEnds;
+    if (!filesCanBeSeen()) {
+        questions.cannotRead();
+        return kEnds;
+    }
+    settings = stored;
+    if (kind == StoreKind::Registry && anyLocalFile()) {
+        const std::optional<bool> deletes = questions.deleteLocalFiles();
+        if (!deletes || !mayUse(StoreKind::Files, true)) return kEnds;
+        if (*deletes) {
+            deleteLocalFiles();
+            giveBack(StoreKind::Files);
+        } else {
+            kind = StoreKind::Files;
+        }
+    }
+    removeTemporaries(kind);
+    if (kind == StoreKind::Files && !upgrade(questions)) return kEnds;
+    const IoStatus headerRead = files_->readHeader(kind == StoreKind::Registry);
+    writeMissingSettings(registry_->notes().settings, section, stored);
+    take(kind);
+
+    StartState state;
+    if (kind == StoreKind::Registry) {
+        static_cast<void>(registry_->readCount(section, state.Count));
+        registry_->dropStaleList();
+    } else {
+        state.Count = files_->count(headerRead);
+        if (stored.UseRegistry) {
+            // A header that cannot be read says nothing about the number of notes; a wrong one would hide
+            // them.
+            if (headerRead != IoStatus::Failed) static_cast<void>(files_->writeHeader());
+            settings.UseRegistry = false;
+            storeSetting(Setting::UseRegistry, settings);
+        }
+        if (!importOnce(section, state, questions)) return kEnds;
+    }
+    state.Count = std::min(state.Count, kMaxNotes);
+    if (inForce_ == StoreKind::Files && state.Count == 1 && !files_->data().exists(kNoteFile)) {
+        if (!files_->createFirst()) questions.saveFailed();
+    }
+    return state;
+}
+
+/// Reads section "setting". False when something of it that counts cannot be read.
+bool NoteStore::readSetting(SectionResult& section, GlobalSettings& settings,
+                            const StartQuestions& questions) const {
+    for (int tries = 1;; ++tries) {
+        section = registry_->notes().settings.readSection(kSettingSection);
+        int count = 1;
+        const bool read = section.status != IoStatus::Failed && readSettings(section, settings) &&
+                          registry_->readCount(section, count) != IoStatus::Failed &&
+                          !isFailed(section, kImportedKey);
+        if (read || tries == kTries) return read;
+        questions.wait();
+    }
+}
+
+/// Whether it can be told which of the files are there.
+bool NoteStore::filesCanBeSeen() const {
+    return std::none_of(std::begin(kLocalFiles), std::end(kLocalFiles), [this](TextView name) {
+        return files_->data().files.length(name).status == IoStatus::Failed;
+    });
+}
+
+bool NoteStore::anyLocalFile() const {
+    return std::any_of(std::begin(kLocalFiles), std::end(kLocalFiles),
+                       [this](TextView name) { return files_->data().exists(name); });
+}
+
+void NoteStore::deleteLocalFiles() {
+    for (const TextView name : {kNoteFile, kHeaderFile, kMemoFile, TextView(kDraftFile)}) {
+        if (files_->data().exists(name)) static_cast<void>(files_->data().files.remove(name));
+    }
+}
+
+/// Removes what writes that were ended half-way left in the folder.
+void NoteStore::removeTemporaries(StoreKind kind) {
+    const bool ours = kind == StoreKind::Files;
+    const Files& files = files_->data().files;
+    const auto isLeft = [&](TextView name) {
+        return files.length(temporaryName(name)).status == IoStatus::Done;
+    };
+    constexpr TextView kReplaced[] = {kNoteFile, kHeaderFile, kMemoFile, kDraftFile};
+    if (std::none_of(std::begin(kReplaced), std::end(kReplaced), isLeft)) return;
+    if (!mayUse(StoreKind::Files, false)) return;  // another session may be writing them just now
+    for (const TextView name : kReplaced) {
+        if (isLeft(name)) static_cast<void>(files.remove(temporaryName(name)));
+    }
+    if (!ours) giveBack(StoreKind::Files);
+}
+
+/// Brings older data files up to date. False, after telling the user, when they must be left alone.
+bool NoteStore::upgrade(const StartQuestions& questions) {
+    std::vector<Text> copies;
+    const Upgraded upgraded = UpgradeDataFiles(files_->data(), copies);
+    if (!copies.empty()) questions.damaged(copies);
+    if (upgraded != Upgraded::Failed) return true;
+    questions.saveFailed();
+    return false;
+}
+
+/// The registry's notes go into local files that hold no more than one note, once. When that fails the
+/// registry stays the store of this run: its notes must not be cut off.
+bool NoteStore::importOnce(const SectionResult& section, StartState& state, const StartQuestions& questions) {
+    const SettingResult counted = valueOf(section, kCountKey);
+    int registryCount = 0;
+    static_cast<void>(registry_->readCount(section, registryCount));
+    if (leadingInt32(counted.text) < 1) registryCount = 0;
+    const bool imported = ParseBool(valueOf(section, kImportedKey).text);
+    const Settings& settings = registry_->notes().settings;
+    if (registryCount >= 1 && state.Count == 1 && !imported) {
+        const Imported done = importRegistryNotes(*files_, *registry_, registryCount);
+        if (done == Imported::Refused) {
+            if (!mayUse(StoreKind::Registry, true)) return false;
+            take(StoreKind::Registry);
+            static_cast<void>(registry_->readCount(section, state.Count));
+            questions.saveFailed();
+            return true;
+        }
+        if (done == Imported::DoneCut) questions.saveFailed();
+        state.Count = files_->header().count;
+        static_cast<void>(saveSetting(settings, kSettingSection, kImportedKey, u"1"));
+    }
+    if (counted.status == IoStatus::Done) static_cast<void>(registry_->removeCount());
+    registry_->forgetList();
+    return true;
+}

@@ -1,0 +1,70 @@
+// The choice of store: the copy of all notes from one to the other, and what makes the next start take it.
+#include <algorithm>
+
+#include "storage/NoteStore.h"
+#include "support/Number.h"
+
+Switched NoteStore::switchTo(StoreKind kind, NoteList notes, GlobalSettings& settings) {
+    const Command command(*this);
+    if (!mayUse(kind, true)) return Switched::Refused;
+    const bool done = copyTo(kind, notes, settings) && storeChoice(kind, settings);
+    if (!done) saveFailed();
+    return done ? Switched::Done : Switched::Refused;
+}
+
+bool NoteStore::copyTo(StoreKind kind, NoteList notes, const GlobalSettings& settings) {
+    Store& target = storeOf(kind);
+    const bool isKept = std::find(kept_.begin(), kept_.end(), &target) != kept_.end();
+    std::vector<NoteRecord> copies;
+    for (std::size_t i = 0; i < notes.size(); ++i) {
+        copies.push_back(*notes[i]);
+        if (copies.back().readOnly && !load(static_cast<int>(i) + 1, copies.back(), settings)) return false;
+    }
+    const bool chosen = settings.UseRegistry == (kind == StoreKind::Registry);
+    const bool anew = !isKept || chosen || behind_.contains(&target);
+    std::vector<NoteRecord*> all;
+    for (NoteRecord& copy : copies)
+        all.push_back(&copy);
+    if (!isKept && kind == StoreKind::Files) {
+        // Ended on the way, the next start finds files beside the registry and may be told to go on with
+        // them. Until the records stand, which comes last, it then has to copy the registry's notes once
+        // more.
+        if (!dropSetting(registry_->notes().settings, kSettingSection, kImportedKey)) return false;
+    }
+    if (anew) {
+        if (!target.replaceAll(all, settings)) return false;
+        behind_.erase(&target);
+        for (std::size_t i = 0; i < notes.size(); ++i)
+            notes[i]->memo = copies[i].memo;
+    } else {
+        // In step already: what was refused meanwhile is written, and what is missing is not chosen.
+        target.finishRemovals(all, settings);
+        if (target.isUnfinished() || !target.storeCount(static_cast<int>(notes.size()))) return false;
+    }
+    if (!isKept) {
+        kept_.push_back(&target);
+        // The edits that are open have their drafts in it, too.
+        for (const auto& [number, draft] : drafts_)
+            static_cast<void>(target.saveDraft(draft));
+    }
+    return true;
+}
+
+bool NoteStore::storeChoice(StoreKind kind, GlobalSettings& settings) {
+    const Settings& stored = registry_->notes().settings;
+    GlobalSettings chosen = settings;
+    chosen.UseRegistry = kind == StoreKind::Registry;
+    if (kind == StoreKind::Files) {
+        // The files hold everything: the next start must not copy the registry's notes once more.
+        if (!saveSetting(stored, kSettingSection, kImportedKey, u"1")) return false;
+    } else if (kept_.size() > 1) {
+        // For the version it holds. Nobody is kept from the registry by files that cannot be written.
+        static_cast<void>(files_->writeHeader());
+    }
+    // One value, and the last: either choice is stored, and both stores hold every note.
+    const SettingRow& row = rowOf(Setting::UseRegistry);
+    if (!saveSetting(stored, kSettingSection, row.key, row.write(chosen))) return false;
+    owedSettings_.erase(Setting::UseRegistry);
+    settings.UseRegistry = chosen.UseRegistry;
+    return true;
+}

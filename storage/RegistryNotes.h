@@ -1,0 +1,46 @@
+// Notes as sections "kardel-1" .. "kardel-50" of the settings store: one section each, whole or field by
+// field.
+#pragma once
+
+#include <array>
+#include <span>
+
+#include "storage/NoteFields.h"
+#include "storage/Settings.h"
+
+/// Section of note `number` (1..50).
+Text noteSection(int number);
+
+/// Whether a section holds a note (any number), so that stale ones are found too.
+bool isNoteSection(TextView section);
+
+/// Name of the value in a note's section that keeps what stands in its open editor.
+inline constexpr TextView kDraftKey = u"draft";
+
+struct RegistryNotes {
+    Settings settings;
+    /// Keys of the seven weekday flags: "w." and the locale's short name of the day, Monday first.
+    std::array<Text, kWeekdays> weekdayKeys;
+
+    /// Name of the value that holds a field.
+    Text keyOf(NoteField field) const;
+
+    /// Fills `record` from the section of slot 0..49. A missing key takes its default, a missing section
+    /// is an empty note of the default size (given in twips). Failed, also when a field is there but cannot
+    /// be read: `record` is untouched.
+    [[nodiscard]] IoStatus LoadNoteFromRegistry(int slot, NoteRecord& record, std::int32_t defaultWidth,
+                                                std::int32_t defaultHeight) const;
+    /// Writes the whole record into the section of note `number`, in the store's fixed order.
+    [[nodiscard]] bool SaveNoteToRegistry(int number, const NoteRecord& record) const;
+    /// The same for a section that may hold anything: nothing but the record is left in it.
+    [[nodiscard]] bool replaceNote(int number, const NoteRecord& record) const;
+    /// Writes single fields. A date that is no pattern also drops the pattern's own values.
+    [[nodiscard]] bool set(int number, const NoteRecord& record, std::span<const NoteField> fields) const;
+    /// Moves the note of section `from` to section `to`, whose own note goes, with the draft of an open edit.
+    [[nodiscard]] bool moveNote(int from, int to, const NoteRecord& record) const;
+    /// Copies a section value by value, for a note that could not be read.
+    [[nodiscard]] bool copySection(int from, int to) const;
+    [[nodiscard]] bool removeNote(int number) const;
+    /// Removes every note section with a number above `count`.
+    [[nodiscard]] bool removeBeyond(int count) const;
+};
