@@ -104,7 +104,7 @@ int start() {
     const bool goesOn = state.usable && !desk.ending();
     if (goesOn && waitForTray(desk) && desk.LoadNotes(state.Count)) runMessages(desk);
     desk.Teardown();
-    return state.usable || desk.ending() ? 0 : 1;
+    return state.usable || state.busy || desk.ending() ? 0 : 1;
 }
 
 }  // namespace

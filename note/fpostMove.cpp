@@ -44,7 +44,7 @@ void fpost::DragWindow() {
     }
     const NoteWatch watch(*this);
     CommitEdits();
-    if (watch.gone() || refusesChange()) return;
+    if (watch.gone() || record.readOnly) return;
     setResizeMode(false);
     // A message about an edit that could not be stored may have outlasted the press: the system's move loop
     // would then hold the note until the next click.

@@ -43,6 +43,7 @@ struct StartQuestions {
 
 struct StartState {
     bool usable = true;  ///< false: the store cannot be used and must not be touched; the start ends
+    bool busy = false;   ///< the reason: another session works on it, and the user was told
     int Count = 1;       ///< notes to load, 1..50
 };
 

@@ -35,7 +35,8 @@ void NoteStore::giveBack(StoreKind kind) {
 
 StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& questions) {
     const Command command(*this);
-    constexpr StartState kEnds{false, 1};
+    constexpr StartState kEnds{false, false, 1};
+    constexpr StartState kBusy{false, true, 1};
     SectionResult section;
     GlobalSettings stored;
     if (!readSetting(section, stored, questions)) {
@@ -43,7 +44,7 @@ StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& ques
         return kEnds;
     }
     StoreKind kind = stored.UseRegistry ? StoreKind::Registry : StoreKind::Files;
-    if (!mayUse(kind, true)) return kEnds;
+    if (!mayUse(kind, true)) return kBusy;
     if (!filesCanBeSeen()) {
         questions.cannotRead();
         return kEnds;
@@ -51,7 +52,8 @@ StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& ques
     settings = stored;
     if (kind == StoreKind::Registry && anyLocalFile()) {
         const std::optional<bool> deletes = questions.deleteLocalFiles();
-        if (!deletes || !mayUse(StoreKind::Files, true)) return kEnds;
+        if (!deletes) return kEnds;
+        if (!mayUse(StoreKind::Files, true)) return kBusy;
         if (*deletes) {
             deleteLocalFiles();
             giveBack(StoreKind::Files);
@@ -78,7 +80,7 @@ StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& ques
             settings.UseRegistry = false;
             storeSetting(Setting::UseRegistry, settings);
         }
-        if (!importOnce(section, state, questions)) return kEnds;
+        if (!importOnce(section, state, questions)) return kBusy;
     }
     state.Count = std::min(state.Count, kMaxNotes);
     if (inForce_ == StoreKind::Files && state.Count == 1 && !files_->data().exists(kNoteFile)) {

@@ -110,7 +110,9 @@ def test_files_in_the_hands_of_another_program_at_the_start_lose_nothing(desk, n
             note.click("nota", double=True)
             desk.type("typed over")
             note.command("topmost")
-            note.send(0)
+            box = kardel.dialog()
+            assert any("cannot be read" in text for text in box.texts())
+            box.press("OK")
             assert not note.editing and note.body == ""
     desk.wait_equal(lambda: [note.body for note in kardel.notes()], ["first"])
     assert kardel.exit() == 0
