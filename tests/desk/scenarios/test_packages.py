@@ -328,7 +328,7 @@ def test_the_kit_runs_the_tests_and_collects_one_report(desk, arch, tmp_path):
     assert sorted(path.name for path in (place / kit.stem).iterdir()) == names
 
     # Wine's desktop comes with the first program that asks for it, and keeps open what that one was given: the report.
-    desk.wait(lambda: desk.probe.ask("windows", "Shell_TrayWnd"), 10, "the shell")
+    desk.wait(lambda: desk.probe.ask("windows", "Shell_TrayWnd"), 60, "the shell")
 
     def check(*words):
         process = desk.wine.start("cmd", "/c", f"C:\\kit\\{kit.stem}\\check.cmd", *words, stdin=subprocess.DEVNULL,

@@ -166,7 +166,7 @@ def no_shell(arch):
     desk = Desk(arch)
     try:
         desk.reset()
-        (bar,) = desk.wait(lambda: desk.probe.ask("windows", "Shell_TrayWnd"), 10, "the shell")
+        (bar,) = desk.wait(lambda: desk.probe.ask("windows", "Shell_TrayWnd"), 60, "the shell")
         desk.probe.ask("kill", bar["process"])
         desk.wait(lambda: not desk.probe.ask("windows", "Shell_TrayWnd"), 10, "the shell to go")
         yield desk
