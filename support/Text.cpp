@@ -53,16 +53,6 @@ std::size_t encodedLength(const CodePage& page, TextView text) {
     return page.encode(page.id, text, lost).size();
 }
 
-Text lowered(TextView text) {
-    Text result(text);
-    for (char16_t& c : result) {
-        const bool ascii = c >= u'A' && c <= u'Z';
-        const bool latin1 = c >= 0xC0 && c <= 0xDE && c != 0xD7;  // 0xD7 is the multiplication sign
-        if (ascii || latin1) c = static_cast<char16_t>(c + 0x20);
-    }
-    return result;
-}
-
 TextView withoutTrailingBlanks(TextView text) {
     return text.substr(0, text.find_last_not_of(u' ') + 1);
 }

@@ -34,8 +34,8 @@ Text decodeField(const CodePage& page, std::string_view bytes);
 /// Bytes that `text` needs in the code page.
 std::size_t encodedLength(const CodePage& page, TextView text);
 
-/// Small letters, the same under every locale (a Turkish system must still read "SI" as "si"). Covers the
-/// Latin letters of the stored words; other scripts come back unchanged.
+/// Small letters, the same under every locale (a Turkish system must still read "SI" as "si"), for texts that
+/// are to be compared: both small sigmas come back as one.
 Text lowered(TextView text);
 
 /// The text without blanks at its end.

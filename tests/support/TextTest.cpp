@@ -57,6 +57,11 @@ TEST(EncodeField, TellsOfCharactersOutsideTheCodePage) {
     EXPECT_FALSE(encodeField(kDouble, u"a\u3042", 4).unmappable);
 }
 
+TEST(EncodeField, TellsOfThemInWhatIsLeftOfALongText) {
+    EXPECT_TRUE(encodeField(kDouble, u"\u03B1bcdef", 4).unmappable);
+    EXPECT_TRUE(encodeField(kDouble, u"abc\u03B1ef", 4).unmappable);
+}
+
 TEST(EncodeField, WhatIsCutOffIsNotCalledUnmappable) {
     const EncodedField field = encodeField(kDouble, u"abcd\u03B1", 4);
     EXPECT_FALSE(field.unmappable);
@@ -82,6 +87,39 @@ TEST(Lowered, IsTheSameUnderEveryLocale) {
     EXPECT_EQ(lowered(u"@AZ[`az{"), u"@az[`az{");
     EXPECT_EQ(lowered(u"\u00BF\u00C0\u00D6\u00D8\u00DE\u00DF\u00FF"),
               u"\u00BF\u00E0\u00F6\u00F8\u00FE\u00DF\u00FF");
+    EXPECT_EQ(lowered(u"I\u0130 i\u0131"), u"i\u0130 i\u0131") << "as on no Turkish system";
+}
+
+TEST(Lowered, KnowsTheLettersOfEveryScriptThatHasTwoOfEach) {
+    struct Case {
+        TextView capitals, smalls;
+    };
+    for (const Case& c : {
+             Case{u"\u041F\u041D \u0412\u0421 \u0401\u040E\u0410\u042F",
+                  u"\u043F\u043D \u0432\u0441 \u0451\u045E\u0430\u044F"},
+             Case{u"\u0394\u0395\u03A5 \u0386\u038F\u03A9", u"\u03B4\u03B5\u03C5 \u03AC\u03CE\u03C9"},
+             Case{u"\u0531\u0556", u"\u0561\u0586"},
+             Case{u"\u015E\u011E\u00C7\u0178\u017D\u0141\u0147\u018F",
+                  u"\u015F\u011F\u00E7\u00FF\u017E\u0142\u0148\u0259"},
+             Case{u"\u1EA4\u1EF4\u1E00", u"\u1EA5\u1EF5\u1E01"},
+             Case{u"\u1F08\u1FFA", u"\u1F00\u1F7C"},
+             Case{u"\uFF21\uFF3A", u"\uFF41\uFF5A"},
+         }) {
+        EXPECT_EQ(lowered(c.capitals), c.smalls);
+        EXPECT_EQ(lowered(c.smalls), c.smalls);
+    }
+    EXPECT_EQ(lowered(u"\u03A3\u03C2\u03C3"), u"\u03C3\u03C3\u03C3") << "whichever sigma ends a word";
+    constexpr TextView kWithout = u"\u6708\u066A\u05D0\u0E08\U0001F600\uFFFF\u0139\u1E9E\u212A";
+    EXPECT_EQ(lowered(kWithout), u"\u6708\u066A\u05D0\u0E08\U0001F600\uFFFF\u013A\u1E9E\u212A");
+}
+
+TEST(Lowered, GivesEveryLetterToOneOtherAndLeavesThatAlone) {
+    for (unsigned c = 0; c < 0x10000; ++c) {
+        const Text one(1, static_cast<char16_t>(c));
+        const Text small = lowered(one);
+        ASSERT_EQ(small.size(), 1U);
+        ASSERT_EQ(lowered(small), small) << std::hex << c;
+    }
 }
 
 TEST(WithLineBreaks, MakesEveryLoneBreakAPair) {
