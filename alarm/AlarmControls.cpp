@@ -41,6 +41,38 @@ Spoken sayBar(HWND bar, int) {
 
 constexpr Voice kBarVoice{0, sayBar};
 
+constexpr const wchar_t* kDrawing = L"Kardel.drawing";
+
+bool draws(UINT message) {
+    return message == WM_PAINT || message == WM_PRINTCLIENT || message == WM_ENABLE ||
+           message == BM_SETSTATE || message == BM_SETCHECK;
+}
+
+// The button draws the letter behind the mark underlined; everybody else gets the caption without the mark.
+LRESULT CALLBACK markedProc(HWND button, UINT message, WPARAM wp, LPARAM lp) noexcept {
+    if (draws(message)) {
+        SetPropW(button, kDrawing, button);
+        const LRESULT result = passToControl(button, message, wp, lp);
+        RemovePropW(button, kDrawing);
+        return result;
+    }
+    const bool asked = message == WM_GETTEXT || message == WM_GETTEXTLENGTH;
+    if (!asked || GetPropW(button, kDrawing) != nullptr) return passToControl(button, message, wp, lp);
+    char16_t marked[16]{};  // more than any of these captions
+    passToControl(button, WM_GETTEXT, std::size(marked), reinterpret_cast<LPARAM>(marked));
+    TextView caption = marked;
+    const std::size_t mark = std::min(caption.find(u'&'), caption.size());
+    char16_t* const end =
+        std::copy(marked + mark + (mark < caption.size() ? 1 : 0), marked + caption.size(), marked + mark);
+    caption = TextView(marked, static_cast<std::size_t>(end - marked));
+    if (message == WM_GETTEXTLENGTH) return static_cast<LRESULT>(caption.size());
+    if (wp == 0) return 0;
+    auto* const room = reinterpret_cast<char16_t*>(lp);
+    const std::size_t copied = caption.copy(room, wp - 1);
+    room[copied] = u'\0';
+    return static_cast<LRESULT>(copied);
+}
+
 LRESULT CALLBACK barProc(HWND bar, UINT message, WPARAM wp, LPARAM lp) noexcept {
     if (message == WM_GETOBJECT && static_cast<LONG>(lp) == OBJID_CLIENT) {
         return answerAccessible(bar, wp, lp, kBarVoice);
@@ -61,6 +93,10 @@ void fillList(HWND list, std::span<const TextView> entries, int chosen) {
         SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(Text(entry))));
     }
     SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);
+}
+
+void hideMark(HWND button) {
+    extendControl(button, markedProc);
 }
 
 void makeSpokenBar(HWND bar) {

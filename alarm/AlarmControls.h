@@ -19,6 +19,10 @@ void makeCueList(HWND list, CueList& cue);
 /// Replaces the entries of a list and chooses one, by its index from 0.
 void fillList(HWND list, std::span<const TextView> entries, int chosen);
 
+/// Lets a button draw the letter behind the mark "&" of its caption underlined, the key that reaches it with
+/// Alt, and keeps the mark from whoever asks for the caption.
+void hideMark(HWND button);
+
 /// Makes one of the editor's scroll bars say the date or the time that it sets.
 void makeSpokenBar(HWND bar);
 

@@ -66,12 +66,14 @@ std::int16_t chosenWeekday(const EditorControls& choice) {
 Text editorDate(const AlarmRule& rule, Now now) {
     Text today = dateText(dateOf(now.at));
     if (!hasAlarm(rule)) return today;
-    if (rule.eachday) return u" **/**/****";
-    if (rule.eachmonth) {
+    // A weekday counts before a pattern, which an older release may have left beside it.
+    const bool pattern = rule.AlarmWeekday < 1;
+    if (pattern && rule.eachday) return u" **/**/****";
+    if (pattern && rule.eachmonth) {
         const int day = numberOf(rule.alarmday);
         return day < 1 ? today : twoDigits(day) + u"/**/****";
     }
-    if (rule.eachyear) {
+    if (pattern && rule.eachyear) {
         const TextView stored = rule.alarmdaymonth;
         const std::size_t slash = stored.find(u'/');
         const int day = numberOf(stored.substr(0, slash));

@@ -39,8 +39,7 @@ const Bar* barOf(int id) {
     return found == std::end(kBars) ? nullptr : found;
 }
 
-/// Letters that reach a control with Alt. The captions are fixed and carry no marks of their own; labels show
-/// their letter underlined.
+/// Letters that reach a control with Alt; labels and buttons show them underlined.
 struct AccessKey {
     char16_t letter;
     int id;
@@ -112,11 +111,13 @@ bool AlarmFace::create(HWND form, const DialogGrid& grid, const AlarmRule& rule,
         add(grid, L"BUTTON", name, WS_TABSTOP | BS_AUTOCHECKBOX | (day == 0 ? WS_GROUP : 0),
             ID_CHKWEEK + day);
     }
-    add(grid, L"BUTTON", u"Mute", WS_TABSTOP | WS_GROUP | BS_AUTOCHECKBOX, ID_CHKMUTE);
+    add(grid, L"BUTTON", u"&Mute", WS_TABSTOP | WS_GROUP | BS_AUTOCHECKBOX, ID_CHKMUTE);
     add(grid, L"STATIC", {}, SS_RIGHT | SS_CENTERIMAGE | SS_NOPREFIX, ID_LBLCOUNTDOWN);
-    add(grid, L"BUTTON", ViewElapse ? u"Restart" : u"Start",
+    add(grid, L"BUTTON", ViewElapse ? u"Re&start" : u"&Start",
         WS_TABSTOP | WS_GROUP | BS_NOTIFY | BS_DEFPUSHBUTTON, ID_BTNOK);
-    add(grid, L"BUTTON", u"Stop", WS_TABSTOP | BS_NOTIFY, ID_BTNCANCEL);
+    add(grid, L"BUTTON", u"S&top", WS_TABSTOP | BS_NOTIFY, ID_BTNCANCEL);
+    for (const int button : {ID_CHKMUTE, ID_BTNOK, ID_BTNCANCEL})
+        hideMark(item(button));
     add(grid, L"STATIC", u"Weekdays", SS_OWNERDRAW, ID_FRAWEEK);
     add(grid, L"STATIC", {}, 0, ID_FRAALARM);
     if (item(ID_FRAALARM) == nullptr || item(ID_CBODAY) == nullptr) return false;

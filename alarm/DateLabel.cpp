@@ -114,7 +114,7 @@ LRESULT DateLabel::onMessage(UINT message, WPARAM wp, LPARAM lp) {
             break;
         case WM_LBUTTONDOWN: {
             SetFocus(hwnd);
-            if ((wp & (MK_SHIFT | MK_CONTROL)) != 0) return 0;
+            if ((wp & (MK_SHIFT | MK_CONTROL)) != 0 || GetKeyState(VK_MENU) < 0) return 0;
             const int x = GET_X_LPARAM(lp);
             if (const auto part = datePartAt(toTwips(Px{x}, screenDpi()))) {
                 chosen_ = static_cast<int>(*part);

@@ -159,6 +159,9 @@ bool fmsg::translate(MSG& message) {
         face->editor->accessKey(static_cast<char16_t>(message.wParam))) {
         return true;
     }
+    // A letter alone is no command: on a bar, "t" would take the alarm away.
+    const bool letter = message.message == WM_CHAR && message.wParam > VK_SPACE;
+    if (letter && ours && face != nullptr && face->editor != nullptr) return false;
     const bool handled = IsDialogMessageW(hwnd, &message) != FALSE;
     // Wine takes the mark from the default button when Tab comes to a field that is no button.
     if (handled && message.message == WM_KEYDOWN && message.wParam == VK_TAB) markDefault(defaultId());

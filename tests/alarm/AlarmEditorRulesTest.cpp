@@ -31,6 +31,23 @@ TEST(EditorOpens, OnTheRule) {
     EXPECT_EQ(editorTime(dateRule(u"05/03/2027", u"09:00:00", now), now), u"09:00:00");
 }
 
+TEST(EditorOpens, OnItsWeekdayWhateverPatternStandsBesideIt) {
+    const Now now = at(u"21/11/2026 08:00:00");
+    for (bool AlarmRule::*const pattern :
+         {&AlarmRule::eachday, &AlarmRule::eachmonth, &AlarmRule::eachyear}) {
+        AlarmRule rule = weekdayRule(3, u"09:00:00", now);
+        rule.*pattern = true;
+        rule.alarmday = u"05";
+        rule.alarmdaymonth = u"05/03";
+        EXPECT_EQ(editorDate(rule, now), u"25/11/2026");
+        // And Start takes it as it is.
+        EditorControls shown;
+        shown.data = editorDate(rule, now);
+        shown.cboDay = rule.AlarmWeekday;
+        EXPECT_FALSE(needsFullDate(shown));
+    }
+}
+
 TEST(EditorOpens, PadsAStoredDay) {
     AlarmRule rule = dateRule(u"05/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.alarmday = u"5";
@@ -190,11 +207,11 @@ TEST(DateBar, StopsAtItsEndsForDatesBeyond) {
 
 TEST(RepeatList, Has37Entries) {
     ASSERT_EQ(repeatEntries().size(), 37U);
+    for (int index = 1; index <= 30; ++index)
+        EXPECT_EQ(repeatEntryText(index), decimal(index));
+    for (int index = 31; index <= 36; ++index)
+        EXPECT_EQ(repeatEntryText(index), decimal((index - 24) * 5));
     EXPECT_EQ(repeatEntryText(0), u"");
-    EXPECT_EQ(repeatEntryText(1), u"1");
-    EXPECT_EQ(repeatEntryText(30), u"30");
-    EXPECT_EQ(repeatEntryText(31), u"35");
-    EXPECT_EQ(repeatEntryText(36), u"60");
     EXPECT_EQ(repeatEntryText(37), u"");
     EXPECT_EQ(repeatEntryText(-1), u"");
 }
