@@ -85,12 +85,9 @@ Date patternDate(const AlarmRule& rule, Now now, bool nextPeriod) {
 bool neverCarries(Date date, std::int64_t months) {
     if (date.day <= kShortestMonth) return true;
     const std::int64_t stride = std::gcd(months, std::int64_t{12});
-    for (std::int64_t month = date.month % stride; month <= 12; month += stride) {
-        if (month == 0) continue;
-        const bool isShort = month == 4 || month == 6 || month == 9 || month == 11;
-        if (month == 2 || (isShort && date.day > 30)) return false;
-    }
-    return true;
+    const auto meets = [&](std::int64_t month) { return (month - date.month) % stride == 0; };
+    if (meets(2)) return false;
+    return date.day <= 30 || !(meets(4) || meets(6) || meets(9) || meets(11));
 }
 
 /// The date of the repeat by months, counted from `then`, that is not before now. Its month is real, its day

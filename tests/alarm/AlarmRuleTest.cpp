@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 #include "tests/alarm/AlarmCases.h"
 
 namespace {
@@ -305,6 +307,31 @@ TEST(DayCount, IsTheInstantInDays) {
     EXPECT_DOUBLE_EQ(DAlarmTime(rule), 46347.75);
     clearAlarm(rule);
     EXPECT_EQ(DAlarmTime(rule), 0);
+}
+
+TEST(Repeat, HoweverLongItWasMissedItTakesTheSameShortTime) {
+    struct Case {
+        TextView date;
+        std::int16_t months;
+        std::string next;
+    };
+    for (const Case& c :
+         {Case{u"28/02/0001", 1, "28/12/9998 09:00:00"}, Case{u"29/01/0001", 2, "29/01/9999 09:00:00"},
+          Case{u"30/04/0001", 12, "30/04/9999 09:00:00"}, Case{u"30/01/0001", 3, "30/01/9999 09:00:00"},
+          Case{u"31/01/0001", 6, "31/01/9999 09:00:00"}, Case{u"31/12/0001", 12, "31/12/9998 09:00:00"}}) {
+        const std::clock_t begun = std::clock();
+        for (int round = 0; round < 2000; ++round) {
+            AlarmRule rule;
+            rule.AlarmDate = c.date;
+            rule.AlarmTime = u"09:00:00";
+            rule.RepeatNumber = c.months;
+            rule.RepeatEvery = kMonths;
+            ASSERT_TRUE(AdvanceRepeat(rule, at(u"15/12/9998 08:00:00")));
+            arm(rule, at(u"15/12/9998 08:00:00"));
+            ASSERT_EQ(shown(rule.due), c.next);
+        }
+        EXPECT_LT(std::clock() - begun, CLOCKS_PER_SEC) << c.next;
+    }
 }
 
 }  // namespace
