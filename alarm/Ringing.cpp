@@ -88,6 +88,7 @@ void Ringing::silence() {
     if (std::exchange(pTimerProc, 0) != 0) face_.stopFlashTimer();
     white_ = false;
     face_.showColour(white_);
+    face_.settle();
     face_.stopSound();
     face_.ticksChanged();
     face_.announce();

@@ -33,8 +33,10 @@ public:
     virtual void showCountdown(const Text& text) = 0;
     /// White, or the note's own colour.
     virtual void showColour(bool white) = 0;
-    /// Brings the note to sight, restored and reopened as far as that is wanted.
+    /// Brings the note to sight, restored and reopened as far as that is wanted, above all that covers it.
     virtual void appear() = 0;
+    /// Gives the note, silent again, its own place among the windows back.
+    virtual void settle() = 0;
     /// Speaks of the note's new state to screen readers.
     virtual void announce() = 0;
     virtual void startSound() = 0;

@@ -43,6 +43,7 @@ PxRect workAreaAtMouse() {
 
 basPost::basPost() {
     fillHost();
+    startTimer = [](HWND window, UINT_PTR id, UINT ms) { return SetTimer(window, id, ms, nullptr) != 0; };
 }
 
 void basPost::fillHost() {
@@ -398,10 +399,16 @@ void basPost::CountingChanged() {
     ticking_ = wanted;
     // One timer for all: with fifty of their own, the machine would be woken a hundred times a second.
     if (wanted) {
-        SetTimer(tray.hwnd, IDT_ALARM, kAlarmTick, nullptr);
+        startTicks();
     } else {
         KillTimer(tray.hwnd, IDT_ALARM);
     }
+}
+
+void basPost::startTicks() {
+    ownTimer_ = startTimer(tray.hwnd, IDT_ALARM, kAlarmTick);
+    // Windows has no timer left for a window: the alarms must not depend on that.
+    if (!ownTimer_) postLater(tray.hwnd, WM_TIMER, IDT_ALARM, kAlarmTick);
 }
 
 void basPost::ClockSet() {
@@ -422,6 +429,7 @@ void basPost::followClock(Now now, std::int64_t jump) {
 }
 
 void basPost::Tick() {
+    if (ticking_ && !ownTimer_) startTicks();
     const Now now = host.now();
     const std::int64_t jump = clock_.jump(now, host.uptime());
     if (jump < 0) followClock(now, jump);
@@ -493,11 +501,19 @@ int basPost::MsgBoxExt(const Text& Prompt, long Buttons, const Text& Title) {
 void basPost::reportSaveFailure() {
     if (failureShown_) return;
     failureShown_ = true;
+    if (tray.sessionEnds) {  // a box would hold up the log-off
+        tray.failureOwed = true;
+        return;
+    }
     // Posted: a save runs inside a focus change, where a box would bounce the focus and save again.
     PostMessageW(tray.hwnd, fTray::kSaveFailed, 0, 0);
 }
 
 void basPost::showSaveFailure() {
+    if (tray.sessionEnds) {
+        tray.failureOwed = true;
+        return;
+    }
     failureShown_ = false;
     MsgBoxExt(u"An error has occurred on saving the memo, possible data lost.", MB_ICONERROR);
 }

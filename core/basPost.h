@@ -69,7 +69,8 @@ struct basPost {
     bool ending() const { return state.ending(); }
 
     int MsgBoxExt(const Text& Prompt, long Buttons, const Text& Title = u"Kardel");
-    /// "An error has occurred on saving the memo", once, after the handler that met it has ended.
+    /// "An error has occurred on saving the memo", once, after the handler that met it has ended. While the
+    /// session ends nothing is shown.
     void reportSaveFailure();
     void showSaveFailure();
     /// A second start found this copy: its icon is still there.
@@ -85,6 +86,8 @@ struct basPost {
     Canvas canvas;
     fmsg dialog;
     fTray tray;
+    /// Starts a timer of a window: Windows' own, unless a test has another. False when there is none left.
+    std::function<bool(HWND, UINT_PTR, UINT)> startTimer;
 
     std::vector<fpost*> Notes;                  ///< note n is Notes[n - 1]
     std::array<fpost*, kMaxNotes> NoteSlots{};  ///< the same, slot n - 1; null beyond the last note
@@ -116,7 +119,11 @@ private:
     /// Lets the alarms follow a clock that was set by `jump` seconds.
     void followClock(Now now, std::int64_t jump);
 
+    /// Half-second ticks to the tray window, one way or another.
+    void startTicks();
+
     bool ticking_ = false;
+    bool ownTimer_ = false;  ///< the ticks come by a timer of the window
     ClockWatch clock_;
     std::int64_t untold_ = 0;  ///< seconds that the clock leapt forward, unless Windows says why
     static constexpr int kMostUnreadTicks = 1024;  ///< under nine minutes

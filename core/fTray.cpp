@@ -207,15 +207,19 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
             host.exitProgram();
             return 0;
         case WM_QUERYENDSESSION:
+            sessionEnds = true;
             host.commitEdits();
             return TRUE;
         case WM_ENDSESSION:
-            if (wp != FALSE) {
+            sessionEnds = wp != FALSE;
+            if (sessionEnds) {
                 host.endSession();
                 KillTimer(hwnd, IDT_ICON);
                 TrayIconDelete(hwnd);
                 // An installer that wants the program's file waits until the program itself has gone.
                 if ((lp & ENDSESSION_CLOSEAPP) != 0) PostMessageW(hwnd, WM_CLOSE, 0, 0);
+            } else if (std::exchange(failureOwed, false)) {
+                PostMessageW(hwnd, kSaveFailed, 0, 0);
             }
             return 0;
         case WM_NCDESTROY: {

@@ -71,6 +71,8 @@ struct fTray {
     static void onEscaped(UINT message) noexcept;
 
     HWND hwnd = nullptr;
+    bool sessionEnds = false;  ///< Windows has asked whether it may, and has not said that it does not
+    bool failureOwed = false;  ///< a save failed meanwhile: told when the session goes on
     TrayHost host;
     WinClass windows;  ///< decides which click counts; known once the icon is there
 

@@ -13,6 +13,7 @@ public:
     void showCountdown(const Text& text) override;
     void showColour(bool white) override;
     void appear() override;
+    void settle() override;
     void announce() override;
     void startSound() override;
     void stopSound() override;

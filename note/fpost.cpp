@@ -484,6 +484,8 @@ std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
             if ((wp & kCommandBits) != SC_KEYMENU || lp != VK_SPACE) return {};
             OpenMenu();  // Alt+Space: a note's own menu
             return 0;
+        case WM_SETCURSOR:
+            return onDisabledPress(lp);
         case WM_KEYDOWN:
             if (!onKeyDown(wp, (HIWORD(lp) & KF_REPEAT) != 0)) return {};
             return 0;

@@ -260,6 +260,8 @@ private:
     void pressGrip(const Press& press);
     void pressStrip(const Press& press);
     void setPartCursor(HWND part);
+    /// A press on a note that is disabled because a dialog waits for its answer: it ends the ringing.
+    std::optional<LRESULT> onDisabledPress(LPARAM hit);
     void repaint() const;
     PxRect windowRect() const;
     void wantTips();

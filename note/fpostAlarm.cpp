@@ -27,7 +27,12 @@ void fpost::ArmAfterLoad() {
 }
 
 void fpost::ShowAlarmStrip() {
-    const bool shown = alarm.wantsStrip() && !record.iconized && !bodyBeingEdited && !Help;
+    // In an edit it would cover the last line; but while it rings there must be something to click.
+    const bool room = !bodyBeingEdited || alarm.Alarming;
+    const bool shown = alarm.wantsStrip() && !record.iconized && room && !Help;
+    if (shown && bodyBeingEdited) {
+        SetWindowPos(pic_time, pic2, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
     setWindowText(pic_time, alarm.stripText(host->now()));
     ShowWindow(pic_time, shown ? SW_SHOWNA : SW_HIDE);
 }
@@ -86,6 +91,11 @@ void NoteRinging::appear() {
     }
     note_.host->noteShown();
     note_.host->notesChanged();
+    note_.applyTopmost();
+}
+
+void NoteRinging::settle() {
+    note_.applyTopmost();
 }
 
 void NoteRinging::announce() {

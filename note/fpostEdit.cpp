@@ -47,8 +47,8 @@ void fpost::EditForm() {
     SendMessageW(txtNota, EM_EMPTYUNDOBUFFER, 0, 0);
     bodyBeingEdited = true;
     oneShot = OneShotKey::None;
-    ShowWindow(pic_time, SW_HIDE);  // it would cover the last line
     ShowWindow(txtNota, SW_SHOW);
+    ShowAlarmStrip();
     putCaretAtEnd(txtNota);
     SetForegroundWindow(hwnd);
     SetFocus(txtNota);

@@ -79,6 +79,14 @@ void fpost::pressStrip(const Press& press) {
     }
 }
 
+std::optional<LRESULT> fpost::onDisabledPress(LPARAM hit) {
+    // The one message that such a window gets for the press.
+    const bool disabled = static_cast<short>(LOWORD(hit)) == HTERROR;
+    if (!disabled || HIWORD(hit) != WM_LBUTTONDOWN || !Alarming()) return {};
+    SoundStop();
+    return TRUE;
+}
+
 void fpost::setPartCursor(HWND part) {
     POINT at{};
     GetCursorPos(&at);

@@ -252,9 +252,11 @@ void fpost::toggleTopmost() {
 
 void fpost::applyTopmost() const {
     // A note that is not on top and is not to be stays where it is among the others.
-    if (!record.topmost && !isTopmost(hwnd)) return;
+    // One that rings is above the others until it is silent.
+    const bool wanted = record.topmost || Alarming();
+    if (!wanted && !isTopmost(hwnd)) return;
     // The keyboard stays where the user has it.
-    SetWindowPos(hwnd, record.topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+    SetWindowPos(hwnd, wanted ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
                  SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
 }
 

@@ -1,6 +1,7 @@
 #include "support/Window.h"
 
 #include <cstdint>
+#include <memory>
 
 #include "support/Handles.h"
 #include "support/Units.h"
@@ -29,6 +30,20 @@ private:
     LARGE_INTEGER perSecond_{};
     LARGE_INTEGER start_{};
 };
+
+struct Posting {
+    HWND window;
+    UINT message;
+    WPARAM wp;
+    DWORD ms;
+};
+
+DWORD WINAPI postWhenDue(void* given) noexcept {
+    const std::unique_ptr<Posting> posting(static_cast<Posting*>(given));
+    Sleep(posting->ms);
+    PostMessageW(posting->window, posting->message, posting->wp, 0);
+    return 0;
+}
 
 }  // namespace
 
@@ -85,6 +100,15 @@ bool endOpenMenu() {
     if ((thread.flags & kMenuOpen) == 0) return false;
     EndMenu();
     return true;
+}
+
+void postLater(HWND window, UINT message, WPARAM wp, DWORD ms) {
+    auto posting = std::make_unique<Posting>(Posting{window, message, wp, ms});
+    if (QueueUserWorkItem(postWhenDue, posting.get(), WT_EXECUTELONGFUNCTION) != FALSE) {
+        static_cast<void>(posting.release());
+    } else {
+        PostMessageW(window, message, wp, 0);  // too soon is better than never
+    }
 }
 
 bool pumpFor(DWORD ms) {

@@ -56,5 +56,8 @@ bool pumpPending();
 /// has been handled, and before any that is posted now.
 bool endOpenMenu();
 
+/// Posts a message to a window in `ms` milliseconds, once, without one of the timers that windows have.
+void postLater(HWND window, UINT message, WPARAM wp, DWORD ms);
+
 /// Lets messages through until `ms` milliseconds have passed, to a millisecond. False on WM_QUIT.
 bool pumpFor(DWORD ms);

@@ -18,6 +18,7 @@ struct FakeNote : RingingFace {
     bool white = false;
     int colours = 0;  ///< how often the colour was shown anew
     int appeared = 0;
+    int raised = 0;  ///< above all that covers it
     int spoken = 0;
     int sounds = 0;
     int silences = 0;
@@ -65,8 +66,10 @@ struct FakeNote : RingingFace {
     }
     void appear() override {
         ++appeared;
+        ++raised;
         showStrip();
     }
+    void settle() override { --raised; }
     void announce() override { ++spoken; }
     void startSound() override {
         ++sounds;

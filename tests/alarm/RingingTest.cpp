@@ -297,6 +297,17 @@ TEST(Ringing, SilencedAloneItArmsNothing) {
     EXPECT_EQ(shown(note.alarm.rule.due), "15/06/2026 12:00:10");
 }
 
+TEST(Ringing, StandsAboveAllAsLongAsItRings) {
+    FakeNote note;
+    note.set(daily(), kNoon);
+    EXPECT_EQ(note.raised, 0);
+    note.tick(kDueNow);
+    EXPECT_EQ(note.raised, 1);
+    note.alarm.silence();
+    note.alarm.silence();
+    EXPECT_EQ(note.raised, 0);
+}
+
 TEST(Ringing, ScreenReadersHearOfEveryChange) {
     FakeNote note;
     note.set(daily(), kNoon);

@@ -497,6 +497,34 @@ TEST_P(Collection, TheEndOfTheSessionKeepsTextAndARingingNote) {
     EXPECT_FALSE(desk->note(1).Alarming());
 }
 
+TEST_P(Collection, ASaveThatFailsAtLogOffIsToldOnlyWhenTheSessionGoesOn) {
+    const auto desk = run({plainNote(u"a")});
+    const HWND tray = desk->desk->tray.hwnd;
+    desk->note(1).EditForm();
+    SetWindowTextW(desk->note(1).txtNota, L"typed at log-off");
+    {
+        const FullDisk full(*desk);
+        EXPECT_EQ(SendMessageW(tray, WM_QUERYENDSESSION, 0, 0), TRUE);
+    }
+    Script script(desk->desk->dialog);
+    bool asked = false;
+    const auto shown = [&] {
+        const HWND box = desk->desk->dialog.hwnd;
+        return box != nullptr && IsWindowVisible(box) != FALSE;
+    };
+    script.when(shown, [&] {
+        EXPECT_TRUE(asked) << "the log-off would have to wait for the answer";
+        PostMessageW(desk->desk->dialog.hwnd, WM_CLOSE, 0, 0);
+    });
+    pumpFor(100);
+    EXPECT_FALSE(desk->desk->dialog.open());
+    asked = true;
+    SendMessageW(tray, WM_ENDSESSION, FALSE, 0);
+    pumpPending();
+    desk->desk->CommitEdits();
+    EXPECT_EQ(desk->stored(1).Nota, u"typed at log-off");
+}
+
 TEST_P(Collection, ExitNeverDeletesARingingNote) {
     auto desk = ringing(GetParam(), false);
     desk->desk->ExitProgram();

@@ -7,6 +7,7 @@
 
 #include "resources/resource.h"
 #include "tests/window/AlarmDesk.h"
+#include "tests/window/Script.h"
 
 namespace {
 
@@ -263,6 +264,142 @@ TEST_P(Alarm, FiftyMissedAlarmsAllRingAndAllGo) {
         press(desk->note(1).pic_time);
     pumpPending();
     EXPECT_EQ(desk->silences, kMaxNotes);
+}
+
+// --- A note that rings is seen ---------------------------------------------------------------------------
+
+bool onTop(const fpost& note) {
+    return (GetWindowLongPtrW(note.hwnd, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+}
+
+/// Whether one window lies above another.
+bool isAbove(HWND upper, HWND lower) {
+    for (HWND at = GetWindow(lower, GW_HWNDPREV); at != nullptr; at = GetWindow(at, GW_HWNDPREV)) {
+        if (at == upper) return true;
+    }
+    return false;
+}
+
+TEST_P(Alarm, ItIsAboveAllOtherNotesAsLongAsItRings) {
+    const auto desk = run({every(u"a", u"eachday"), with(every(u"b", u"eachday"), &NoteRecord::topmost),
+                           with(plainNote(u"c"), &NoteRecord::topmost)});
+    desk->note(3).show(false);
+    EXPECT_FALSE(onTop(desk->note(1)));
+    desk->clock = {kDue, 0};
+    tick(*desk);
+    for (int n = 1; n <= 2; ++n) {
+        EXPECT_TRUE(onTop(desk->note(n))) << n;
+        EXPECT_TRUE(isAbove(desk->note(n).hwnd, desk->note(3).hwnd)) << n;
+        press(desk->note(n).pic_time);
+    }
+    EXPECT_FALSE(onTop(desk->note(1)));
+    EXPECT_TRUE(onTop(desk->note(2)));
+    EXPECT_FALSE(desk->stored(1).topmost);
+    EXPECT_TRUE(desk->stored(2).topmost);
+}
+
+TEST_P(Alarm, AlwaysOnTopMayBeChosenMeanwhile) {
+    const auto desk = ringing({every(u"a", u"eachday")});
+    fpost& note = desk->note(1);
+    EXPECT_FALSE(note.menuInput(note.alarm.rule).topmost) << "what the user chose";
+    note.toggleTopmost();
+    press(note.pic_time);
+    EXPECT_TRUE(onTop(note));
+    desk->clock = {later(kSecondsPerDay), 0};
+    tick(*desk);
+    note.toggleTopmost();
+    EXPECT_TRUE(onTop(note)) << "it rings";
+    press(note.pic_time);
+    EXPECT_FALSE(onTop(note));
+}
+
+TEST_P(Alarm, WhileADialogIsOpenItLiesBelowAndAPressSilencesIt) {
+    const auto desk = run({with(with(every(u"a", u"eachday"), &NoteRecord::closed), &NoteRecord::topmost),
+                           once(u"b"), plainNote(u"c")});
+    Script script(desk->desk->dialog);
+    const auto shown = [&] {
+        const HWND box = desk->desk->dialog.hwnd;
+        return box != nullptr && IsWindowVisible(box) != FALSE;
+    };
+    script.when(shown, [&] {
+        const HWND box = desk->desk->dialog.hwnd;
+        const auto pressed = [&](int n, int hit, UINT message) {
+            const HWND window = desk->note(n).hwnd;
+            SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window), MAKELPARAM(hit, message));
+        };
+        pressed(2, HTERROR, WM_LBUTTONDOWN);  // nothing rings yet
+        desk->clock = {kDue, 0};
+        tick(*desk);
+        for (int n = 1; n <= 2; ++n) {
+            EXPECT_TRUE(isAbove(box, desk->note(n).hwnd)) << n;
+            EXPECT_FALSE(IsWindowEnabled(desk->note(n).hwnd)) << n;
+            pressed(n, HTERROR, WM_MOUSEMOVE);
+            pressed(n, HTERROR, WM_RBUTTONDOWN);
+            pressed(n, HTCLIENT, WM_LBUTTONDOWN);
+            EXPECT_TRUE(desk->note(n).Alarming()) << n;
+        }
+        pressed(2, HTERROR, WM_LBUTTONDOWN);
+        pressed(1, HTERROR, WM_LBUTTONDOWN);
+        EXPECT_FALSE(desk->note(1).Alarming());
+        EXPECT_EQ(desk->desk->titles(), (std::vector<Text>{u"a", u"c"}));
+        EXPECT_TRUE(desk->desk->dialog.open());
+        PostMessageW(box, WM_CLOSE, 0, 0);
+    });
+    desk->desk->dialog.about();
+    EXPECT_TRUE(IsWindowEnabled(desk->note(1).hwnd));
+}
+
+TEST_P(Alarm, WhileItsTextIsEditedTheStripComesUpToBePressed) {
+    const auto desk = run({every(u"a", u"eachday")});
+    fpost& note = desk->note(1);
+    const auto pressable = [&] {
+        POINT middle{4, 4};
+        MapWindowPoints(note.pic_time, note.hwnd, &middle, 1);
+        return stripShown(note) && RealChildWindowFromPoint(note.hwnd, middle) == note.pic_time;
+    };
+    note.EditForm();
+    EXPECT_FALSE(stripShown(note)) << "it would cover the last line";
+    desk->clock = {kDue, 0};
+    tick(*desk);
+    EXPECT_TRUE(note.bodyBeingEdited);
+    EXPECT_TRUE(pressable());
+    note.SoundStop();
+    EXPECT_FALSE(stripShown(note));
+    note.CancelNote();
+    desk->clock = {later(kSecondsPerDay), 0};
+    tick(*desk);
+    note.EditForm();
+    EXPECT_TRUE(pressable()) << "it rang already when the edit began";
+    SetWindowTextW(note.txtNota, L"kept");
+    press(note.pic_time);
+    EXPECT_FALSE(note.Alarming());
+    EXPECT_EQ(desk->stored(1).Nota, u"kept");
+}
+
+// --- Windows has no timer left ----------------------------------------------------------------------------
+
+TEST_P(Alarm, WithoutATimerOfItsOwnTheDeskTicksAllTheSame) {
+    const auto desk = run({plainNote(u"a")}, keeping());
+    int refused = 0;
+    desk->desk->startTimer = [&](HWND, UINT_PTR, UINT) {
+        ++refused;
+        return false;
+    };
+    fpost& note = desk->note(1);
+    note.alarm.rule = ruleFromRecord(once(u"a"));
+    note.ArmAfterLoad();
+    desk->clock = {later(-7), 0};
+    const ULONGLONG end = GetTickCount64() + 20000;
+    while (strip(note) != "0:00:07" && GetTickCount64() < end && pumpFor(5)) {
+    }
+    EXPECT_EQ(strip(note), "0:00:07");
+    desk->clock = {kDue, 0};
+    while (!note.Alarming() && GetTickCount64() < end && pumpFor(5)) {
+    }
+    EXPECT_TRUE(note.Alarming());
+    EXPECT_GE(refused, 2) << "it is asked for again and again";
+    EXPECT_LT(refused, 40) << "at each tick";
+    note.SoundStop();
 }
 
 // --- Notes that are not on screen -------------------------------------------------------------------------

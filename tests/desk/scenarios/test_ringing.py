@@ -355,6 +355,52 @@ def test_what_is_being_typed_when_the_alarm_comes_is_kept(desk):
     assert kept.each("Nota") == ["xyz!"]
 
 
+def test_a_note_that_rings_comes_above_what_covers_it_and_goes_back(desk):
+    zone, kept = alarms.midday_zone(), Store(desk, "registry")
+    kardel, _ = due_soon(desk, lambda due: kept.seed(
+        [{**NOTE, **at(due), "alarmrepeatnumber": 1, "alarmrepeatevery": "hh"},
+         {**OTHER, "y": NOTE["y"], "topmost": True}]), zone)
+    note, other = kardel.note("a"), kardel.note("other")
+    other.awake()
+    wait_ringing(note)
+    assert note.topmost and kardel.stacking()[0] == "a"
+    desk.stays(lambda: other.has_focus, 1, "the keyboard")
+    silence(note)
+    rings_no_more(note)
+    assert not note.topmost and other.topmost
+    assert kept.each("topmost") == [False, True]
+
+
+@pytest.mark.parametrize("part", ("pic_time", "nota", "lbl"))
+def test_a_note_that_rings_is_silenced_while_a_dialog_waits(desk, part):
+    kardel, kept = run(desk, {**NOTE, **DUE}, OTHER, DontDeleteWhenPlay=True)
+    note = kardel.note("a")
+    wait_ringing(note)
+    kardel.tray.command("dyn(11)")
+    box = kardel.dialog()
+    desk.wait(lambda: not note.enabled, 5, "the dialog to want its answer")
+    wait_ringing(note)
+    desk.click(*note.part(part).point(20, 5))
+    rings_no_more(note)
+    assert box.visible and not note.enabled
+    desk.wait_equal(lambda: stored_alarm(kept), CLEARED)
+    box.press("OK")
+    desk.wait(lambda: note.enabled, 5, "the answer")
+
+
+def test_a_note_that_rings_while_it_is_edited_shows_something_to_click(desk):
+    zone, kept = alarms.midday_zone(), Store(desk, "registry")
+    kardel, _ = due_soon(desk, lambda due: kept.seed([{**NOTE, **at(due)}], DontDeleteWhenPlay=True), zone)
+    note = kardel.note()
+    note.edit()
+    desk.key("ctrl+End")
+    desk.type("yz")
+    desk.wait(lambda: strip(note).visible, 30, "the strip")
+    silence(note)
+    rings_no_more(note)
+    desk.wait_equal(lambda: kept.each("Nota"), ["xyz"])
+
+
 def test_a_new_alarm_set_on_a_ringing_note_silences_it(desk):
     kardel, kept = run(desk, {**NOTE, **DUE})
     note = kardel.note()
