@@ -25,5 +25,8 @@ public:
     bool removeNote() override;
 
 private:
+    /// Puts the note that rings above what covers it.
+    void raise();
+
     fpost& note_;
 };

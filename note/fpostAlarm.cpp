@@ -69,6 +69,14 @@ void NoteRinging::showCountdown(const Text& text) {
 
 void NoteRinging::showColour(bool white) {
     note_.tBackColor(white ? kWhite : note_.Backcol());
+    const bool isTopmost = (GetWindowLongPtrW(note_.hwnd, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+    if (note_.Alarming() && !isTopmost) raise();  // once it has lost the keyboard
+}
+
+void NoteRinging::raise() {
+    // One that has the keyboard is in front already, and an edit in it goes on undisturbed: on a Wine desktop
+    // a window that is raised while it is active loses the keyboard for a moment.
+    if (GetForegroundWindow() != note_.hwnd) note_.applyTopmost();
 }
 
 void NoteRinging::appear() {
@@ -91,7 +99,7 @@ void NoteRinging::appear() {
     }
     note_.host->noteShown();
     note_.host->notesChanged();
-    note_.applyTopmost();
+    raise();
 }
 
 void NoteRinging::settle() {
