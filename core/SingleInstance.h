@@ -11,11 +11,11 @@ struct SingleInstance {
 };
 
 /// Takes the session's mutex. False when another copy holds it (also one that runs with more rights).
-bool claimSession(SingleInstance& instance);
+[[nodiscard]] bool claimSession(SingleInstance& instance);
 
 /// Takes the mutex of the store: of the user's settings, or of the data folder, by whatever name it is
 /// called. False when a copy in another session holds it.
-bool claimStore(SingleInstance& instance, bool useRegistry, const Text& folder);
+[[nodiscard]] bool claimStore(SingleInstance& instance, bool useRegistry, const Text& folder);
 
 /// Gives the mutex of a store back.
 void releaseStore(SingleInstance& instance, bool useRegistry);
