@@ -4,24 +4,16 @@
 #include <cmath>
 #include <utility>
 
-#include "alarm/bas_PlaySound.h"
 #include "core/Columns.h"
 #include "core/Prompts.h"
 #include "note/bas_DialogColor.h"
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
-#include "support/Clock.h"
 #include "support/Number.h"
 
 namespace {
 
 constexpr unsigned kLogOffPatience = 500;  // ms; the session is asked and ended, each may wait as long
-
-BOOL CALLBACK findSystemDialog(HWND window, LPARAM found) noexcept {
-    if (!isSystemDialog(window) || IsWindowVisible(window) == FALSE) return TRUE;
-    *reinterpret_cast<HWND*>(found) = window;
-    return FALSE;
-}
 
 /// Cancels the system's own dialog over a note, the choice of a colour. The quit message alone can end it as
 /// if the colour had been confirmed.
@@ -42,38 +34,7 @@ PxRect workAreaAtMouse() {
 }  // namespace
 
 basPost::basPost() {
-    fillHost();
     startTimer = [](HWND window, UINT_PTR id, UINT ms) { return SetTimer(window, id, ms, nullptr) != 0; };
-}
-
-void basPost::fillHost() {
-    host.store = &store;
-    host.settings = &settings;
-    host.dialog = &dialog;
-    host.look = &look;
-    host.canvas = &canvas;
-    host.Notes = &Notes;
-    host.newNote = [this] { return NewNote(); };
-    host.hideAll = [this](bool hidden) { HideAll(hidden); };
-    host.iconizeAll = [this](bool iconized) { IconizeAll(iconized); };
-    host.exitProgram = [this] { ExitProgram(); };
-    host.realign = [this] { Realign(); };
-    host.notesChanged = [this] { NotesChanged(); };
-    host.countingChanged = [this] { CountingChanged(); };
-    host.remove = [this](fpost& note) { RemoveNote(note); };
-    host.commitEdits = [this] { CommitEdits(); };
-    host.allHidden = [this] { return AllHidden(); };
-    host.allIconized = [this] { return AllIconized(); };
-    host.noteShown = [this] { state.onNoteShown(); };
-    host.storeSetting = [this](Setting setting) { store.storeSetting(setting, settings); };
-    host.monitors = [this]() -> const std::vector<Monitor>& { return monitors(); };
-    host.now = [] { return localNow(); };
-    host.uptime = [] { return std::uint64_t{GetTickCount64()}; };
-    host.startSound = [] { PlayAlarmSound(IDW_ALARM, true); };
-    host.stopSound = StopAlarmSound;
-    host.ask = [this](const Text& prompt, long buttons, const Text& title) {
-        return MsgBoxExt(prompt, buttons, title);
-    };
     store.saveFailed = [this] { reportSaveFailure(); };
     dialog.noteWindows = [this] {
         std::vector<HWND> windows;
@@ -86,38 +47,7 @@ void basPost::fillHost() {
 }
 
 bool basPost::createTray() {
-    TrayHost functions;
-    functions.state = [this] { return trayState(); };
-    functions.titles = [this] { return titles(); };
-    // Until the notes are loaded, a command from outside would act on a desk that only looks empty.
-    functions.dialogOpen = [this] { return dialog.open() || state.loading(); };
-    functions.openBox = [this] {
-        HWND box = dialog.open() ? dialog.hwnd : nullptr;
-        if (box == nullptr) {
-            EnumThreadWindows(GetCurrentThreadId(), findSystemDialog, reinterpret_cast<LPARAM>(&box));
-        }
-        return box;
-    };
-    functions.newNote = [this] { NewNote(); };
-    functions.hideAll = [this](bool hidden) { HideAll(hidden); };
-    functions.iconizeAll = [this](bool iconized) { IconizeAll(iconized); };
-    functions.toggleAlignAll = [this] { ToggleAlignAll(); };
-    functions.toggleEasyAlign = [this] { ToggleEasyAlign(); };
-    functions.switchStore = [this] { SwitchStore(); };
-    functions.about = [this] { dialog.about(); };
-    functions.exitProgram = [this] { ExitProgram(); };
-    functions.openNote = [this](int slot) { OpenNote(slot); };
-    functions.defaultAction = [this] {
-        dialog.unload();
-        ToggleHideAll();
-    };
-    functions.alreadyRunning = [this] { sayAlreadyRunning(); };
-    functions.commitEdits = [this] { CommitEdits(); };
-    functions.endSession = [this] { EndSession(); };
-    functions.showSaveFailure = [this] { showSaveFailure(); };
-    functions.tick = [this] { Tick(); };
-    functions.clockSet = [this] { ClockSet(); };
-    return tray.create(std::move(functions));
+    return tray.create(trayHost_);
 }
 
 // --- Numbers, flags and counts ----------------------------------------------------------------------------
@@ -591,5 +521,7 @@ TrayMenuState basPost::trayState() const {
     menu.alignAll = settings.AlignAll;
     menu.easyAlign = settings.EasyAlign;
     menu.localFiles = localFilesMark;
+    // Until the notes are loaded, a command from outside would act on a desk that only looks empty.
+    menu.dialogOpen = dialog.open() || state.loading();
     return menu;
 }

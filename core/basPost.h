@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/ClockWatch.h"
+#include "core/DeskFaces.h"
 #include "core/DeskState.h"
 #include "core/TrayMenu.h"
 #include "core/fTray.h"
@@ -81,13 +82,13 @@ struct basPost {
 
     GlobalSettings settings;
     NoteStore store;
-    NoteHost host;
     NoteLook look;
     Canvas canvas;
     fmsg dialog;
     fTray tray;
     /// Starts a timer of a window: Windows' own, unless a test has another. False when there is none left.
     std::function<bool(HWND, UINT_PTR, UINT)> startTimer;
+    DeskForNotes host{*this};
 
     std::vector<fpost*> Notes;                  ///< note n is Notes[n - 1]
     std::array<fpost*, kMaxNotes> NoteSlots{};  ///< the same, slot n - 1; null beyond the last note
@@ -95,7 +96,8 @@ struct basPost {
     bool localFilesMark = true;  ///< check mark of "Use local files"; not always the store in force
 
 private:
-    void fillHost();
+    friend DeskForNotes;
+
     void Renumber();
     DeskCount counted() const;
     /// Captions and flags after a note's title, closed or iconized state changed.
@@ -122,6 +124,7 @@ private:
     /// Half-second ticks to the tray window, one way or another.
     void startTicks();
 
+    DeskForTray trayHost_{*this};
     bool ticking_ = false;
     bool ownTimer_ = false;  ///< the ticks come by a timer of the window
     ClockWatch clock_;

@@ -18,7 +18,7 @@ constexpr const char16_t* kClass = u"ThunderRT6FormDC";
 constexpr const char16_t* kTitle = u"kardel:trayicon";
 
 /// What each place in the menu does; null for separators and the hidden help.
-constexpr std::function<void()> TrayHost::*kActions[kTrayItems] = {
+constexpr void (TrayHost::*kActions[kTrayItems])() = {
     &TrayHost::newNote,          // 0
     nullptr,                     // separator
     nullptr,                     // Hide All: what it does depends on what it said
@@ -71,8 +71,8 @@ void allowFromBelow(HWND window, UINT message) {
 
 // --- The window -------------------------------------------------------------------------------------------
 
-bool fTray::create(TrayHost functions) {
-    host = std::move(functions);
+bool fTray::create(TrayHost& desk) {
+    host = &desk;
     taskbarCreated_ = RegisterWindowMessageW(L"TaskbarCreated");
     registerClass(kClass, formProc<fTray>, 0);
     // An ordinary top-level window that is never shown: a message-only one hears neither of a new task bar
@@ -106,7 +106,7 @@ bool fTray::TrayHook(HWND tray) {
     windows = QueryWinVersion();
     if (savedProcedure_ != nullptr) return true;
     for (const UINT message : {static_cast<UINT>(WM_SECONDSTART), taskbarCreated_}) {
-        host.letThrough(tray, message);
+        host->letThrough(tray, message);
     }
     savedProcedure_ = replaceProcedure(tray, trayProc);
     return savedProcedure_ != nullptr;
@@ -181,39 +181,39 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
     }
     switch (message) {
         case WM_COMMAND:
-            onCommand(LOWORD(wp), menuState());
+            onCommand(LOWORD(wp), host->state());
             return 0;
         case kChosen: {
-            TrayMenuState said = menuState();
+            TrayMenuState said = host->state();
             said.allHidden = (lp & kSaidHidden) != 0;
             said.allIconized = (lp & kSaidIconized) != 0;
             onCommand(LOWORD(wp), said);
             return 0;
         }
         case kSaveFailed:
-            host.showSaveFailure();
+            host->showSaveFailure();
             return 0;
         case kRunning:
-            host.alreadyRunning();
+            host->alreadyRunning();
             return 0;
         case WM_TIMER:
-            if (wp == IDT_ALARM) host.tick();
+            if (wp == IDT_ALARM) host->tick();
             if (wp == IDT_ICON) ensureIcon();
             return 0;
         case WM_TIMECHANGE:
-            host.clockSet();
+            host->clockSet();
             return 0;
         case WM_CLOSE:
-            host.exitProgram();
+            host->exitProgram();
             return 0;
         case WM_QUERYENDSESSION:
             sessionEnds = true;
-            host.commitEdits();
+            host->commitEdits();
             return TRUE;
         case WM_ENDSESSION:
             sessionEnds = wp != FALSE;
             if (sessionEnds) {
-                host.endSession();
+                host->endSession();
                 KillTimer(hwnd, IDT_ICON);
                 TrayIconDelete(hwnd);
                 // An installer that wants the program's file waits until the program itself has gone.
@@ -240,11 +240,11 @@ void fTray::onIcon(UINT mouseMessage) {
         case WM_LBUTTONUP:
             // A double click comes as release, double click, release: its second release is no click of its
             // own.
-            if (!std::exchange(swallowUp_, false) && actsOnClick(windows)) host.defaultAction();
+            if (!std::exchange(swallowUp_, false) && actsOnClick(windows)) host->defaultAction();
             break;
         case WM_LBUTTONDBLCLK:
             swallowUp_ = true;
-            if (actsOnDoubleClick(windows)) host.defaultAction();
+            if (actsOnDoubleClick(windows)) host->defaultAction();
             break;
         case WM_RBUTTONUP:
             popUp();
@@ -261,15 +261,9 @@ void fTray::onSecondStart() {
 
 // --- The menu ---------------------------------------------------------------------------------------------
 
-TrayMenuState fTray::menuState() const {
-    TrayMenuState state = host.state();
-    state.dialogOpen = host.dialogOpen();
-    return state;
-}
-
 void fTray::popUp() {
-    const TrayMenuState state = menuState();
-    UniqueMenu list = filledMenu(openMenu(host.titles(), state));
+    const TrayMenuState state = host->state();
+    UniqueMenu list = filledMenu(openMenu(host->titles(), state));
     const UniqueMenu mnupop(CreatePopupMenu());
     // The submenu belongs to the menu from here on and goes with it.
     const bool taken = AppendMenuW(mnupop.get(), MF_POPUP | MF_STRING, reinterpret_cast<UINT_PTR>(list.get()),
@@ -287,7 +281,7 @@ void fTray::popUp() {
     PostMessageW(window, WM_NULL, 0, 0);  // otherwise the next menu would close at once
     // Who closes the menu by a click elsewhere has chosen where to go on; who does not returns to the
     // question.
-    const HWND box = host.openBox();
+    const HWND box = host->openBox();
     if (box != nullptr && GetForegroundWindow() == window) SetForegroundWindow(box);
     // A note that rang while the menu was open has turned the captions since: what the user read counts.
     const LPARAM said = (state.allHidden ? kSaidHidden : 0) | (state.allIconized ? kSaidIconized : 0);
@@ -300,20 +294,20 @@ void fTray::onCommand(unsigned id, const TrayMenuState& said) {
 }
 
 void fTray::mnuDyn_Click(int Index) {
-    run(Index, menuState());
+    run(Index, host->state());
 }
 
 void fTray::run(int Index, const TrayMenuState& said) {
-    if (!trayCommandAllowed(menuState(), Index)) return;
+    if (!trayCommandAllowed(host->state(), Index)) return;
     if (Index == tray::kHideAll) {
-        host.hideAll(!said.allHidden);
+        host->hideAll(!said.allHidden);
     } else if (Index == tray::kIconizeAll) {
-        host.iconizeAll(!said.allIconized);
+        host->iconizeAll(!said.allIconized);
     } else if (const auto action = kActions[Index]; action != nullptr) {
-        (host.*action)();
+        (host->*action)();
     }
 }
 
 void fTray::mnuDyn2_Click(int Index) {
-    if (openAllowed(menuState(), Index)) host.openNote(Index);
+    if (openAllowed(host->state(), Index)) host->openNote(Index);
 }

@@ -2,7 +2,6 @@
 // session. It owns the dialog, which has no button in the task bar for that.
 #pragma once
 
-#include <functional>
 #include <vector>
 
 #include "core/TrayMenu.h"
@@ -12,32 +11,45 @@
 /// Lets a message through to a window of a program that runs with more rights than its sender.
 void allowFromBelow(HWND window, UINT message);
 
-/// What the tray asks of the collection. All set before create().
-struct TrayHost {
-    std::function<TrayMenuState()> state;       ///< `dialogOpen` comes from the function below
-    std::function<std::vector<Text>()> titles;  ///< of every note, in the order of their numbers
-    std::function<bool()> dialogOpen;
-    std::function<HWND()> openBox;  ///< what takes the keyboard when the menu has gone; null: nothing does
-    std::function<void(HWND window, UINT message)> letThrough = allowFromBelow;
+/// What the tray asks of the collection.
+class TrayHost {
+public:
+    virtual ~TrayHost() = default;
+    virtual TrayMenuState state() const = 0;
+    /// Of every note, in the order of their numbers.
+    virtual std::vector<Text> titles() const = 0;
+    /// What takes the keyboard when the menu has gone. Null: nothing does.
+    virtual HWND openBox() const = 0;
+    /// Windows' own filter of messages; a test looks on.
+    virtual void letThrough(HWND window, UINT message) { allowFromBelow(window, message); }
 
-    std::function<void()> newNote;
-    std::function<void(bool hidden)> hideAll;       ///< Hide All, or Show All when false
-    std::function<void(bool iconized)> iconizeAll;  ///< Iconize All, or Restore All when false
-    std::function<void()> toggleAlignAll;
-    std::function<void()> toggleEasyAlign;
-    std::function<void()> switchStore;
-    std::function<void()> about;
-    std::function<void()> exitProgram;
-    std::function<void(int slot)> openNote;  ///< slot 0..49, only for a note that exists
+    virtual void newNote() = 0;
+    /// Hide All, or Show All when false.
+    virtual void hideAll(bool hidden) = 0;
+    /// Iconize All, or Restore All when false.
+    virtual void iconizeAll(bool iconized) = 0;
+    virtual void toggleAlignAll() = 0;
+    virtual void toggleEasyAlign() = 0;
+    virtual void switchStore() = 0;
+    virtual void about() = 0;
+    virtual void exitProgram() = 0;
+    /// `slot` 0..49, only of a note that exists.
+    virtual void openNote(int slot) = 0;
 
-    std::function<void()>
-        defaultAction;  ///< a click on the icon: ends an open dialog, then Hide All / Show All
-    std::function<void()> alreadyRunning;   ///< a second start while the icon is there
-    std::function<void()> commitEdits;      ///< the session may end: nothing typed may be lost
-    std::function<void()> endSession;       ///< the session ends
-    std::function<void()> showSaveFailure;  ///< answers a posted kSaveFailed
-    std::function<void()> tick;             ///< of the notes that count down
-    std::function<void()> clockSet;         ///< the clock shows another time than it ran to
+    /// A click on the icon: ends an open dialog, then Hide All / Show All.
+    virtual void defaultAction() = 0;
+    /// A second start while the icon is there.
+    virtual void alreadyRunning() = 0;
+    /// The session may end: nothing typed may be lost.
+    virtual void commitEdits() = 0;
+    /// The session ends.
+    virtual void endSession() = 0;
+    /// Answers a posted kSaveFailed.
+    virtual void showSaveFailure() = 0;
+    /// Of the notes that count down.
+    virtual void tick() = 0;
+    /// The clock shows another time than it ran to.
+    virtual void clockSet() = 0;
 };
 
 struct fTray {
@@ -53,9 +65,9 @@ struct fTray {
     fTray(const fTray&) = delete;
     fTray& operator=(const fTray&) = delete;
 
-    /// Creates the hidden window, without icon and title yet. False when Windows refuses twice; the log says
-    /// why.
-    bool create(TrayHost functions);
+    /// Creates the hidden window, without icon and title yet; `desk` outlives it. False when Windows refuses
+    /// twice; the log says why.
+    bool create(TrayHost& desk);
     /// Adds the icon and, the first time, takes the window procedure over and sets the title by which a
     /// second start finds this copy. False while the shell is not ready.
     bool addIcon();
@@ -73,8 +85,8 @@ struct fTray {
     HWND hwnd = nullptr;
     bool sessionEnds = false;  ///< Windows has asked whether it may, and has not said that it does not
     bool failureOwed = false;  ///< a save failed meanwhile: told when the session goes on
-    TrayHost host;
-    WinClass windows;  ///< decides which click counts; known once the icon is there
+    TrayHost* host = nullptr;  ///< known from create() on
+    WinClass windows;          ///< decides which click counts; known once the icon is there
 
 private:
     static LRESULT CALLBACK trayProc(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept;
@@ -88,7 +100,6 @@ private:
     void onCommand(unsigned id, const TrayMenuState& said);
     void run(int Index, const TrayMenuState& said);
     void popUp();
-    TrayMenuState menuState() const;
 
     WNDPROC savedProcedure_ = nullptr;  ///< null when none is replaced
     UINT taskbarCreated_ = 0;           ///< what a new task bar broadcasts

@@ -1,4 +1,4 @@
-// What a note may ask of the desk it lies on. The collection fills this in; a note never looks further up.
+// What a note may ask of the desk it lies on. The collection answers; a note never looks further up.
 #pragma once
 
 #include <functional>
@@ -13,35 +13,56 @@ struct fmsg;
 struct fpost;
 struct NoteLook;
 
-struct NoteHost {
+class NoteHost {
+public:
+    NoteHost() = default;
+    NoteHost(const NoteHost&) = delete;
+    NoteHost& operator=(const NoteHost&) = delete;
+    virtual ~NoteHost() = default;
+
+    /// Makes and shows a note. False at the limit.
+    virtual bool newNote() = 0;
+    /// Hide All, or Show All when false.
+    virtual void hideAll(bool hidden) = 0;
+    /// Iconize All, or Restore All when false.
+    virtual void iconizeAll(bool iconized) = 0;
+    virtual void exitProgram() = 0;
+    /// Takes the note out of collection and store, and renumbers the others.
+    virtual void remove(fpost& note) = 0;
+    /// Automatic position, when it is on and no command on all notes runs.
+    virtual void realign() = 0;
+    /// A note that rings came to sight.
+    virtual void noteShown() = 0;
+    /// A title, a closed or an iconized state changed: lists and captions follow.
+    virtual void notesChanged() = 0;
+    /// A note began or ended to count down: the ticks follow.
+    virtual void countingChanged() = 0;
+    virtual bool allHidden() const = 0;
+    virtual bool allIconized() const = 0;
+    /// How many notes there are.
+    virtual int count() const = 0;
+    /// Rectangles of the other visible notes, in the order of their numbers.
+    virtual std::vector<PxRect> otherNotes(const fpost& note) const = 0;
+    /// The visible note before (step -1) or after (1) a note, in the order of their numbers and round the
+    /// end. Null when there is no other.
+    virtual fpost* nextVisible(const fpost& note, int step) const = 0;
+    /// Stores one of the settings.
+    virtual void storeSetting(Setting setting) = 0;
+    /// Read once a command on all notes.
+    virtual const std::vector<Monitor>& monitors() = 0;
+
+    // What all notes share.
     NoteStore* store = nullptr;
     GlobalSettings* settings = nullptr;
     fmsg* dialog = nullptr;
     const NoteLook* look = nullptr;
-    Canvas* canvas = nullptr;                    ///< every part of every note is drawn through it
-    const std::vector<fpost*>* Notes = nullptr;  ///< in the order of their numbers
+    Canvas* canvas = nullptr;  ///< every part of every note is drawn through it
 
-    std::function<bool()> newNote;                  ///< makes and shows a note; false at the limit
-    std::function<void(bool hidden)> hideAll;       ///< Hide All, or Show All when false
-    std::function<void(bool iconized)> iconizeAll;  ///< Iconize All, or Restore All when false
-    std::function<void()> exitProgram;
-    std::function<void()> realign;  ///< automatic position, when it is on and no bulk command runs
-    std::function<void()>
-        notesChanged;  ///< a title, a closed or an iconized state changed: lists and captions follow
-    std::function<void(fpost&)> remove;     ///< takes the note out of collection and store, and renumbers
-    std::function<void()> countingChanged;  ///< a note began or ended to count down: the ticks follow
-    std::function<void()> commitEdits;      ///< ends every open edit, keeping its text
-    std::function<bool()> allHidden;
-    std::function<bool()> allIconized;
-    std::function<void()> noteShown;                        ///< a note that rings came to sight
-    std::function<void(Setting)> storeSetting;              ///< stores one of the settings
-    std::function<const std::vector<Monitor>&()> monitors;  ///< read once a command on all notes
+    // The world outside, which a test turns as it likes.
     std::function<Now()> now;
     std::function<std::uint64_t()> uptime;  ///< ms, which nobody can set; it runs on while the machine sleeps
     std::function<void()> startSound;       ///< the alarm sound, from its beginning
     std::function<void()> stopSound;
-
-    /// "Are you sure"-type questions and messages; the answer is the platform's code. Defaults: the program's
-    /// box.
+    /// "Are you sure"-type questions and messages; the answer is the platform's code.
     std::function<int(const Text& prompt, long buttons, const Text& title)> ask;
 };

@@ -272,7 +272,6 @@ private:
     bool isAtHome() const override;
     void takePlace() override;
     void storePlace() override;
-    std::vector<PxRect> otherVisibleNotes() const;
     void showResizeCursor(int cursor);
     void showIconized();
     /// Whether an edit ended within the last second.

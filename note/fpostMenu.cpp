@@ -214,16 +214,8 @@ bool fpost::onSystemKeyDown(WPARAM key) {
 }
 
 void fpost::goToNote(int step) {
-    const std::vector<fpost*>& notes = *host->Notes;
-    const int count = static_cast<int>(notes.size());
-    int at = number - 1;
-    for (int seen = 1; seen < count; ++seen) {
-        at = (at + step + count) % count;
-        fpost* const note = notes[static_cast<std::size_t>(at)];
-        if (!note->visible()) continue;
-        note->show(true);
-        return;
-    }
+    fpost* const next = host->nextVisible(*this, step);
+    if (next != nullptr) next->show(true);
 }
 
 void fpost::toggleSetting(bool GlobalSettings::*flag, Setting setting) {

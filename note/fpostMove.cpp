@@ -67,7 +67,7 @@ NoteMover::Rules fpost::moveRules() const {
     rules.snap.easyAlign = host->settings->EasyAlign;
     rules.snap.leastWidth = host->look->px(design::kMinWidth);
     rules.snap.leastHeight = host->look->px(record.iconized ? kIconizedHeight : design::kMinHeight);
-    rules.snap.others = [this] { return otherVisibleNotes(); };
+    rules.snap.others = [this] { return host->otherNotes(*this); };
     return rules;
 }
 
@@ -94,17 +94,8 @@ void fpost::takePlace() {
 void fpost::storePlace() {
     if (beingDeleted) return;
     takePlace();
-    host->store->storeCount(static_cast<int>(host->Notes->size()));
+    host->store->storeCount(host->count());
     store({NoteField::X, NoteField::Y});
-}
-
-std::vector<PxRect> fpost::otherVisibleNotes() const {
-    std::vector<PxRect> rects;
-    rects.reserve(host->Notes->size());
-    for (const fpost* note : *host->Notes) {
-        if (note != this && note->visible()) rects.push_back(note->windowRect());
-    }
-    return rects;
 }
 
 // --- Resizing ---------------------------------------------------------------------------------------------

@@ -20,45 +20,48 @@ namespace {
 
 /// The collection as far as the tray knows it: answers with what the test sets, notes what it was asked to
 /// do.
-struct FakeDesk {
-    TrayMenuState state;
-    std::vector<Text> titles{u"Milk", u"Salt & pepper", u""};
-    bool dialogOpen = false;
-    HWND openBox = nullptr;
-    std::vector<UINT> letThrough;  ///< messages that programs with fewer rights may send
+class FakeDesk final : public TrayHost {
+public:
+    TrayMenuState shown;
+    std::vector<Text> noteTitles{u"Milk", u"Salt & pepper", u""};
+    HWND box = nullptr;
+    std::vector<UINT> fromBelow;  ///< messages that programs with fewer rights may send
     std::vector<std::string> calls;
+    std::function<void(const std::string& call)> instead;  ///< asked in place of noting the call
 
-    FakeDesk() { state.notes = 3; }
+    FakeDesk() { shown.notes = 3; }
 
-    TrayHost host() {
-        const auto note = [this](const char* call) { return [this, call] { calls.emplace_back(call); }; };
-        TrayHost h;
-        h.state = [this] { return state; };
-        h.titles = [this] { return titles; };
-        h.dialogOpen = [this] { return dialogOpen; };
-        h.openBox = [this] { return openBox; };
-        h.letThrough = [this](HWND window, UINT message) {
-            EXPECT_EQ(GetWindowTextLengthW(window), 0)
-                << "ahead of the title by which a second start finds it";
-            letThrough.push_back(message);
-        };
-        h.newNote = note("new");
-        h.hideAll = [this](bool hidden) { calls.emplace_back(hidden ? "hide all" : "show all"); };
-        h.iconizeAll = [this](bool iconized) {
-            calls.emplace_back(iconized ? "iconize all" : "restore all");
-        };
-        h.toggleAlignAll = note("align all");
-        h.toggleEasyAlign = note("easy align");
-        h.switchStore = note("switch store");
-        h.about = note("about");
-        h.exitProgram = note("exit");
-        h.openNote = [this](int slot) { calls.push_back("open " + std::to_string(slot)); };
-        h.defaultAction = note("default");
-        h.alreadyRunning = note("already running");
-        h.commitEdits = note("commit");
-        h.endSession = note("end session");
-        h.showSaveFailure = note("save failure");
-        return h;
+    TrayMenuState state() const override { return shown; }
+    std::vector<Text> titles() const override { return noteTitles; }
+    HWND openBox() const override { return box; }
+    void letThrough(HWND window, UINT message) override {
+        EXPECT_EQ(GetWindowTextLengthW(window), 0) << "ahead of the title by which a second start finds it";
+        fromBelow.push_back(message);
+    }
+    void newNote() override { note("new"); }
+    void hideAll(bool hidden) override { note(hidden ? "hide all" : "show all"); }
+    void iconizeAll(bool iconized) override { note(iconized ? "iconize all" : "restore all"); }
+    void toggleAlignAll() override { note("align all"); }
+    void toggleEasyAlign() override { note("easy align"); }
+    void switchStore() override { note("switch store"); }
+    void about() override { note("about"); }
+    void exitProgram() override { note("exit"); }
+    void openNote(int slot) override { note("open " + std::to_string(slot)); }
+    void defaultAction() override { note("default"); }
+    void alreadyRunning() override { note("already running"); }
+    void commitEdits() override { note("commit"); }
+    void endSession() override { note("end session"); }
+    void showSaveFailure() override { note("save failure"); }
+    void tick() override { note("tick"); }
+    void clockSet() override { note("clock set"); }
+
+private:
+    void note(const std::string& call) {
+        if (instead) {
+            instead(call);
+        } else {
+            calls.push_back(call);
+        }
     }
 };
 
@@ -67,7 +70,7 @@ using Calls = std::vector<std::string>;
 class Tray : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(tray.create(desk.host()));
+        ASSERT_TRUE(tray.create(desk));
         procedureOfForm = procedure(tray.hwnd);
         ASSERT_EQ(FindWindowW(L"ThunderRT6FormDC", L"kardel:trayicon"), nullptr);
         const ULONGLONG end = GetTickCount64() + 20000;
@@ -152,9 +155,9 @@ TEST_F(Tray, TheIconGoesBeforeTheWindowWhichHasItsProcedureBack) {
 
 TEST_F(Tray, ProgramsWithFewerRightsReachItWithASecondStartAndANewTaskBar) {
     const std::vector<UINT> wanted = {WM_SECONDSTART, RegisterWindowMessageW(L"TaskbarCreated")};
-    EXPECT_EQ(desk.letThrough, wanted);
+    EXPECT_EQ(desk.fromBelow, wanted);
     EXPECT_TRUE(tray.addIcon());
-    EXPECT_EQ(desk.letThrough, wanted) << "once is enough";
+    EXPECT_EQ(desk.fromBelow, wanted) << "once is enough";
 }
 
 /// Windows refuses the tray window so many times.
@@ -186,7 +189,7 @@ TEST(TrayWindow, IsTriedTwiceAndTheLogSaysWhy) {
         const TestLog log;
         const RefusedWindows refusal(refused);
         fTray tray;
-        EXPECT_EQ(tray.create(desk.host()), refused < 2);
+        EXPECT_EQ(tray.create(desk), refused < 2);
         EXPECT_EQ(tray.hwnd != nullptr, refused < 2);
         EXPECT_EQ(log.lines(), refused);
         EXPECT_EQ(log.has("(fTray)"), refused > 0);
@@ -257,7 +260,7 @@ DWORD WINAPI startAgain(void* argument) {
 TEST_F(Tray, ASecondStartDoesNotWaitForTheMessageBox) {
     SecondStart start{tray.hwnd, CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     bool freeWhileOpen = false;
-    tray.host.alreadyRunning = [&] {
+    desk.instead = [&](const std::string&) {
         freeWhileOpen = WaitForSingleObject(start.answered, 10000) == WAIT_OBJECT_0;
     };
     const HANDLE thread = CreateThread(nullptr, 0, startAgain, &start, 0, nullptr);
@@ -352,18 +355,18 @@ TEST_F(Tray, SeparatorsHiddenEntriesAndStrangeNumbersDoNothing) {
 }
 
 TEST_F(Tray, WhatIsGreyDoesNothing) {
-    desk.state = {};
+    desk.shown = {};
     for (const WPARAM command : {402U, 403U, 405U, 500U})
         EXPECT_EQ(after(command), Calls{}) << command;
-    desk.state.notes = 1;
-    desk.state.alignAll = true;
-    desk.state.easyAlign = true;
+    desk.shown.notes = 1;
+    desk.shown.alignAll = true;
+    desk.shown.easyAlign = true;
     for (const WPARAM command : {405U, 406U})
         EXPECT_EQ(after(command), Calls{}) << command;
 }
 
 TEST_F(Tray, OnlyHideAllAndExitRunWhileAQuestionIsOpen) {
-    desk.dialogOpen = true;
+    desk.shown.dialogOpen = true;
     for (const WPARAM command : {400U, 403U, 405U, 406U, 408U, 411U, 500U})
         EXPECT_EQ(after(command), Calls{}) << command;
     EXPECT_EQ(after(402), Calls{"hide all"});
@@ -471,21 +474,21 @@ TEST_F(TrayPopup, ShowsHideAllBoldAndOnlyThat) {
     for (const Entry& entry : open().commands) {
         EXPECT_EQ((entry.state & MFS_DEFAULT) != 0, entry.id == 402) << entry.id;
     }
-    desk.state.allHidden = true;
+    desk.shown.allHidden = true;
     const Entry showAll = find(open().commands, 402);
     EXPECT_EQ(showAll.caption, u"Show All");
     EXPECT_NE(showAll.state & MFS_DEFAULT, 0U);
 }
 
 TEST_F(TrayPopup, ChecksAndGreysAsTheDeskIsWhenItOpens) {
-    desk.state.alignAll = true;
-    desk.state.localFiles = true;
+    desk.shown.alignAll = true;
+    desk.shown.localFiles = true;
     std::vector<Entry> commands = open().commands;
     EXPECT_NE(find(commands, 405).state & MFS_CHECKED, 0U);
     EXPECT_NE(find(commands, 406).state & MFS_GRAYED, 0U);
     EXPECT_NE(find(commands, 408).state & MFS_CHECKED, 0U);
-    desk.state.alignAll = false;
-    desk.state.localFiles = false;
+    desk.shown.alignAll = false;
+    desk.shown.localFiles = false;
     commands = open().commands;
     EXPECT_EQ(find(commands, 405).state & MFS_CHECKED, 0U);
     EXPECT_EQ(find(commands, 406).state & MFS_GRAYED, 0U);
@@ -500,8 +503,8 @@ TEST_F(TrayPopup, ListsTheNotesAsTheyAreWhenItOpens) {
     EXPECT_EQ(notes[2].caption, u"- 3 -");
     EXPECT_EQ(notes[2].id, 502U);
 
-    desk.titles.clear();
-    desk.state.notes = 0;
+    desk.noteTitles.clear();
+    desk.shown.notes = 0;
     notes = open().notes;
     ASSERT_EQ(notes.size(), 1U);
     EXPECT_EQ(notes[0].caption, u"(none)");
@@ -535,22 +538,22 @@ HWND plainWindow() {
 }
 
 TEST_F(TrayPopup, GivesTheKeyboardBackToAnOpenBox) {
-    desk.dialogOpen = true;
-    desk.openBox = plainWindow();
-    SetForegroundWindow(desk.openBox);
+    desk.shown.dialogOpen = true;
+    desk.box = plainWindow();
+    SetForegroundWindow(desk.box);
     EXPECT_FALSE(open().commands.empty());
-    EXPECT_EQ(GetForegroundWindow(), desk.openBox);
-    DestroyWindow(desk.openBox);
+    EXPECT_EQ(GetForegroundWindow(), desk.box);
+    DestroyWindow(desk.box);
 }
 
 TEST_F(TrayPopup, LeavesTheKeyboardWhereTheUserTookIt) {
     const HWND other = plainWindow();
-    desk.dialogOpen = true;
-    desk.openBox = plainWindow();
-    SetForegroundWindow(desk.openBox);
+    desk.shown.dialogOpen = true;
+    desk.box = plainWindow();
+    SetForegroundWindow(desk.box);
     open({VK_ESCAPE}, [&] { SetForegroundWindow(other); });
     EXPECT_EQ(GetForegroundWindow(), other);
-    DestroyWindow(desk.openBox);
+    DestroyWindow(desk.box);
     DestroyWindow(other);
 }
 
@@ -572,12 +575,12 @@ TEST_F(TrayPopup, OpensTheNoteThatIsChosen) {
 
 TEST_F(TrayPopup, DoesWhatItsEntrySaidAlsoWhenTheDeskHasChangedMeanwhile) {
     // A note that rings while the menu is open is there again: not all notes are hidden any more.
-    desk.state.allHidden = true;
-    open({VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, [this] { desk.state.allHidden = false; });
+    desk.shown.allHidden = true;
+    open({VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, [this] { desk.shown.allHidden = false; });
     EXPECT_EQ(desk.calls, Calls{"show all"});
     desk.calls.clear();
-    desk.state.allIconized = true;
-    open({VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, [this] { desk.state.allIconized = false; });
+    desk.shown.allIconized = true;
+    open({VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, [this] { desk.shown.allIconized = false; });
     EXPECT_EQ(desk.calls, Calls{"restore all"});
 }
 
@@ -589,16 +592,10 @@ bool menuIsOpen() {
 }
 
 TEST_F(TrayPopup, GoesBeforeABoxOpensOrTheProgramEnds) {
-    const auto note = [this](const char* call) {
-        return [this, call] {
-            desk.calls.emplace_back(call);
-            if (menuIsOpen()) desk.calls.emplace_back("under the menu");
-        };
+    desk.instead = [this](const std::string& call) {
+        desk.calls.push_back(call);
+        if (menuIsOpen()) desk.calls.emplace_back("under the menu");
     };
-    tray.host.about = note("about");
-    tray.host.exitProgram = note("exit");
-    tray.host.showSaveFailure = note("save failure");
-    tray.host.alreadyRunning = note("already running");
     const struct {
         UINT message;
         WPARAM wp;
@@ -667,8 +664,9 @@ TEST_F(Tray, APoliteKillIsExit) {
 }
 
 TEST_F(Tray, AHandlerThatFailsDoesNotTakeTheProgramWithIt) {
-    tray.host.newNote = [] { throw std::bad_alloc(); };
+    desk.instead = [](const std::string&) { throw std::bad_alloc(); };
     EXPECT_EQ(after(400), Calls{});
+    desk.instead = {};
     EXPECT_EQ(after(402), Calls{"hide all"});
 }
 
