@@ -17,12 +17,9 @@ struct PxRect {
 
 /// A rectangle in twips, both ends included: a hot area of a part, in the part's own coordinates.
 struct HotArea {
-    int left = 0;
-    int top = 0;
-    int right = 0;
-    int bottom = 0;
+    Twips left, top, right, bottom;
     constexpr bool contains(Twips x, Twips y) const {
-        return x.n >= left && x.n <= right && y.n >= top && y.n <= bottom;
+        return x >= left && x <= right && y >= top && y <= bottom;
     }
 };
 
@@ -43,11 +40,18 @@ inline constexpr Twips kTimeHeight{240};
 inline constexpr Twips kTimeText{30};  ///< where the strip's text begins, from left and top
 inline constexpr Twips kTitleGap{30};  ///< between the title's editor and the delete picture
 
-inline constexpr HotArea kIconizeButton{15, 30, 195, 250};
-inline constexpr HotArea kCloseButton{255, 30, 450, 250};
-inline constexpr HotArea kDeleteButton{0, 0, kPicWidth.n, 225};
-inline constexpr HotArea kWidthArrow{120, 0, 255, 120};
-inline constexpr HotArea kHeightArrow{0, 105, 120, 240};
+inline constexpr HotArea kIconizeButton{Twips{15}, Twips{30}, Twips{195}, Twips{250}};
+inline constexpr HotArea kCloseButton{Twips{255}, Twips{30}, Twips{450}, Twips{250}};
+inline constexpr HotArea kDeleteButton{Twips{0}, Twips{0}, kPicWidth, Twips{225}};
+inline constexpr HotArea kWidthArrow{Twips{120}, Twips{0}, Twips{255}, Twips{120}};
+inline constexpr HotArea kHeightArrow{Twips{0}, Twips{105}, Twips{120}, Twips{240}};
+
+// Sizes of the pictures, each in the middle of its hot area.
+inline constexpr Twips kSign{120};  ///< of iconizing and closing
+inline constexpr Twips kBin{165};
+inline constexpr Twips kArrowLength{130};
+inline constexpr Twips kArrowBreadth{90};  ///< its heads leave a shaft at every scaling
+inline constexpr Twips kLine{15};          ///< how thick the pictures are drawn
 
 inline constexpr Twips kMinWidth{1130};
 inline constexpr Twips kMinHeight{705};

@@ -17,7 +17,7 @@ struct NoteLook {
 
     int px(Twips t) const { return toPx(t, dpi).n; }
     RECT px(const HotArea& area) const {
-        return {px(Twips{area.left}), px(Twips{area.top}), px(Twips{area.right}), px(Twips{area.bottom})};
+        return {px(area.left), px(area.top), px(area.right), px(area.bottom)};
     }
     int twips(int pixels) const { return toTwips(Px{pixels}, dpi).n; }
     /// Cursor of a resource number; the arrow for 0 and for one that could not be loaded.

@@ -206,10 +206,8 @@ void fpost::Backcol(std::int32_t color) {
 }
 
 void fpost::tBackColor(Rgb color) {
-    if (shownBack == color && backBrush) return;
+    if (shownBack == color) return;
     shownBack = color;
-    backBrush.reset(CreateSolidBrush(color));
-    editBrush.reset(CreateSolidBrush(editorGround(color)));
     repaint();
 }
 
@@ -379,12 +377,12 @@ void fpost::leaveBorder(RECT& window) const {
     InflateRect(&window, -border, -border);
 }
 
-HBRUSH fpost::editorColours(HDC dc, HWND editor) const {
-    const bool asLabel = editor == txtNota && !bodyBeingEdited;
-    const Rgb ground = asLabel ? shownBack : editorGround(shownBack);
+HBRUSH fpost::editorColours(HDC dc) const {
+    const Rgb ground = editorGround(shownBack);
     SetTextColor(dc, inkOn(ground));
     SetBkColor(dc, ground);
-    return asLabel ? backBrush.get() : editBrush.get();
+    SetDCBrushColor(dc, ground);
+    return static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
 }
 
 void fpost::onEditorNotice(unsigned code, HWND editor) {
@@ -469,8 +467,7 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
             if (!Alarming()) tBackColor(Backcol());
             return {};
         case WM_CTLCOLOREDIT:
-            return reinterpret_cast<LRESULT>(
-                editorColours(reinterpret_cast<HDC>(wp), reinterpret_cast<HWND>(lp)));
+            return reinterpret_cast<LRESULT>(editorColours(reinterpret_cast<HDC>(wp)));
         default:
             return {};
     }
@@ -527,7 +524,6 @@ LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_SETTEXT: {
             const LRESULT result = DefWindowProcW(part, message, wp, lp);
-            if (part == nota) shownBody.forget();
             InvalidateRect(part, nullptr, FALSE);
             return result;
         }

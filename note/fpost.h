@@ -7,13 +7,13 @@
 #include <optional>
 
 #include "alarm/Ringing.h"
-#include "note/NoteBody.h"
 #include "note/NoteColor.h"
 #include "note/NoteHost.h"
 #include "note/NoteLayout.h"
 #include "note/NoteLook.h"
 #include "note/NoteMenu.h"
 #include "note/NoteMover.h"
+#include "note/NotePainter.h"
 #include "note/NoteRinging.h"
 #include "storage/NoteFields.h"
 #include "support/Accessible.h"
@@ -220,12 +220,10 @@ private:
     void onSize(WPARAM kind);
     void onPosition(const WINDOWPOS& changed);
     void showActive(bool on);
-    RECT lineUnderTitle() const;
+    NotePainter painter() const;
     void paint();
     void paintFrame();
     void paintPart(HWND part);
-    void paintTitle(HDC dc, const RECT& area) const;
-    void paintStrip(HDC dc) const;
     void endBodyEdit();
     /// The title and the width that it may need are stored in one go.
     bool storeTitle(const Text& title);
@@ -239,7 +237,7 @@ private:
     void keepWithinStore(HWND editor);
     /// Takes the note's own border off the window's rectangle.
     void leaveBorder(RECT& window) const;
-    HBRUSH editorColours(HDC dc, HWND editor) const;
+    HBRUSH editorColours(HDC dc) const;
     void onEditorNotice(unsigned code, HWND editor);
     // Messages by subject: an answer, or nothing when Windows' own handling is to follow.
     std::optional<LRESULT> onLife(UINT message, WPARAM wp, LPARAM lp);
@@ -280,10 +278,7 @@ private:
     LONG laidWidth = 0;  ///< client size in pixels that the parts are laid out for
     LONG laidHeight = 0;
     HWND tips = nullptr;  ///< tooltips of the pictures; owned by the note's window
-    NoteBody shownBody;
     Rgb shownBack = kDesignColor;
-    UniqueBrush backBrush;
-    UniqueBrush editBrush;
     Text lastGoodEdit;               ///< what the open editor held when it last fitted into the store
     std::vector<NoteField> unsaved;  ///< what the store refused: the next save tries again
     NoteMover mover{*this};

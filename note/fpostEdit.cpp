@@ -285,11 +285,14 @@ bool fpost::storeTitle(const Text& title) {
 
 bool fpost::widenToTitle() {
     const NoteLook& look = *host->look;
-    const HFONT font = look.title.get();
-    const int pictures = look.px(design::kPicWidth) + (record.iconized ? look.px(design::kGripWidth) : 0);
-    const int title = look.px(design::kLeadWidth) + textWidth(font, record.Titolo);
-    if (title <= windowRect().width() - pictures) return false;
-    const int wanted = title + textWidth(font, u"X") + pictures;
+    const NotePainter drawn = painter();
+    RECT client{};
+    GetClientRect(hwnd, &client);
+    const int title = drawn.titleWidth(record.Titolo);
+    const int room = drawn.titleRoom(static_cast<int>(client.right));
+    if (title <= room) return false;
+    const int around = windowRect().width() - room;
+    const int wanted = title + textWidth(look.title.get(), u"X") + around;
     pWidth(look.twips(std::min(wanted, GetSystemMetrics(SM_CXSCREEN))));
     return true;
 }

@@ -10,42 +10,51 @@
 /// as making one takes longer than most drawings.
 class Canvas {
 public:
-    /// A device context with a picture of at least this size in pixels behind it, until done(). A large
-    /// picture is not kept: its memory would be missed elsewhere.
+    /// A device context with a picture of at least this size in pixels behind it, until done(). Everything
+    /// else about it is as Windows made it, whatever the drawing before left behind. A large picture is not
+    /// kept: its memory would be missed elsewhere.
     HDC begin(HDC like, LONG width, LONG height) {
+        done();
         if (!dc_) dc_.reset(CreateCompatibleDC(like));
-        if (width <= width_ && height <= height_) return dc_.get();
-        const LONG most = std::max(width, width_) * std::max(height, height_);
-        const bool kept = most <= kMostKept;
+        fresh_ = SaveDC(dc_.get());
+        HGDIOBJ picture = bitmap_.get();
+        if (width > width_ || height > height_) picture = grow(like, width, height);
+        if (picture != nullptr) SelectObject(dc_.get(), picture);
+        return dc_.get();
+    }
+    void done() {
+        // A clip region, a font or a mode that a drawing leaves would cut or change every other window's.
+        if (fresh_ != 0) RestoreDC(dc_.get(), std::exchange(fresh_, 0));
+        large_.reset();
+    }
+
+private:
+    /// The picture there was when Windows refuses.
+    HGDIOBJ grow(HDC like, LONG width, LONG height) {
+        const LONG both = std::max(width, width_) * std::max(height, height_);
+        const bool kept = both <= kMostKept;
         if (kept) {
             width = std::max(width, width_);
             height = std::max(height, height_);
         }
         UniqueBitmap made(CreateCompatibleBitmap(like, width, height));
-        if (!made) return dc_.get();
-        SelectObject(dc_.get(), made.get());
-        (kept ? bitmap_ : large_) = std::move(made);
-        if (kept) width_ = width;
-        if (kept) height_ = height;
-        return dc_.get();
-    }
-    void done() {
-        if (!large_) return;
-        if (bitmap_) {
-            SelectObject(dc_.get(), bitmap_.get());
-        } else {
-            dc_.reset();  // lets go of the bitmap
+        if (!made) return bitmap_.get();
+        if (kept) {
+            width_ = width;
+            height_ = height;
         }
-        large_.reset();
+        UniqueBitmap& place = kept ? bitmap_ : large_;
+        place = std::move(made);
+        return place.get();
     }
 
-private:
     static constexpr LONG kMostKept = 256 * 1024;  // pixels, of four bytes each
     UniqueBitmap bitmap_;
     UniqueBitmap large_;
     LONG width_ = 0;
     LONG height_ = 0;
-    UniqueDc dc_;
+    UniqueDc dc_;    ///< the last to be declared: it goes before the pictures that it may hold
+    int fresh_ = 0;  ///< what SaveDC said of the untouched state; 0: nothing is being drawn
 };
 
 /// BeginPaint .. EndPaint through an off-screen picture, so that what is drawn appears at once.

@@ -62,11 +62,11 @@ TEST(NoteLayout, TitleEditorLeavesButtonsAndDeletePictureFree) {
 TEST(NoteLayout, HotAreasLieWithinTheirPartsAtEveryScaling) {
     for (const int dpi : {96, 120, 144, 192}) {
         const NoteRects at = layoutNote(400, 300, false, dpi, kTitle);
-        EXPECT_LE(toPx(Twips{design::kCloseButton.right}, dpi).n, at.lbl2.width());
-        EXPECT_LE(toPx(Twips{design::kCloseButton.bottom}, dpi).n, at.lbl2.height());
-        EXPECT_LE(toPx(Twips{design::kDeleteButton.bottom}, dpi).n, at.pic.height());
-        EXPECT_LE(toPx(Twips{design::kWidthArrow.right}, dpi).n, at.pic2.width());
-        EXPECT_LE(toPx(Twips{design::kHeightArrow.bottom}, dpi).n, at.pic2.height());
+        EXPECT_LE(toPx(design::kCloseButton.right, dpi).n, at.lbl2.width());
+        EXPECT_LE(toPx(design::kCloseButton.bottom, dpi).n, at.lbl2.height());
+        EXPECT_LE(toPx(design::kDeleteButton.bottom, dpi).n, at.pic.height());
+        EXPECT_LE(toPx(design::kWidthArrow.right, dpi).n, at.pic2.width());
+        EXPECT_LE(toPx(design::kHeightArrow.bottom, dpi).n, at.pic2.height());
     }
 }
 
