@@ -138,7 +138,7 @@ void basPost::finishDrafts() {
     const FoundDrafts found = store.takeDrafts(records());
     for (const Draft& draft : found.drafts) {
         fpost& note = *Notes[static_cast<std::size_t>(draft.number - 1)];
-        if (note.bodyBeingEdited || note.titleBeingEdited) continue;
+        if (note.bodyBeingEdited() || note.titleBeingEdited()) continue;
         if (note.finishEdit(draft.title, draft.text)) store.dropDraft(draft.number);
     }
 }

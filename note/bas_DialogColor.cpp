@@ -6,6 +6,8 @@
 #include <array>
 #include <string_view>
 
+#include "support/SystemLibrary.h"
+
 namespace {
 
 // Windows silently refuses a record of another size.
@@ -54,6 +56,9 @@ std::optional<Rgb> ChooseColorDialog(HWND owner, Rgb color, const char* title) {
     request.Flags = CC_RGBINIT | CC_ENABLEHOOK;
     request.lCustData = reinterpret_cast<LPARAM>(caption);
     request.lpfnHook = nameDialog;
-    if (ChooseColorA(&request) == FALSE) return std::nullopt;
+    // Loaded when it is wanted first: it brings everything about printers with it.
+    static const auto choose =
+        systemFunction<decltype(&ChooseColorA)>(systemLibrary(u"comdlg32.dll"), "ChooseColorA");
+    if (choose == nullptr || choose(&request) == FALSE) return std::nullopt;
     return request.rgbResult;
 }

@@ -36,17 +36,6 @@ LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) noexcep
     }
 }
 
-LRESULT CALLBACK editorProc(HWND editor, UINT message, WPARAM wp, LPARAM lp) noexcept {
-    fpost* const note = formOf<fpost>(GetParent(editor));
-    if (note == nullptr) return passToControl(editor, message, wp, lp);
-    try {
-        return note->onEditor(editor, message, wp, lp);
-    } catch (...) {
-        fpost::onEscaped(message);
-        return 0;
-    }
-}
-
 Rgb systemColor(int index) {
     return GetSysColor(index);
 }
@@ -113,26 +102,16 @@ bool fpost::createParts() {
                                rect.width(), rect.height(), hwnd,
                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program, nullptr);
     };
-    const auto editor = [&](DWORD style, int id, HFONT font, const PxRect& rect) {
-        const HWND window = child(L"EDIT", style, id, u"", rect);
-        if (window == nullptr) return window;
-        extendControl(window, editorProc);
-        SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-        SendMessageW(window, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
-        return window;
-    };
     const LPCWSTR part = wide(kPartClass);
     // Made from the top of the z order down: who is made first gets the press where parts overlap.
     lbl2 = child(part, WS_VISIBLE, ID_LBL2, u"Iconize, close", at.lbl2);
     pic = child(part, WS_VISIBLE, ID_PIC, u"Delete", at.pic);
     pic2 = child(part, WS_VISIBLE, ID_PIC2, u"Resize", at.pic2);
-    txtTitle = editor(ES_AUTOHSCROLL, ID_TXTTITLE, host->look->title.get(), at.txtTitle);
     lbl = child(part, WS_VISIBLE, ID_LBL, kTitleLead + record.Titolo, at.lbl);
-    txtNota = editor(ES_MULTILINE | ES_AUTOVSCROLL, ID_TXTNOTA, host->look->body.get(), at.txtNota);
     pic_time = child(part, 0, ID_PIC_TIME, u"", at.pic_time);
     const DWORD bodyShown = record.iconized ? 0 : WS_VISIBLE;
     nota = child(part, bodyShown, ID_NOTA, withLineBreaks(record.Nota), at.nota);
-    const auto parts = {lbl, lbl2, pic, nota, txtNota, txtTitle, pic2, pic_time};
+    const auto parts = {lbl, lbl2, pic, nota, pic2, pic_time};
     if (std::any_of(parts.begin(), parts.end(), [](HWND window) { return window == nullptr; })) return false;
     tBackColor(Backcol());
     if (record.topmost) applyTopmost();
@@ -311,17 +290,17 @@ NoteRects fpost::partRects() {
 
 void fpost::layout() {
     const NoteRects at = partRects();
-    const std::pair<HWND, const PxRect*> places[] = {
-        {lbl, &at.lbl},         {lbl2, &at.lbl2},         {pic, &at.pic},   {nota, &at.nota},
-        {txtNota, &at.txtNota}, {txtTitle, &at.txtTitle}, {pic2, &at.pic2}, {pic_time, &at.pic_time}};
+    const std::pair<HWND, const PxRect*> places[] = {{lbl, &at.lbl},   {lbl2, &at.lbl2},
+                                                     {pic, &at.pic},   {nota, &at.nota},
+                                                     {pic2, &at.pic2}, {pic_time, &at.pic_time}};
     HDWP batch = BeginDeferWindowPos(static_cast<int>(std::size(places)));
     for (const auto& [part, rect] : places) {
-        if (Help && part == txtNota) continue;
         if (batch == nullptr) break;  // out of memory: the parts stay where they were
         batch = DeferWindowPos(batch, part, nullptr, rect->left, rect->top, rect->width(), rect->height(),
                                SWP_NOZORDER | SWP_NOACTIVATE);
     }
     if (batch != nullptr) EndDeferWindowPos(batch);
+    editor.place(bodyBeingEdited() ? at.txtNota : at.txtTitle);
     ShowWindow(nota, record.iconized ? SW_HIDE : SW_SHOWNA);
     if (record.iconized) ShowWindow(pic_time, SW_HIDE);
 }
@@ -385,11 +364,6 @@ HBRUSH fpost::editorColours(HDC dc) const {
     return static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
 }
 
-void fpost::onEditorNotice(unsigned code, HWND editor) {
-    if (code == EN_UPDATE) keepWithinStore(editor);
-    if (code == EN_CHANGE) draftSoon();
-}
-
 LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
     if (message == WM_NCDESTROY) {
         if (freed != nullptr) *freed = true;
@@ -421,7 +395,6 @@ std::optional<LRESULT> fpost::onLife(UINT message, WPARAM wp, LPARAM lp) {
         case WM_GETOBJECT:
             return answerSpoken(hwnd, wp, lp);
         case WM_TIMER:
-            if (wp == IDT_DRAFT) draftNow();
             if (wp == IDT_MOVED) mover.settle(hwnd);
             return 0;
         default:
@@ -497,7 +470,7 @@ std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_COMMAND:
             if (lp != 0) {
-                onEditorNotice(HIWORD(wp), reinterpret_cast<HWND>(lp));
+                editor.onNotice(HIWORD(wp));
             } else if (endOpenMenu()) {
                 // A box that opens inside the menu's loop would lie below the menu, which has the mouse.
                 postChosen(LOWORD(wp), menuInput(alarm.rule));

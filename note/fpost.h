@@ -8,6 +8,7 @@
 
 #include "alarm/Ringing.h"
 #include "note/NoteColor.h"
+#include "note/NoteEditor.h"
 #include "note/NoteHost.h"
 #include "note/NoteLayout.h"
 #include "note/NoteLook.h"
@@ -22,7 +23,7 @@
 /// ms between two ticks, of the countdown and of the flashing.
 inline constexpr UINT kAlarmTick = 500;
 
-struct fpost final : private MovedNote {
+struct fpost final : private MovedNote, private NoteEditorHost {
     /// Creates the window of note `number`, hidden, with the record's contents. Null when Windows refuses.
     static fpost* open(NoteHost& host, int number, const NoteRecord& stored);
     /// Destroys every note of a desk at once, also those that are on their way out.
@@ -129,7 +130,12 @@ struct fpost final : private MovedNote {
     /// Takes the text of an edit that an earlier run did not live to end. False when it could not be stored.
     bool finishEdit(bool title, const Text& text);
     /// What stands in the open editor, if any, goes into the draft before long.
-    void draftSoon();
+    void draftSoon() { editor.draftSoon(); }
+    bool bodyBeingEdited() const { return editor.edits(Edited::Body); }
+    bool titleBeingEdited() const { return editor.edits(Edited::Title); }
+    /// The editors, null while they do not exist.
+    HWND txtNota() const { return editor.window(Edited::Body); }
+    HWND txtTitle() const { return editor.window(Edited::Title); }
     /// Makes the note as wide as its title needs, at most as the screen, and stores the width.
     void CheckTitleWidth();
     /// The same for the widest line of the text, and for its height.
@@ -189,12 +195,10 @@ struct fpost final : private MovedNote {
 
     LRESULT onMessage(UINT message, WPARAM wp, LPARAM lp);
     LRESULT onPart(HWND part, UINT message, WPARAM wp, LPARAM lp);
-    LRESULT onEditor(HWND editor, UINT message, WPARAM wp, LPARAM lp);
     static void onEscaped(UINT message) noexcept;
 
     HWND hwnd = nullptr;
-    HWND lbl = nullptr, lbl2 = nullptr, pic = nullptr, nota = nullptr, txtNota = nullptr, txtTitle = nullptr,
-         pic2 = nullptr, pic_time = nullptr;
+    HWND lbl = nullptr, lbl2 = nullptr, pic = nullptr, nota = nullptr, pic2 = nullptr, pic_time = nullptr;
 
     NoteHost* host = nullptr;
     int number = 0;     ///< N, 1..50; set by the collection alone, never kept across an event
@@ -203,8 +207,6 @@ struct fpost final : private MovedNote {
     Ringing alarm{ringing};
 
     bool Help = false;  ///< shows the built-in help instead of a stored note
-    bool bodyBeingEdited = false;
-    bool titleBeingEdited = false;
     bool resizeMode = false;
     bool beingDeleted = false;  ///< out of the collection; only its window still goes
     int currentCursor = 0;      ///< resource number of the cursor shown, 0 the arrow
@@ -224,21 +226,20 @@ private:
     void paint();
     void paintFrame();
     void paintPart(HWND part);
-    void endBodyEdit();
+    void openEditor(Edited what);
+    bool keepEdit(Edited what, const Text& text) override;
+    void editClosed(Edited what) override;
+    bool fits(Edited what, const Text& text) const override;
+    bool keyOfNote(UINT message, WPARAM key, LPARAM how) override;
+    void saveDraft(Edited what, const Text& text) override;
+    void dropDraft() override;
     /// The title and the width that it may need are stored in one go.
     bool storeTitle(const Text& title);
     /// Whether the window had to grow.
     bool widenToTitle();
-    void draftNow();
-    void dropDraft();
-    void setStoreLimit(HWND editor, NoteField field) const;
-    bool onEditorKey(HWND editor, WPARAM key);
-    bool onEditorCharacter(HWND editor, WPARAM character);
-    void keepWithinStore(HWND editor);
     /// Takes the note's own border off the window's rectangle.
     void leaveBorder(RECT& window) const;
     HBRUSH editorColours(HDC dc) const;
-    void onEditorNotice(unsigned code, HWND editor);
     // Messages by subject: an answer, or nothing when Windows' own handling is to follow.
     std::optional<LRESULT> onLife(UINT message, WPARAM wp, LPARAM lp);
     std::optional<LRESULT> onLooks(UINT message, WPARAM wp, LPARAM lp);
@@ -279,18 +280,15 @@ private:
     LONG laidHeight = 0;
     HWND tips = nullptr;  ///< tooltips of the pictures; owned by the note's window
     Rgb shownBack = kDesignColor;
-    Text lastGoodEdit;               ///< what the open editor held when it last fitted into the store
+    NoteEditor editor;
     std::vector<NoteField> unsaved;  ///< what the store refused: the next save tries again
     NoteMover mover{*this};
     bool placing = false;   ///< its window goes where the note belongs
     bool active = false;    ///< has the keyboard: its lines say so
     int resizeCursor = 0;   ///< cursor of the keyboard resize mode, 0 outside it
     bool* freed = nullptr;  ///< told when the window goes while it is still being created
-    enum class OneShotKey : unsigned char { None, Save, NewLine, BlankLine, Cancel };
-    OneShotKey oneShot = OneShotKey::None;
     bool swallowDoubleClick = false;
     std::optional<std::uint64_t> editEnded;  ///< when the last edit did, by the desk's uptime
-    bool drafting = false;                   ///< the timer that writes the draft runs
     UINT gripRelease = 0;  ///< the button message that ends the grip's press-and-hold loop; 0: none runs
 };
 

@@ -28,9 +28,9 @@ void fpost::ArmAfterLoad() {
 
 void fpost::ShowAlarmStrip() {
     // In an edit it would cover the last line; but while it rings there must be something to click.
-    const bool room = !bodyBeingEdited || alarm.Alarming;
+    const bool room = !bodyBeingEdited() || alarm.Alarming;
     const bool shown = alarm.wantsStrip() && !record.iconized && room && !Help;
-    if (shown && bodyBeingEdited) {
+    if (shown && bodyBeingEdited()) {
         SetWindowPos(pic_time, pic2, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
     setWindowText(pic_time, alarm.stripText(host->now()));

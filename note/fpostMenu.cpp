@@ -31,8 +31,8 @@ NoteMenuInput fpost::menuInput(const AlarmRule& rule) const {
     input.iconized = record.iconized;
     input.topmost = record.topmost;
     input.resizeMode = resizeMode;
-    input.bodyBeingEdited = bodyBeingEdited;
-    input.titleBeingEdited = titleBeingEdited;
+    input.bodyBeingEdited = bodyBeingEdited();
+    input.titleBeingEdited = titleBeingEdited();
     input.alarmValid = rule.due.has_value();
     input.alarmPast = rule.due && !isBefore(host->now(), *rule.due);
     input.alarmOneOff = isOneOff(rule);
@@ -152,8 +152,7 @@ bool fpost::onKeyDown(WPARAM key, bool repeated) {
     if (resizeMode && resizeKey(key)) return true;
     const NoteKey pressed{static_cast<unsigned>(key), isDown(VK_SHIFT), isDown(VK_CONTROL), isDown(VK_MENU),
                           repeated};
-    const bool editing = bodyBeingEdited || titleBeingEdited;
-    switch (noteAction(pressed, {editing, Alarming(), resizeMode, justEdited()})) {
+    switch (noteAction(pressed, {editor.isOpen(), Alarming(), resizeMode, justEdited()})) {
         case NoteAction::None:
             return false;
         case NoteAction::Delete:

@@ -75,7 +75,7 @@
 #define IDT_ICON          1042 /* of the tray window: one more try for the icon in a new task bar */
 #define IDT_FLASH         1040 /* of a note, every 500 ms: its flashing while it rings */
 #define IDT_MOVED         1042 /* of a note: another program moved it, and it has come to rest */
-#define IDT_DRAFT         1041 /* of a note: what is typed goes into the draft, 400 ms after the first key */
+#define IDT_DRAFT         1041 /* of an editor: what is typed goes into the draft, a second after the first key */
 
 /* Messages of the tray window */
 #define WM_TRAYICON       1125 /* WM_USER + 101: the icon's mouse messages */

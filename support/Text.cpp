@@ -4,14 +4,6 @@
 
 namespace {
 
-constexpr bool isHighSurrogate(char16_t c) {
-    return c >= 0xD800 && c <= 0xDBFF;
-}
-
-constexpr bool isLowSurrogate(char16_t c) {
-    return c >= 0xDC00 && c <= 0xDFFF;
-}
-
 std::size_t characterLength(TextView text, std::size_t at) {
     const bool pair = isHighSurrogate(text[at]) && at + 1 < text.size() && isLowSurrogate(text[at + 1]);
     return pair ? 2 : 1;

@@ -47,5 +47,13 @@ Text withLineBreaks(TextView text);
 /// The text with every occurrence of `what` replaced by `with`. `what` must not be empty.
 Text replaced(TextView text, TextView what, TextView with);
 
+/// The two halves of a letter beyond U+FFFF, in their order.
+constexpr bool isHighSurrogate(char16_t c) {
+    return c >= 0xD800 && c <= 0xDBFF;
+}
+constexpr bool isLowSurrogate(char16_t c) {
+    return c >= 0xDC00 && c <= 0xDFFF;
+}
+
 /// The text cut to at most `length` code units without splitting a surrogate pair.
 TextView clipped(TextView text, std::size_t length);

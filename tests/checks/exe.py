@@ -7,8 +7,8 @@ import subprocess
 import sys
 
 SYSTEM_DLLS = {
-    "advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
-    "shell32.dll", "user32.dll",
+    "advapi32.dll", "comctl32.dll", "gdi32.dll", "imm32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "shell32.dll",
+    "user32.dll",
 }
 LARGEST = 500 * 1024
 # What a thread library brings along, and virus scanners take for an attack on other programs in an unsigned file.

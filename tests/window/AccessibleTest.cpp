@@ -122,7 +122,7 @@ TEST(AccessibleNote, ThePicturesAndTheTextDoWhatTheyAreFor) {
     EXPECT_TRUE(note.resizeMode);
     EXPECT_TRUE(Ear(note.nota).press());
     pumpPending();
-    EXPECT_TRUE(note.bodyBeingEdited);
+    EXPECT_TRUE(note.bodyBeingEdited());
     EXPECT_FALSE(Ear(note.lbl).press());
 }
 
@@ -232,13 +232,14 @@ TEST(AccessibleNote, TheEditorsAreWindowsOwnWithANameBesideThem) {
     fpost& note = desk.note(1);
     note.EditForm();
     EXPECT_EQ(book.written, 0) << "nobody listens";
-    const HWND body = note.txtNota;
+    const HWND body = note.txtNota();
     Ear(body).name();
     Ear(body).name();
     EXPECT_EQ(book.names[body], u"Text");
     EXPECT_EQ(book.written, 1);
     note.EditCaption();
-    const HWND title = note.txtTitle;
+    EXPECT_FALSE(book.names.contains(body)) << "gone with its window";
+    const HWND title = note.txtTitle();
     Ear(title).name();
     EXPECT_EQ(book.names[title], u"Title");
     desk.desk->Teardown();

@@ -41,13 +41,13 @@ std::vector<Operation> operations() {
         {"edit of a body", nothing,
          [](TestNotes& desk) {
              desk.note(1).EditForm();
-             type(desk.note(1).txtNota, L"another body");
+             type(desk.note(1).txtNota(), L"another body");
              desk.note(1).SaveNote();
          }},
         {"edit of a title", nothing,
          [](TestNotes& desk) {
              desk.note(3).EditCaption();
-             type(desk.note(3).txtTitle,
+             type(desk.note(3).txtTitle(),
                   L"a title that is longer than its note is wide, so that the note grows");
              desk.note(3).SaveCaption(true);
          }},
@@ -102,7 +102,7 @@ std::vector<Operation> operations() {
         {"exit with an open editor",
          [](TestNotes& desk) {
              desk.note(1).EditForm();
-             type(desk.note(1).txtNota, L"typed until the end");
+             type(desk.note(1).txtNota(), L"typed until the end");
          },
          [](TestNotes& desk) {
              desk.desk->ExitProgram();
@@ -111,7 +111,7 @@ std::vector<Operation> operations() {
         {"end of the session with an open editor",
          [](TestNotes& desk) {
              desk.note(1).EditCaption();
-             type(desk.note(1).txtTitle, L"typed until the end");
+             type(desk.note(1).txtTitle(), L"typed until the end");
          },
          [](TestNotes& desk) { desk.desk->EndSession(); }},
     };

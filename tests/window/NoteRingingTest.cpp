@@ -530,11 +530,11 @@ TEST_P(Alarm, ANoteBeingEditedRingsAndIsStoppedOnceTheTextIsKept) {
     const auto desk = run({every(u"a", u"eachday")});
     fpost& note = desk->note(1);
     note.EditForm();
-    SetWindowTextW(note.txtNota, L"half a thought");
+    SetWindowTextW(note.txtNota(), L"half a thought");
     desk->clock = {kDue, 0};
     tick(*desk);
     EXPECT_TRUE(note.Alarming());
-    EXPECT_TRUE(note.bodyBeingEdited);
+    EXPECT_TRUE(note.bodyBeingEdited());
     press(note.lbl);
     EXPECT_FALSE(note.Alarming());
     EXPECT_EQ(desk->stored(1).Nota, u"half a thought");

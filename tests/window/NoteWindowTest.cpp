@@ -153,27 +153,28 @@ TEST_P(NoteWindow, EditKeyInTheOpenEditorKeepsWhatWasTyped) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditForm();
-    SetWindowTextW(note.txtNota, L"typed");
+    SetWindowTextW(note.txtNota(), L"typed");
     EXPECT_TRUE(note.onKeyDown(VK_F2));
-    EXPECT_TRUE(note.bodyBeingEdited);
-    EXPECT_EQ(windowText(note.txtNota), u"typed");
+    EXPECT_TRUE(note.bodyBeingEdited());
+    EXPECT_EQ(windowText(note.txtNota()), u"typed");
 }
 
 TEST_P(NoteWindow, WhatTheStoreCannotKeepCannotBeTyped) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditForm();
-    // No limit is answered as the largest 32-bit number.
-    const auto body = static_cast<DWORD>(SendMessageW(note.txtNota, EM_GETLIMITTEXT, 0, 0));
+    SetWindowTextW(note.txtNota(), wide(Text(1023, u'x')));
+    SendMessageW(note.txtNota(), EM_SETSEL, 1023, 1023);
+    for (const WPARAM letter : {L'y', L'z'})
+        SendMessageW(note.txtNota(), WM_CHAR, letter, 0);
     note.EditCaption();
-    const auto title = static_cast<DWORD>(SendMessageW(note.txtTitle, EM_GETLIMITTEXT, 0, 0));
-    if (GetParam()) {
-        EXPECT_GT(body, 1000000U);
-        EXPECT_GT(title, 1000000U);
-    } else {
-        EXPECT_EQ(body, 1024U);
-        EXPECT_EQ(title, 128U);
-    }
+    EXPECT_EQ(desk->stored(1).Nota, Text(1023, u'x') + (GetParam() ? u"yz" : u"y"));
+    SetWindowTextW(note.txtTitle(), wide(Text(127, u'x')));
+    SendMessageW(note.txtTitle(), EM_SETSEL, 127, 127);
+    for (const WPARAM letter : {L'y', L'z'})
+        SendMessageW(note.txtTitle(), WM_CHAR, letter, 0);
+    note.SaveCaption(true);
+    EXPECT_EQ(desk->stored(1).Titolo, Text(127, u'x') + (GetParam() ? u"yz" : u"y"));
 }
 
 TEST_P(NoteWindow, OpeningTheMenuLeavesTheAlarmCounting) {
@@ -198,11 +199,22 @@ TEST_P(NoteWindow, CloseMessageIsIgnored) {
 
 TEST_P(NoteWindow, PartsHaveTheirIdsAndTexts) {
     const auto desk = run({plainNote(u"title")});
-    const fpost& note = desk->note(1);
-    const std::pair<HWND, int> parts[] = {{note.lbl, ID_LBL},         {note.lbl2, ID_LBL2},
-                                          {note.pic, ID_PIC},         {note.nota, ID_NOTA},
-                                          {note.txtNota, ID_TXTNOTA}, {note.txtTitle, ID_TXTTITLE},
-                                          {note.pic2, ID_PIC2},       {note.pic_time, ID_PIC_TIME}};
+    fpost& note = desk->note(1);
+    EXPECT_EQ(note.txtNota(), nullptr);
+    EXPECT_EQ(note.txtTitle(), nullptr);
+    note.EditForm();
+    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTNOTA), note.txtNota());
+    EXPECT_NE(note.txtNota(), nullptr);
+    EXPECT_EQ(note.txtTitle(), nullptr);
+    note.EditCaption();
+    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTTITLE), note.txtTitle());
+    EXPECT_NE(note.txtTitle(), nullptr);
+    EXPECT_EQ(note.txtNota(), nullptr);
+    note.SaveCaption(false);
+    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTTITLE), nullptr);
+    const std::pair<HWND, int> parts[] = {{note.lbl, ID_LBL},   {note.lbl2, ID_LBL2},
+                                          {note.pic, ID_PIC},   {note.nota, ID_NOTA},
+                                          {note.pic2, ID_PIC2}, {note.pic_time, ID_PIC_TIME}};
     for (const auto& [window, id] : parts) {
         EXPECT_EQ(GetDlgCtrlID(window), id);
         EXPECT_EQ(GetParent(window), note.hwnd);
@@ -277,7 +289,7 @@ TEST_P(NoteWindow, FailedSaveKeepsTheTextAndTheNextSaveTriesAgain) {
     fpost& note = desk->note(1);
     auto fullDisk = std::make_unique<FullDisk>(*desk);
     note.EditForm();
-    SetWindowTextW(note.txtNota, L"typed while the disk was full");
+    SetWindowTextW(note.txtNota(), L"typed while the disk was full");
     note.SaveNote();
     EXPECT_TRUE(tookFailureReport(desk->desk->tray.hwnd));
     EXPECT_EQ(windowText(note.nota), u"typed while the disk was full");
@@ -294,7 +306,7 @@ TEST_P(NoteWindow, ExitTriesOnceMoreWhatTheStoreRefused) {
     fpost& note = desk->note(1);
     auto fullDisk = std::make_unique<FullDisk>(*desk);
     note.EditForm();
-    SetWindowTextW(note.txtNota, L"typed while the disk was full");
+    SetWindowTextW(note.txtNota(), L"typed while the disk was full");
     note.SaveNote();
     note.toggleTopmost();
     fullDisk.reset();

@@ -190,7 +190,45 @@ class Part(Window):
         self.drag_at(by, dx, dy, **more)
 
 
+class EditorPart(Part):
+    """The editor of a note's text or title, which exists only during an edit: it is looked up whenever it is asked
+    for anything, and is invisible, empty and deaf while it is not there."""
+
+    def __init__(self, note: Window, wanted: int):
+        self.desk, self._note, self._wanted = note.desk, note, wanted
+
+    @property
+    def hwnd(self) -> int:
+        found = (info["hwnd"] for info in self.desk.probe.ask("children", self._note.hwnd)
+                 if info["id"] == self._wanted)
+        return next(found, 0)
+
+    @property
+    def visible(self) -> bool:
+        info = self.desk.probe.ask("window", self.hwnd)
+        return info is not None and info["visible"]
+
+    @property
+    def text(self) -> str:
+        hwnd = self.hwnd
+        return self.desk.probe.ask("text", hwnd) if hwnd else ""
+
+    @property
+    def has_focus(self) -> bool:
+        return self.hwnd != 0 and super().has_focus
+
+    def send(self, message: int, wparam: int = 0, lparam: int = 0, timeout: float = 5.0) -> int:
+        return super().send(message, wparam, lparam, timeout) if self.hwnd else 0
+
+
+_EDITORS = IDS["ID_TXTNOTA"], IDS["ID_TXTTITLE"]
+
+
 class Note(Window):
+    def part(self, name: int | str) -> Part:
+        wanted = part_id(name)
+        return EditorPart(self, wanted) if wanted in _EDITORS else super().part(name)
+
     @property
     def title(self) -> str:
         return self.text
@@ -202,8 +240,7 @@ class Note(Window):
     @property
     def editing(self) -> bool:
         """Whether the body or the title is open for editing."""
-        parts = self.parts()
-        return parts[IDS["ID_TXTNOTA"]].visible or parts[IDS["ID_TXTTITLE"]].visible
+        return any(self.part(editor).visible for editor in _EDITORS)
 
     @property
     def colour(self) -> tuple[int, int, int]:

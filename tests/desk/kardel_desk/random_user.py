@@ -208,7 +208,7 @@ class RandomUser(NoteActions, EditActions):
         yield "body", parts["nota"].text, note.body
         yield "shown", info["visible"], note.visible
         yield "always on top", info["topmost"], note.topmost
-        yield "editor", parts["txtNota"].visible or parts["txtTitle"].visible, False
+        yield "editor", self._window(note).editing, False
         # Wine may lose the place of a window that it hides, and the program puts it right when it shows it.
         if note.visible and self._in_reach(note):
             yield "rectangle", tuple(info["rect"]), (note.x, note.y, note.width, self.model.shown_height(note))
@@ -223,7 +223,7 @@ class RandomUser(NoteActions, EditActions):
 
     def _parts(self, note: Note):
         parts = self._window(note).parts()
-        return {name: parts[part_id(name)] for name in ("lbl", "nota", "txtNota", "txtTitle", "pic_time")}
+        return {name: parts[part_id(name)] for name in ("lbl", "nota", "pic_time")}
 
     # --- hands
 

@@ -4,6 +4,8 @@ import pytest
 
 PARTS = {"lbl": 101, "lbl2": 102, "pic": 103, "nota": 104, "txtNota": 105, "txtTitle": 106, "pic2": 107,
          "pic_time": 108}
+EDITORS = "txtNota", "txtTitle"
+EDITOR_IDS = {PARTS[name] for name in EDITORS}
 NOTE = {"Titolo": "Shopping", "Nota": "milk\r\nbread", "x": 3000, "y": 1500, "width": 3000, "height": 2250,
         "backcolor": 0xC0FFC0}
 WM_CLOSE, WM_SYSCOMMAND, SC_MINIMIZE = 0x10, 0x112, 0xF020
@@ -18,14 +20,25 @@ def run_with(desk, *notes, settings=None):
 def test_every_part_is_a_child_with_its_id_and_text(desk):
     note = run_with(desk, NOTE).note()
     parts = note.parts()
-    assert sorted(parts) == sorted(PARTS.values())
+    assert sorted(parts) == sorted(id for name, id in PARTS.items() if name not in EDITORS)
     assert note.part("lbl").text == LEAD + "Shopping"
     assert note.part("nota").text == "milk\r\nbread"
     for picture in ("lbl2", "pic", "pic2"):
         assert len(note.part(picture).text) > 3  # what a screen reader says
     assert note.text == "Shopping"
-    assert not note.part("txtNota").visible and not note.part("txtTitle").visible
     assert not note.part("pic_time").visible
+
+
+def test_an_editor_is_there_while_something_is_edited(desk):
+    note = run_with(desk, NOTE).note()
+    note.activate()
+    for keys, editor in (("F2", "txtNota"), ("shift+F2", "txtTitle")):
+        desk.key(keys)
+        desk.wait(lambda: note.part(editor).has_focus, what=editor)
+        assert set(note.parts()) & EDITOR_IDS == {PARTS[editor]}
+        desk.key("Escape")
+        desk.wait(lambda: not set(note.parts()) & EDITOR_IDS, what=f"{editor} to go")
+        assert note.has_focus
 
 
 def test_place_size_and_colour_come_from_the_store(desk):
