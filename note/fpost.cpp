@@ -80,16 +80,17 @@ void fpost::destroyAll(const NoteHost& host) {
     struct Search {
         const NoteHost* host;
         std::vector<HWND> windows;
+
+        static BOOL CALLBACK add(HWND window, LPARAM param) noexcept {
+            auto& found = *reinterpret_cast<Search*>(param);
+            wchar_t kind[16]{};
+            GetClassNameW(window, kind, static_cast<int>(std::size(kind)));
+            const bool isNote = std::wstring_view(kind) == wide(kNoteClass);
+            if (isNote && formOf<fpost>(window)->host == found.host) found.windows.push_back(window);
+            return TRUE;
+        }
     } search{&host, {}};
-    const auto add = [](HWND window, LPARAM param) noexcept -> BOOL {
-        auto& found = *reinterpret_cast<Search*>(param);
-        wchar_t kind[16]{};
-        GetClassNameW(window, kind, static_cast<int>(std::size(kind)));
-        const bool isNote = std::wstring_view(kind) == wide(kNoteClass);
-        if (isNote && formOf<fpost>(window)->host == found.host) found.windows.push_back(window);
-        return TRUE;
-    };
-    EnumThreadWindows(GetCurrentThreadId(), add, reinterpret_cast<LPARAM>(&search));
+    EnumThreadWindows(GetCurrentThreadId(), Search::add, reinterpret_cast<LPARAM>(&search));
     for (const HWND window : search.windows)
         DestroyWindow(window);
 }

@@ -256,14 +256,15 @@ void fpost::keepBelowDialogs() const {
     struct Search {
         HWND message;
         std::vector<HWND> dialogs;  // from the front to the back
+
+        static BOOL CALLBACK add(HWND window, LPARAM param) noexcept {
+            auto& found = *reinterpret_cast<Search*>(param);
+            const bool isDialog = window == found.message || isSystemDialog(window);
+            if (isDialog && IsWindowVisible(window) != FALSE) found.dialogs.push_back(window);
+            return TRUE;
+        }
     } search{host->dialog->hwnd, {}};
-    const auto add = [](HWND window, LPARAM param) noexcept -> BOOL {
-        auto& found = *reinterpret_cast<Search*>(param);
-        const bool isDialog = window == found.message || isSystemDialog(window);
-        if (isDialog && IsWindowVisible(window) != FALSE) found.dialogs.push_back(window);
-        return TRUE;
-    };
-    EnumThreadWindows(GetCurrentThreadId(), add, reinterpret_cast<LPARAM>(&search));
+    EnumThreadWindows(GetCurrentThreadId(), Search::add, reinterpret_cast<LPARAM>(&search));
     for (auto dialog = search.dialogs.rbegin(); dialog != search.dialogs.rend(); ++dialog) {
         SetWindowPos(*dialog, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
     }
