@@ -27,6 +27,7 @@ TEST(EditorOpens, OnTheRule) {
     EXPECT_EQ(editorDate(dateRule(u"**/**/****", u"09:00:00", now), now), u" **/**/****");
     EXPECT_EQ(editorDate(dateRule(u"05/**/****", u"09:00:00", now), now), u"05/**/****");
     EXPECT_EQ(editorDate(dateRule(u"05/03/****", u"09:00:00", now), now), u"05/03/****");
+    EXPECT_EQ(editorDate(dateRule(u"01/01/****", u"09:00:00", now), now), u"01/01/****");
     EXPECT_EQ(editorDate(dateRule(u"05/03/2027", u"09:00:00", now), now), u"05/03/2027");
     EXPECT_EQ(editorTime(dateRule(u"05/03/2027", u"09:00:00", now), now), u"09:00:00");
 }
@@ -331,6 +332,13 @@ TEST(FullDate, IsNeededForAWeekdayOrARepeat) {
     EditorControls full = choice(u"05/03/2027");
     full.cboDay = 3;
     EXPECT_FALSE(needsFullDate(full));
+}
+
+TEST(EditorScrolls, BackToTheFirstDayOfAllAndNotBeyond) {
+    const EditorClock second{u"02/01/0001", {0, 0, 0}};
+    EXPECT_EQ(scrolled(second, ClockPart::Hours, -1), (EditorClock{u"01/01/0001", {23, 0, 0}}));
+    const EditorClock first{u"01/01/0001", {0, 0, 0}};
+    EXPECT_EQ(scrolled(first, ClockPart::Hours, -1).date, u"01/01/0001");
 }
 
 }  // namespace
