@@ -501,7 +501,7 @@ TEST_P(Collection, ASaveThatFailsAtLogOffIsToldOnlyWhenTheSessionGoesOn) {
     const auto desk = run({plainNote(u"a")});
     const HWND tray = desk->desk->tray.hwnd;
     desk->note(1).EditForm();
-    SetWindowTextW(desk->note(1).txtNota, L"typed at log-off");
+    SetWindowTextW(desk->note(1).txtNota(), L"typed at log-off");
     {
         const FullDisk full(*desk);
         EXPECT_EQ(SendMessageW(tray, WM_QUERYENDSESSION, 0, 0), TRUE);

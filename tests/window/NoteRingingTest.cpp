@@ -370,7 +370,7 @@ TEST_P(Alarm, WhileItsTextIsEditedTheStripComesUpToBePressed) {
     tick(*desk);
     note.EditForm();
     EXPECT_TRUE(pressable()) << "it rang already when the edit began";
-    SetWindowTextW(note.txtNota, L"kept");
+    SetWindowTextW(note.txtNota(), L"kept");
     press(note.pic_time);
     EXPECT_FALSE(note.Alarming());
     EXPECT_EQ(desk->stored(1).Nota, u"kept");
