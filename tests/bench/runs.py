@@ -24,6 +24,7 @@ PANEL = 24           # pixels at the lower edge of the screen
 WARM_UP = 1          # pairs that are run first and dropped
 COUNTDOWN_SLICES, SLICE = 12, 5.0  # seconds
 IDLE_SECONDS = 20.0
+MEMORY_AFTER = 5.0   # seconds after the creation of the process: what it needs for good
 WM_COMMAND = 0x0111
 
 _ICONIZED = 30       # pixels; a note that is shrunk to its strip is lower
@@ -55,6 +56,7 @@ class Span:
 class Start(Span):
     """From the creation of the process to the picture that stays."""
     memory: int  # bytes: private dirty pages when idle
+    share: int = 0  # bytes: all its pages, MEMORY_AFTER the beginning; what several processes have counts by its part
 
 
 @dataclasses.dataclass
@@ -96,10 +98,14 @@ def _wake_ups(process: int) -> int:
     return sum(int(line.split()[1]) for line in lines if line.startswith("voluntary_ctxt_switches:"))
 
 
+def _memory(process: int, kind: str) -> int:
+    lines = pathlib.Path(f"/proc/{process}/smaps_rollup").read_text().splitlines()
+    return next(int(line.split()[1]) * 1024 for line in lines if line.startswith(f"{kind}:"))
+
+
 def _private_memory(process: int) -> int:
     # Dirty pages only: whether a clean page of a library is private depends on what else runs on the machine.
-    lines = pathlib.Path(f"/proc/{process}/smaps_rollup").read_text().splitlines()
-    return next(int(line.split()[1]) * 1024 for line in lines if line.startswith("Private_Dirty:"))
+    return _memory(process, "Private_Dirty")
 
 
 def _wine_server(desk: Desk) -> int:
@@ -164,6 +170,26 @@ class Bench:
                     found.setdefault(name, []).append((span, spans_of_program[name]))
             progress()
         return {name: Pairs(list_of_pairs) for name, list_of_pairs in found.items()}
+
+    def start(self, program: Program) -> Start:
+        """Only a start, and what memory it comes to."""
+        with self._running(program) as (process, begun, server_before):
+            self.screen.settle(lambda: len(self.screen.maps) >= COUNT, QUIET, LIMIT,
+                               f"{program.path} to show its notes")
+            start = Start(self.screen.painted - begun, _cpu(process.pid), _cpu(self._server) - server_before,
+                          _private_memory(process.pid))
+            self._check_picture(program)
+            time.sleep(max(0.0, begun + MEMORY_AFTER - time.monotonic()))
+            start.share = _memory(process.pid, "Pss")
+        return start
+
+    def starts(self, bare: Program, program: Program, count: int, progress=lambda: None) -> Pairs:
+        """Starts of both in turn, as in pairs()."""
+        found = []
+        for _ in range(WARM_UP + count):
+            found.append((self.start(bare), self.start(program)))
+            progress()
+        return Pairs(found[WARM_UP:])
 
     def waiting(self, program: Program) -> list[Span]:
         """What a program spends while it only waits, or counts down: slices of it after a first one."""
