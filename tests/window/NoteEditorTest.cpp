@@ -200,19 +200,23 @@ TEST_F(Editing, GoesWithItsNote) {
     EXPECT_EQ(control(), nullptr);
 }
 
+NoteEditor* endedInMenu = nullptr;
+
+/// Ends the edit once its menu is open.
+void CALLBACK endInMenu(HWND timers, UINT, UINT_PTR id, DWORD) noexcept {
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof(thread);
+    GetGUIThreadInfo(GetCurrentThreadId(), &thread);
+    if ((thread.flags & GUI_INMENUMODE) == 0) return;
+    KillTimer(timers, id);
+    endedInMenu->end(true);
+}
+
 TEST_F(Editing, EndsInsideItsOwnMenu) {
     openAtEnd(u"milk");
     const HWND window = control();
-    static NoteEditor* open = nullptr;
-    open = &editor;
-    SetTimer(parent, 1, 50, [](HWND timers, UINT, UINT_PTR id, DWORD) noexcept {
-        GUITHREADINFO thread{};
-        thread.cbSize = sizeof(thread);
-        GetGUIThreadInfo(GetCurrentThreadId(), &thread);
-        if ((thread.flags & GUI_INMENUMODE) == 0) return;
-        KillTimer(timers, id);
-        open->end(true);
-    });
+    endedInMenu = &editor;
+    SetTimer(parent, 1, 50, endInMenu);
     SendMessageW(window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(window), MAKELPARAM(120, 140));
     EXPECT_FALSE(editor.isOpen());
     EXPECT_EQ(note.kept, u"milk");
