@@ -6,7 +6,7 @@ namespace {
 
 /// More than the clock changes for summer time anywhere, or for a correction: what was due in so short a time
 /// still rings.
-constexpr std::int64_t kSmallJump = 3 * 3600;
+constexpr std::int64_t kSmallJump = std::int64_t{3} * 3600;
 
 bool hasOwnStart(const AlarmRule& rule) {
     return rule.AlarmWeekday < 1 && !rule.DateNotSet();

@@ -55,7 +55,7 @@ void connectStore(basPost& desk, SingleInstance& instance, const Text& folder) {
     StoreParts parts{userSettings(), {}, folderFiles(folder), systemCodePage()};
     for (int day = 0; day < kWeekdays; ++day)
         parts.weekdayKeys[static_cast<std::size_t>(day)] = u"w." + weekdayName(day);
-    desk.store.connect(std::move(parts));
+    desk.store.connect(parts);
     desk.store.claim = [&instance, folder](StoreKind kind) {
         return claimStore(instance, kind == StoreKind::Registry, folder);
     };

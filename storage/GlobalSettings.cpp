@@ -80,6 +80,7 @@ void writeMissingSettings(const Settings& store, const SectionResult& section,
 
 std::vector<KeyText> settingValues(const GlobalSettings& settings) {
     std::vector<KeyText> values;
+    values.reserve(kRows.size() + 1);
     for (const SettingRow& row : kRows)
         values.emplace_back(row.key, row.write(settings));
     return values;

@@ -26,7 +26,7 @@ bool names(TextView marks, std::uint32_t mark) {
 
 }  // namespace
 
-void NoteStore::connect(StoreParts parts) {
+void NoteStore::connect(const StoreParts& parts) {
     files_ = std::make_unique<FileStore>(parts.files, parts.page);
     registry_ = std::make_unique<RegistryStore>(parts.settings, parts.weekdayKeys);
     take(StoreKind::Files);

@@ -55,8 +55,8 @@ enum class Switched {
 class NoteStore {
 public:
     NoteStore() = default;
-    explicit NoteStore(StoreParts parts) { connect(std::move(parts)); }
-    void connect(StoreParts parts);
+    explicit NoteStore(const StoreParts& parts) { connect(parts); }
+    void connect(const StoreParts& parts);
 
     /// Called when a body or a record could not be kept whole; shows the user the memo message. Never null.
     std::function<void()> saveFailed = [] {};

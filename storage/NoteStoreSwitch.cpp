@@ -16,6 +16,7 @@ bool NoteStore::copyTo(StoreKind kind, NoteList notes, const GlobalSettings& set
     Store& target = storeOf(kind);
     const bool isKept = std::find(kept_.begin(), kept_.end(), &target) != kept_.end();
     std::vector<NoteRecord> copies;
+    copies.reserve(notes.size());
     for (std::size_t i = 0; i < notes.size(); ++i) {
         copies.push_back(*notes[i]);
         if (copies.back().readOnly && !load(static_cast<int>(i) + 1, copies.back(), settings)) return false;
@@ -23,6 +24,7 @@ bool NoteStore::copyTo(StoreKind kind, NoteList notes, const GlobalSettings& set
     const bool chosen = settings.UseRegistry == (kind == StoreKind::Registry);
     const bool anew = !isKept || chosen || behind_.contains(&target);
     std::vector<NoteRecord*> all;
+    all.reserve(copies.size());
     for (NoteRecord& copy : copies)
         all.push_back(&copy);
     if (!isKept && kind == StoreKind::Files) {

@@ -106,7 +106,7 @@ public:
             if (file == kMemoFile) storedAt = clockNow();
             return done;
         };
-        desk.store.connect(std::move(parts));
+        desk.store.connect(parts);
         desk.store.begin(useRegistry ? StoreKind::Registry : StoreKind::Files);
         desk.host.now = [this] { return clock; };
         for (int number = 1; number <= count; ++number) {

@@ -207,7 +207,8 @@ class RandomUser(NoteActions, EditActions):
         yield "title strip", parts["lbl"].text, " " * 5 + note.title
         yield "body", parts["nota"].text, note.body
         yield "shown", info["visible"], note.visible
-        yield "always on top", info["topmost"], note.topmost
+        if not note.ringing:  # a note that rings comes above what covers it, unless it has the keyboard
+            yield "always on top", info["topmost"], note.topmost
         yield "editor", self._window(note).editing, False
         # Wine may lose the place of a window that it hides, and the program puts it right when it shows it.
         if note.visible and self._in_reach(note):
@@ -433,7 +434,9 @@ class RandomUser(NoteActions, EditActions):
                 for window in self.kardel.notes()}
         # A note that rings may be restored, and one beyond the screen is shown elsewhere: those are found last.
         def known(note: Note) -> int:
-            return 3 if note.ringing or not self._in_reach(note) else 5
+            if note.ringing:
+                return 2  # it may have come above the others
+            return 5 if self._in_reach(note) else 3
 
         for note in sorted(self.model.notes, key=known, reverse=True):
             rect = note.x, note.y, note.width, self.model.shown_height(note)

@@ -77,14 +77,17 @@ def test_old_file_gone_and_the_new_one_not_yet_in_its_place(desk, length):
     expect_upgraded(desk, wanted)
 
 
-def test_file_of_no_known_layout_is_left_alone_and_the_user_told(desk):
+def test_file_of_no_known_layout_shows_whole_records_and_is_kept_as_it_was(desk):
     desk.seed_registry({"UseRegistry": False})
-    (desk.path() / "KARDEL.DAT").write_bytes(b"x" * 333)
+    found = b"x" * 215 + b"y" * 88
+    (desk.path() / "KARDEL.DAT").write_bytes(found)
     kardel = desk.start()
     box = kardel.dialog()
-    assert "An error has occurred on saving the memo, possible data lost." in box.texts()
+    assert any("KARDEL.DAT.damaged" in text for text in box.texts())
     box.press("OK")
-    assert kardel.wait_ended() == 1
-    kardel.killed = True  # it ended as it should, not by a crash
-    assert (desk.path() / "KARDEL.DAT").read_bytes() == b"x" * 333
-    assert not (desk.path() / "KARDEL.HDR").exists()
+    kardel.wait_ready(notes=1)
+    assert kardel.exit() == 0
+    assert (desk.path() / "KARDEL.DAT.damaged").read_bytes() == found
+    assert len((desk.path() / "KARDEL.DAT").read_bytes()) == 215
+    assert desk.start().wait_ready(notes=1).exit() == 0  # and nobody is told twice
+
