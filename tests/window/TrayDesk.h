@@ -1,0 +1,102 @@
+// A tray over a collection that notes what it is asked to do.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "core/basTrayIcon.h"
+#include "core/fTray.h"
+#include "resources/resource.h"
+#include "support/Window.h"
+
+/// The collection as far as the tray knows it: answers with what the test sets, notes what it was asked to
+/// do.
+class FakeDesk final : public TrayHost {
+public:
+    TrayMenuState shown;
+    std::vector<Text> noteTitles{u"Milk", u"Salt & pepper", u""};
+    HWND box = nullptr;
+    std::vector<UINT> fromBelow;  ///< messages that programs with fewer rights may send
+    std::vector<std::string> calls;
+    std::function<void(const std::string& call)> instead;  ///< asked in place of noting the call
+
+    FakeDesk() { shown.notes = 3; }
+
+    TrayMenuState state() const override { return shown; }
+    std::vector<Text> titles() const override { return noteTitles; }
+    HWND openBox() const override { return box; }
+    void letThrough(HWND window, UINT message) override {
+        EXPECT_EQ(GetWindowTextLengthW(window), 0) << "ahead of the title by which a second start finds it";
+        fromBelow.push_back(message);
+    }
+    void newNote() override { note("new"); }
+    void hideAll(bool hidden) override { note(hidden ? "hide all" : "show all"); }
+    void iconizeAll(bool iconized) override { note(iconized ? "iconize all" : "restore all"); }
+    void toggleAlignAll() override { note("align all"); }
+    void toggleEasyAlign() override { note("easy align"); }
+    void switchStore() override { note("switch store"); }
+    void about() override { note("about"); }
+    void exitProgram() override { note("exit"); }
+    void openNote(int slot) override { note("open " + std::to_string(slot)); }
+    void defaultAction() override { note("default"); }
+    void alreadyRunning() override { note("already running"); }
+    void commitEdits() override { note("commit"); }
+    void endSession() override { note("end session"); }
+    void showSaveFailure() override { note("save failure"); }
+    void tick() override { note("tick"); }
+    void clockSet() override { note("clock set"); }
+
+private:
+    void note(const std::string& call) {
+        if (instead) {
+            instead(call);
+        } else {
+            calls.push_back(call);
+        }
+    }
+};
+
+using Calls = std::vector<std::string>;
+
+class Tray : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(tray.create(desk));
+        procedureOfForm = procedure(tray.hwnd);
+        ASSERT_EQ(FindWindowW(L"ThunderRT6FormDC", L"kardel:trayicon"), nullptr);
+        const ULONGLONG end = GetTickCount64() + 20000;
+        while (!tray.addIcon() && GetTickCount64() < end)
+            pumpFor(100);
+        ASSERT_EQ(FindWindowW(L"ThunderRT6FormDC", L"kardel:trayicon"), tray.hwnd);
+    }
+
+    void post(UINT message, WPARAM wp, LPARAM lp) {
+        PostMessageW(tray.hwnd, message, wp, lp);
+        pumpPending();
+    }
+    void mouse(std::initializer_list<UINT> messages) {
+        for (const UINT message : messages)
+            PostMessageW(tray.hwnd, WM_TRAYICON, TRAYICON_ID, static_cast<LPARAM>(message));
+        pumpPending();
+    }
+    Calls after(WPARAM command) {
+        desk.calls.clear();
+        post(WM_COMMAND, command, 0);
+        return desk.calls;
+    }
+    static LONG_PTR procedure(HWND window) { return GetWindowLongPtrW(window, GWLP_WNDPROC); }
+    bool iconIsThere() const {
+        // Adding an icon that is there is refused.
+        if (!TrayIconAdd(tray.hwnd)) return true;
+        TrayIconDelete(tray.hwnd);
+        return false;
+    }
+
+    FakeDesk desk;
+    fTray tray;
+    LONG_PTR procedureOfForm = 0;  ///< before the icon was there
+};
