@@ -11,7 +11,7 @@ from . import alarms
 from .app import WM_COMMAND, Note as NoteWindow
 from .desk_model import MOST_NOTES, TWIPS, DeskModel, Note
 from .ids import command_id, part_id
-from .stores import Store
+from .stores import KINDS, Store
 from .user_edits import EditActions
 from .user_notes import NoteActions
 
@@ -26,7 +26,8 @@ class RandomUser(NoteActions, EditActions):
     def __init__(self, desk, kind: str, seed: int, notes: int = 4):
         self.desk, self.seed, self.store = desk, seed, Store(desk, kind)
         self.kind = kind  # of the first start; the replay needs it
-        self.done = self.restarts = self.checks = 0
+        self.both = False            # whether a switch in this run keeps both stores in step
+        self.done = self.restarts = self.checks = self.switches = 0
         self.log: list[str] = []
         self.env = {"TZ": alarms.midday_zone()}
         left, top, width, height = desk.screen()["workarea"]
@@ -50,7 +51,7 @@ class RandomUser(NoteActions, EditActions):
             (self.resize_by_grip, 1), (self.title_buttons, 3), (self.edit_body, 4), (self.edit_title, 3),
             (self.escape, 2), (self.set_alarm, 2), (self.clear_alarm, 3), (self.leave_alarm, 1), (self.ring, 3),
             (self.stop_ringing, 4), (self.note_menu, 1), (self.tray_menu, 1), (self.about, 0.5),
-            (self.second_start, 0.4), (self.restart, 0.7), (self.kill, 0.7), (self.switch_store, 0.4)]
+            (self.second_start, 0.4), (self.restart, 0.7), (self.kill, 0.7), (self.switch_store, 1.5)]
 
     # --- the run
 
@@ -179,25 +180,35 @@ class RandomUser(NoteActions, EditActions):
         windows = {info["hwnd"]: info for info in self.desk.probe.ask("windows", "fpost")}
         if set(windows) != {note.window for note in notes}:
             return found + [f"windows {[info['text'] for info in windows.values()]} for {[n.title for n in notes]}"]
-        stored = self.store.notes()
-        if len(stored) != len(notes):
-            return found + [f"stored {[record['Titolo'] for record in stored]} for {[n.title for n in notes]}"]
-        for number, (note, record) in enumerate(zip(notes, stored), 1):
-            wanted = note.stored()
-            found += [f"note {number}, {key} in the store: {record[key]!r}, not {value!r}"
-                      for key, value in wanted.items() if record[key] != value]
+        for number, note in enumerate(notes, 1):
             found += [f"note {number}, {what} on screen: {seen!r}, not {value!r}"
                       for what, seen, value in self._on_screen(note, windows[note.window]) if seen != value]
+        for kind in self._kept():
+            found += self._differences_in(Store(self.desk, kind))
         settings = self.desk.registry("setting") or {}
         found += [f"{key} is stored as {settings.get(key)}" for key, value in (
             ("AlignAll", model.align), ("EasyAlign", model.easy), ("DontDeleteWhenPlay", model.keep_elapsed),
             ("RestoreWhenPlay", model.restore_to_ring)) if settings.get(key) != str(value)]
-        if self.store.kind == "registry":
+        found += [f"{log.name}: {log.read_text(errors='replace')[-300:]}"
+                  for log in self.desk.path().glob("*.[lL][oO][gG]")]
+        return found
+
+    def _kept(self) -> tuple[str, ...]:
+        """The stores that must hold every note now."""
+        return KINDS if self.both else (self.store.kind,)
+
+    def _differences_in(self, store: Store) -> list[str]:
+        """What one store holds otherwise than the model, in words."""
+        stored, notes = store.notes(), self.model.notes
+        if len(stored) != len(notes):
+            return [f"{store.kind}: {[record['Titolo'] for record in stored]} for {[note.title for note in notes]}"]
+        found = [f"{store.kind}: note {number}, {key}: {record[key]!r}, not {value!r}"
+                 for number, (note, record) in enumerate(zip(notes, stored), 1)
+                 for key, value in note.stored().items() if record[key] != value]
+        if store.kind == "registry":
             sections = {name for name in self.desk.sections() if name.startswith("kardel-")}
             if sections != {f"kardel-{number}" for number in range(1, len(notes) + 1)}:
                 found.append(f"the registry holds {sorted(sections)}")
-        found += [f"{log.name}: {log.read_text(errors='replace')[-300:]}"
-                  for log in self.desk.path().glob("*.[lL][oO][gG]")]
         return found
 
     def _on_screen(self, note: Note, info: dict):
@@ -387,39 +398,51 @@ class RandomUser(NoteActions, EditActions):
             written = self._write_body(note)
             if written:
                 _, note.body = written
-                draft = self.desk.path() / "KARDEL.TMP"
-                self.desk.wait(lambda: draft.exists() and note.body.encode("utf-16-le") in draft.read_bytes(), 10,
-                               "the draft")
+                self._say("in an edit")
+                self.desk.wait(lambda: all(self._drafted(note, kind) for kind in self._kept()), 10, "the draft")
         self.kardel.kill()
         self._start()
 
+    def _drafted(self, note: Note, kind: str) -> bool:
+        """Whether a store holds the text of a note, as its body or as the draft of an edit."""
+        number = self.model.notes.index(note) + 1
+        if Store(self.desk, kind).notes()[number - 1]["Nota"] == note.body:
+            return True
+        if kind == "registry":
+            return note.body in self.desk.registry(f"kardel-{number}").get("draft", "")
+        drafts = self.desk.path() / "KARDEL.TMP"
+        return drafts.exists() and note.body.encode("utf-16-le") in drafts.read_bytes()
+
     def switch_store(self) -> None:
-        """Changes to the other store, or thinks better of it, and starts the program again."""
+        """Changes to the other store, or thinks better of it. Until the next start both hold every note."""
         self.check()
         self.mark = not self.mark
         self.kardel.tray.command("dyn(8)")
         box = self._dialog("Use the local files?" if self.mark else "Don't use the local files?")
         agreed = self.dice.random() < 0.7
-        self._say("OK" if agreed else "Cancel")
+        wanted = "files" if self.mark else "registry"
+        self._say(f"{wanted}: {'OK' if agreed else 'Cancel'}")
         self._answer(box, *(("OK", "O") if agreed else ("Cancel", "Escape")))
         self._gone()
         if not agreed:
             self.mark = True
             return
-        was, self.store.kind = self.store.kind, "files" if self.mark else "registry"
+        self.switches += 1
+        self.both = self.both or wanted != self.store.kind
+        self.store.kind = wanted
         self.check()
-        assert self.kardel.exit() == 0
-        back = was == "files" and self.store.kind == "registry" and self.dice.random() < 0.3
-        self._start("No" if back else "Yes")
 
-    def _start(self, keep_registry: str = "Yes") -> None:
+    def _start(self) -> None:
         """The next start. In registry mode it asks whether the files that are there may go."""
         self.restarts += 1
         self.kardel = self.desk.start(env=self.env)
         if self.store.kind == "registry" and self.desk.read_files().hdr is not None:
+            keep_registry = self.dice.choice(("Yes", "No"))
+            self._say(f"delete the files: {keep_registry}")
             self._press_in_box(keep_registry)
             if keep_registry == "No":
                 self.store.kind = "files"
+        self.both = False
         self.kardel.wait_ready(notes=len(self.model.notes))
         self.mark = self.store.kind == "files"
         self.model.restart()

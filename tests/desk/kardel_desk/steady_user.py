@@ -126,8 +126,8 @@ class SteadyUser(RandomUser):
         text = note.body[:200] + self._words()
         for _ in range(TRIES):
             window, editor = self._open_editor(note, "txtNota")
-            self.desk.probe.ask("settext", editor.hwnd, text[:-1])
-            editor.send(WM_CHAR, ord(text[-1]))  # a key, from which the draft follows
+            self.desk.probe.ask("settext", editor.hwnd, text[1:])
+            editor.send(WM_CHAR, ord(text[0]))  # a key at the caret, which is at the front; the draft follows from it
             if editor.visible:
                 return window, text
         return None
@@ -187,10 +187,3 @@ class SteadyUser(RandomUser):
         self.model.silence(note)
         if note not in self.model.notes:
             self.desk.wait(lambda: not window.exists, 5, "the note to go with its alarm")
-
-    # --- the store
-
-    def kill(self) -> None:
-        self.check()
-        self.kardel.kill()
-        self._start()

@@ -35,8 +35,8 @@ def lose_nothing(user, actions, count):
     begun = time.monotonic()
     act(user, actions)
     user.restart()
-    count(f"random user, seed {SEED}, {user.kind}: {user.done} actions, {user.restarts} restarts, {user.checks} checks, "
-          f"0 notes lost in {time.monotonic() - begun:.0f} s")
+    count(f"random user, seed {SEED}, {user.kind}: {user.done} actions, {user.restarts} restarts, {user.switches} switches, "
+          f"{user.checks} checks, 0 notes lost in {time.monotonic() - begun:.0f} s")
 
 
 @pytest.fixture
