@@ -270,7 +270,8 @@ def test_deleting_the_last_note_leaves_none_in_the_tray_menu(desk, hand):
     note = hand.run().note()
     delete(hand, note)
     desk.wait_equal(lambda: hand.store.notes(), [])
-    assert hand.kardel.notes() == [] and hand.kardel.alive
+    desk.wait_equal(hand.kardel.notes, [])
+    assert hand.kardel.alive
     menu = hand.kardel.tray.menu()
     menu.choose("Open")
     desk.wait(lambda: "(none)" in desk.menu().captions, what="an empty list in the tray menu")
