@@ -14,7 +14,7 @@ constexpr std::array<std::int16_t, 37> kRepeatEntries{0,  1,  2,  3,  4,  5,  6,
 
 constexpr std::array<TextView, 5> kUnitCodes{u"", kMinutes, kHours, kDays, kMonths};
 
-/// A day or month of a stored pattern; 0 when it is none.
+/// A day or month of a stored pattern; 0 when it is not one.
 int numberOf(TextView piece) {
     return leadingInt16(piece.substr(0, 2));
 }
@@ -23,7 +23,7 @@ bool hasText(Date date) {
     return date.year >= 1 && date.year <= 9999;
 }
 
-/// Whether a text is a date that comes: 99/99/9999 carries beyond the last year.
+/// Whether a text is a date that can come: 99/99/9999 carries beyond the last year.
 bool comes(TextView text) {
     return isDateText(text) && hasText(dateOfDay(dayNumber(parseDate(text))));
 }
@@ -33,24 +33,24 @@ bool isDigits(TextView text) {
            std::all_of(text.begin(), text.end(), [](char16_t c) { return c >= u'0' && c <= u'9'; });
 }
 
-/// The date so many days later (or earlier); as it is when that leaves the years 1 to 9999.
+/// The date so many days later (or earlier); unchanged when that would leave the years 1 to 9999.
 Text movedByDays(TextView date, std::int64_t days) {
     const Date moved = dateOfDay(dayNumber(parseDate(date)) + days);
     return hasText(moved) ? dateText(moved) : Text(date);
 }
 
-/// Whether the choice names a repeat step that counts.
+/// Whether the choice is a valid repeat step.
 bool choosesRepeat(const EditorControls& choice) {
     const bool number = choice.cboRepeat == -1 ? choice.repeatKept >= 1 : choice.cboRepeat >= 1;
     return number && !unitCode(choice.cboDay).empty();
 }
 
-/// Whether the day list holds units at this moment, not weekdays.
+/// Whether the day list currently holds units rather than weekdays.
 bool inUnitMode(const EditorControls& choice) {
     return choice.cboRepeat != 0;
 }
 
-/// The weekday 0..8 that counts: several days without one ticked are none.
+/// The weekday 0..8 that applies: "several days" without a tick is none.
 std::int16_t chosenWeekday(const EditorControls& choice) {
     if (inUnitMode(choice) || choice.cboDay < 1 || choice.cboDay > kSeveralWeekdays) return 0;
     const bool anyTicked =
@@ -66,7 +66,7 @@ std::int16_t chosenWeekday(const EditorControls& choice) {
 Text editorDate(const AlarmRule& rule, Now now) {
     Text today = dateText(dateOf(now.at));
     if (!hasAlarm(rule)) return today;
-    // A weekday counts before a pattern, which an older release may have left beside it.
+    // A weekday takes precedence over a pattern, which an older release may have left beside it.
     const bool pattern = rule.AlarmWeekday < 1;
     if (pattern && rule.eachday) return u" **/**/****";
     if (pattern && rule.eachmonth) {
@@ -150,7 +150,7 @@ EditorClock scrolled(const EditorClock& shown, ClockPart part, int position) {
             time.seconds = position;
             break;
     }
-    // An instant carries on its own: what lies before day 0 or after it is the turn of the date.
+    // An instant carries by itself: whatever lies before or after day 0 is what the date moves by.
     const Instant turned = instantOf(dateOfDay(0), time);
     const std::int64_t days = dayNumber(dateOf(turned));
     const bool moves = days != 0 && isDateText(shown.date);

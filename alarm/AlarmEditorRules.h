@@ -1,5 +1,5 @@
-// The alarm editor without its window: what it shows for a rule, what its scroll bars, lists and clicks do to
-// that, and what it hands over in the end.
+// The alarm editor without its window: what it shows for a rule, how scroll bars, lists and clicks change
+// that, and what rule it hands over at the end.
 #pragma once
 
 #include <array>
@@ -18,7 +18,7 @@
 /// today's without an alarm or a readable date.
 Text editorDate(const AlarmRule& rule, Now now);
 
-/// Text of the time label: the rule's time, or now without an alarm.
+/// Text of the time label: the rule's time, or the current time without an alarm.
 Text editorTime(const AlarmRule& rule, Now now);
 
 // --- The date label ---------------------------------------------------------------------------------------
@@ -29,12 +29,12 @@ Text datePart(TextView label);
 /// The label's text with the time behind the date, as it stands after a click.
 Text dateAndTime(TextView date, TimeOfDay time);
 
-/// Whether a part of the label's date recurs. A weekday or a repeat step needs one without.
+/// Whether a part of the label's date is a wildcard. A weekday or a repeat step needs a date without any.
 bool holdsWildcards(TextView label);
 
 enum class DatePart : unsigned char { Day, Month, Year };
 
-/// Where each part stands in the label; both ends belong to it.
+/// Where each part stands in the label; both ends are included.
 struct DatePartArea {
     DatePart part = DatePart::Day;
     Twips left;
@@ -47,7 +47,7 @@ inline constexpr std::array<DatePartArea, 3> kDatePartAreas{
 std::optional<DatePart> datePartAt(Twips x);
 
 /// The label's date after a click on one of its parts, without a time. Digits become wildcards, together with
-/// the larger parts; wildcards become the current ones, so that a full date results.
+/// the larger parts; wildcards become the current values, so that a full date results.
 Text toggled(TextView label, DatePart part, Now now);
 
 // --- Scroll bars ------------------------------------------------------------------------------------------
@@ -56,7 +56,7 @@ struct BarRange {
     int low;
     int high;
 };
-/// One step beyond the clock at each end: that is how a bar is seen to turn over.
+/// One step beyond the clock's range at each end, which is how a bar is seen to turn over.
 inline constexpr BarRange kHourBar{-1, 24};
 inline constexpr BarRange kMinuteBar{-1, 60};
 inline constexpr BarRange kSecondBar{-1, 60};
@@ -66,7 +66,7 @@ inline constexpr int kDateBarPage = 30;
 
 enum class ClockPart : unsigned char { Hours, Minutes, Seconds };
 
-/// Date (without blanks or time) and time that the editor shows.
+/// The date (without blanks or time) and the time that the editor shows.
 struct EditorClock {
     Text date;
     TimeOfDay time;
@@ -74,8 +74,8 @@ struct EditorClock {
     bool operator==(const EditorClock&) const = default;
 };
 
-/// What a bar's new position makes of them: the part takes it; over the end it turns over and carries into
-/// the next larger part, at midnight into the date if that is a full one.
+/// What a bar's new position makes of them: the part takes the position; beyond the end it turns over and
+/// carries into the next larger part, and at midnight into the date, if that is a full one.
 EditorClock scrolled(const EditorClock& shown, ClockPart part, int position);
 
 /// The date at a position of the date bar, and the position nearest to a date.
@@ -87,7 +87,7 @@ int positionOfDate(TextView date, Now now);
 /// Numbers in the repeat list: 0 (its empty entry), 1 to 30, then 35 to 60 by fives.
 std::span<const std::int16_t> repeatEntries();
 Text repeatEntryText(int index);
-/// The number's place in the list; 0 for no repeat, -1 for a number that the list lacks.
+/// The number's place in the list; 0 for no repeat, -1 for a number that is not in the list.
 int repeatIndex(std::int16_t number);
 
 inline constexpr std::array<TextView, 5> kUnitEntries{u"", u"Minutes", u"Hours", u"Days", u"Months"};
@@ -114,9 +114,9 @@ struct EditorControls {
     bool chkMute = false;
 };
 
-/// Whether a weekday or a repeat is chosen on a date that holds wildcards. The user has to be told, and the
-/// last choice or click undone: ask this for what the controls would show.
+/// Whether a weekday or a repeat is chosen on a date with wildcards. Then the user has to be told, and the
+/// last choice or click is undone: call this with what the controls would show.
 bool needsFullDate(const EditorControls& choice);
 
-/// What the editor hands over: a repeat step or a weekday, never both, and the date where it counts.
+/// What the editor hands over: a repeat step or a weekday, never both, and the date where it matters.
 EditorRule ruleOfControls(const EditorControls& choice);

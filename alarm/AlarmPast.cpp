@@ -4,15 +4,15 @@
 
 namespace {
 
-/// More than the clock changes for summer time anywhere, or for a correction: what was due in so short a time
-/// still rings.
+/// More than any change to summer time or correction moves the clock by: whatever was due within it still
+/// rings.
 constexpr std::int64_t kSmallJump = std::int64_t{3} * 3600;
 
 bool hasOwnStart(const AlarmRule& rule) {
     return rule.AlarmWeekday < 1 && !rule.DateNotSet();
 }
 
-/// Whether it has been due for so many seconds at least.
+/// Whether it has been due for at least so many seconds.
 bool isDueSince(const AlarmRule& rule, Now now, std::int64_t seconds) {
     return rule.due && now.at.seconds - rule.due->seconds >= seconds;
 }
@@ -37,7 +37,7 @@ bool AlarmPast::hasRung(Instant due) const {
 }
 
 void AlarmPast::forgetFarAhead(Now now) {
-    // The clock was wrong by more than a day: what rang then was not what is to come.
+    // The clock was wrong by more than a day: what rang then has nothing to do with what is to come.
     std::erase_if(rung_,
                   [now](const Ring& rung) { return rung.at.seconds > now.at.seconds + kSecondsPerDay; });
 }
@@ -52,7 +52,7 @@ bool AlarmPast::followClock(AlarmRule& rule, Now now, std::int64_t jump) {
     forgetFarAhead(now);
     if (!hasAlarm(rule) || isOneOff(rule)) return false;
     const bool due = isDueSince(rule, now, 0);
-    // What lies before the jump was missed for another reason, as by a machine asleep.
+    // What lies before the jump was missed for another reason, such as a sleeping machine.
     const bool neverWas = isDueSince(rule, now, kSmallJump) && !isDueSince(rule, now, jump);
     if (due && !neverWas) return false;
 

@@ -9,10 +9,10 @@
 
 namespace {
 
-/// Dates are ten characters; what lies beyond this year has no text.
+/// Dates are ten characters long; what lies beyond this year has no text.
 constexpr std::int64_t kLastYear = 9999;
 
-/// No month is shorter, so a date up to this day never carries over.
+/// No month is shorter than this, so a date up to this day never carries over.
 constexpr std::int64_t kShortestMonth = 28;
 
 bool hasText(Instant instant) {
@@ -47,15 +47,15 @@ bool isUnit(TextView unit) {
     return unit == kMinutes || unit == kHours || unit == kDays || unit == kMonths;
 }
 
-/// The instant of a rule's texts; empty when they are no date and time, or too far away to be written.
+/// The instant of a rule's texts; empty when they are not a date and time, or too far away to be written.
 std::optional<Instant> instantOfTexts(const AlarmRule& rule) {
     if (!isDateText(rule.AlarmDate) || !isTimeText(rule.AlarmTime)) return {};
     const Instant instant = instantOf(parseDate(rule.AlarmDate), parseTime(rule.AlarmTime));
     return hasText(instant) ? std::optional(instant) : std::nullopt;
 }
 
-/// Sets the date of the next occurrence and what follows from it. A date that has no text leaves the rule's
-/// date as it is, with nothing to wait for.
+/// Sets the date of the next occurrence and everything that depends on it. A date that has no text leaves the
+/// rule's date as it is, with nothing to wait for.
 void setDate(AlarmRule& rule, Date date) {
     rule.due.reset();
     if (!isRealDate(date)) return;
@@ -81,7 +81,7 @@ Date patternDate(const AlarmRule& rule, Now now, bool nextPeriod) {
     return dateOfDay(dayNumber(today) + step);
 }
 
-/// Whether stepping by `months` from this date meets no month that lacks its day, ever.
+/// Whether stepping by `months` from this date never reaches a month that lacks its day.
 bool neverCarries(Date date, std::int64_t months) {
     if (date.day <= kShortestMonth) return true;
     const std::int64_t stride = std::gcd(months, std::int64_t{12});
@@ -90,8 +90,8 @@ bool neverCarries(Date date, std::int64_t months) {
     return date.day <= 30 || !(meets(4) || meets(6) || meets(9) || meets(11));
 }
 
-/// The date of the repeat by months, counted from `then`, that is not before now. Its month is real, its day
-/// may be one that the month lacks: that carries into the next month, and the next step goes on from there.
+/// The first date of the repeat by months, counted from `then`, that is not before now. Its month is real,
+/// but may lack its day: that carries into the next month, from which the next step goes on.
 Date advanceMonths(Instant then, std::int64_t months, Now now) {
     const TimeOfDay time = timeOf(then);
     const Date today = dateOf(now.at);
@@ -100,8 +100,8 @@ Date advanceMonths(Instant then, std::int64_t months, Now now) {
         date = dateOf(then);
         std::int64_t steps = 1;
         if (neverCarries(date, months)) {
-            // All steps that end before this month at once. Other dates soon become one of this kind, as they
-            // carry to the first days of a month.
+            // All steps that end before this month are taken at once. Other dates soon become one of this
+            // kind, as they carry over to the first days of a month.
             const std::int64_t distance = (today.year - date.year) * 12 + today.month - date.month;
             steps = std::max(steps, distance / months);
         }
@@ -149,8 +149,8 @@ void armRepeat(AlarmRule& rule, Now now) {
     rule.due = AdvanceRepeat(rule, now) ? instantOfTexts(rule) : std::nullopt;
 }
 
-/// One period on from the instant that has just rung; each day from today, so that an alarm missed for days
-/// rings once and then tomorrow.
+/// One period after the instant that has just rung. A daily alarm goes on from today, so that one missed for
+/// days rings once and then tomorrow.
 Date followingDate(const AlarmRule& rule, Now now) {
     Date date = rule.due ? dateOf(*rule.due) : dateOf(now.at);
     if (rule.eachmonth) {
@@ -169,7 +169,7 @@ void moveOn(AlarmRule& rule, Now now) {
         armWeekday(rule, now);
     } else if (rule.RepeatNumber < 1) {
         setDate(rule, followingDate(rule, now));
-        // The machine may have slept past that one as well: it goes on as if it had just been loaded.
+        // The machine may have slept past that one as well: then it goes on as if it had just been loaded.
         if (!isAhead(rule, now)) arm(rule, now);
     } else {
         armRepeat(rule, now);
@@ -335,7 +335,7 @@ Rearmed rearm(AlarmRule& rule, Now now) {
     }
     const std::optional<Instant> rung = rule.due;
     moveOn(rule, now);
-    // With the clock set back while it rang, the same instant lies ahead again: it has had its turn.
+    // When the clock was set back while it rang, the same instant lies ahead again, but it has had its turn.
     if (rung && rule.due == rung && isBefore(now, *rung)) moveOn(rule, {*rung, 1});
     if (isAhead(rule, now)) return Rearmed::Armed;
     rule.due.reset();

@@ -5,9 +5,9 @@
 #include "support/DateTime.h"
 #include "support/Text.h"
 
-/// Time left: "5:07:09", from a day on "2 d   5:07:09". Zero when the instant has passed.
+/// Time left: "5:07:09", or from a day upwards "2 d   5:07:09". Zero when the instant has passed.
 Text countdownText(Instant due, Now now);
 
-/// When the alarm is due: "21/11/2026 09:30  h."; empty when there is nothing to wait for. Shows the real day
-/// even where the rule's date is one that its month lacks.
+/// When the alarm is due: "21/11/2026 09:30 h."; empty when there is nothing to wait for. Shows the real day
+/// even where the month of the rule's date lacks that day.
 Text dueText(const AlarmRule& rule);

@@ -51,7 +51,7 @@ Text Ringing::stripText(Now now) const {
 
 void Ringing::tick(Now now) {
     if (Alarming && pTimerProc == 0) {
-        // Without a timer of its own it flashes and sounds with the countdown's.
+        // Without a timer of its own it flashes and sounds on the countdown's ticks.
         flashTick();
         pTimerProc = face_.startFlashTimer();
     }

@@ -1,6 +1,5 @@
-// A note's alarm through a run of the program: armed, counting down, ringing, silenced, armed again. It has
-// no window and reads no clock: time is an argument, and whatever the note has to do goes through
-// RingingFace.
+// A note's alarm during a run of the program: armed, counting down, ringing, silenced, armed again. It has no
+// window and reads no clock: time is an argument, and what the note has to do is asked of RingingFace.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +9,10 @@
 #include "support/DateTime.h"
 #include "support/Text.h"
 
-/// Half-second ticks from one start of the sound to the next: three seconds.
+/// Ticks of half a second from one start of the sound to the next: three seconds.
 inline constexpr int kTicksBetweenSounds = 6;
 
-/// The fields that a change of the alarm concerns.
+/// The fields that a change of the alarm affects.
 enum class AlarmFields : unsigned char {
     Everything,
     DateAndTime,  ///< it only moved on
@@ -29,28 +28,31 @@ public:
 
     /// Prints the strip's text, and shows or hides the strip as `Ringing::wantsStrip` says.
     virtual void showStrip() = 0;
-    /// Another second of the countdown, for the strip and for whoever else shows it.
+    /// The countdown's new text, for the strip and for whoever else shows it.
     virtual void showCountdown(const Text& text) = 0;
     /// White, or the note's own colour.
     virtual void showColour(bool white) = 0;
-    /// Brings the note to sight, restored and reopened as far as that is wanted, above all that covers it.
+    /// Brings the note into view above everything that covers it, restored and reopened as far as that is
+    /// wanted.
     virtual void appear() = 0;
-    /// Gives the note, silent again, its own place among the windows back.
+    /// Puts the note, now silent, back in its own place among the windows.
     virtual void settle() = 0;
-    /// Speaks of the note's new state to screen readers.
+    /// Tells screen readers the note's new state.
     virtual void announce() = 0;
     virtual void startSound() = 0;
     virtual void stopSound() = 0;
-    /// Starts the timer that calls `flashTick` every half second. Its identifier, or 0 when there is none.
+    /// Starts the timer that calls `flashTick` every half second. Returns its identifier, or 0 when there is
+    /// none to be had.
     virtual std::uintptr_t startFlashTimer() = 0;
     virtual void stopFlashTimer() = 0;
     /// `wantsTicks` has changed.
     virtual void ticksChanged() = 0;
     /// Stores what the rule has become.
     virtual void store(AlarmFields fields) = 0;
-    /// Takes over whether and how the alarm recurs by what the store holds now; what cannot be read stays.
+    /// Updates whether and how the alarm recurs from what the store holds now; what cannot be read stays as
+    /// it is.
     virtual void takeStoredPattern(AlarmRule& rule) = 0;
-    /// The alarm rang its only time. True when the note went with it: the alarm may be gone, too.
+    /// The alarm has rung its only time. True when the note went with it: then the alarm may be gone, too.
     virtual bool removeNote() = 0;
 
 protected:
@@ -71,10 +73,10 @@ struct Ringing {
 
     /// Half a second later: the countdown goes on, or it is time to ring.
     void tick(Now now);
-    /// The clock was set to `now`, by `jump` seconds, back when negative: the alarm follows it. One that
-    /// rings goes on ringing, and follows when it is stopped.
+    /// The clock was set to `now`, by `jump` seconds, back when negative: the alarm follows it. One that is
+    /// ringing goes on and follows once it is stopped.
     void clockSet(Now now, std::int64_t jump);
-    /// Half a second later while it rings: the colour changes, and from time to time the sound begins again.
+    /// Half a second later while it rings: the colour changes, and every few ticks the sound begins again.
     void flashTick();
     /// Stops the ringing and arms the next occurrence. True when the note went with its alarm.
     bool SoundStop(Now now);
@@ -94,7 +96,7 @@ struct Ringing {
 
     AlarmRule rule;
     bool Alarming = false;          ///< rings now
-    bool ShowCountdown = true;      ///< the strip shows the time left, else the due time
+    bool ShowCountdown = true;      ///< the strip shows the time left rather than the due time
     int Tickcount = 0;              ///< flash ticks since the sound last started, 0..5
     std::uintptr_t pTimerProc = 0;  ///< identifier of the running flash timer, 0 when none
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Loaded with the first sound.
+/// Loaded at the first sound.
 BOOL play(LPCSTR sound, HMODULE module, DWORD flags) {
     static const auto function =
         systemFunction<decltype(&PlaySoundA)>(systemLibrary(u"winmm.dll"), "PlaySoundA");

@@ -17,7 +17,8 @@ void Sort(std::span<std::int64_t> values) {
             std::swap(values[low++], values[high--]);
         }
         const std::size_t split = low == high ? low : high + 1;
-        // The smaller part by recursion, the larger one by going on: the depth stays logarithmic.
+        // The smaller part is sorted by recursion, the larger one by looping on, which keeps the depth
+        // logarithmic.
         const auto first = values.first(split);
         const auto rest = values.subspan(split);
         const bool firstIsSmaller = first.size() < rest.size();

@@ -1,4 +1,4 @@
-/* The program's version: the one place that says it. The build, the manifest, the data files and the About
+/* The program's version: the only place that states it. The build, the manifest, the data files and the About
    box follow. */
 #pragma once
 

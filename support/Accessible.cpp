@@ -17,7 +17,7 @@ namespace {
 
 constexpr LONG kSelf = CHILDID_SELF;
 
-/// The parts of Windows that speak, loaded when they are first asked for.
+/// Windows' functions for screen readers, loaded when they are first needed.
 struct Library {
     decltype(&LresultFromObject) lresultFromObject = nullptr;
     decltype(&CreateStdAccessibleObject) createStandard = nullptr;
@@ -49,14 +49,14 @@ const Library& library() {
     return loaded;
 }
 
-// Windows' book of what is said of windows beside what they say themselves, and the entry for the name.
+// Windows' list of what is said about windows besides what they say themselves, and its property for names.
 constexpr CLSID kAnnotations{0xb5f8350b, 0x0548, 0x48b1, {0xa6, 0xee, 0x88, 0xbd, 0x00, 0xb4, 0xa5, 0xe7}};
 constexpr IID kAnnotationsKind{0x6e26e776, 0x04f0, 0x495d, {0x80, 0xe4, 0x33, 0x30, 0x35, 0x2e, 0x31, 0x69}};
 constexpr MSAAPROPID kName{0x608d3df8, 0x8128, 0x4aa7, {0xa4, 0x28, 0xf5, 0x5e, 0x49, 0x26, 0x72, 0x91}};
 
-constexpr LPCWSTR kNamed = L"Kardel.Named";  ///< property of a control that has an entry
+constexpr LPCWSTR kNamed = L"Kardel.Named";  ///< property of a control that is in the list
 
-/// Opens the book for one entry.
+/// Opens the list for one change.
 template <class Write>
 void annotate(const Write& write) {
     if (library().createInstance == nullptr) return;
@@ -74,7 +74,7 @@ LONG elementOf(const VARIANT& child) {
     return child.vt == VT_I4 ? child.lVal : -1;
 }
 
-/// Windows' own object of a window, with other words for what the voice knows.
+/// Windows' own object for a window, with different answers for what the voice knows.
 class SpokenWindow final : public IAccessible {
 public:
     SpokenWindow(HWND window, const Voice& voice, IAccessible* standard)
@@ -103,7 +103,7 @@ public:
         return left;
     }
 
-    // --- IDispatch: nobody calls a note by names
+    // --- IDispatch: nobody calls its methods by name
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override {
         if (count != nullptr) *count = 0;
         return S_OK;
@@ -117,7 +117,7 @@ public:
         return E_NOTIMPL;
     }
 
-    // --- What is said
+    // --- What is said about it
     HRESULT STDMETHODCALLTYPE get_accName(VARIANT child, BSTR* name) noexcept override {
         if (!isMine(child)) return standard_->get_accName(child, name);
         const Spoken said = ask(child);
@@ -204,7 +204,7 @@ public:
         return S_OK;
     }
 
-    // --- As Windows says it
+    // --- Left to Windows
     HRESULT STDMETHODCALLTYPE get_accParent(IDispatch** parent) noexcept override {
         return standard_->get_accParent(parent);
     }
@@ -244,7 +244,7 @@ private:
         try {
             return voice_.say(window_, static_cast<int>(elementOf(child)));
         } catch (...) {
-            return {};  // no memory for the words: as Windows says it
+            return {};  // no memory for an answer: it is left to Windows
         }
     }
     /// S_FALSE: there is nothing to say.
@@ -278,7 +278,7 @@ LRESULT answerAccessible(HWND window, WPARAM wp, LPARAM lp, const Voice& voice) 
 
 void nameControl(HWND control, const Text& name) {
     if (GetPropW(control, kNamed) != nullptr) return;
-    // First, since writing may ask the control once more.
+    // Set first, as writing may query the control again.
     if (SetPropW(control, kNamed, control) == FALSE) return;
     annotate([&](IAccPropServices& book) {
         book.SetHwndPropStr(control, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, kName, wide(name));

@@ -1,4 +1,4 @@
-// Drawing off screen: what a window shows appears at once.
+// Drawing off screen, so that what a window shows appears all at once.
 #pragma once
 
 #include <algorithm>
@@ -7,12 +7,12 @@
 #include "support/Handles.h"
 
 /// An off-screen picture that windows draw through, one at a time. It is kept from one drawing to the next,
-/// as making one takes longer than most drawings.
+/// because making one takes longer than most drawings do.
 class Canvas {
 public:
     /// A device context with a picture of at least this size in pixels behind it, until done(). Everything
-    /// else about it is as Windows made it, whatever the drawing before left behind. A large picture is not
-    /// kept: its memory would be missed elsewhere.
+    /// else about it is as Windows made it, whatever the previous drawing left behind. A large picture is not
+    /// kept, as it would hold too much memory.
     HDC begin(HDC like, LONG width, LONG height) {
         done();
         if (!dc_) dc_.reset(CreateCompatibleDC(like));
@@ -23,13 +23,13 @@ public:
         return dc_.get();
     }
     void done() {
-        // A clip region, a font or a mode that a drawing leaves would cut or change every other window's.
+        // A clip region, font or mode left behind would cut or change what every other window draws.
         if (fresh_ != 0) RestoreDC(dc_.get(), std::exchange(fresh_, 0));
         large_.reset();
     }
 
 private:
-    /// The picture there was when Windows refuses.
+    /// Returns the picture there already is when Windows refuses a larger one.
     HGDIOBJ grow(HDC like, LONG width, LONG height) {
         const LONG both = std::max(width, width_) * std::max(height, height_);
         const bool kept = both <= kMostKept;
@@ -53,11 +53,11 @@ private:
     UniqueBitmap large_;
     LONG width_ = 0;
     LONG height_ = 0;
-    UniqueDc dc_;    ///< the last to be declared: it goes before the pictures that it may hold
-    int fresh_ = 0;  ///< what SaveDC said of the untouched state; 0: nothing is being drawn
+    UniqueDc dc_;    ///< declared last, so that it goes before the pictures that it may hold
+    int fresh_ = 0;  ///< what SaveDC returned for the untouched state; 0: nothing is being drawn
 };
 
-/// BeginPaint .. EndPaint through an off-screen picture, so that what is drawn appears at once.
+/// BeginPaint .. EndPaint through an off-screen picture, so that everything drawn appears at once.
 class BufferedPaint {
 public:
     BufferedPaint(HWND window, Canvas& canvas) : window_(window), canvas_(canvas) {

@@ -1,4 +1,4 @@
-// The only reader of the system's time.
+// Reads the system's clock, which nothing else does.
 #pragma once
 
 #include "support/DateTime.h"

@@ -15,7 +15,7 @@ struct Instant {
     auto operator<=>(const Instant&) const = default;
 };
 
-/// The wall clock at one moment. Compares with an Instant as a time with milliseconds does.
+/// The wall clock at one moment. Compared with an Instant as a time with milliseconds.
 struct Now {
     Instant at;
     int ms = 0;  ///< 0..999 past `at`
@@ -27,8 +27,8 @@ constexpr bool isBefore(const Now& now, Instant then) {
     return now.at < then;
 }
 
-/// A civil date. Not necessarily a real one: month 13 or day 31 of February carry over when an Instant is
-/// made of it.
+/// A civil date. Not necessarily a real one: month 13 or 31 February carries over when it is turned into an
+/// Instant.
 struct Date {
     std::int64_t year = 0;
     std::int64_t month = 0;
@@ -44,7 +44,7 @@ struct TimeOfDay {
     auto operator<=>(const TimeOfDay&) const = default;
 };
 
-/// Days since 30/12/1899 of a date; months and days beyond their range carry over (31/02 is 3 March).
+/// Days from 30/12/1899 to a date; months and days beyond their range carry over (31/02 is 3 March).
 std::int64_t dayNumber(Date date);
 
 /// The real date of a day number.
@@ -72,8 +72,8 @@ Date parseDate(TextView text);
 /// Reads "hh:mm:ss" by position. Pieces without digits are 0.
 TimeOfDay parseTime(TextView text);
 
-/// Whether the text is "dd/mm/yyyy" of digits with day and month of at least 1. The day may be one that the
-/// month lacks, as it carries over.
+/// Whether the text is "dd/mm/yyyy" of digits with day and month of at least 1. The month need not have that
+/// day, since it carries over.
 bool isDateText(TextView text);
 
 /// Whether the text is "hh:mm:ss" within 00:00:00 .. 23:59:59.

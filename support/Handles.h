@@ -1,4 +1,4 @@
-// One owner a handle: the type says who closes it.
+// One owner per handle: the type says how it is closed.
 #pragma once
 
 #include <memory>
@@ -21,14 +21,14 @@ using Unique = std::unique_ptr<std::remove_pointer_t<Handle>, Closer<Close>>;
 using UniqueHandle = Unique<HANDLE, CloseHandle>;  ///< files, mutexes; never INVALID_HANDLE_VALUE
 using UniqueKey = Unique<HKEY, RegCloseKey>;
 using UniqueMenu = Unique<HMENU, DestroyMenu>;
-using UniqueDc = Unique<HDC, DeleteDC>;  ///< one that was made in memory
+using UniqueDc = Unique<HDC, DeleteDC>;  ///< a memory device context
 using UniqueFont = Unique<HFONT, DeleteObject>;
 using UniqueBrush = Unique<HBRUSH, DeleteObject>;
 using UniquePen = Unique<HPEN, DeleteObject>;
 using UniqueBitmap = Unique<HBITMAP, DeleteObject>;
 using UniqueIcon = Unique<HICON, DestroyIcon>;
 
-/// A device context of a window, given back at the end of the scope.
+/// A window's device context, released at the end of the scope.
 class WindowDc {
 public:
     explicit WindowDc(HWND window) : window_(window), dc_(GetDC(window)) {}
@@ -42,7 +42,7 @@ private:
     HDC dc_;
 };
 
-/// An object selected into a device context, the former one put back at the end of the scope.
+/// Selects an object into a device context and puts the previous one back at the end of the scope.
 class Selected {
 public:
     Selected(HDC dc, HGDIOBJ object) : dc_(dc), before_(SelectObject(dc, object)) {}

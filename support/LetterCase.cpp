@@ -1,7 +1,6 @@
-// Capital letters and their small ones: the pairs of Unicode 14 that are one code unit each and whose small
-// letter has that capital again. So it is what the registry takes for the same name, under every locale: a
-// Turkish system must still read "SI" as "si", and its dotted capital I and dotless small one stay by
-// themselves.
+// Capital letters and their small letters: the pairs of Unicode 14 that take one code unit each and lead back
+// to each other. They are what the registry treats as the same name, in every locale: a Turkish system must
+// still read "SI" as "si", and its dotted capital I and dotless small i have no partner.
 #include <algorithm>
 #include <array>
 #include <cstdint>

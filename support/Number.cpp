@@ -19,8 +19,8 @@ constexpr bool isBlank(char16_t c) {
 constexpr double kEnoughDigits = 1e17;  // more than a double can tell apart
 constexpr int kMostScale = 100000;
 
-/// number * 10^scale, held within what a double can take. Written out because a library's reader would follow
-/// the locale, or bring tables larger than the rest of this folder.
+/// number * 10^scale, clamped to the range of a double. Written by hand because a library function would
+/// follow the locale, or bring in tables larger than the rest of this folder.
 double scaledByTen(double number, int scale) {
     if (number == 0) return 0;
     constexpr double kMost = std::numeric_limits<double>::max();
@@ -59,7 +59,7 @@ double leadingNumber(TextView text) {
                 digits = digits * 10 + (peek() - u'0');
                 scale += perDigit;
             } else {
-                scale += perDigit + 1;  // too small to be seen beside the digits before it
+                scale += perDigit + 1;  // too small to matter beside the digits before it
             }
         }
     };

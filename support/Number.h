@@ -5,11 +5,11 @@
 
 #include "support/Text.h"
 
-/// The number that `text` begins with: blanks are skipped, then sign, digits, ".", digits and an exponent
-/// count. Text without one, and empty text, is 0. Always finite: beyond a double's range it saturates.
+/// The number that `text` begins with: blanks are skipped, then come sign, digits, ".", digits and an
+/// exponent. Text without one, and empty text, is 0. Always finite: beyond a double's range it saturates.
 double leadingNumber(TextView text);
 
-/// The leading number rounded to a whole one and held within the field's width.
+/// The leading number, rounded to a whole number and clamped to the type's range.
 std::int16_t leadingInt16(TextView text);
 std::int32_t leadingInt32(TextView text);
 
@@ -22,6 +22,6 @@ Text twoDigits(std::int64_t number);
 /// "True" or "False", the words in which flags are stored.
 Text boolText(bool flag);
 
-/// Reads a stored flag: on, true, vero, yes, si and sì are true, off, false, falso and no are false, in
-/// any case of letters; every other text is true when its leading number is not 0.
+/// Reads a stored flag: on, true, vero, yes, si and sì are true, off, false, falso and no are false, in upper
+/// or lower case; any other text is true when its leading number is not 0.
 bool ParseBool(TextView text);

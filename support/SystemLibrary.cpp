@@ -6,7 +6,7 @@ HMODULE systemLibrary(const Text& name) {
     if (length == 0 || length >= path.size()) return nullptr;
     path.resize(length);
     path += u'\\' + name;
-    // The whole path, and not a search flag: Windows 7 as it was delivered knows none. What the library
-    // itself needs is looked for in its own folder first.
+    // The full path rather than a search flag, which Windows 7 without updates does not know. Libraries that
+    // this one needs are then looked for in its own folder first.
     return LoadLibraryExW(wide(path), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }

@@ -1,12 +1,13 @@
-// Libraries of Windows' own that are wanted late or not at all, from the system's folder and nowhere else: a
-// file of the same name beside the program is never taken for one.
+// Windows' own libraries that are needed late or not at all. They are loaded from the system's folder and
+// nowhere else, so that a file of the same name beside the program never takes their place.
 #pragma once
 
 #include <bit>
 
 #include "support/WinText.h"
 
-/// Loads a library by its name ("winmm.dll") for the rest of the program's life. Null when Windows has none.
+/// Loads a library by its name ("winmm.dll") for the rest of the program's life. Null when Windows does not
+/// have it.
 HMODULE systemLibrary(const Text& name);
 
 /// A function of a library; null when the library is null or has no such function.

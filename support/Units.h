@@ -1,4 +1,4 @@
-// Twips and pixels as different types, and the one conversion between them.
+// Twips and pixels as different types, and the only conversion between them.
 #pragma once
 
 #include <compare>
@@ -17,7 +17,7 @@ constexpr Twips operator-(Twips a, Twips b) {
     return {a.n - b.n};
 }
 
-/// One dot of the screen: the unit of everything that Windows is told.
+/// One dot of the screen: the unit of everything that is passed to Windows.
 struct Px {
     std::int32_t n = 0;
     auto operator<=>(const Px&) const = default;

@@ -1,5 +1,5 @@
-// The door between the program's texts and the W functions of Windows; the only header that includes
-// <windows.h>. The casts below always go straight into a call.
+// Passes the program's texts to the W functions of Windows and back; the only header that includes
+// <windows.h>. The casts below are only used directly in a call.
 #pragma once
 
 #ifndef NOMINMAX
@@ -20,7 +20,7 @@ inline LPCWSTR wide(const Text& text) {
 inline LPCWSTR wide(const char16_t* text) {
     return reinterpret_cast<LPCWSTR>(text);
 }
-/// For calls that take the length beside the pointer.
+/// For calls that take a length besides the pointer.
 inline LPCWSTR wideData(TextView text) {
     return reinterpret_cast<LPCWSTR>(text.data());
 }
@@ -31,18 +31,19 @@ inline TextView fromWide(LPCWSTR text) {
     return TextView(reinterpret_cast<const char16_t*>(text));
 }
 
-/// The text of a window or control, whole.
+/// The whole text of a window or control.
 Text windowText(HWND window);
 
-/// Sets the text unless it stands there already: no needless repaint, no needless change event.
+/// Sets the text unless it is the same already, which avoids a needless repaint and change event.
 void setWindowText(HWND window, const Text& text);
 
-/// The system's ANSI code page. Text goes out without best-fit guesses, so that what cannot be kept is
-/// noticed. On a system set to UTF-8, bytes that are no UTF-8 are read in the locale's older code page.
+/// The system's ANSI code page. Text is encoded without best-fit guesses, so that a letter that cannot be
+/// kept is noticed. On a system set to UTF-8, bytes that are not UTF-8 are read in the locale's older code
+/// page.
 CodePage systemCodePage();
 
 /// The abbreviated name of a weekday in the user's locale; 0 is Monday, 6 Sunday.
 Text weekdayName(int mondayFirstIndex);
 
-/// Full path of the running program's file, however long. Empty when Windows does not tell.
+/// Full path of the running program's file, however long. Empty when Windows cannot say.
 Text programPath();

@@ -8,11 +8,11 @@
 
 namespace {
 
-// Windows before 10 knows no such timer and refuses to make it.
+// Versions before Windows 10 do not know this kind of timer and refuse to make one.
 constexpr DWORD kHighResolution = 0x00000002;
 constexpr std::int64_t kUsPerMs = 1000;
 constexpr std::int64_t kTimerUnitsPerUs = 10;
-constexpr std::int64_t kCoarseWaitUs = 20000;  // a wait with a time limit may be late by less
+constexpr std::int64_t kCoarseWaitUs = 20000;  // a wait with a time limit is late by less than this
 
 class Stopwatch {
 public:

@@ -1,4 +1,4 @@
-// From a window procedure to a method of a form.
+// Window classes and procedures, from a message to a method of a form, and the message loops.
 #pragma once
 
 #include "support/WinText.h"
@@ -6,20 +6,20 @@
 /// Registers a window class of the program. One that is there already is left as it is.
 void registerClass(const char16_t* name, WNDPROC procedure, UINT style);
 
-/// Puts another window procedure in place of a window's own, which it answers: it gets what the new one
-/// leaves. Null when Windows refuses.
+/// Replaces a window's procedure and returns the old one; the new one forwards what it does not handle. Null
+/// when Windows refuses.
 WNDPROC replaceProcedure(HWND window, WNDPROC procedure);
 
-/// The same for a control of Windows' own, which keeps the former procedure until it goes.
+/// The same for one of Windows' own controls, which itself remembers the old procedure as long as it lives.
 void extendControl(HWND control, WNDPROC procedure);
 
-/// What an extended control did before, and still does with every message that is passed on.
+/// Forwards a message to the procedure that an extended control had before.
 LRESULT passToControl(HWND control, UINT message, WPARAM wp, LPARAM lp);
 
 /// Window procedure of a form: `Form` has a member `hwnd`, a method `LRESULT onMessage(UINT, WPARAM, LPARAM)`
-/// and a static method `void onEscaped(UINT) noexcept`, the last barrier: an exception must not travel
-/// through Windows. The Form* is the last argument of CreateWindowExW; it stays attached until WM_NCDESTROY,
-/// in which onMessage may free the form at its very end.
+/// and a static method `void onEscaped(UINT) noexcept` for exceptions, which must not travel through Windows.
+/// The Form* is the last argument of CreateWindowExW; it stays attached until WM_NCDESTROY, at whose very end
+/// onMessage may free the form.
 template <class Form>
 LRESULT CALLBACK formProc(HWND hwnd, UINT message, WPARAM wp, LPARAM lp) noexcept {
     if (message == WM_NCCREATE) {
@@ -48,16 +48,16 @@ Form* formOf(HWND hwnd) {
 /// rectangle that it sees.
 int screenDpi();
 
-/// Processes the messages that wait now. False when WM_QUIT was among them; it is posted again, so that the
-/// outer loop sees it too.
+/// Processes the messages that are waiting. False when WM_QUIT was among them; it is posted again, so that
+/// the outer loop sees it too.
 bool pumpPending();
 
-/// Ends the menu that is open in this thread. True when there was one: it goes as soon as the message at hand
-/// has been handled, and before any that is posted now.
+/// Closes the menu that is open in this thread. True when there was one: it goes once the current message has
+/// been handled, and before any message posted from now on.
 bool endOpenMenu();
 
-/// Posts a message to a window in `ms` milliseconds, once, without one of the timers that windows have.
+/// Posts a message to a window once, `ms` milliseconds from now, without using one of Windows' timers.
 void postLater(HWND window, UINT message, WPARAM wp, DWORD ms);
 
-/// Lets messages through until `ms` milliseconds have passed, to a millisecond. False on WM_QUIT.
+/// Processes messages until `ms` milliseconds have passed, accurate to a millisecond. False on WM_QUIT.
 bool pumpFor(DWORD ms);
