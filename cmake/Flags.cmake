@@ -1,5 +1,5 @@
 # Compiler and linker flags, with the reason beside each.
-option(KARDEL_SANITIZE "Build the logic with sanitizers (off: where it is built many times over)" ON)
+option(KARDEL_SANITIZE "Build the logic with sanitizers (off where it is built many times over)" ON)
 add_library(kardel_flags INTERFACE)
 target_include_directories(kardel_flags INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_definitions(kardel_flags INTERFACE
@@ -13,23 +13,23 @@ else()
     -Wsign-conversion -Wold-style-cast -Wformat=2 -Wnull-dereference -Wmissing-declarations)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(kardel_flags INTERFACE -Wduplicated-cond -Wduplicated-branches -Wlogical-op
-      -Wzero-as-null-pointer-constant)  # clang's misfires on a defaulted <=>
+      -Wzero-as-null-pointer-constant)  # clang's version of this misfires on a defaulted <=>
   endif()
-  # An index beyond a vector or a text ends the program instead of writing somewhere.
+  # An index beyond the end of a vector or text ends the program instead of writing somewhere else.
   target_compile_definitions(kardel_flags INTERFACE _GLIBCXX_ASSERTIONS)
 endif()
 
 if(WIN32 AND NOT MSVC)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # The program is linked with one look over the whole of it, which leaves out a fifth. Its tests share the
-    # objects and are linked the plain, quick way. (In several partitions GCC 12 fails on its own mistake.)
+    # The program is optimised as a whole when it is linked, which saves a fifth of its size. The tests share its
+    # objects and are linked the quick way. (With several partitions GCC 12 fails because of a bug of its own.)
     target_compile_options(kardel_flags INTERFACE -flto -ffat-lto-objects)
     set(KARDEL_WHOLE_PROGRAM -flto -flto-partition=one)
     target_link_options(kardel_flags INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:KARDEL_WHOLE_PROGRAM>>>:-fno-lto>)
-    # An index out of range and an exception that nobody caught end the program without a message, and what the
-    # library throws by itself is its plainest exception: nobody here tells them apart or reads their texts, for
-    # which it would bring a formatter, a reader of mangled names and texts of two kinds, a quarter of the whole.
-    # A library that has other names for these goes on with its own, and tests/checks/exe.py sees the size.
+    # A failed assertion or an uncaught exception ends the program without a message, and everything that the library
+    # itself throws becomes its simplest exception. Nothing here distinguishes these exceptions or reads their texts,
+    # for which the library would bring in a formatter, a demangler and two kinds of strings: a quarter of the program.
+    # A library that uses other names here keeps its own functions, and tests/checks/exe.py notices the size.
     if(CMAKE_SIZEOF_VOID_P EQUAL 4)
       set(underscore _)
     endif()
@@ -42,10 +42,10 @@ if(WIN32 AND NOT MSVC)
         -Wl,--defsym=${underscore}${name}=${underscore}_ZSt25__throw_bad_function_callv)
     endforeach()
   endif()
-  # Small: sections of their own, so that the linker leaves out what nobody calls.
+  # For size: every function has its own section, so that the linker leaves out what nobody calls.
   target_compile_options(kardel_flags INTERFACE -Os -ffunction-sections -fdata-sections -fno-rtti
     -fstack-protector-strong -D_FORTIFY_SOURCE=2)
-  # -static: nothing but Windows' own DLLs at run time. dynamicbase, nxcompat: ASLR and DEP.
+  # -static: only Windows' own DLLs are needed at run time. dynamicbase, nxcompat: ASLR and DEP.
   target_link_options(kardel_flags INTERFACE -static -s -Wl,--gc-sections -Wl,--dynamicbase -Wl,--nxcompat
     -Wl,--no-insert-timestamp)
   if(CMAKE_SIZEOF_VOID_P EQUAL 8)
@@ -61,7 +61,7 @@ elseif(KARDEL_COVERAGE)
 elseif(NOT KARDEL_SANITIZE)
   target_compile_options(kardel_flags INTERFACE -O1)
 else()
-  # Linux builds only the logic, for its tests: every run is a run under the sanitizers.
+  # Linux builds only the logic, for its tests, which always run under the sanitizers.
   target_compile_options(kardel_flags INTERFACE -O1 -g -fsanitize=address,undefined
     -fno-sanitize-recover=all)
   target_link_options(kardel_flags INTERFACE -fsanitize=address,undefined)

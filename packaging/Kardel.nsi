@@ -1,9 +1,9 @@
-; The installer: for one user, without elevation, into the user's own programs folder, since the notes lie beside the
-; program. It carries both programs and installs the one that fits the system.
+; The installer. It works for one user, without elevation, and installs into the user's own programs folder, because the
+; notes are kept beside the program. It carries both programs and installs the one that fits the system.
 ;
 ;   makensis -DVERSION=1.28.0 -DPROGRAM64=... -DPROGRAM32=... -DROOT=... -DOUTPUT=... [-DSIGN=command] Kardel.nsi
 ;
-; /S installs, or uninstalls, without a question; /D=folder as the last word chooses the folder.
+; /S installs or uninstalls without asking anything; /D=folder as the last argument chooses the folder.
 
 Unicode true
 ManifestDPIAware true
@@ -27,7 +27,7 @@ CRCCheck force
 !define TRAY_CLASS "ThunderRT6FormDC"
 !define TRAY_TITLE "kardel:trayicon"
 !define COMMAND_EXIT 413
-!define END_WITHIN 15000 ; ms that a running copy has to end in
+!define END_WITHIN 15000 ; ms that a running copy is given to end
 
 Name "Kardel"
 OutFile "${OUTPUT}"
@@ -62,11 +62,11 @@ folder is replaced, the notes stay."
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
-Var copy       ; a Kardel.exe of which a copy may run
+Var copy       ; path of a Kardel.exe that may be running
 Var copyRuns   ; yes or no
-Var wasRunning ; whether the copy that is replaced ran
+Var wasRunning ; whether the copy that is replaced was running
 
-; Whether $copy runs. Then $0 is its hidden window, and $2 its process, to be closed.
+; Whether $copy is running. If so, $0 is its hidden window and $2 a handle to its process, which the caller closes.
 !macro findCopy prefix
 Function ${prefix}findCopy
     StrCpy $copyRuns no
@@ -91,8 +91,8 @@ FunctionEnd
 !insertmacro findCopy ""
 !insertmacro findCopy "un."
 
-; Ends the copy that runs from $copy, as its own Exit does: open edits are kept. One from another folder is nobody's
-; business here. Afterwards $copyRuns says whether there was one.
+; Ends the copy that runs from $copy as its own Exit does, so that open edits are kept. A copy from another folder is
+; left alone. Afterwards $copyRuns says whether there was one.
 !macro endCopy prefix
 Function ${prefix}endCopy
     Call ${prefix}findCopy
@@ -115,7 +115,7 @@ FunctionEnd
 !insertmacro endCopy ""
 !insertmacro endCopy "un."
 
-; The copy that runs already is the one to be used, wherever it lies: a second one would only say so.
+; If a copy is running already, from whatever folder, a second one is not started: it would only say so.
 Function finishShown
     FindWindow $0 "${TRAY_CLASS}" "${TRAY_TITLE}"
     ${If} $0 != 0
@@ -125,11 +125,11 @@ FunctionEnd
 
 ; --- Notes of an older release
 
-Var older     ; the folder in which it was, when its notes can be had; else empty
-Var redirected ; where Windows kept what it could not write there
+Var older     ; its folder when there are notes to copy, otherwise empty
+Var redirected ; where Windows kept what it was not allowed to write there
 Var copied    ; yes or no
 
-; Looks into $older: what a program without a manifest wrote into a protected folder lies in the user's VirtualStore.
+; Looks into $older. What a program without a manifest wrote to a protected folder is in the user's VirtualStore.
 Function lookInOlder
     ${If} $older == ""
     ${OrIf} $older == $INSTDIR
@@ -144,11 +144,11 @@ Function lookInOlder
     ${EndIf}
 FunctionEnd
 
-; Where Kardel was started from at log-on until now, and where its setup would have put it.
+; Looks where Kardel was started from at log-on so far, and where its setup would have put it.
 Function findOlder
     StrCpy $older ""
     ReadRegStr $0 HKCU "${SETTINGS_KEY}\setting" "UseRegistry"
-    ; Notes in the registry are everybody's, and notes that are here already stay.
+    ; Notes in the registry need no copying, and notes that are here already stay.
     ${If} $0 == "True"
     ${OrIf} $0 == "1"
     ${OrIf} $0 == "-1"
@@ -173,7 +173,7 @@ Function findOlder
     ${EndIf}
 FunctionEnd
 
-; $0: one of its files. What Windows redirected is the newer one.
+; Copies one of its files, named in $0. A file that Windows redirected is the newer one.
 Function copyOlder
     ${If} ${FileExists} "$redirected\$0"
         StrCpy $1 "$redirected\$0"
@@ -197,7 +197,7 @@ Function takeOlder
     Call findCopy
     ${If} $copyRuns == yes
         System::Call 'kernel32::CloseHandle(p r2)'
-        ${If} ${Silent} ; nobody can be asked whether it may be ended
+        ${If} ${Silent} ; there is nobody to ask whether it may be ended
             Return
         ${EndIf}
     ${EndIf}
@@ -206,7 +206,7 @@ one that is installed now? They stay where they are, too." /SD IDYES IDNO leave
     Call endCopy
     StrCpy $copied yes
     ${If} ${FileExists} "$INSTDIR\MEMO"
-        StrCpy $copied no ; texts of notes that have gone: nothing is written over them
+        StrCpy $copied no ; it may hold texts of lost notes: nothing is written over them
     ${Else}
         StrCpy $0 "MEMO"
         Call copyOlder
@@ -215,7 +215,7 @@ one that is installed now? They stay where they are, too." /SD IDYES IDNO leave
             Call copyOlder
         ${EndIf}
         ${If} $copied == yes
-            StrCpy $0 "KARDEL.DAT" ; last: with it they are notes
+            StrCpy $0 "KARDEL.DAT" ; last, as only this file makes them notes
             Call copyOlder
         ${EndIf}
         ${If} $copied == no
@@ -229,8 +229,8 @@ one that is installed now? They stay where they are, too." /SD IDYES IDNO leave
     leave:
 FunctionEnd
 
-; $0: whether the 64-bit program runs here. On a processor that is not of its kind only where Windows can run it all the
-; same, as the one for ARM does from release 11 on; the question is as old as that ability.
+; Sets $0 to whether the 64-bit program can run here. On another kind of processor it runs only where Windows emulates
+; it, as Windows 11 on ARM does; the function that tells is as old as that ability.
 Function runs64
     StrCpy $0 no
     ${If} ${IsNativeAMD64}
@@ -238,7 +238,7 @@ Function runs64
     ${Else}
         StrCpy $1 0
         System::Call 'kernel32::GetMachineTypeAttributes(i 0x8664, *i 0 .r1) i .r2'
-        IntOp $1 $1 & 1 ; for programs of users
+        IntOp $1 $1 & 1 ; for ordinary programs
         ${If} $2 == 0
         ${AndIf} $1 == 1
             StrCpy $0 yes
@@ -275,14 +275,14 @@ Section
     ${GetSize} "$INSTDIR" "/S=0K /G=0" $0 $1 $2
     WriteRegDWORD HKCU "${UNINSTALL_KEY}" "EstimatedSize" $0
 
-    ; Whoever had notes on the desktop has them there again; where there is a finish page, that one does it.
+    ; Kardel runs again if it ran before; where there is a finish page, that page starts it.
     ${If} $wasRunning == yes
     ${AndIf} ${Silent}
         Exec '"$INSTDIR\Kardel.exe"'
     ${EndIf}
 SectionEnd
 
-; A data file, and what an interrupted write of it may have left.
+; Deletes a data file, and what an interrupted write of it may have left.
 !macro deleteData name
     Delete "$INSTDIR\${name}"
     Delete "$INSTDIR\${name}.tmp"
@@ -292,7 +292,7 @@ Section "Uninstall"
     StrCpy $copy "$INSTDIR\Kardel.exe"
     Call un.endCopy
 
-    ; Only the entry that starts this copy: another one may have put its own there.
+    ; Only the entry that starts this copy, as another copy may have replaced it with its own.
     ReadRegStr $0 HKCU "${LOG_ON_KEY}" "Kardel"
     ${If} $0 == "$INSTDIR\Kardel.exe"
         DeleteRegValue HKCU "${LOG_ON_KEY}" "Kardel"
@@ -315,5 +315,5 @@ a later Kardel in the same folder shows them again." /SD IDNO IDNO keepNotes
     Delete "$INSTDIR\KARDEL.LOG"
     DeleteRegKey HKCU "${SETTINGS_KEY}"
     keepNotes:
-    RMDir "$INSTDIR" ; goes only when nothing is left in it
+    RMDir "$INSTDIR" ; succeeds only when nothing is left in it
 SectionEnd

@@ -1,6 +1,6 @@
 @echo off
-rem Runs the tests of the rules and of the windows on this Windows, and collects in report.txt what they say.
-rem Words behind the name go to both, such as --gtest_filter=Tray*
+rem Runs the tests of the rules and of the windows on this Windows and collects their output in report.txt.
+rem Arguments are passed on to both, such as --gtest_filter=Tray*
 setlocal
 cd /d "%~dp0"
 set REPORT=report.txt
@@ -12,7 +12,7 @@ reg query "HKLM\SOFTWARE\Microsoft\Windows NT\CurrentVersion" /v CurrentBuild>> 
 reg query "HKCU\Control Panel\Desktop\WindowMetrics" /v AppliedDPI>> %REPORT% 2>&1
 reg query "HKLM\SYSTEM\CurrentControlSet\Control\Nls\CodePage" /v ACP>> %REPORT% 2>&1
 
-echo End Kardel first, if it runs, and leave mouse and keyboard alone until this is done (a few minutes).
+echo Exit Kardel first if it is running, and leave mouse and keyboard alone until this is done (a few minutes).
 echo.>> %REPORT%
 echo Rules>> %REPORT%
 kardel_rules_tests.exe --gtest_brief=1 --gtest_color=no %*>> %REPORT% 2>&1

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Packs what somebody with a Windows needs to try Kardel there: kit.sh WINDOW_TESTS RULES_TESTS FOLDER
-# Adds Kardel-VERSION-check.zip to FOLDER: both sets of tests, check.cmd that runs them, and the list of what to look at.
+# Packs what is needed to try Kardel on a real Windows: kit.sh WINDOW_TESTS RULES_TESTS FOLDER Adds
+# Kardel-VERSION-check.zip to FOLDER: both sets of tests, check.cmd that runs them, and the list of what to look at.
 set -eu
 window=$(realpath "$1") rules=$(realpath "$2") folder=$(realpath "$3")
 root=$(realpath "$(dirname "$0")/..")

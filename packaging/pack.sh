@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Packs two built programs: pack.sh PROGRAM64 PROGRAM32 FOLDER [words for makensis]
-# Makes the installer, a portable zip of each program and their SHA-256 sums in FOLDER. The bytes depend on nothing but
-# the programs, the files packed with them, and SOURCE_DATE_EPOCH (the time that all of them carry). With
-# $KARDEL_SIGN_CERT (see sign.sh) both programs, the installer and its uninstaller are signed.
+# Packs two built programs: pack.sh PROGRAM64 PROGRAM32 FOLDER [arguments for makensis] Makes the installer, a portable
+# zip of each program and their SHA-256 sums in FOLDER. The bytes depend on nothing but the programs, the files packed
+# with them, and SOURCE_DATE_EPOCH (the time stamp of all files). With $KARDEL_SIGN_CERT (see sign.sh) both programs,
+# the installer and its uninstaller are signed.
 set -eu
 program64=$(realpath "$1") program32=$(realpath "$2") folder=$(realpath -m "$3")
 shift 3
@@ -34,7 +34,7 @@ portable() {
     local name=Kardel-$version-$1
     mkdir "$folder/$name"
     cp "$2" "$folder/$name/Kardel.exe"
-    # Read by Windows' own editor as well.
+    # Line ends that every editor of Windows can read.
     sed 's/$/\r/' "$root/packaging/README.txt" >"$folder/$name/README.txt"
     sed 's/$/\r/' "$root/LICENSE" >"$folder/$name/LICENSE.txt"
     touch -d "@$SOURCE_DATE_EPOCH" "$folder/$name"/*

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Signs programs in place: sign.sh FILE ...
-# $KARDEL_SIGN_CERT is the certificate with its key: a .pem file, or else PKCS#12, with $KARDEL_SIGN_PASSWORD. With
-# $KARDEL_SIGN_TIMESTAMP, the address of a time-stamping service, a signature outlives its certificate.
+# Signs programs in place: sign.sh FILE ... $KARDEL_SIGN_CERT is the certificate with its key: a .pem file, or otherwise
+# PKCS#12 with the password $KARDEL_SIGN_PASSWORD. With $KARDEL_SIGN_TIMESTAMP, the address of a time-stamping service,
+# signatures stay valid after the certificate has expired.
 set -eu
 case $KARDEL_SIGN_CERT in
     *.pem) how=(-certs "$KARDEL_SIGN_CERT" -key "$KARDEL_SIGN_CERT") ;;
@@ -9,7 +9,7 @@ case $KARDEL_SIGN_CERT in
 esac
 password=$(mktemp)
 trap 'rm -f "$password"' EXIT
-printf %s "${KARDEL_SIGN_PASSWORD:-}" >"$password" # not among the words of a command, which everybody can see
+printf %s "${KARDEL_SIGN_PASSWORD:-}" >"$password" # not as an argument of a command, which everybody can see
 how+=(-readpass "$password")
 [ -z "${KARDEL_SIGN_TIMESTAMP:-}" ] || how+=(-ts "$KARDEL_SIGN_TIMESTAMP")
 for file; do

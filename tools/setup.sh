@@ -1,11 +1,11 @@
 # shellcheck shell=bash disable=SC2034
-# Shared by ./run, ./test and ./bench: gets a Debian 12 machine ready and builds. Sourced, with the root of the
-# checkout as current folder.
+# Shared by ./run, ./test and ./bench: gets a Debian 12 machine ready and builds. To be sourced in the root of the
+# checkout.
 
-# What drives the desk imports Debian's Python packages: another Python on the path would lack them.
+# The desk tests import Debian's Python packages, which another Python on the path would lack.
 PYTHON=/usr/bin/python3
 
-# With what these programs need to run, and what elsewhere comes only as a recommendation.
+# Includes what these programs need at run time, and packages that are only recommended by others.
 PACKAGES=(
     ca-certificates git procps cmake ninja-build g++ clang libclang-rt-dev clang-format clang-tidy googletest
     g++-mingw-w64-x86-64-win32 g++-mingw-w64-i686-win32
@@ -41,7 +41,7 @@ setup_packages() {
     drop_stale_builds
 }
 
-# Throws away build folders that another compiler began: CMake would go on with that one.
+# Deletes build folders that were configured with another compiler, because CMake would keep using that one.
 drop_stale_builds() {
     local arch preset compiler
     for arch in x86_64:win64 i686:win32; do

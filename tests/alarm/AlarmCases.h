@@ -1,11 +1,11 @@
-// Short ways to say a moment and a rule in the alarm's tests.
+// Short notations for moments and rules in the alarm's tests.
 #pragma once
 
 #include "alarm/AlarmRule.h"
 #include "support/DateTime.h"
 #include "support/Text.h"
 
-/// "dd/mm/yyyy hh:mm:ss", a few milliseconds later unless told otherwise, as a clock is found in use.
+/// "dd/mm/yyyy hh:mm:ss", by default a few milliseconds past, as a clock in use shows it.
 inline Now at(TextView text, int ms = 7) {
     return {instantOf(parseDate(text.substr(0, 10)), parseTime(text.substr(11))), ms};
 }

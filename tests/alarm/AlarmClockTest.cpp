@@ -1,4 +1,4 @@
-// The clock is set while alarms wait or ring: they follow it, none is lost, none rings twice.
+// The clock is set while alarms wait or ring: they follow it, none is lost, and none rings twice.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -8,20 +8,20 @@
 
 namespace {
 
-/// An alarm and the clock that it lives by.
+/// An alarm and the clock that it goes by.
 struct Life {
     FakeNote note;
     Now clock;
 
     Life(const AlarmRule& rule, TextView start) : clock(at(start, 0)) { note.set(rule, clock); }
 
-    /// Time passes, a few ticks at a time and at last one exactly then; rings are stopped three seconds
-    /// later. Gives the instants at which it began to ring.
+    /// Lets time pass until then, with a few ticks on the way and one exactly at the end; ringing is stopped
+    /// after three seconds. Returns the instants at which it began to ring.
     std::vector<std::string> runUntil(TextView end) {
         std::vector<std::string> rung;
         const Now last = at(end, 0);
         while (isBefore(clock, last.at)) {
-            // Straight to the next instant that is waited for: ticks before it change nothing.
+            // Straight to the next instant that it waits for, since ticks before it change nothing.
             const std::optional<Instant> due = note.alarm.rule.due;
             clock = due && isBefore(clock, *due) && *due < last.at ? Now{*due, 0} : last;
             note.tick(clock);
@@ -71,10 +71,10 @@ std::vector<Kind> recurring() {
 
 // --- Set back ---------------------------------------------------------------------------------------------
 
-TEST(AlarmClock, AYearAheadWhileItRingsAndPutRightAfterwards) {
+TEST(AlarmClock, AYearAheadWhileItRingsAndCorrectedAfterwards) {
     for (const Kind& kind : recurring()) {
         Life life(kind.rule, u"15/06/2026 11:00:00");
-        life.set(u"15/06/2027 12:00:11");  // as if it had slept: nobody said so
+        life.set(u"15/06/2027 12:00:11");  // as after a sleep: no step is reported
         life.note.tick(life.clock);
         if (!life.note.alarm.Alarming) {
             life.runUntil(u"22/06/2027 13:00:00");
@@ -88,10 +88,10 @@ TEST(AlarmClock, AYearAheadWhileItRingsAndPutRightAfterwards) {
     }
 }
 
-TEST(AlarmClock, PutRightWhileItRings) {
+TEST(AlarmClock, CorrectedWhileItRings) {
     for (const Kind& kind : recurring()) {
         Life life(kind.rule, u"15/06/2026 11:00:00");
-        life.note.tick(moment(u"15/06/2027 12:00:11"));  // nobody said so: it rings
+        life.note.tick(moment(u"15/06/2027 12:00:11"));  // no step was reported: it rings
         ASSERT_TRUE(life.note.alarm.Alarming) << kind.name;
         life.clock = moment(u"15/06/2027 12:00:11");
         life.set(u"15/06/2026 12:30:00");
@@ -101,7 +101,7 @@ TEST(AlarmClock, PutRightWhileItRings) {
     }
 }
 
-TEST(AlarmClock, WhatRangLateByAWrongClockRingsAtItsTimeByTheRightOne) {
+TEST(AlarmClock, WhatRangLateByAWrongClockRingsOnTimeByTheRightOne) {
     for (const Kind& kind : recurring()) {
         Life life(kind.rule, u"15/06/2026 11:00:00");
         life.clock = moment(u"15/06/2027 12:00:11");
@@ -128,7 +128,7 @@ TEST(AlarmClock, AfterASmallStepBackNothingRingsTwice) {
     }
 }
 
-TEST(AlarmClock, ADayThatComesAgainAfterALargeStepBackRingsAsAnyOther) {
+TEST(AlarmClock, ADayThatComesAgainAfterALargeStepBackRingsLikeAnyOther) {
     Life life(dateRule(u"**/**/****", u"12:00:10", moment(u"15/06/2026 08:00:00")), u"15/06/2026 08:00:00");
     EXPECT_EQ(life.runUntil(u"17/06/2026 13:00:00").size(), 3U);
     life.set(u"15/05/2026 09:00:00");
@@ -147,7 +147,7 @@ TEST(AlarmClock, ARepeatThatMovedOnInTheFutureGoesBackByWholePeriods) {
         Life life(repeatRule(u"15/06/2026", u"12:00:10", c.number, c.unit, moment(u"15/06/2026 08:00:00")),
                   u"15/06/2026 08:00:00");
         EXPECT_EQ(life.runUntil(u"15/06/2026 12:00:20").size(), 1U);
-        life.note.tick(moment(u"15/08/2030 08:00:00"));  // the clock leapt, and nobody said so
+        life.note.tick(moment(u"15/08/2030 08:00:00"));  // the clock leapt, and no step was reported
         if (life.note.alarm.Alarming) life.note.stop(moment(u"15/08/2030 08:00:00"));
         life.clock = moment(u"15/08/2030 08:00:00");
         life.set(u"16/06/2026 12:10:00");
@@ -164,7 +164,7 @@ TEST(AlarmClock, ARepeatNeverGoesBackBeforeWhereItStood) {
     EXPECT_EQ(life.due(), "15/06/2026 12:00:10");
 }
 
-TEST(AlarmClock, AnAlarmThatBeginsFarAheadByTheUsersWishStays) {
+TEST(AlarmClock, AnAlarmThatTheUserLetBeginFarAheadStays) {
     const Now then = moment(u"15/06/2026 08:00:00");
     for (const AlarmRule& rule : {repeatRule(u"15/06/2030", u"12:00:10", 1, u"hh", then),
                                   dateRule(u"15/06/2030", u"12:00:10", then)}) {
@@ -177,7 +177,7 @@ TEST(AlarmClock, AnAlarmThatBeginsFarAheadByTheUsersWishStays) {
     }
 }
 
-TEST(AlarmClock, AtAStartTooARepeatMayHaveMovedOnTooFar) {
+TEST(AlarmClock, ARepeatThatMovedTooFarAtAStartGoesBackToo) {
     FakeNote note;
     AlarmRule rule = repeatRule(u"15/06/2026", u"12:00:10", 1, u"dd", moment(u"15/06/2026 08:00:00"));
     note.load(rule, moment(u"20/09/2029 08:00:00"));
@@ -202,7 +202,7 @@ TEST(AlarmClock, ANewAlarmKnowsNothingOfTheOld) {
 
 // --- Set forward ------------------------------------------------------------------------------------------
 
-TEST(AlarmClock, BehindAtTheStartAndThenCorrectedNothingRingsOnTheWrongDay) {
+TEST(AlarmClock, NothingRingsOnTheWrongDayWhenAClockThatWasBehindIsCorrected) {
     for (const Kind& kind : recurring()) {
         AlarmRule stored = kind.rule;
         FakeNote note;
@@ -216,7 +216,7 @@ TEST(AlarmClock, BehindAtTheStartAndThenCorrectedNothingRingsOnTheWrongDay) {
     }
 }
 
-TEST(AlarmClock, WhatASmallStepForwardPassedStillRings) {
+TEST(AlarmClock, WhatASmallStepForwardSkippedStillRings) {
     for (const Kind& kind : recurring()) {
         Life life(kind.rule, u"15/06/2026 12:00:00");
         life.set(u"15/06/2026 13:00:00");
@@ -227,14 +227,14 @@ TEST(AlarmClock, WhatASmallStepForwardPassedStillRings) {
 }
 
 TEST(AlarmClock, WhatWasMissedBeforeTheStepStillRings) {
-    // Asleep from nine in the evening; the clock was set by an hour at the waking.
+    // Asleep from nine in the evening; on waking the clock was set by an hour.
     Life life(dateRule(u"**/**/****", u"03:00:00", moment(u"15/06/2026 08:00:00")), u"15/06/2026 21:00:00");
     life.clock = moment(u"16/06/2026 07:00:00");
     life.set(u"16/06/2026 12:00:00");
     EXPECT_TRUE(life.note.alarm.Alarming);
 }
 
-TEST(AlarmClock, ASingleAlarmThatWasPassedRings) {
+TEST(AlarmClock, ASingleAlarmThatWasSkippedRings) {
     Life life(dateRule(u"15/06/2026", u"12:00:10", moment(u"15/06/2026 08:00:00")), u"15/06/2026 08:00:00");
     life.set(u"15/06/2027 08:00:00");
     EXPECT_TRUE(life.note.alarm.Alarming);
@@ -242,7 +242,7 @@ TEST(AlarmClock, ASingleAlarmThatWasPassedRings) {
 
 // --- Summer time ------------------------------------------------------------------------------------------
 
-TEST(AlarmClock, SummerTimeLosesNoAlarmAndDoublesNone) {
+TEST(AlarmClock, SummerTimeNeitherLosesNorDoublesAnAlarm) {
     for (const TextView time :
          {u"01:30:00", u"02:00:00", u"02:30:00", u"02:59:59", u"03:00:00", u"03:30:00"}) {
         const std::string clock(time.begin(), time.end());
@@ -272,7 +272,7 @@ TEST(AlarmClock, ARepeatGoesOnInItsStepThroughTheHourThatComesTwice) {
     EXPECT_EQ(life.runUntil(u"25/10/2026 02:50:00").size(), 9U);
     life.set(u"25/10/2026 01:50:00");
     EXPECT_EQ(life.runUntil(u"25/10/2026 03:30:00"), (Rung{"25/10/2026 03:00:00", "25/10/2026 03:20:00"}))
-        << "twenty and forty past had their turn";
+        << "twenty past and forty past have rung already";
 }
 
 TEST(AlarmClock, MonthEndsAndLeapDaysAreComputedFromTheRule) {
@@ -299,7 +299,7 @@ TEST(AlarmClock, WhateverTheClockDoesAlarmsFollowItAndNoMinuteRingsTwice) {
         const Kind& kind =
             kinds[static_cast<std::size_t>(below(static_cast<std::int64_t>(kinds.size()) - 1))];
         Life life(kind.rule, u"15/06/2026 08:00:00");
-        std::int64_t last = 0;    // what it rang for last, in seconds
+        std::int64_t last = 0;    // the instant it last rang for, in seconds
         std::int64_t lastAt = 0;  // and when
         for (int step = 0; step < 30; ++step) {
             const std::int64_t by = (below(3) == 0 ? kSecondsPerDay * 400 : 3600) * (below(2) * 2 - 1);
@@ -313,7 +313,7 @@ TEST(AlarmClock, WhateverTheClockDoesAlarmsFollowItAndNoMinuteRingsTwice) {
             ASSERT_TRUE(life.note.alarm.rule.due) << kind.name;
             if (ahead || lastAt < next.at.seconds) {
                 ASSERT_LE(*life.note.alarm.rule.due, *fresh.due)
-                    << kind.name << ": as a rule made at this moment, or missed just now";
+                    << kind.name << ": like a rule made at this moment, or missed just now";
             }
             const Now until{{next.at.seconds + below(3 * kSecondsPerDay)}, 0};
             while (isBefore(life.clock, until.at)) {

@@ -41,7 +41,7 @@ TEST(EditorOpens, OnItsWeekdayWhateverPatternStandsBesideIt) {
         rule.alarmday = u"05";
         rule.alarmdaymonth = u"05/03";
         EXPECT_EQ(editorDate(rule, now), u"25/11/2026");
-        // And Start takes it as it is.
+        // And Start accepts it as it is.
         EditorControls shown;
         shown.data = editorDate(rule, now);
         shown.cboDay = rule.AlarmWeekday;
@@ -55,7 +55,7 @@ TEST(EditorOpens, PadsAStoredDay) {
     EXPECT_EQ(editorDate(rule, at(u"21/11/2026 08:00:00")), u"05/**/****");
 }
 
-TEST(EditorOpens, OnTodayForADateThatIsNone) {
+TEST(EditorOpens, OnTodayForATextThatIsNoDate) {
     AlarmRule rule = dateRule(u"05/03/2027", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.AlarmDate = u"*";
     EXPECT_EQ(editorDate(rule, at(u"21/11/2026 08:00:00")), u"21/11/2026");
@@ -198,7 +198,7 @@ TEST(DateBar, StepsByDaysFromToday) {
     }
 }
 
-TEST(DateBar, StopsAtItsEndsForDatesBeyond) {
+TEST(DateBar, StopsAtItsEndForDatesBeyondIt) {
     const Now now = at(u"21/11/2026 08:00:00");
     EXPECT_EQ(positionOfDate(u"01/01/2020", now), -1);
     EXPECT_EQ(positionOfDate(u"01/01/2030", now), 365);
@@ -308,7 +308,7 @@ TEST(Start, SeveralDaysTakeTheTicks) {
     EXPECT_EQ(ruleOfControls(week).AlarmDate, u"05/03/2027");
 }
 
-TEST(Start, TakesMute) {
+TEST(Start, HandsOverMute) {
     EditorControls mute = choice(u"05/03/2027");
     EXPECT_FALSE(ruleOfControls(mute).Mute);
     mute.chkMute = true;

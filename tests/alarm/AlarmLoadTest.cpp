@@ -1,4 +1,4 @@
-// An alarm as the note's record holds it, and what a start makes of that.
+// An alarm as the note's record stores it, and what a start makes of it.
 #include "alarm/AlarmRule.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(StoredForm, PatternsAreAStarAWordAndTheirOwnDay) {
+TEST(StoredForm, OfAPatternIsAStarAWordAndItsDay) {
     const Now now = at(u"01/12/2026 08:00:00");
     struct Case {
         const char* name;
@@ -32,7 +32,7 @@ TEST(StoredForm, PatternsAreAStarAWordAndTheirOwnDay) {
     }
 }
 
-TEST(StoredForm, FullDateEmptiesThePattern) {
+TEST(StoredForm, OfAFullDateHasNoPattern) {
     NoteRecord record;
     storeRule(record, dateRule(u"15/**/****", u"09:00:00", at(u"01/12/2026 08:00:00")));
     storeRule(record, dateRule(u"16/12/2026", u"09:00:00", at(u"01/12/2026 08:00:00")));
@@ -42,7 +42,7 @@ TEST(StoredForm, FullDateEmptiesThePattern) {
     EXPECT_EQ(record.alarmdaymonth, u"");
 }
 
-TEST(StoredForm, DayOfAnotherPatternIsNotStored) {
+TEST(StoredForm, OmitsTheDayOfAnotherPattern) {
     AlarmRule rule = dateRule(u"**/**/****", u"09:00:00", at(u"01/12/2026 08:00:00"));
     rule.alarmday = u"15";
     rule.alarmdaymonth = u"15/04";
@@ -52,7 +52,7 @@ TEST(StoredForm, DayOfAnotherPatternIsNotStored) {
     EXPECT_EQ(record.alarmdaymonth, u"");
 }
 
-TEST(StoredForm, APatternIsExactlyItsWord) {
+TEST(StoredForm, NamesAPatternByExactlyItsWord) {
     for (const TextView word : {u" eachyear", u"eachyear ", u"Eachday", u"eachmonths", u"each", u""}) {
         NoteRecord record;
         record.interval = word;
@@ -174,7 +174,7 @@ TEST(Load, WeekdayWithoutATimeKeepsItsDate) {
     EXPECT_EQ(shown(rule.due), "none");
 }
 
-TEST(Load, ForeignDatesWaitForNothing) {
+TEST(Load, DatesInAnotherFormWaitForNothing) {
     for (const TextView date :
          {u"", u"*", u"12/24/26", u"00/12/2026", u"24/00/2026", u"99/99/9999", u"aa/bb/cccc"}) {
         NoteRecord record;

@@ -1,5 +1,5 @@
-// The alarm rule against a second model of it: slow and plain, with the library's calendar, stepping one
-// period, day or repeat at a time. Both must agree on every rule and every moment.
+// Compares the alarm rule with a second model of it that is slow and plain: it uses the library's calendar
+// and steps one period, day or repeat at a time. Both must agree on every rule at every moment.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -89,7 +89,7 @@ std::string printedTime(Millis moment) {
     return text;
 }
 
-/// Weekday rules: the first day from today on that is wanted and still ahead.
+/// Weekday rules: the first wanted day from today on whose time is still ahead.
 void modelWeekdays(Model& model, const AlarmRule& rule, Millis now) {
     model.due.reset();
     const Millis time = timeOfDay(model.time);
@@ -176,7 +176,7 @@ void modelArm(Model& model, const AlarmRule& rule, Millis now) {
     if (rule.RepeatNumber >= 1) modelSteps(model, rule, now);
 }
 
-/// After ringing: nothing of it is asked for a rule that rings once.
+/// After ringing. Not called for rules that ring once.
 void modelRearm(Model& model, const AlarmRule& rule, Millis now) {
     if (rule.AlarmWeekday >= 1) {
         modelWeekdays(model, rule, now);
@@ -205,7 +205,7 @@ struct Random {
     int below(int limit) { return static_cast<int>(engine() % static_cast<std::uint64_t>(limit)); }
     bool oneIn(int n) { return below(n) == 0; }
 
-    /// Somewhere in a century, often around the ends of months and years and at full minutes.
+    /// Anywhere in a century, but often around the ends of months and years and at full minutes.
     Now now() {
         Date date{2000 + below(100), 1 + below(12), 1 + below(28)};
         if (oneIn(3)) date.day = 28 + below(4);
@@ -245,7 +245,7 @@ struct Random {
             constexpr TextView kUnits[] = {kMinutes, kHours, kDays, kMonths};
             alarm.RepeatEvery = kUnits[below(4)];
             alarm.RepeatNumber = static_cast<std::int16_t>(1 + (oneIn(3) ? below(30) : below(60)));
-            // The other model walks: not through more than a day by the minute, some weeks by the hour.
+            // The other model goes step by step: at most a day by minutes, or some weeks by hours.
             const int reach = alarm.RepeatEvery == kMinutes ? 2 : alarm.RepeatEvery == kHours ? 120 : 0;
             if (reach > 0) {
                 const Date recent = dateOf({now.at.seconds - below(reach) * (kSecondsPerDay / 2)});
@@ -266,7 +266,7 @@ std::optional<Millis> millis(std::optional<Instant> due) {
     return due ? std::optional(kZeroOfDayCounts + due->seconds * 1000) : std::nullopt;
 }
 
-/// The same text form for both, so that a difference shows itself whole.
+/// The same text form for both, so that a difference is shown in full.
 std::string summary(const std::string& date, const std::string& time, std::optional<Millis> due) {
     return date + " " + time + " due " +
            (due ? printed(calendar(*due)) + " " + printedTime(*due) : std::string("never"));
@@ -397,7 +397,7 @@ TEST(AlarmProperties, PatternSurvivesBothStores) {
         const Now now = random.now();
         const AlarmRule rule = ruleFromEditor(random.alarm(now), now);
         if (rule.DateNotSet() && rule.RepeatNumber >= 1)
-            continue;  // the editor refuses it: no place for its day
+            continue;  // the editor refuses it, as there is no place for its day
         NoteRecord record;
         storeRule(record, rule);
         ASSERT_EQ(record.alarmdate == u"*", rule.DateNotSet());

@@ -1,4 +1,4 @@
-// What an alarm becomes once it has rung, and when it is taken away.
+// What becomes of an alarm once it has rung, and when it is cleared.
 #include "alarm/AlarmRule.h"
 
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ TEST(Rearm, EachMonthOnThe31stAfterJanuary) {
     EXPECT_EQ(shown(leap.due), "02/03/2028 09:00:00");
 }
 
-TEST(Rearm, EachMonthGoesOnFromTheDayItRang) {
+TEST(Rearm, EachMonthGoesOnFromTheDayOnWhichItRang) {
     AlarmRule rule = dateRule(u"31/**/****", u"09:00:00", at(u"05/02/2026 08:00:00"));
     ASSERT_EQ(shown(rule.due), "03/03/2026 09:00:00");
     EXPECT_EQ(rearm(rule, at(u"03/03/2026 09:00:03")), Rearmed::Armed);
@@ -44,7 +44,7 @@ TEST(Rearm, EachMonthInDecemberIsJanuary) {
     EXPECT_EQ(shown(rule.due), "15/01/2027 09:00:00");
 }
 
-TEST(Rearm, EachYearOnLeapDayIsTheFirstOfMarchInACommonYear) {
+TEST(Rearm, EachYearOnALeapDayIsTheFirstOfMarchInACommonYear) {
     AlarmRule rule = dateRule(u"29/02/****", u"09:00:00", at(u"28/02/2028 08:00:00"));
     ASSERT_EQ(shown(rule.due), "29/02/2028 09:00:00");
     EXPECT_EQ(rearm(rule, at(u"29/02/2028 09:00:03")), Rearmed::Armed);
@@ -84,7 +84,7 @@ TEST(Rearm, SeveralWeekdaysRingInTurn) {
     }
 }
 
-TEST(Rearm, WeekdayCountsBeforeRepeatAndPattern) {
+TEST(Rearm, WeekdayTakesPrecedenceOverRepeatAndPattern) {
     AlarmRule rule = dateRule(u"**/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.AlarmWeekday = 1;
     rule.RepeatNumber = 5;
@@ -94,7 +94,7 @@ TEST(Rearm, WeekdayCountsBeforeRepeatAndPattern) {
     EXPECT_EQ(rule.AlarmTime, u"09:00:00");
 }
 
-TEST(Rearm, RepeatCountsBeforePattern) {
+TEST(Rearm, RepeatTakesPrecedenceOverPattern) {
     AlarmRule rule = dateRule(u"**/**/****", u"09:00:00", at(u"21/11/2026 08:00:00"));
     rule.RepeatNumber = 5;
     rule.RepeatEvery = kMinutes;
@@ -111,7 +111,7 @@ TEST(Rearm, RepeatIsStoredWithItsNewTime) {
     EXPECT_EQ(record.alarmtime, u"00:15:00");
 }
 
-TEST(Rearm, PatternSleptThroughForPeriodsIsNotDead) {
+TEST(Rearm, PatternMissedForSeveralPeriodsGoesOn) {
     AlarmRule monthly = dateRule(u"15/**/****", u"09:00:00", at(u"15/01/2026 08:00:00"));
     EXPECT_EQ(rearm(monthly, at(u"10/05/2026 12:00:00")), Rearmed::Armed);
     EXPECT_EQ(shown(monthly.due), "15/05/2026 09:00:00");
@@ -134,7 +134,7 @@ TEST(Rearm, NowEqualToTheNextInstantIsNotAhead) {
 }
 
 TEST(Rearm, WhatHasRungDoesNotRingAgainWhenTheClockIsSetBack) {
-    // The night in which 03:00 becomes 02:00: silenced at 02:10 of the second time round.
+    // The night in which 03:00 becomes 02:00: silenced at the second 02:10.
     const Now before = at(u"24/10/2026 20:00:00");
     const Now silenced = at(u"25/10/2026 02:10:00");
     AlarmRule weekly = weekdayRule(7, u"02:30:00", before);
@@ -148,13 +148,13 @@ TEST(Rearm, WhatHasRungDoesNotRingAgainWhenTheClockIsSetBack) {
     EXPECT_EQ(shown(repeat.due), "26/10/2026 02:30:00");
     EXPECT_EQ(shown(hourly.due), "25/10/2026 03:30:00");
 
-    // Silenced before the midnight at which it rang.
+    // Silenced before the midnight after which it rang.
     AlarmRule daily = dateRule(u"**/**/****", u"00:05:00", at(u"20/11/2026 08:00:00"));
     ASSERT_EQ(shown(daily.due), "21/11/2026 00:05:00");
     EXPECT_EQ(rearm(daily, at(u"20/11/2026 23:40:00")), Rearmed::Armed);
     EXPECT_EQ(shown(daily.due), "22/11/2026 00:05:00");
 
-    // A clock that ran a year ahead was put right: days that are still to come are not lost.
+    // A clock that was a year ahead is corrected: days that are still to come are not lost.
     AlarmRule ahead = weekdayRule(1, u"09:00:00", at(u"16/11/2027 08:00:00"));
     EXPECT_EQ(rearm(ahead, at(u"21/11/2026 08:00:00")), Rearmed::Armed);
     EXPECT_EQ(shown(ahead.due), "23/11/2026 09:00:00");

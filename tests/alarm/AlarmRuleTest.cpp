@@ -110,7 +110,7 @@ TEST(EditorWeekday, FindsItsOwnDateAndIsNoPattern) {
     }
 }
 
-TEST(EditorWeekday, SeveralDaysWithoutOneTickedAreNone) {
+TEST(EditorWeekday, SeveralDaysWithoutATickAreNone) {
     EditorRule editor;
     editor.AlarmDate = u"24/12/2026";
     editor.AlarmTime = u"09:00:00";
@@ -142,7 +142,7 @@ TEST(EditorRepeat, UnknownUnitIsNoRepeat) {
 
 // --- Weekdays ---------------------------------------------------------------------------------------------
 
-TEST(NextWeekday, TodayWhileTheTimeIsAheadElseInSevenDays) {
+TEST(NextWeekday, IsTodayWhileTheTimeIsAheadAndOtherwiseInSevenDays) {
     const Now saturday = at(u"21/11/2026 09:00:00");
     EXPECT_EQ(NextWeekdayDate(6, u"09:00:01", saturday), u"21/11/2026");
     EXPECT_EQ(NextWeekdayDate(6, u"09:00:00", saturday), u"28/11/2026");
@@ -150,7 +150,7 @@ TEST(NextWeekday, TodayWhileTheTimeIsAheadElseInSevenDays) {
     EXPECT_EQ(NextWeekdayDate(6, u"08:00:00", saturday), u"28/11/2026");
 }
 
-TEST(NextWeekday, EveryOtherDayWithinTheWeek) {
+TEST(NextWeekday, IsWithinTheWeekForEveryOtherDay) {
     const Now saturday = at(u"21/11/2026 09:00:00");
     EXPECT_EQ(NextWeekdayDate(7, u"00:00:00", saturday), u"22/11/2026");
     EXPECT_EQ(NextWeekdayDate(1, u"00:00:00", saturday), u"23/11/2026");
@@ -158,7 +158,7 @@ TEST(NextWeekday, EveryOtherDayWithinTheWeek) {
     EXPECT_EQ(NextWeekdayDate(5, u"23:00:00", at(u"31/12/2026 10:00:00")), u"01/01/2027");
 }
 
-TEST(NextWeekday, NoSuchDayIsNone) {
+TEST(NextWeekday, IsNoneForANumberThatIsNoDay) {
     for (const int weekday : {-3, 0, 8, 9, 32767}) {
         EXPECT_FALSE(NextWeekdayDate(weekday, u"09:00:00", at(u"21/11/2026 09:00:00"))) << weekday;
     }
@@ -186,7 +186,7 @@ TEST(FlaggedWeekday, OneFlagOnTodayAfterItsTimeIsTodayInAWeek) {
     EXPECT_EQ(shown(ruleFromEditor(editor, now).due), "28/11/2026 09:00:00");
 }
 
-TEST(FlaggedWeekday, NoFlagIsNone) {
+TEST(FlaggedWeekday, IsNoneWithoutAFlag) {
     EXPECT_EQ(PickFlaggedWeekday({}, u"09:00:00", at(u"21/11/2026 10:00:00")), 0);
 }
 
@@ -232,15 +232,15 @@ TEST(Repeat, TwelveMonthsFromDecemberStayInDecember) {
               u"15/12/2028");
 }
 
-TEST(Repeat, MonthWithoutTheDayIsWrittenAsItIsAndGoesOnFromWhereItFell) {
+TEST(Repeat, AMonthWithoutTheDayIsWrittenAsItIsAndGoesOnFromTheRealDate) {
     EXPECT_EQ(advanced(u"31/01/2026", u"09:00:00", 1, kMonths, at(u"01/02/2026 09:00:00")).AlarmDate,
               u"31/02/2026");
-    // 31 February was 3 March; from there it is the 3rd of April.
+    // 31 February was 3 March; the next one is therefore 3 April.
     EXPECT_EQ(advanced(u"31/01/2026", u"09:00:00", 1, kMonths, at(u"03/03/2026 10:00:00")).AlarmDate,
               u"03/04/2026");
 }
 
-TEST(Repeat, DaysThatEveryVisitedMonthHasNeverDrift) {
+TEST(Repeat, ADayThatEveryMonthOnTheWayHasNeverDrifts) {
     EXPECT_EQ(advanced(u"31/01/1926", u"09:00:00", 12, kMonths, at(u"21/11/2026 10:00:00")).AlarmDate,
               u"31/01/2027");
     EXPECT_EQ(advanced(u"30/04/1926", u"09:00:00", 6, kMonths, at(u"21/11/2026 10:00:00")).AlarmDate,
@@ -309,7 +309,7 @@ TEST(DayCount, IsTheInstantInDays) {
     EXPECT_EQ(DAlarmTime(rule), 0);
 }
 
-TEST(Repeat, HoweverLongItWasMissedItTakesTheSameShortTime) {
+TEST(Repeat, TakesEquallyLittleTimeHoweverLongItWasMissed) {
     struct Case {
         TextView date;
         std::int16_t months;

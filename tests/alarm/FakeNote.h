@@ -1,4 +1,4 @@
-// A note without a window for the tests of its alarm: it keeps what the alarm asked of it.
+// A note without a window for the tests of its alarm. It remembers what the alarm asked of it.
 #pragma once
 
 #include <string>
@@ -11,14 +11,14 @@ struct FakeNote : RingingFace {
     Ringing alarm{*this};
     Now now;  ///< of the last tick or call
     bool keepsOneShots = false;
-    bool timersFail = false;  ///< Windows has no flash timer left
+    bool timersFail = false;  ///< Windows refuses to make a flash timer
 
     std::string strip;          ///< text shown, empty while it is hidden
-    std::string lastCountdown;  ///< as an open editor of the alarm would show it
+    std::string lastCountdown;  ///< as an open alarm editor would show it
     bool white = false;
-    int colours = 0;  ///< how often the colour was shown anew
+    int colours = 0;  ///< how often the colour changed
     int appeared = 0;
-    int raised = 0;  ///< above all that covers it
+    int raised = 0;  ///< how often it came up above what covers it
     int spoken = 0;
     int sounds = 0;
     int silences = 0;
@@ -28,15 +28,15 @@ struct FakeNote : RingingFace {
     bool removed = false;
     std::vector<AlarmFields> stored;
     AlarmRule kept;                      ///< the rule as it was last stored
-    const AlarmRule* inStore = nullptr;  ///< whose pattern the store holds, when another program wrote it
+    const AlarmRule* inStore = nullptr;  ///< has the pattern in the store, when another program wrote it
 
-    /// A rule as it was just read at a start.
+    /// Takes a rule that was just read at a start.
     void load(const AlarmRule& rule, Now at) {
         now = at;
         alarm.rule = rule;
         alarm.armAfterLoad(at);
     }
-    /// A rule that the user confirmed.
+    /// Takes a rule that the user confirmed.
     void set(const AlarmRule& confirmed, Now at) {
         now = at;
         alarm.set(confirmed);
@@ -45,7 +45,7 @@ struct FakeNote : RingingFace {
         now = at;
         if (alarm.wantsTicks()) alarm.tick(at);
     }
-    /// So many ticks of the flash timer, if it runs.
+    /// Sends so many ticks of the flash timer, if it runs.
     void flash(int ticks) {
         for (int i = 0; i < ticks && alarm.pTimerProc != 0; ++i)
             alarm.flashTick();

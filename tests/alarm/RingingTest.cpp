@@ -1,4 +1,4 @@
-// A note's alarm through a run: counting down, ringing, and what ends it.
+// A note's alarm during a run: counting down, ringing, and what ends it.
 #include "alarm/Ringing.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ AlarmRule daily() {
     return dateRule(u"**/**/****", u"12:00:10", kNoon);
 }
 
-/// Rings since the second at which it was due.
+/// Makes it ring in the very second at which it is due.
 void ring(FakeNote& note, const AlarmRule& rule) {
     note.set(rule, kNoon);
     note.tick(kDueNow);
@@ -62,7 +62,7 @@ TEST(Ringing, ShowsWhenItIsDueInsteadAndCountsOnInAnOpenEditor) {
     EXPECT_EQ(note.strip, "0:00:04");
 }
 
-TEST(Ringing, WhatIsNoDateOrTimeNeverRings) {
+TEST(Ringing, ATextThatIsNoDateOrTimeNeverRings) {
     AlarmRule noDate = once(), noTime = once(), zeroDate = once();
     noDate.AlarmDate = u"aa/bb/cccc";
     noTime.AlarmTime = u"noon";
@@ -77,7 +77,7 @@ TEST(Ringing, WhatIsNoDateOrTimeNeverRings) {
     }
 }
 
-TEST(Ringing, TheTicksAreWantedFromTheFirstSecondToTheLast) {
+TEST(Ringing, WantsTicksFromTheFirstSecondToTheLast) {
     FakeNote note;
     note.keepsOneShots = true;
     note.set(once(), kNoon);
@@ -90,7 +90,7 @@ TEST(Ringing, TheTicksAreWantedFromTheFirstSecondToTheLast) {
     EXPECT_EQ(note.tickChanges, 2);
 }
 
-TEST(Ringing, AtAStartOnlyWhatMovedOnIsStored) {
+TEST(Ringing, StoresAtAStartOnlyWhatMovedOn) {
     FakeNote waits;
     waits.load(daily(), kNoon);
     EXPECT_TRUE(waits.stored.empty());
@@ -117,7 +117,7 @@ TEST(Ringing, SoundsAtOnceAndAgainEveryThreeSeconds) {
     }
 }
 
-TEST(Ringing, MutedItFlashesInSilence) {
+TEST(Ringing, FlashesInSilenceWhenMuted) {
     AlarmRule muted = once();
     muted.Mute = true;
     FakeNote note;
@@ -143,7 +143,7 @@ TEST(Ringing, RingsOnceForOneInstant) {
     EXPECT_EQ(note.alarm.Tickcount, 2) << "the flash timer alone counts";
 }
 
-TEST(Ringing, WithoutATimerOfItsOwnItFlashesAndSoundsWithTheCountdowns) {
+TEST(Ringing, FlashesAndSoundsOnTheCountdownsTicksWithoutATimerOfItsOwn) {
     FakeNote note;
     note.timersFail = true;
     ring(note, once());
@@ -166,7 +166,7 @@ TEST(Ringing, WithoutATimerOfItsOwnItFlashesAndSoundsWithTheCountdowns) {
     EXPECT_EQ(note.timers, 0);
 }
 
-TEST(Ringing, SilencedWithoutATimerItStaysSilent) {
+TEST(Ringing, StaysSilentOnceSilencedWithoutATimer) {
     FakeNote note;
     note.timersFail = true;
     ring(note, daily());
@@ -181,7 +181,7 @@ TEST(Ringing, SilencedWithoutATimerItStaysSilent) {
 
 // --- What ends it -----------------------------------------------------------------------------------------
 
-TEST(Ringing, StoppedItTakesItsNoteAlong) {
+TEST(Ringing, TakesItsNoteAlongWhenItIsStopped) {
     FakeNote note;
     ring(note, once());
     const std::size_t stores = note.stored.size();
@@ -202,10 +202,10 @@ TEST(Ringing, ANoteToBeKeptLosesItsAlarm) {
     EXPECT_EQ(note.stored.back(), AlarmFields::Cleared);
     EXPECT_EQ(note.strip, "");
     EXPECT_FALSE(note.alarm.wantsTicks());
-    EXPECT_EQ(note.silences, 1) << "one sound ends once";
+    EXPECT_EQ(note.silences, 1) << "the sound is stopped once";
 }
 
-TEST(Ringing, EachDayMissedForDaysRingsOnceAndThenTomorrow) {
+TEST(Ringing, ADailyAlarmMissedForDaysRingsOnceAndThenTomorrow) {
     FakeNote note;
     note.set(daily(), kNoon);
     note.tick(at(u"20/06/2026 13:00:10", 0));  // five days asleep
@@ -219,7 +219,7 @@ TEST(Ringing, EachDayMissedForDaysRingsOnceAndThenTomorrow) {
     EXPECT_EQ(note.kept.due, note.alarm.rule.due);
 }
 
-TEST(Ringing, ASleepOverSeveralInstantsRingsOnceAndKeepsThePhase) {
+TEST(Ringing, RingsOnceAfterASleepOverSeveralInstantsAndKeepsThePhase) {
     struct Case {
         std::int16_t number;
         TextView unit;
@@ -239,7 +239,7 @@ TEST(Ringing, ASleepOverSeveralInstantsRingsOnceAndKeepsThePhase) {
     }
 }
 
-TEST(Ringing, StoppedExactlyAtTheNextInstantItWaitsForNothing) {
+TEST(Ringing, WaitsForNothingWhenStoppedExactlyAtTheNextInstant) {
     FakeNote note;
     ring(note, dateRule(u"15/**/****", u"12:00:10", kNoon));
     note.stop(at(u"15/07/2026 12:00:10", 0));
@@ -248,12 +248,12 @@ TEST(Ringing, StoppedExactlyAtTheNextInstantItWaitsForNothing) {
     EXPECT_TRUE(note.kept.eachmonth) << "the next start goes on with it";
 }
 
-TEST(Ringing, WhetherItRecursIsAskedOfTheStore) {
+TEST(Ringing, AsksTheStoreWhetherItRecurs) {
     const AlarmRule everyDay = daily();
     FakeNote single;
     single.inStore = &everyDay;
     ring(single, once());
-    EXPECT_FALSE(single.stop(after(kDueNow, 1))) << "another program made it come every day";
+    EXPECT_FALSE(single.stop(after(kDueNow, 1))) << "another program has made it a daily one";
     EXPECT_EQ(shown(single.alarm.rule.due), "16/06/2026 12:00:10");
     const AlarmRule oneDay = once();
     FakeNote recurring;
@@ -262,7 +262,7 @@ TEST(Ringing, WhetherItRecursIsAskedOfTheStore) {
     EXPECT_TRUE(recurring.stop(after(kDueNow, 1)));
 }
 
-TEST(Ringing, ANewAlarmEndsTheRingingOfTheOld) {
+TEST(Ringing, EndsWhenANewAlarmIsSet) {
     FakeNote note;
     ring(note, once());
     note.set(dateRule(u"15/06/2026", u"13:00:10", kDueNow), kDueNow);
@@ -275,7 +275,7 @@ TEST(Ringing, ANewAlarmEndsTheRingingOfTheOld) {
     EXPECT_EQ(note.sounds, 1);
 }
 
-TEST(Ringing, ClearedItIsSilentAndStoredSo) {
+TEST(Ringing, IsSilentOnceClearedAndStoresThat) {
     FakeNote note;
     ring(note, daily());
     note.alarm.clear();
@@ -285,7 +285,7 @@ TEST(Ringing, ClearedItIsSilentAndStoredSo) {
     EXPECT_EQ(note.strip, "");
 }
 
-TEST(Ringing, SilencedAloneItArmsNothing) {
+TEST(Ringing, ArmsNothingWhenItIsOnlySilenced) {
     FakeNote note;
     ring(note, daily());
     const std::size_t stores = note.stored.size();
@@ -297,7 +297,7 @@ TEST(Ringing, SilencedAloneItArmsNothing) {
     EXPECT_EQ(shown(note.alarm.rule.due), "15/06/2026 12:00:10");
 }
 
-TEST(Ringing, StandsAboveAllAsLongAsItRings) {
+TEST(Ringing, KeepsItsNoteAboveAllOthersAsLongAsItRings) {
     FakeNote note;
     note.set(daily(), kNoon);
     EXPECT_EQ(note.raised, 0);
@@ -334,7 +334,7 @@ TEST(Ringing, AClockSetBackNeitherLosesNorDoublesAnAlarm) {
         note.tick(after(kDueNow, -1800));  // set back while it rings
         EXPECT_TRUE(note.alarm.Alarming);
         note.stop(note.now);
-        note.tick(after(kDueNow, 1));  // the same time of day once more
+        note.tick(after(kDueNow, 1));  // the same time of day again
         EXPECT_EQ(note.sounds, 1);
         EXPECT_EQ(shown(note.alarm.rule.due),
                   rule.AlarmWeekday != 0 ? "22/06/2026 12:00:10" : "16/06/2026 12:00:10");

@@ -189,8 +189,7 @@ TEST(Columns, AgreesWithTheSecondModelOnTenThousandDesks) {
     EXPECT_GT(columnsBegun, 50000U);
 }
 
-// --- New notes in a cascade
-// ---------------------------------------------------------------------------------
+// --- New notes in a cascade -------------------------------------------------------------------------------
 
 constexpr PxRect kDesk{40, 20, 1000, 520};  // 960 x 500 pixels
 

@@ -1,4 +1,4 @@
-// What fits into a text, where a paste is cut and what Ctrl+Backspace takes: no editor needed.
+// What fits into a text, where a paste is cut and what Ctrl+Backspace deletes, all without an editor.
 #include "note/EditRules.h"
 
 #include <gtest/gtest.h>
@@ -52,7 +52,7 @@ TEST(EditRules, CountsBytesWhereTheStoreDoes) {
     };
     EXPECT_EQ(fittingPart(u"abc", {3, 3}, u"\u3042\u3044\u3046", room(7)), u"\u3042\u3044");
     EXPECT_EQ(fittingPart(u"abc", {3, 3}, u"\u3042\u3044\u3046", room(8)), u"\u3042\u3044")
-        << "half a letter is none";
+        << "half a letter is not inserted";
     EXPECT_EQ(fittingPart(u"abc", {3, 3}, u"\u3042\u3044\u3046", room(9)), u"\u3042\u3044\u3046");
     EXPECT_EQ(fittingPart(u"abc", {3, 3}, u"\u3042", room(4)), u"");
 }
@@ -66,10 +66,10 @@ TEST(EditRules, APasteIsTheClipboardsText) {
     EXPECT_EQ(pastedText(u"", false), u"");
 }
 
-TEST(EditRules, CtrlBackspaceTakesAWord) {
+TEST(EditRules, CtrlBackspaceDeletesAWord) {
     const auto rest = [](TextView text) { return text.substr(0, wordStart(text, text.size())); };
     EXPECT_EQ(rest(u"milk and bread"), u"milk and ");
-    EXPECT_EQ(rest(u"milk and  "), u"milk ") << "with the blanks behind it";
+    EXPECT_EQ(rest(u"milk and  "), u"milk ") << "together with the blanks after it";
     EXPECT_EQ(rest(u"milk\tand"), u"milk\t");
     EXPECT_EQ(rest(u"milk, bread"), u"milk, ");
     EXPECT_EQ(rest(u"milk,"), u"milk");
@@ -80,7 +80,7 @@ TEST(EditRules, CtrlBackspaceTakesAWord) {
     EXPECT_EQ(rest(u"one\r\ntwo"), u"one\r\n");
     EXPECT_EQ(rest(u"one\r\n"), u"one");
     EXPECT_EQ(rest(u"one\r\n\r\n"), u"one\r\n") << "one line break at a time";
-    EXPECT_EQ(rest(u"one\r\n  "), u"one\r\n") << "the blanks of the line alone";
+    EXPECT_EQ(rest(u"one\r\n  "), u"one\r\n") << "only the blanks of the line";
     EXPECT_EQ(rest(u"a\u00A0"), u"");
     EXPECT_EQ(rest(u"   "), u"");
     EXPECT_EQ(rest(u""), u"");
@@ -144,9 +144,9 @@ TEST(EditRules, ScrollingStopsAtBothEnds) {
     EXPECT_EQ(scrolledTo(14, 3, 20, 5), 15) << "the last page stays full";
     EXPECT_EQ(scrolledTo(2, -3, 20, 5), 0);
     EXPECT_EQ(scrolledTo(0, 3, 4, 5), 0) << "all of it is seen";
-    EXPECT_EQ(scrolledTo(17, 3, 20, 5), 17) << "already beyond: not back by turning on";
+    EXPECT_EQ(scrolledTo(17, 3, 20, 5), 17) << "already beyond the end: turning further does not scroll back";
     EXPECT_EQ(scrolledTo(17, -1, 20, 5), 16);
-    EXPECT_EQ(scrolledTo(0, 1, 2, 0), 1) << "a page shows a line at least";
+    EXPECT_EQ(scrolledTo(0, 1, 2, 0), 1) << "a page shows at least one line";
 }
 
 }  // namespace

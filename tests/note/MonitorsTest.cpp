@@ -7,7 +7,7 @@
 
 namespace {
 
-// A wide one with a task bar below, a second one left of it, lower, with a bar of its own.
+// A wide one with a task bar at its bottom and, to its left and lower, a second one with a bar of its own.
 constexpr Monitor kPrimary{{0, 0, 1920, 1080}, {0, 0, 1920, 1040}, true};
 constexpr Monitor kLeft{{-1280, 100, 0, 1124}, {-1280, 100, 0, 1084}, false};
 constexpr std::array kBoth{kPrimary, kLeft};
@@ -38,14 +38,14 @@ TEST(Monitors, ANoteWithoutExtentIsAPoint) {
     EXPECT_EQ(workAt({-10, 200, -10, 200}), kLeft.work);
 }
 
-TEST(Monitors, InSightIsWhatShowsAPixel) {
+TEST(Monitors, ANoteIsInSightWhenAPixelOfItShows) {
     EXPECT_TRUE(isInSight(kBoth, {1919, 1039, 2100, 1200}));
     EXPECT_FALSE(isInSight(kBoth, {100, 1040, 300, 1060})) << "under the task bar";
     EXPECT_FALSE(isInSight(kBoth, {-500, 1084, -300, 1104})) << "under the other one";
     EXPECT_FALSE(isInSight(kBoth, {1920, 500, 2100, 600}));
     EXPECT_TRUE(isInSight(kBoth, {-1400, 200, -1279, 300}));
     EXPECT_FALSE(isInSight(kBoth, {-1400, 200, -1280, 300}));
-    EXPECT_FALSE(isInSight(kBoth, {-700, 0, -500, 100})) << "above the lower monitor is none";
+    EXPECT_FALSE(isInSight(kBoth, {-700, 0, -500, 100})) << "there is no monitor above the lower one";
 }
 
 }  // namespace

@@ -89,7 +89,7 @@ constexpr ShellCase kShell[] = {
     {-1, "Generic access file error."},
 };
 
-TEST(ShellMessage, TellsWhyAFileDidNotOpen) {
+TEST(ShellMessage, SaysWhyAFileDidNotOpen) {
     for (const ShellCase& c : kShell)
         EXPECT_EQ(plain(shellMessage(c.result)), c.message) << c.result;
 }

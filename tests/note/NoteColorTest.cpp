@@ -61,7 +61,7 @@ TEST(IsLegible, AgreesWithTheMeasureOfContrast) {
     }
 }
 
-TEST(FrameColor, TellsTwoNotesOfOneColourApart) {
+TEST(FrameColor, SeparatesTwoNotesOfOneColour) {
     for (const Rgb ground : {0x80FFFFU, 0x000000U, 0xFFFFFFU, 0x808080U, 0x0000FFU}) {
         EXPECT_GE(contrast(frameColor(ground), ground), 2.0) << std::hex << ground;
     }

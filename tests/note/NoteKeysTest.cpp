@@ -41,7 +41,7 @@ TEST(NoteKeys, OfTheMenu) {
     }
 }
 
-TEST(NoteKeys, BesideTheMenu) {
+TEST(NoteKeys, ThatAreNotInTheMenu) {
     EXPECT_EQ(withShift(kF2), NoteAction::EditTitle);
     EXPECT_EQ(withShift(kF4), NoteAction::SwapStrip);
     EXPECT_EQ(plain(kF6), NoteAction::NextNote);
@@ -60,7 +60,7 @@ TEST(NoteKeys, WithSomethingElseHeldMeanSomethingElse) {
     EXPECT_EQ(withShift(kDelete), NoteAction::None);
     EXPECT_EQ(plain('N'), NoteAction::None);
     EXPECT_EQ(withCtrlShift('N'), NoteAction::None);
-    EXPECT_EQ(withAltGr('N'), NoteAction::None) << "a letter on many keyboards";
+    EXPECT_EQ(withAltGr('N'), NoteAction::None) << "types a letter on many keyboards";
     EXPECT_EQ(withAltGr(kLeft), NoteAction::None);
     EXPECT_EQ(plain(kF1), NoteAction::None);
     for (const unsigned key : {kTab, kEnter, kLeft, kUp, kRight, kDown}) {
@@ -81,14 +81,14 @@ TEST(NoteKeys, AnOpenEditorKeepsItsOwn) {
 
 TEST(NoteKeys, WhileItIsResizedNoneOfThemDoesAnythingElseToTheNote) {
     for (const unsigned key : {kDelete, kF2, kF4})
-        EXPECT_EQ(plain(key, kResizing), NoteAction::None) << key << ", beside the arrows";
+        EXPECT_EQ(plain(key, kResizing), NoteAction::None) << key << ", which is no arrow";
     EXPECT_EQ(withShift(kF2, kResizing), NoteAction::None);
     EXPECT_EQ(withCtrl('N', kResizing), NoteAction::None);
-    EXPECT_EQ(plain(kMenuKey, kResizing), NoteAction::Menu) << "where the mode is seen and left";
+    EXPECT_EQ(plain(kMenuKey, kResizing), NoteAction::Menu) << "which shows the mode and ends it";
     EXPECT_EQ(plain(kF6, kResizing), NoteAction::NextNote);
 }
 
-TEST(NoteKeys, EscSilencesANoteThatRingsAndNothingElse) {
+TEST(NoteKeys, EscSilencesARingingNoteAndDoesNothingElse) {
     EXPECT_EQ(plain(kEscape, kRinging), NoteAction::Silence);
     EXPECT_EQ(plain(kEscape), NoteAction::None);
     EXPECT_EQ(plain(kEscape, kRingingWhileEdited), NoteAction::None);
@@ -96,7 +96,7 @@ TEST(NoteKeys, EscSilencesANoteThatRingsAndNothingElse) {
     EXPECT_EQ(withShift(kEscape, kRinging), NoteAction::None);
 }
 
-TEST(NoteKeys, WhatEndsAnEditDeletesNoNoteThatRings) {
+TEST(NoteKeys, AKeyThatEndsAnEditDeletesNoRingingNote) {
     for (const unsigned key : {kEnter, kSpace})
         EXPECT_EQ(plain(key, kRinging), NoteAction::None) << key;
     EXPECT_EQ(plain(kEscape, kRingingAfterAnEdit), NoteAction::None);

@@ -19,7 +19,7 @@ TEST(NoteLayout, FollowsTheClientSize) {
     EXPECT_EQ(at.pic2.right, 200);
     EXPECT_EQ(at.pic2.bottom, 150);
     EXPECT_EQ(at.pic_time.bottom, 150);
-    EXPECT_EQ(at.pic_time.left + toPx(design::kTimeText, 96).n, at.nota.left) << "texts in one line";
+    EXPECT_EQ(at.pic_time.left + toPx(design::kTimeText, 96).n, at.nota.left) << "both texts are aligned";
     EXPECT_EQ(at.pic_time.right, at.pic2.left);
 }
 

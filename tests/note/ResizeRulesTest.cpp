@@ -16,7 +16,7 @@ struct Case {
     int expected;
 };
 
-TEST(Resized, WidthWithinItsLimits) {
+TEST(Resized, WidthStaysWithinItsLimits) {
     constexpr Case kCases[] = {
         {"Grows", 1500, 2910, 15, 2925},
         {"Shrinks", 1500, 2910, -15, 2895},
@@ -39,7 +39,7 @@ TEST(Resized, WidthWithinItsLimits) {
     }
 }
 
-TEST(Resized, HeightHasItsOwnLeast) {
+TEST(Resized, HeightHasItsOwnMinimum) {
     const ResizeAxis axis{Twips{0}, Twips{720}, kWorkEnd, design::kMinHeight};
     EXPECT_EQ(resized(axis, Twips{-15}).n, 705);
     const ResizeAxis least{Twips{0}, Twips{705}, kWorkEnd, design::kMinHeight};
@@ -53,10 +53,10 @@ TEST(Resized, HoldingTheGripEndsAtTheLimitsAndNowhereElse) {
     EXPECT_EQ((axis.start + axis.size).n, kWorkEnd.n);
     for (int round = 0; round < 1000; ++round)
         axis.size = resized(axis, Twips{-15});
-    EXPECT_EQ(axis.size.n, 1140);  // 4200 less 204 steps: one more would be 1125
+    EXPECT_EQ(axis.size.n, 1140);  // 204 steps down from 4200; another one would make it 1125
 }
 
-TEST(Resized, SmallStepsAddUpWhereAStepIsNoWholePixel) {
+TEST(Resized, SmallStepsAddUpWhereAStepIsNotAWholePixel) {
     // At 120 dpi a pixel is 12 twips: eight steps of 15 are ten pixels, none of them lost.
     constexpr int kDpi = 120;
     ResizeAxis axis{Twips{0}, Twips{2400}, kWorkEnd, design::kMinWidth};

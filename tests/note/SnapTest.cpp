@@ -45,8 +45,8 @@ TEST(Snap, ScreenEdges) {
         {"BottomJustOutside", kPlainScreen, {300, 892, 500, 992}, {300, 892, 500, 992}},
         {"BottomBehindTheTaskBar", kPlainScreen, {300, 920, 500, 1020}, {300, 894, 500, 994}},
         {"Corner", kPlainScreen, {-5, 950, 195, 1050}, {0, 894, 200, 994}},
-        // The right-hand rule sees what the left-hand rule left: a note wider than the screen ends at its
-        // right.
+        // The right-hand rule sees the result of the left-hand rule: a note wider than the screen ends at its
+        // right edge.
         {"WiderThanTheScreen", kPlainScreen, {-5, 300, 1395, 400}, {-120, 300, 1280, 400}},
         // A work area further in: the edge is the screen's, the landing place is the work area's, and the
         // note is made smaller by the difference.
@@ -100,9 +100,9 @@ TEST(Snap, FacingEdgesOfAnotherNote) {
         // Edges on the same side are never aligned.
         {"SameLeftEdges", {401, 350, 501, 450}, {401, 350, 501, 450}, false},
         {"SameTopEdges", {450, 301, 550, 401}, {450, 301, 550, 401}, false},
-        // Touching already: nothing to move, but it is a hold.
+        // Touching already: nothing to move, but it counts as held.
         {"TouchingAlready", {600, 350, 700, 450}, {600, 350, 700, 450}, true},
-        // At a corner the side by side rule comes first, and one rule is all.
+        // At a corner the side-by-side rule comes first, and only one rule applies.
         {"CornerTakesTheFirstRule", {601, 501, 701, 601}, {600, 501, 700, 601}, true},
     };
     for (const NoteCase& c : kCases) {
@@ -131,7 +131,7 @@ TEST(Snap, NotesAreLookedAtFromWhereTheScreenPutTheRectangle) {
     EXPECT_EQ(moving, (PxRect{350, 892, 450, 992}));
 }
 
-// --- A second model, thought from positions and lengths on one axis at a time ------------------------------
+// --- A second model, from positions and lengths on one axis at a time -------------------------------------
 
 struct Axis {
     int at;
@@ -141,10 +141,10 @@ struct Axis {
 struct ModelResult {
     PxRect rect;
     bool moved;
-    int rule;  // which of the eight rules came last: 1..4 screen, 5..8 notes, 0 none
+    int rule;  // which of the eight rules applied last: 1..4 screen, 5..8 notes, 0 none
 };
 
-/// Near and far screen edge on one axis, in the monitor's own coordinates; 0, 1 or 2 tells what held last.
+/// Near and far screen edge on one axis, in the monitor's own coordinates; 0, 1 or 2 says which held last.
 int toScreen(Axis& a, int workStart, int workEnd) {
     int rule = 0;
     if (a.at <= 1) {
@@ -208,7 +208,7 @@ ModelResult model(const PxRect& moving, const SnapScreen& screen, const std::vec
 }
 
 TEST(Snap, AgreesWithTheSecondModelOnRandomDesks) {
-    std::mt19937 random(20240229);  // fixed: a failure can be looked at again
+    std::mt19937 random(20240229);  // fixed, so that a failure can be reproduced
     const auto between = [&](int low, int high) { return std::uniform_int_distribution(low, high)(random); };
     std::array<int, 9> seen{};
     for (int desk = 0; desk < 10000; ++desk) {
@@ -219,7 +219,7 @@ TEST(Snap, AgreesWithTheSecondModelOnRandomDesks) {
         const int barTop = between(0, 3) == 0 ? between(1, 20) : 0;
         screen.work = {screen.left + barLeft, screen.top + barTop, screen.left + between(120, 300),
                        screen.top + between(120, 300)};
-        // Crowded on purpose, so that every rule holds often.
+        // Crowded on purpose, so that every rule applies often.
         const auto anyRect = [&](int least) {
             const int left = screen.left + between(-8, 280);
             const int top = screen.top + between(-8, 280);

@@ -52,14 +52,14 @@ TEST(LeadingNumber, SaturatesInsteadOfFailing) {
     EXPECT_EQ(leadingNumber(Text(5000, u'9')), std::numeric_limits<double>::max());
 }
 
-TEST(LeadingNumber, KeepsTheSizeOfWhatHasMoreDigitsThanItCanTellApart) {
+TEST(LeadingNumber, KeepsTheMagnitudeOfNumbersWithMoreDigitsThanADouble) {
     EXPECT_NEAR(leadingNumber(u"1234567890123456789012345"), 1.2345678901234568e24, 1e10);
     EXPECT_NEAR(leadingNumber(u"-100000000000000000000000000000000"), -1e32, 1e18);
     EXPECT_NEAR(leadingNumber(u"0.1234567890123456789012345"), 0.12345678901234568, 1e-15);
     EXPECT_NEAR(leadingNumber(u"12345678901234567890.12345e-10"), 1234567890.1234567, 1e-5);
 }
 
-TEST(LeadingInt, IsHeldWithinTheFieldsWidth) {
+TEST(LeadingInt, IsClampedToTheFieldsWidth) {
     EXPECT_EQ(leadingInt16(u"40000"), 32767);
     EXPECT_EQ(leadingInt16(u"-40000"), -32768);
     EXPECT_EQ(leadingInt32(u"99999999999"), std::numeric_limits<std::int32_t>::max());

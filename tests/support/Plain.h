@@ -1,4 +1,4 @@
-// UTF-16 text as a failing test prints it.
+// UTF-16 text in the form in which a failing test prints it.
 #pragma once
 
 #include <string>

@@ -72,7 +72,7 @@ inline Text decodeKana(unsigned, std::string_view bytes) {
             continue;
         }
         const bool pair = (lead == 0x81 || lead == 0x82) && i + 1 < bytes.size();
-        // A stray lead byte takes the byte behind it with it, as double-byte pages do.
+        // A stray lead byte swallows the byte after it, as in real double-byte pages.
         const unsigned trail = pair ? valueOf(bytes[++i]) : 0;
         const bool valid = trail >= 0x40 && trail < 0xC0;
         text += valid ? static_cast<char16_t>(0x3000 + (lead - 0x81) * 128 + (trail - 0x40)) : u'\xFFFD';

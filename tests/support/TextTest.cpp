@@ -4,7 +4,7 @@
 
 namespace {
 
-/// A code page as old Japanese systems have: ASCII in one byte, U+3042 in the two bytes 0x82 0xA0.
+/// A code page like that of old Japanese systems: ASCII in one byte, U+3042 in the two bytes 0x82 0xA0.
 std::string encodeDouble(unsigned, TextView text, bool& lost) {
     std::string bytes;
     for (const char16_t c : text) {
@@ -52,17 +52,17 @@ TEST(EncodeField, NeverCutsBetweenTheBytesOfOneCharacter) {
     EXPECT_EQ(decodeField(kDouble, field.bytes), u"abc");
 }
 
-TEST(EncodeField, TellsOfCharactersOutsideTheCodePage) {
+TEST(EncodeField, ReportsCharactersOutsideTheCodePage) {
     EXPECT_TRUE(encodeField(kDouble, u"a\u03B1", 4).unmappable);
     EXPECT_FALSE(encodeField(kDouble, u"a\u3042", 4).unmappable);
 }
 
-TEST(EncodeField, TellsOfThemInWhatIsLeftOfALongText) {
+TEST(EncodeField, ReportsThemInWhatIsKeptOfALongText) {
     EXPECT_TRUE(encodeField(kDouble, u"\u03B1bcdef", 4).unmappable);
     EXPECT_TRUE(encodeField(kDouble, u"abc\u03B1ef", 4).unmappable);
 }
 
-TEST(EncodeField, WhatIsCutOffIsNotCalledUnmappable) {
+TEST(EncodeField, DoesNotCallWhatIsCutOffUnmappable) {
     const EncodedField field = encodeField(kDouble, u"abcd\u03B1", 4);
     EXPECT_FALSE(field.unmappable);
     EXPECT_TRUE(field.cut);
@@ -87,7 +87,7 @@ TEST(Lowered, IsTheSameUnderEveryLocale) {
     EXPECT_EQ(lowered(u"@AZ[`az{"), u"@az[`az{");
     EXPECT_EQ(lowered(u"\u00BF\u00C0\u00D6\u00D8\u00DE\u00DF\u00FF"),
               u"\u00BF\u00E0\u00F6\u00F8\u00FE\u00DF\u00FF");
-    EXPECT_EQ(lowered(u"I\u0130 i\u0131"), u"i\u0130 i\u0131") << "as on no Turkish system";
+    EXPECT_EQ(lowered(u"I\u0130 i\u0131"), u"i\u0130 i\u0131") << "unlike a Turkish system would";
 }
 
 TEST(Lowered, KnowsTheLettersOfEveryScriptThatHasTwoOfEach) {
@@ -113,7 +113,7 @@ TEST(Lowered, KnowsTheLettersOfEveryScriptThatHasTwoOfEach) {
     EXPECT_EQ(lowered(kWithout), u"\u6708\u066A\u05D0\u0E08\U0001F600\uFFFF\u013A\u1E9E\u212A");
 }
 
-TEST(Lowered, GivesEveryLetterToOneOtherAndLeavesThatAlone) {
+TEST(Lowered, PairsEveryLetterWithOneThatItLeavesAlone) {
     for (unsigned c = 0; c < 0x10000; ++c) {
         const Text one(1, static_cast<char16_t>(c));
         const Text small = lowered(one);
@@ -122,7 +122,7 @@ TEST(Lowered, GivesEveryLetterToOneOtherAndLeavesThatAlone) {
     }
 }
 
-TEST(WithLineBreaks, MakesEveryLoneBreakAPair) {
+TEST(WithLineBreaks, TurnsEveryLoneBreakIntoAPair) {
     EXPECT_EQ(withLineBreaks(u"a\nb\rc\r\nd"), u"a\r\nb\r\nc\r\nd");
     EXPECT_EQ(withLineBreaks(u"\n\r"), u"\r\n\r\n");
     EXPECT_EQ(withLineBreaks(u""), u"");

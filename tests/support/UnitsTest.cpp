@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(Units, PixelsSurviveTheWayThroughTwips) {
+TEST(Units, PixelsSurviveTheConversionToTwipsAndBack) {
     for (const int dpi : {96, 120, 144, 168, 192}) {
         for (int n = -5000; n <= 5000; ++n) {
             ASSERT_EQ(toPx(toTwips(Px{n}, dpi), dpi), Px{n}) << dpi;

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Whether a picture of this size is there, to its last dot.
+/// Whether there is a picture of this size, down to its last dot.
 bool takes(Canvas& canvas, LONG width, LONG height) {
     constexpr COLORREF kInk = RGB(10, 20, 30);
     const WindowDc screen(nullptr);

@@ -11,12 +11,12 @@ CodePage pageOf(unsigned id) {
     return page;
 }
 
-TEST(SystemCodePage, TellsOfLettersThatItCannotKeepInsteadOfGuessing) {
+TEST(SystemCodePage, ReportsLettersThatItCannotKeepInsteadOfGuessing) {
     const CodePage western = pageOf(1252);
     bool lost = false;
     EXPECT_EQ(western.encode(1252, u"caf\u00e9 \u20ac", lost), "caf\xE9 \x80");
     EXPECT_FALSE(lost);
-    // Best fit would make a plain "a" of it and say nothing.
+    // Best fit would turn it into a plain "a" and report nothing.
     EXPECT_EQ(western.encode(1252, u"\u03b1", lost), "?");
     EXPECT_TRUE(lost);
 }
@@ -26,13 +26,13 @@ TEST(SystemCodePage, ReadsDoubleByteText) {
     EXPECT_EQ(kana.decode(932, "\x82\xA0!"), u"\u3042!");
 }
 
-TEST(SystemCodePage, SystemSetToUtf8StillReadsOlderFiles) {
+TEST(SystemCodePage, StillReadsOlderFilesOnASystemSetToUtf8) {
     const CodePage utf8 = pageOf(CP_UTF8);
     EXPECT_EQ(utf8.decode(CP_UTF8, "caf\xC3\xA9"), u"caf\u00e9");
     EXPECT_EQ(utf8.decode(CP_UTF8, "caf\xE9"), u"caf\u00e9");
 }
 
-TEST(WeekdayName, SevenDifferentOnes) {
+TEST(WeekdayName, HasSevenDifferentOnes) {
     for (int day = 1; day < 7; ++day) {
         EXPECT_FALSE(weekdayName(day).empty());
         EXPECT_NE(weekdayName(day), weekdayName(day - 1));

@@ -16,21 +16,21 @@ std::int64_t microseconds() {
     return now.QuadPart * 1000000 / perSecond.QuadPart;
 }
 
-TEST(PumpFor, TakesItsTimeToAMillisecond) {
+TEST(PumpFor, IsAccurateToAMillisecond) {
     std::vector<std::int64_t> taken;
     for (int round = 0; round < 40; ++round) {
         const std::int64_t start = microseconds();
         EXPECT_TRUE(pumpFor(7));
         taken.push_back(microseconds() - start);
     }
-    // A busy machine may hold up any of them, but not all; none may be too short.
+    // A busy machine may delay some of them, but not all; none may be too short.
     const auto [least, most] = std::minmax_element(taken.begin(), taken.end());
     EXPECT_GE(*least, 7000);
     EXPECT_LT(*least, 8000);
     EXPECT_GE(*most, 7000);
 }
 
-TEST(PumpFor, LetsMessagesThrough) {
+TEST(PumpFor, ProcessesMessagesMeanwhile) {
     PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
     EXPECT_TRUE(pumpFor(0));
     MSG message{};
