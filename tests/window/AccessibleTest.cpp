@@ -1,5 +1,6 @@
-// What a screen reader hears of notes and dialogs, asked through the system's own accessibility library;
-// where that knows too little under Wine, what the native controls go by: classes, texts, order, Tab stops.
+// What a screen reader hears of notes and dialogs, asked through the system's own accessibility library.
+// Where that knows too little under Wine, the tests look at what it goes by for native controls: classes,
+// texts, order and Tab stops.
 #include <map>
 #include <set>
 
@@ -114,7 +115,7 @@ TEST(AccessibleNote, ThePicturesAndTheTextDoWhatTheyAreFor) {
         return IDNO;
     };
     EXPECT_TRUE(Ear(note.pic).press());
-    EXPECT_EQ(questions, 0) << "whoever presses does not wait for the answer";
+    EXPECT_EQ(questions, 0) << "the press must not wait for the answer";
     pumpPending();
     EXPECT_EQ(questions, 1);
     EXPECT_TRUE(Ear(note.pic2).press());
@@ -126,7 +127,7 @@ TEST(AccessibleNote, ThePicturesAndTheTextDoWhatTheyAreFor) {
     EXPECT_FALSE(Ear(note.lbl).press());
 }
 
-/// Stands for Windows' book of names, which Wine does not keep.
+/// Stands for Windows' list of names, which Wine does not have.
 class NameBook final : public IAccPropServices, public IClassFactory {
 public:
     NameBook() {
@@ -226,12 +227,12 @@ private:
     DWORD cookie_ = 0;
 };
 
-TEST(AccessibleNote, TheEditorsAreWindowsOwnWithANameBesideThem) {
+TEST(AccessibleNote, TheEditorsAreWindowsOwnControlsWithANameAdded) {
     NameBook book;
     TestNotes desk(true, {plainNote(u"a")});
     fpost& note = desk.note(1);
     note.EditForm();
-    EXPECT_EQ(book.written, 0) << "nobody listens";
+    EXPECT_EQ(book.written, 0) << "nobody is listening";
     const HWND body = note.txtNota();
     Ear(body).name();
     Ear(body).name();
@@ -246,7 +247,7 @@ TEST(AccessibleNote, TheEditorsAreWindowsOwnWithANameBesideThem) {
     EXPECT_TRUE(book.names.empty()) << "gone with their windows";
 }
 
-TEST(AccessibleNote, AnObjectThatOutlivesItsNoteSaysNothingOfIt) {
+TEST(AccessibleNote, AnObjectThatOutlivesItsNoteSaysNothingAboutIt) {
     TestNotes desk(false, {plainNote(u"a"), plainNote(u"b")});
     const Ear note(desk.note(1).hwnd);
     const Ear strip(desk.note(1).lbl2, 1);
@@ -282,8 +283,8 @@ TEST(AccessibleNote, ListenersHearOfWhatChanges) {
 
 // --- Dialogs ----------------------------------------------------------------------------------------------
 
-/// The label that Windows' own objects take for a field's name: the nearest static text before it, shown or
-/// not, with no other field between.
+/// The label that Windows' own objects use as a field's name: the nearest static text before it, visible or
+/// not, with no other field between them.
 Text labelOf(HWND field) {
     for (HWND before = GetWindow(field, GW_HWNDPREV); before != nullptr;
          before = GetWindow(before, GW_HWNDPREV)) {
@@ -302,7 +303,7 @@ Text classOf(HWND window) {
     return Text(fromWide(name));
 }
 
-/// What the field is called, by whoever answers for it: the program, or Windows for a native control.
+/// The field's name, from the program or, for a native control, from Windows.
 Text nameOf(HWND field) {
     const Text kind = classOf(field);
     if (kind == u"ComboBox") return labelOf(field);
@@ -311,7 +312,7 @@ Text nameOf(HWND field) {
 
 class AccessibleDialog : public Fmsg {
 protected:
-    /// Every control that Tab reaches now, in Tab order.
+    /// Every control that Tab currently reaches, in Tab order.
     std::vector<HWND> tabStops() const {
         std::vector<HWND> stops;
         HWND next = nullptr;
@@ -321,11 +322,12 @@ protected:
         }
         return stops;
     }
-    /// The dialog is there and has the keyboard, which the window manager gives it a little later.
+    /// Whether the dialog is there and has the keyboard, which the window manager gives it a little later.
     Script::Condition ready(const char* caption) {
         return [this, caption] { return shown(caption)() && IsChild(dialog.hwnd, GetFocus()) != FALSE; };
     }
-    /// What holds for every face: each stop has a name, nothing for show is one, and the focus can be seen.
+    /// What must hold for every face: each stop has a name, nothing that is only shown is a stop, and the
+    /// focus is visible.
     void checkFace() const {
         EXPECT_EQ(Ear(dialog.hwnd).role(), Role::Dialog);
         EXPECT_EQ(Ear(dialog.hwnd).name(), windowText(dialog.hwnd));
@@ -344,7 +346,7 @@ protected:
             }
         }
         EXPECT_NE(std::find(stops.begin(), stops.end(), GetFocus()), stops.end())
-            << "the keyboard is where Tab does not lead";
+            << "the keyboard is in a control that Tab does not reach";
     }
 };
 
@@ -407,7 +409,7 @@ TEST_F(AccessibleEditor, SaysTheDateAndTheTimeOfItsFields) {
             {ID_HDATE, u"Date"}, {ID_HORE, u"Hours"}, {ID_HMIN, u"Minutes"}, {ID_HSEC, u"Seconds"}};
         for (const auto& [bar, name] : bars) {
             EXPECT_EQ(Ear(item(bar)).name(), name);
-            // Whatever Windows' own object would take for a label must say the same, or nothing.
+            // Whatever Windows' own object would use as a label must say the same, or nothing.
             const Text label = labelOf(item(bar));
             EXPECT_TRUE(label.empty() || label == name) << plain(label);
         }
@@ -416,7 +418,7 @@ TEST_F(AccessibleEditor, SaysTheDateAndTheTimeOfItsFields) {
     });
 }
 
-TEST_F(AccessibleEditor, NamesItsListsAlsoWhenTheyChange) {
+TEST_F(AccessibleEditor, NamesItsListsEvenWhenTheyChange) {
     edit(tomorrow(), [this] {
         EXPECT_EQ(labelOf(item(ID_CBOREPEAT)), u"Repeat every:");
         EXPECT_EQ(labelOf(item(ID_CBODAY)), u"Weekday");
@@ -434,7 +436,7 @@ TEST_F(AccessibleEditor, TabReachesTheSevenDaysOnlyWhenTheyAreShown) {
     edit(week, [this] { EXPECT_EQ(tabStops().size(), 17U); });
     AlarmRule daily = tomorrow();
     daily.eachday = true;
-    edit(daily, [this] { EXPECT_EQ(tabStops().size(), 9U) << "no next day of every day"; });
+    edit(daily, [this] { EXPECT_EQ(tabStops().size(), 9U) << "a daily pattern has no date to step by"; });
 }
 
 TEST_F(AccessibleEditor, TheButtonThatEnterPressesStaysMarkedWhereverTabGoes) {

@@ -1,5 +1,5 @@
-// Notes with alarms on a live desktop, in both stores, under a clock that a test turns as it likes. The sound
-// is counted, not heard.
+// Notes with alarms on a live desktop, in both stores, with a clock that the test sets. Sounds are counted,
+// not played.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -56,7 +56,7 @@ inline std::string strip(const fpost& note) {
     return plain(windowText(note.pic_time));
 }
 
-/// A press on a part of a note, as its window hears of it.
+/// A press on a part of a note, as the message that its window gets.
 inline void press(HWND part, UINT message = WM_LBUTTONDOWN) {
     const WPARAM button = message == WM_LBUTTONDOWN ? MK_LBUTTON : MK_RBUTTON;
     SendMessageW(part, message, button, MAKELPARAM(4, 4));
@@ -64,7 +64,7 @@ inline void press(HWND part, UINT message = WM_LBUTTONDOWN) {
 
 class Alarm : public InBothStores {
 protected:
-    /// All of them ring: it is a second past the time at which they are due.
+    /// A desk on which all of them ring, a second after they were due.
     static std::unique_ptr<TestNotes> ringing(std::vector<NoteRecord> notes,
                                               const GlobalSettings& settings = {}) {
         auto desk = run(std::move(notes), settings);
@@ -74,7 +74,7 @@ protected:
             EXPECT_TRUE(note->Alarming()) << plain(note->Titolo());
         return desk;
     }
-    /// Half a second later, for every note that counts down.
+    /// A tick of half a second for every note that counts down.
     static void tick(TestNotes& desk) {
         const std::vector<fpost*> walk = desk.desk->Notes;
         for (fpost* note : walk)

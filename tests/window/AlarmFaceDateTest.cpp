@@ -35,7 +35,7 @@ TEST_F(Editor, SecondsCarryIntoMinutesAndHours) {
     edit(ruleAt(u"30/06/2026", u"09:59:59"));
 }
 
-TEST_F(Editor, ATimeThatIsEmptyBeginsWithNowOrMidnight) {
+TEST_F(Editor, AnEmptyTimeBeginsWithNowOrMidnight) {
     Script script(dialog);
     script.when(shown("Set alarm"), [this] {
         SetWindowTextW(item(ID_LBLTIME), L"");
@@ -65,8 +65,8 @@ TEST_F(Editor, ADraggedThumbStaysAtTheEndOfTheClock) {
     edit({});
 }
 
-TEST_F(Editor, ABarThatATouchScreenOrAToolHasMovedIsHeard) {
-    // The bar's own position has changed before the dialog hears of it.
+TEST_F(Editor, FollowsABarThatATouchScreenOrAToolHasMoved) {
+    // The bar's own position has changed before the dialog is notified.
     const auto put = [this](int bar, int position) {
         SendMessageW(item(bar), SBM_SETPOS, static_cast<WPARAM>(position), TRUE);
         SendMessageW(dialog.hwnd, WM_HSCROLL, MAKEWPARAM(SB_THUMBPOSITION, position),

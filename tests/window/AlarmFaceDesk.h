@@ -1,4 +1,4 @@
-// The alarm editor over a plain window that stands for its note; what its tests share.
+// What the tests of the alarm editor share: the editor, over a plain window that stands for its note.
 #pragma once
 
 #include <string>
@@ -36,7 +36,7 @@ protected:
     void scroll(int bar, WORD code) const {
         SendMessageW(dialog.hwnd, WM_HSCROLL, code, reinterpret_cast<LPARAM>(item(bar)));
     }
-    /// As a user does: the list's selection changes, then the dialog hears of it.
+    /// Chooses as a user does: the list's selection changes, then the dialog is notified.
     void choose(int list, int index) const {
         SendMessageW(item(list), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
         PostMessageW(dialog.hwnd, WM_COMMAND, MAKEWPARAM(list, CBN_SELCHANGE),

@@ -1,5 +1,5 @@
-// The alarm editor by itself on a live desktop: what it shows for a rule, what its lists and buttons do, what
-// it answers.
+// The alarm editor by itself on a live desktop: what it shows for a rule, what its lists and buttons do, and
+// what it returns.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -46,7 +46,7 @@ TEST_F(Editor, ListsAndBarsHaveTheirRanges) {
             SendMessageW(item(bar), SBM_GETSCROLLINFO, 0, reinterpret_cast<LPARAM>(&info));
             EXPECT_EQ(info.nMin, -1) << bar;
             EXPECT_EQ(info.nMax, high) << bar;
-            EXPECT_EQ(info.nPage, 1U) << bar;  // a longer page would keep the bar from its end
+            EXPECT_EQ(info.nPage, 1U) << bar;  // a longer page would keep the bar from reaching its end
         }
         closeBox();
     });
@@ -161,7 +161,7 @@ TEST_F(Editor, TheEmptyRepeatEntryBringsTheWeekdaysBack) {
     EXPECT_EQ(answer.alarm.RepeatEvery, u"");
 }
 
-TEST_F(Editor, ARepeatThatTheListLacksIsKeptAndSeen) {
+TEST_F(Editor, ARepeatThatTheListLacksIsKeptAndShown) {
     AlarmRule repeating = ruleAt(u"16/06/2026", u"12:00:00");
     repeating.RepeatNumber = 90;
     repeating.RepeatEvery = u"mm";
@@ -225,7 +225,7 @@ TEST_F(Editor, WhatTheKeyboardPassesInAnOpenListCountsOnceItIsClosed) {
     });
     script.when([this] { return chosen(ID_CBODAY) == kSeveralWeekdays; },
                 [this, open] {
-                    EXPECT_TRUE(open()) << "a new layout would close it under the user's hands";
+                    EXPECT_TRUE(open()) << "a new layout would close it while the user is choosing";
                     EXPECT_FALSE(shows(ID_FRAWEEK));
                     key(VK_RETURN);
                 });
@@ -257,7 +257,7 @@ TEST_F(Editor, APatternsWeekdayIsRefusedOnceTheListIsClosed) {
     EXPECT_FALSE(edit(daily).AlarmStart);
 }
 
-TEST_F(Editor, OnlyStopIsStop) {
+TEST_F(Editor, OnlyTheStopButtonStopsTheAlarm) {
     const AlarmRule rule = ruleAt(u"16/06/2026", u"12:00:00");
     {
         Script script(dialog);
@@ -304,7 +304,7 @@ TEST_F(Editor, ARunningAlarmOffersRestartAndCountsDown) {
         closeBox();
     });
     edit(ruleAt(u"16/06/2026", u"12:00:00"));
-    dialog.showCountdown(note, u"0:00:06");  // nobody listens any more
+    dialog.showCountdown(note, u"0:00:06");  // nobody is listening any more
 }
 
 /// What a control draws, as pixels.
@@ -328,7 +328,7 @@ std::vector<COLORREF> pictureOf(HWND control) {
     return pixels;
 }
 
-TEST_F(Editor, ItsButtonsDrawTheLettersThatReachThemUnderlinedAndKeepThemToThemselves) {
+TEST_F(Editor, ItsButtonsUnderlineTheLettersThatReachThem) {
     Script script(dialog);
     script.when(shown("Set alarm"), [this] {
         struct Row {
@@ -363,7 +363,7 @@ TEST_F(Editor, ItsButtonsDrawTheLettersThatReachThemUnderlinedAndKeepThemToThems
     edit(ruleAt(u"16/06/2026", u"12:00:00"));
 }
 
-TEST_F(Editor, ALetterAloneIsNoCommand) {
+TEST_F(Editor, ALetterWithoutAltIsNoCommand) {
     Script script(dialog);
     script.when(focused(ID_DATA), [this] {
         SetFocus(item(ID_HMIN));
@@ -410,7 +410,7 @@ TEST_F(Editor, APassedAlarmOffersStart) {
     edit(ruleAt(u"14/06/2026", u"12:00:00"));
 }
 
-TEST_F(Editor, AMessageOverTheEditorGivesItBackAsItWas) {
+TEST_F(Editor, AMessageOverTheEditorLeavesItAsItWas) {
     Script script(dialog);
     script.when(focused(ID_DATA), [this] {
         scroll(ID_HORE, SB_LINERIGHT);
@@ -430,7 +430,7 @@ TEST_F(Editor, AMessageOverTheEditorGivesItBackAsItWas) {
     EXPECT_EQ(answer.alarm.AlarmTime, u"11:20:30");
 }
 
-TEST_F(Editor, TheValuesOfANoteThatWentAreDropped) {
+TEST_F(Editor, TheValuesForANoteThatHasGoneAreDropped) {
     Script script(dialog);
     script.when(shown("Set alarm"), [this] {
         notes.clear();

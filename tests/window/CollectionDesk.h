@@ -1,4 +1,4 @@
-// What the tests of the collection's commands ask of a desk.
+// What the tests of the collection's commands look up on a desk.
 #pragma once
 
 #include <vector>
@@ -15,7 +15,7 @@ inline std::vector<NoteRecord> manyNotes(int count) {
     return notes;
 }
 
-/// What the start would count.
+/// The number of notes that a start would find.
 inline int countedNotes(TestNotes& desk) {
     if (desk.desk->store.kind() == StoreKind::Files) {
         DataHeader header;
@@ -34,7 +34,7 @@ inline Text trayCaption(const TestNotes& desk, int index) {
     return trayMenu(desk.desk->trayState())[static_cast<std::size_t>(index)].caption;
 }
 
-/// The caption in a note's own menu.
+/// A caption in a note's own menu.
 inline Text noteCaption(fpost& note, unsigned id) {
     for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm.rule))) {
         if (item.id == id) return item.caption;

@@ -1,4 +1,4 @@
-// The program's dialog over a few plain windows that stand for notes; what its tests share.
+// What the tests of the program's dialog share: the dialog, over a few plain windows that stand for notes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -64,7 +64,7 @@ protected:
             return dialog.hwnd != nullptr && IsWindowVisible(dialog.hwnd) != FALSE && title() == caption;
         };
     }
-    /// The dialog has the keyboard, in this control.
+    /// Whether the dialog has the keyboard, in this control.
     Script::Condition focused(int id) {
         return [this, id] { return dialog.hwnd != nullptr && item(id) != nullptr && GetFocus() == item(id); };
     }

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-/// One object of the tree: a window, or with `element` something drawn in it.
+/// One object of the tree: a window or, with `element`, something drawn in it.
 class Ear {
 public:
     explicit Ear(HWND window, LONG element = CHILDID_SELF) : element_(element) {
@@ -68,7 +68,7 @@ private:
     LONG element_;
 };
 
-/// The events that a listener outside the program gets while this lives.
+/// Collects the events that a listener outside the program gets while this exists.
 class Events {
 public:
     Events() {

@@ -1,5 +1,5 @@
-// The editor alone, over a window that is no note: what keys, characters, the clipboard, the wheel and an
-// input method do to the text, and what is asked of the note then.
+// The editor by itself, over a window that is not a note: what keys, characters, the clipboard, the wheel and
+// an input method do to the text, and what it then asks of its note.
 #include "note/NoteEditor.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ constexpr WPARAM kLineFeed = 10;
 constexpr WPARAM kEscape = 27;
 constexpr WPARAM kCtrlBackspace = 0x7F;
 
-/// A note that takes what comes, up to a number of bytes in a double-byte page.
+/// A note that accepts any text up to a number of bytes in a double-byte code page.
 class FakeNote final : public NoteEditorHost {
 public:
     bool fits(Edited, const Text& text) const override { return encodedLength(kanaPage(), text) <= bytes; }
@@ -82,7 +82,7 @@ protected:
         DestroyWindow(parent);
     }
 
-    /// Opens the editor over this text, with this selection.
+    /// Opens the editor with this text and this selection.
     void open(const Text& text, std::size_t from, std::size_t to, Edited what = Edited::Body) {
         ASSERT_TRUE(
             editor.open({&note, parent, what, text, {4, 21, 200, 121}, look.body.get(), HWND_TOP, 0}));
@@ -131,7 +131,7 @@ protected:
     HWND parent = nullptr;
 };
 
-/// Puts data on the clipboard in these forms.
+/// Puts data on the clipboard in several formats.
 void copy(std::initializer_list<std::pair<UINT, std::string>> forms) {
     for (int tries = 0; tries < 50 && OpenClipboard(nullptr) == FALSE; ++tries)
         pumpFor(20);
@@ -238,17 +238,17 @@ TEST_F(Editing, CtrlBackspaceDeletesTheWordBeforeTheCaret) {
     EXPECT_EQ(text(), u" and bread");
     EXPECT_EQ(selection(), (TextRange{0, 0}));
     character(kCtrlBackspace);
-    EXPECT_EQ(text(), u" and bread") << "nothing stands before it";
+    EXPECT_EQ(text(), u" and bread") << "there is no word before it";
     SendMessageW(control(), EM_SETSEL, 1, 5);
     character(kCtrlBackspace);
-    EXPECT_EQ(text(), u" bread") << "what is selected, no more";
+    EXPECT_EQ(text(), u" bread") << "only what is selected";
     editor.end(true);
     openAtEnd(u"a title", Edited::Title);
     character(kCtrlBackspace);
     EXPECT_EQ(text(), u"a ");
 }
 
-TEST_F(Editing, ALineBreakThatNoKeyTypedIsOne) {
+TEST_F(Editing, ALineBreakThatNoKeyTypedIsInserted) {
     openAtEnd(u"");
     type(u"a\rb\nc\r\nd");
     EXPECT_TRUE(editor.isOpen());
@@ -286,7 +286,7 @@ TEST_F(Editing, WhatDoesNotFitLeavesCaretSelectionAndUndo) {
     EXPECT_EQ(selection(), (TextRange{3, 3}));
     EXPECT_TRUE(canUndo());
     undo();
-    EXPECT_EQ(text(), u"ab\u3042cd") << "the letter before can still be taken back";
+    EXPECT_EQ(text(), u"ab\u3042cd") << "the letter typed before can still be undone";
     note.bytes = 6;
     SendMessageW(control(), EM_SETSEL, 0, 1);
     type(u"\u3044");
@@ -297,11 +297,11 @@ TEST_F(Editing, WhatDoesNotFitLeavesCaretSelectionAndUndo) {
     EXPECT_EQ(text(), u"ab\u3044cd") << "what it replaces makes room";
 }
 
-TEST_F(Editing, ALetterOfTwoHalvesIsTypedWholeOrNot) {
+TEST_F(Editing, ALetterOfTwoHalvesIsTypedWholeOrNotAtAll) {
     openAtEnd(u"");
     type(u"a\U0001F600b");
     EXPECT_EQ(text(), u"a\U0001F600b");
-    note.bytes = 4;  // two bytes are left, and it needs as many as the page gives it question marks
+    note.bytes = 4;  // two bytes are left, and the page makes two question marks of it
     type(u"\U0001F600");
     EXPECT_EQ(text(), u"a\U0001F600b");
     character(0xD83D);
@@ -330,7 +330,7 @@ TEST_F(Editing, TakesLettersFromRightToLeft) {
     type(u"\u05D0");
     editor.end(true);
     EXPECT_EQ(note.kept, u"\u05E9\u05DC\u05D5\u05DD \u0633\u0644\u0627\u0645 \u05D0")
-        << "in the order of typing";
+        << "in the order in which they were typed";
 }
 
 TEST_F(Editing, LetsTheNoteHaveItsKeysFirst) {
@@ -361,22 +361,22 @@ TEST_F(Editing, APasteThatIsCutSaysSo) {
     listenForBalloons();
     copyText(u"\u3042\u3044\u3046\u3048\u304A");
     SendMessageW(control(), WM_PASTE, 0, 0);
-    EXPECT_EQ(text(), u"a\u3042\u3044\u3046\u3048b") << "eight bytes beside two";
+    EXPECT_EQ(text(), u"a\u3042\u3044\u3046\u3048b") << "eight bytes besides the two";
     EXPECT_EQ(balloons, 1);
     EXPECT_EQ(balloonText, u"The note can hold no more text.");
     SendMessageW(control(), WM_PASTE, 0, 0);
     EXPECT_EQ(text(), u"a\u3042\u3044\u3046\u3048b");
-    EXPECT_EQ(balloons, 2) << "also when nothing fits";
+    EXPECT_EQ(balloons, 2) << "even when nothing fits";
     character(22);
     EXPECT_EQ(balloons, 3) << "by key as well";
     note.bytes = 20;
     SendMessageW(control(), WM_PASTE, 0, 0);
     EXPECT_EQ(text(), u"a\u3042\u3044\u3046\u3048\u3042\u3044\u3046\u3048\u304Ab");
-    EXPECT_EQ(balloons, 3) << "a whole one says nothing";
+    EXPECT_EQ(balloons, 3) << "a paste that fits says nothing";
     stopListening();
 }
 
-TEST_F(Editing, PastesTheTextOfWhatWasCopiedWithItsLooks) {
+TEST_F(Editing, PastesTheTextOfWhatWasCopiedWithFormatting) {
     const UINT rich = RegisterClipboardFormatW(L"Rich Text Format");
     const UINT html = RegisterClipboardFormatW(L"HTML Format");
     copy({{rich, "{\\rtf1\\b bold\\b0}"}, {html, "<b>bold</b>"}, {CF_UNICODETEXT, unitsOf(u"bold")}});
@@ -385,7 +385,7 @@ TEST_F(Editing, PastesTheTextOfWhatWasCopiedWithItsLooks) {
     EXPECT_EQ(text(), u"bold");
     copy({{rich, "{\\rtf1 only looks}"}});
     SendMessageW(control(), WM_PASTE, 0, 0);
-    EXPECT_EQ(text(), u"bold") << "nothing that could be pasted";
+    EXPECT_EQ(text(), u"bold") << "there was nothing to paste";
 }
 
 TEST_F(Editing, TextFromAnotherProgramHasToFitToo) {
@@ -424,7 +424,7 @@ TEST_F(Editing, TheWheelScrolls) {
 
 // --- Input methods ----------------------------------------------------------------------------------------
 
-TEST_F(Editing, TakesWhatAnInputMethodStillComposes) {
+TEST_F(Editing, KeepsWhatAnInputMethodIsStillComposing) {
     openAtEnd(u"milk ");
     const HIMC context = ImmGetContext(control());
     ASSERT_NE(context, nullptr);
@@ -432,7 +432,7 @@ TEST_F(Editing, TakesWhatAnInputMethodStillComposes) {
     ImmSetCompositionStringW(context, SCS_SETSTR, composing, 4 * sizeof(wchar_t), nullptr, 0);
     const LONG pending = ImmGetCompositionStringW(context, GCS_COMPSTR, nullptr, 0);
     ImmReleaseContext(control(), context);
-    if (pending <= 0) GTEST_SKIP() << "there is no input method here that composes";
+    if (pending <= 0) GTEST_SKIP() << "no input method here can compose";
     editor.end(true);
     EXPECT_EQ(note.kept, u"milk kana");
 }
@@ -445,7 +445,7 @@ TEST_F(Editing, KeysOfAnInputMethodEndNothing) {
 
 // --- The draft --------------------------------------------------------------------------------------------
 
-TEST_F(Editing, PutsADraftAwayAtMostOnceASecond) {
+TEST_F(Editing, SavesADraftAtMostOnceASecond) {
     openAtEnd(u"");
     Text typed;
     for (int i = 0; note.drafts.size() < 3 && i < 2000; ++i) {
@@ -458,10 +458,10 @@ TEST_F(Editing, PutsADraftAwayAtMostOnceASecond) {
     EXPECT_GE(note.draftTimes[1] - note.draftTimes[0], 950U);
     EXPECT_GE(note.draftTimes[2] - note.draftTimes[1], 950U);
     character(u'y');
-    EXPECT_EQ(note.drafts.size(), 3U) << "never from inside the typing";
+    EXPECT_EQ(note.drafts.size(), 3U) << "never while a key is being handled";
     editor.end(true);
     pumpFor(1200);
-    EXPECT_EQ(note.drafts.size(), 3U) << "nothing comes after the end";
+    EXPECT_EQ(note.drafts.size(), 3U) << "nothing is saved after the end";
     EXPECT_EQ(note.dropped, 1);
 }
 

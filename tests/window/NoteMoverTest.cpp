@@ -1,4 +1,4 @@
-// What moves a note beside the user's own drag, and what becomes of it when the desk changes.
+// What moves a note besides the user's own drag, and what becomes of it when the desk changes.
 #include "note/bas_GetWorkArea.h"
 #include "tests/window/TestNotes.h"
 
@@ -6,7 +6,7 @@ namespace {
 
 class MovedNotes : public InBothStores {
 protected:
-    /// As a tool for windows, or Windows itself, moves a window.
+    /// Moves the window as another program, or Windows itself, would.
     static void moveByOthers(const fpost& note, LONG left, LONG top) {
         SetWindowPos(note.hwnd, nullptr, static_cast<int>(left), static_cast<int>(top), 0, 0,
                      SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -20,7 +20,7 @@ protected:
         return {desk.desk->look.px(Twips{stored.x}), desk.desk->look.px(Twips{stored.y})};
     }
     static bool isAt(const POINT& at, int left, int top) { return at.x == left && at.y == top; }
-    /// Lets messages through until the condition holds, at most for some seconds.
+    /// Processes messages until the condition holds, for some seconds at most.
     template <class Condition>
     static bool waitFor(Condition condition) {
         for (int tries = 0; tries < 500 && !condition(); ++tries)
@@ -36,7 +36,7 @@ TEST_P(MovedNotes, AMoveByTheSystemsMenuIsStoredWhenItEnds) {
     fpost& note = desk->note(1);
     SendMessageW(note.hwnd, WM_ENTERSIZEMOVE, 0, 0);
     moveByOthers(note, 333, 222);
-    EXPECT_EQ(desk->stored(1).x, 1500) << "it goes on";
+    EXPECT_EQ(desk->stored(1).x, 1500) << "the move is not over";
     moveByOthers(note, 345, 234);
     SendMessageW(note.hwnd, WM_EXITSIZEMOVE, 0, 0);
     EXPECT_TRUE(isAt(storedCorner(*desk), 345, 234));
@@ -45,8 +45,8 @@ TEST_P(MovedNotes, AMoveByTheSystemsMenuIsStoredWhenItEnds) {
     EXPECT_TRUE(isAt(corner(note), 345, 234));
 }
 
-/// Where Windows drags outlines, the window itself is moved at the end only; whether that is before or after
-/// the message about the end, is not said.
+/// Where Windows drags outlines, it moves the window itself only at the end. It does not say whether that
+/// comes before or after the message about the end.
 TEST_P(MovedNotes, ANoteDraggedAsAnOutlineIsStoredWithItsSnappedPlace) {
     GlobalSettings settings;
     settings.EasyAlign = true;
@@ -108,7 +108,7 @@ TEST_P(MovedNotes, AChangeOfTheDeskWaitsForTheEndOfAMove) {
         SendMessageW(note.hwnd, WM_ENTERSIZEMOVE, 0, 0);
         moveByOthers(note, 500, 400);
         SendMessageW(note.hwnd, message, 0, 0);
-        EXPECT_TRUE(isAt(corner(note), 500, 400)) << "the note is in the user's hand";
+        EXPECT_TRUE(isAt(corner(note), 500, 400)) << "the user is still holding the note";
         moveByOthers(note, 90000, 400);
         SendMessageW(note.hwnd, WM_EXITSIZEMOVE, 0, 0);
         EXPECT_GT(desk->stored(1).x, 90000) << "where it was put";
@@ -139,7 +139,7 @@ TEST_P(MovedNotes, ANoteShownSmallerWhereItCanBeReachedMovesAndStoresNoOther) {
     const auto desk = run({plainNote(u"a"), plainNote(u"b"), plainNote(u"c")}, settings);
     const POINT place = corner(desk->note(2));
     const int before = changesOf(*desk);
-    desk->note(1).record.height = 300000;  // as on a desk that was larger before
+    desk->note(1).record.height = 300000;  // as from a desk that was larger
     for (const UINT message : kDeskMessages)
         SendMessageW(desk->note(1).hwnd, message, 0, 0);
     const RECT rect = rectOf(desk->note(1).hwnd);
@@ -164,7 +164,7 @@ TEST_P(MovedNotes, WhatWindowsMovesWhenAMonitorGoesKeepsItsStoredPlace) {
     EXPECT_EQ(note.record.x, 90000);
 }
 
-TEST_P(MovedNotes, APenThatRestsOnTheGripIsNoRightClick) {
+TEST_P(MovedNotes, APenHeldOnTheGripIsNoRightClick) {
     const auto desk = run({plainNote(u"a")});
     constexpr UINT kQueryGestures = 0x02CC;
     constexpr LRESULT kNoPressAndHold = 1;

@@ -1,5 +1,5 @@
-// What notes look like on the screen: whatever was drawn before a note, in whatever order, it looks as if it
-// were alone; and a title is cut exactly when there is no room for it.
+// What notes look like on the screen: whatever was drawn before it, and in whatever order, a note looks as if
+// it were alone; and a title is cut exactly when there is no room for it.
 #include "note/NotePainter.h"
 
 #include <array>
@@ -18,7 +18,7 @@ struct Picture {
     bool operator==(const Picture&) const = default;
 };
 
-/// What a window shows now, its children included.
+/// What a window currently shows, including its children.
 Picture pictureOf(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
@@ -44,7 +44,7 @@ Picture pictureOf(HWND window) {
 }
 
 void draw(const fpost& note) {
-    SendMessageW(note.hwnd, WM_NCACTIVATE, FALSE, 0);  // all of them alike: the keyboard is elsewhere
+    SendMessageW(note.hwnd, WM_NCACTIVATE, FALSE, 0);  // so that all look alike: the keyboard is elsewhere
     RedrawWindow(note.hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
@@ -72,8 +72,8 @@ NoteRecord noteWith(std::size_t kind) {
     return note;
 }
 
-/// The rectangle around everything in a note's body that is not ground, beside the grip; empty when there is
-/// nothing.
+/// The rectangle around everything in a note's body that is not background, leaving out the grip; empty when
+/// there is nothing.
 RECT inkOf(const fpost& note, const Picture& picture) {
     RECT ink{picture.width, picture.height, 0, 0};
     const std::uint32_t ground = picture.at(picture.width - 1, picture.height - 1);
@@ -102,7 +102,7 @@ TEST(NotesSideBySide, EachLooksAsIfItWereAlone) {
         order[i] = i;
     std::mt19937 random(7);
     std::size_t differ = 0;
-    // Each behind each other one, and all in shuffled orders.
+    // Each after every other one, and then all in shuffled orders.
     for (std::size_t first = 0; first < order.size(); ++first) {
         for (std::size_t second = 0; second < order.size(); ++second) {
             draw(*desk.desk->Notes[first]);
@@ -238,7 +238,7 @@ TEST_P(TitleOfANote, WidensItExactlyWhenItWouldBeCut) {
             note.Titolo(title);
             note.CheckTitleWidth();
             EXPECT_EQ(note.pWidth() > 2910, width > room) << width << " in " << room;
-            // Whichever: all of it is there, as in a note that has any amount of room.
+            // In either case the whole title is there, as in a note with any amount of room.
             desk->note(2).Titolo(title);
             draw(note);
             draw(desk->note(2));

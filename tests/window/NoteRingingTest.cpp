@@ -1,5 +1,5 @@
-// A note's alarm on a live desktop, in both stores: counting down, ringing, what ends it, and a clock that is
-// set.
+// A note's alarm on a live desktop, in both stores: counting down, ringing, what ends it, and changes of the
+// clock.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -69,7 +69,7 @@ TEST(AlarmTimer, FlashesByItselfAndTheSoundComesAgainAfterThreeSeconds) {
     note.alarm.silence();
 }
 
-/// Whether the program's own timer brings a strip to this text.
+/// Whether the program's own timer makes a strip show this text.
 bool comesTo(const fpost& note, const std::string& text) {
     const ULONGLONG end = GetTickCount64() + 20000;
     while (strip(note) != text && GetTickCount64() < end && pumpFor(5)) {
@@ -125,7 +125,7 @@ TEST_P(Alarm, TheWhiteOfTheFlashIsNeverStored) {
 
 // --- The click that ends it -------------------------------------------------------------------------------
 
-TEST_P(Alarm, AnAlarmThatCameOnceTakesItsNoteAlongWithoutAQuestion) {
+TEST_P(Alarm, AnAlarmThatRingsOnceTakesItsNoteAlongWithoutAQuestion) {
     const auto desk = ringing({once(u"a")});
     desk->desk->NewNote();
     const HWND window = desk->note(1).hwnd;
@@ -167,7 +167,7 @@ TEST_P(Alarm, ANoteToBeKeptStaysAndDoesNotRingAtTheNextStart) {
 TEST_P(Alarm, ANoteThatCouldNotBeReadIsSilencedAndStays) {
     const auto desk = ringing({once(u"a")});
     desk->note(1).record.readOnly = true;
-    EXPECT_FALSE(desk->note(1).SoundStop()) << "it did not go";
+    EXPECT_FALSE(desk->note(1).SoundStop()) << "the note must stay";
     EXPECT_FALSE(desk->note(1).Alarming());
     ASSERT_EQ(desk->desk->Count(), 1);
 }
@@ -215,20 +215,20 @@ TEST_P(Alarm, AStoreThatRefusesDoesNotStopItFromGoingOn) {
     EXPECT_EQ(desk->stored(2).alarmtime, u"13:00:10");
 }
 
-TEST_P(Alarm, WhetherItRecursIsAskedOfTheStore) {
+TEST_P(Alarm, AsksTheStoreWhetherItRecurs) {
     const auto desk = ringing({once(u"a"), every(u"b", u"eachday")});
     NoteRecord daily = desk->stored(1);
     daily.alarmdate = u"*";
     daily.interval = u"eachday";
     EXPECT_TRUE(desk->desk->store.set(1, daily, everyField()));
     press(desk->note(1).pic_time);
-    ASSERT_EQ(desk->desk->Count(), 2) << "another program made it come every day";
+    ASSERT_EQ(desk->desk->Count(), 2) << "another program has made it a daily one";
     EXPECT_EQ(desk->note(1).alarm.rule.due, later(kSecondsPerDay));
 
     desk->folder.locked.insert(Text(kNoteFile));
     desk->registry.locked.insert(u"kardel-2");
     press(desk->note(2).pic_time);
-    ASSERT_EQ(desk->desk->Count(), 2) << "a store that cannot be read makes no alarm end";
+    ASSERT_EQ(desk->desk->Count(), 2) << "a store that cannot be read must not end an alarm";
     EXPECT_EQ(desk->note(2).alarm.rule.due, later(kSecondsPerDay));
 }
 
@@ -266,7 +266,7 @@ TEST_P(Alarm, FiftyMissedAlarmsAllRingAndAllGo) {
     EXPECT_EQ(desk->silences, kMaxNotes);
 }
 
-// --- A note that rings is seen ---------------------------------------------------------------------------
+// --- A note that rings is in sight ------------------------------------------------------------------------
 
 bool onTop(const fpost& note) {
     return (GetWindowLongPtrW(note.hwnd, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
@@ -376,7 +376,7 @@ TEST_P(Alarm, WhileItsTextIsEditedTheStripComesUpToBePressed) {
     EXPECT_EQ(desk->stored(1).Nota, u"kept");
 }
 
-// --- Windows has no timer left ----------------------------------------------------------------------------
+// --- Windows refuses a timer ------------------------------------------------------------------------------
 
 TEST_P(Alarm, WithoutATimerOfItsOwnTheDeskTicksAllTheSame) {
     const auto desk = run({plainNote(u"a")}, keeping());
@@ -397,8 +397,8 @@ TEST_P(Alarm, WithoutATimerOfItsOwnTheDeskTicksAllTheSame) {
     while (!note.Alarming() && GetTickCount64() < end && pumpFor(5)) {
     }
     EXPECT_TRUE(note.Alarming());
-    EXPECT_GE(refused, 2) << "it is asked for again and again";
-    EXPECT_LT(refused, 40) << "at each tick";
+    EXPECT_GE(refused, 2) << "it asks again and again";
+    EXPECT_LT(refused, 40) << "once per tick";
     note.SoundStop();
 }
 
@@ -543,13 +543,13 @@ TEST_P(Alarm, ANoteBeingEditedRingsAndIsStoppedOnceTheTextIsKept) {
 
 // --- The clock --------------------------------------------------------------------------------------------
 
-TEST_P(Alarm, AClockPutRightIsFollowedAtTheNextTick) {
+TEST_P(Alarm, ACorrectedClockIsFollowedAtTheNextTick) {
     const auto desk = run({every(u"a", u"eachday"), weekly(u"b", 1), repeating(u"c", 1, u"dd")});
     desk->setClock(later(365 * kSecondsPerDay + 1));
     desk->desk->Tick();
     EXPECT_EQ(desk->sounds, 0) << "Windows may be about to say that the clock was set";
     desk->desk->Tick();
-    EXPECT_EQ(desk->sounds, 3) << "it says nothing: the machine slept";
+    EXPECT_EQ(desk->sounds, 3) << "it did not: the machine was asleep";
     for (int n = 1; n <= 3; ++n)
         press(desk->note(n).pic_time);
     EXPECT_EQ(desk->stored(3).alarmdate, u"16/06/2027");
@@ -563,7 +563,7 @@ TEST_P(Alarm, AClockPutRightIsFollowedAtTheNextTick) {
     EXPECT_EQ(desk->stored(3).alarmdate, u"15/06/2026");
 }
 
-TEST_P(Alarm, WhatAClockThatWasSetFarForwardPassedDoesNotRing) {
+TEST_P(Alarm, WhatAClockSetFarForwardSkippedDoesNotRing) {
     const auto desk = run({every(u"a", u"eachday"), weekly(u"b", 1), once(u"c")});
     for (const bool tickFirst : {false, true}) {
         desk->setClock({desk->clock.at.seconds + 8 * kSecondsPerDay + 4 * 3600});
@@ -572,11 +572,11 @@ TEST_P(Alarm, WhatAClockThatWasSetFarForwardPassedDoesNotRing) {
         desk->desk->Tick();
         EXPECT_FALSE(desk->note(1).Alarming() || desk->note(2).Alarming()) << tickFirst;
         EXPECT_LT(desk->clock.at, *desk->note(2).alarm.rule.due) << tickFirst;
-        EXPECT_TRUE(desk->note(3).Alarming()) << "it comes once";
+        EXPECT_TRUE(desk->note(3).Alarming()) << "it would have rung only once";
     }
 }
 
-TEST_P(Alarm, AClockSetForwardRingsWhatItJumpedOver) {
+TEST_P(Alarm, AClockSetALittleForwardRingsWhatItSkipped) {
     const auto desk = run({once(u"a"), weekly(u"b", 1), repeating(u"c", 1, u"hh")});
     desk->clock = {later(2 * 3600 + 60), 0};
     tick(*desk);

@@ -1,5 +1,5 @@
-// What a user does to the program's dialog while its own loop runs: steps on a timer, each as soon as the
-// window is ready for it.
+// Plays a user of the program's dialog while the dialog's own loop runs: steps on a timer, each as soon as
+// the window is ready for it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 
 #include "note/fmsg.h"
 
-/// Steps that wait for their condition, whichever modal loop runs meanwhile.
+/// Steps that each wait for a condition, whichever modal loop is running.
 class Script {
 public:
     using Condition = std::function<bool()>;
@@ -23,7 +23,7 @@ public:
     ~Script() {
         KillTimer(nullptr, timer_);
         running = nullptr;
-        EXPECT_TRUE(steps_.empty()) << "the dialog was answered before the script was through";
+        EXPECT_TRUE(steps_.empty()) << "the dialog was answered before the script was finished";
     }
     Script(const Script&) = delete;
     Script& operator=(const Script&) = delete;

@@ -1,4 +1,4 @@
-// What opening a file or a link answers, and what the shell finds in the thread that opens it.
+// Opening files and links: what the call answers, and what the shell finds in the thread that makes it.
 #include "note/ShellExecuteExt.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What a running copy holds, and where: one copy a session, one on a store whoever's session it is.
+// What a running copy claims: one copy per session, and one per store across all sessions.
 #include "core/SingleInstance.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@
 
 namespace {
 
-struct Entry {  // as NtQueryDirectoryObject answers it
+struct Entry {  // what NtQueryDirectoryObject returns
     UNICODE_STRING name, type;
 };
 
@@ -28,7 +28,7 @@ Function systemFunction(const char* name) {
     return std::bit_cast<Function>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name));
 }
 
-/// Names of the program's objects that every session of the machine sees.
+/// Names of the program's objects that are visible to every session of the machine.
 std::vector<std::wstring> namesForEverybody() {
     constexpr ULONG kQuery = 1;
     constexpr std::size_t kRoom = 4096;
@@ -70,17 +70,17 @@ TEST(SingleInstance, AFolderIsTakenOnceHoweverItIsSpelt) {
     EXPECT_FALSE(claimStore(second, false, u"c:\\NOTES \u00e4\u6f22\\"));
     EXPECT_TRUE(claimStore(second, false, u"C:\\Other notes\\"));
     const std::vector<std::wstring> names = namesForEverybody();
-    EXPECT_EQ(names.size(), 2U) << "all sessions see who works on a folder";
+    EXPECT_EQ(names.size(), 2U) << "all sessions must see that the folder is in use";
     EXPECT_TRUE(std::all_of(names.begin(), names.end(),
                             [](const std::wstring& name) { return name.starts_with(L"Kardel.Folder."); }));
 }
 
-/// Wine knows a folder with a drive letter of its own by that letter alone.
+/// Wine knows a folder that has a drive letter only by that letter.
 bool underWine() {
     return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
-/// Another drive letter for a folder, as long as it lives.
+/// Gives a folder a drive letter as long as this exists.
 struct Drive {
     const Text& folder;
     explicit Drive(const Text& over) : folder(over) {
@@ -108,7 +108,7 @@ TEST(SingleInstance, AFolderIsTakenOnceHoweverItIsReached) {
     }
 }
 
-/// A mutex that another user made, and lets nobody else open.
+/// A mutex as another user makes it, which nobody else may open.
 UniqueHandle foreignMutex(const std::wstring& name) {
     ACL nobody{};
     SECURITY_DESCRIPTOR descriptor{};
@@ -139,7 +139,7 @@ TEST(SingleInstance, ACopyThatMayNotBeAskedCountsAsRunning) {
     EXPECT_FALSE(claimStore(copy, false, folder.path));
 }
 
-TEST(ProgramFolder, BelowTheFolderForTemporaryFilesIsFoundOutHoweverItIsReached) {
+TEST(ProgramFolder, IsRecognisedAsTemporaryHoweverItIsReached) {
     const TestFolder folder(u"Kardel from inside a zip");
     EXPECT_TRUE(isTemporaryFolder(folder.path));
     EXPECT_TRUE(isTemporaryFolder(lowered(folder.path)));
@@ -151,7 +151,7 @@ TEST(ProgramFolder, BelowTheFolderForTemporaryFilesIsFoundOutHoweverItIsReached)
     EXPECT_FALSE(isTemporaryFolder(u"C:\\no such folder\\"));
 }
 
-/// An environment in which nobody says where temporary files belong.
+/// An environment that does not say where temporary files belong.
 struct NoTemporary {
     std::vector<std::pair<const wchar_t*, std::wstring>> before;
     NoTemporary() {
@@ -170,7 +170,7 @@ struct NoTemporary {
     NoTemporary& operator=(const NoTemporary&) = delete;
 };
 
-TEST(ProgramFolder, NothingIsTemporaryWhereNobodySaysSo) {
+TEST(ProgramFolder, IsNotTemporaryWhereNoFolderForThatIsNamed) {
     const TestFolder folder(u"KardelSomewhere");
     const NoTemporary nobody;
     EXPECT_FALSE(isTemporaryFolder(folder.path));
@@ -181,7 +181,7 @@ TEST(SingleInstance, AUsersRegistryIsTakenOnceWhateverTheFolder) {
     SingleInstance second;
     EXPECT_TRUE(claimStore(first, true, u"C:\\one\\"));
     EXPECT_FALSE(claimStore(second, true, u"C:\\two\\"));
-    EXPECT_TRUE(claimStore(second, false, u"C:\\one\\")) << "the folder's notes are others";
+    EXPECT_TRUE(claimStore(second, false, u"C:\\one\\")) << "the folder holds other notes";
     first = {};
     EXPECT_TRUE(claimStore(second, true, u"C:\\two\\"));
 }

@@ -1,5 +1,5 @@
-// A whole desk inside the test's own process: the real collection, notes and hidden tray window over stores
-// in memory, with a clock that stands still until the test moves it.
+// A whole desk inside the test's own process: the real collection, notes and hidden tray window, over stores
+// in memory and with a clock that stands still until the test moves it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,9 +16,9 @@ struct TestNotes {
     MemoryFiles folder;
     MemorySettings registry;
     Now clock{instantOf({2026, 6, 15}, {12, 0, 0}), 0};  // a Monday
-    std::int64_t set = 0;                                ///< seconds by which the clock was set, not run
+    std::int64_t set = 0;                                ///< seconds that the clock was set by
     int sounds = 0;                                      ///< how often the alarm sound began
-    int silences = 0;                                    ///< how often it was ended
+    int silences = 0;                                    ///< how often it was stopped
     std::unique_ptr<basPost> desk = std::make_unique<basPost>();
 
     explicit TestNotes(bool useRegistry, std::vector<NoteRecord> notes, const GlobalSettings& settings = {}) {
@@ -35,11 +35,11 @@ struct TestNotes {
     TestNotes(const TestNotes&) = delete;
     TestNotes& operator=(const TestNotes&) = delete;
 
-    /// The program is gone without a word; a new one starts over the same stores.
+    /// Ends the program without a warning and starts a new one over the same stores.
     void killAndRestart() { open(killAndWait()); }
 
-    /// The same, but the new one has not come further than to its tray window. Answers how many notes it
-    /// would load.
+    /// The same, but the new one has got no further than its tray window. Returns how many notes it would
+    /// load.
     int killAndWait() {
         const bool useRegistry = desk->store.kind() == StoreKind::Registry;
         const GlobalSettings settings = desk->settings;
@@ -56,7 +56,7 @@ struct TestNotes {
         return count;
     }
 
-    /// Sets the clock, in no time.
+    /// Sets the clock; no time passes.
     void setClock(Instant to) {
         set += to.seconds - clock.at.seconds;
         clock.at = to;
@@ -64,7 +64,7 @@ struct TestNotes {
 
     fpost& note(int number) { return *desk->Notes[static_cast<std::size_t>(number - 1)]; }
 
-    /// What a start would find for a note now.
+    /// What a start would now read for a note.
     NoteRecord stored(int number) {
         NoteRecord record;
         desk->store.load(number, record, desk->settings);
@@ -72,7 +72,7 @@ struct TestNotes {
     }
 
 private:
-    /// Answers the number of notes that the store holds.
+    /// Returns the number of notes that the store holds.
     int prepare(bool useRegistry, const GlobalSettings& settings) {
         desk->look = loadNoteLook();
         desk->settings = settings;
@@ -92,7 +92,7 @@ private:
     }
 };
 
-/// Refuses every change of both stores as long as it lives.
+/// Refuses every change of both stores as long as it exists.
 class FullDisk {
 public:
     explicit FullDisk(TestNotes& desk)
@@ -115,7 +115,7 @@ private:
     SharedChanges registry_;
 };
 
-/// A note of ordinary size and place, in twips.
+/// A note of ordinary size, at a place in twips.
 inline NoteRecord plainNote(TextView title, int x = 1500, int y = 1500) {
     NoteRecord note;
     note.Titolo = title;
@@ -156,7 +156,7 @@ inline int changesOf(const TestNotes& desk) {
     return desk.folder.changes->made + desk.registry.changes->made;
 }
 
-/// Keys that this thread sees held as long as it lives.
+/// Makes this thread see some keys held down as long as it exists.
 class HeldKeys {
 public:
     explicit HeldKeys(std::initializer_list<int> keys) {
@@ -175,14 +175,14 @@ private:
     BYTE before_[256]{};
 };
 
-/// A key and the character that it types (0: none), as they reach a window.
+/// Sends a key and the character that it types (0: none) as they reach a window.
 inline void typeKey(HWND window, WPARAM key, WPARAM character = 0) {
     SendMessageW(window, WM_KEYDOWN, key, 0);
     if (character != 0) SendMessageW(window, WM_CHAR, character, 0);
     SendMessageW(window, WM_KEYUP, key, 0);
 }
 
-/// A press and a release of the left button on a part of a note, in twips of the part.
+/// Presses and releases the left button on a part of a note, at a place in twips of the part.
 inline void click(const TestNotes& desk, HWND part, int x, int y) {
     const NoteLook& look = desk.desk->look;
     const LPARAM at = MAKELPARAM(look.px(Twips{x}), look.px(Twips{y}));

@@ -1,4 +1,4 @@
-// A tray over a collection that notes what it is asked to do.
+// A tray over a fake collection that records what it is asked to do.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,8 +13,7 @@
 #include "resources/resource.h"
 #include "support/Window.h"
 
-/// The collection as far as the tray knows it: answers with what the test sets, notes what it was asked to
-/// do.
+/// The collection as the tray knows it: answers with what the test sets and records what it is asked to do.
 class FakeDesk final : public TrayHost {
 public:
     TrayMenuState shown;
@@ -22,7 +21,7 @@ public:
     HWND box = nullptr;
     std::vector<UINT> fromBelow;  ///< messages that programs with fewer rights may send
     std::vector<std::string> calls;
-    std::function<void(const std::string& call)> instead;  ///< asked in place of noting the call
+    std::function<void(const std::string& call)> instead;  ///< called instead of recording the call
 
     FakeDesk() { shown.notes = 3; }
 
@@ -30,7 +29,7 @@ public:
     std::vector<Text> titles() const override { return noteTitles; }
     HWND openBox() const override { return box; }
     void letThrough(HWND window, UINT message) override {
-        EXPECT_EQ(GetWindowTextLengthW(window), 0) << "ahead of the title by which a second start finds it";
+        EXPECT_EQ(GetWindowTextLengthW(window), 0) << "before the title by which a second start finds it";
         fromBelow.push_back(message);
     }
     void newNote() override { note("new"); }
@@ -90,7 +89,7 @@ protected:
     }
     static LONG_PTR procedure(HWND window) { return GetWindowLongPtrW(window, GWLP_WNDPROC); }
     bool iconIsThere() const {
-        // Adding an icon that is there is refused.
+        // Adding an icon that is there already is refused.
         if (!TrayIconAdd(tray.hwnd)) return true;
         TrayIconDelete(tray.hwnd);
         return false;

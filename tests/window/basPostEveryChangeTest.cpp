@@ -1,4 +1,4 @@
-// What the user does to a live desk, ended and disturbed at every single change of the store behind it.
+// What the user does on a live desk, killed or refused at every single change of the store behind it.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -14,7 +14,7 @@ struct Operation {
     const char* name;
     std::function<void(TestNotes&)> prepare;
     std::function<void(TestNotes&)> run;
-    int removed = 0;  ///< number of the note that goes
+    int removed = 0;  ///< number of the note that is removed
 };
 
 void nothing(TestNotes&) {}
@@ -23,14 +23,14 @@ void type(HWND editor, LPCWSTR text) {
     SetWindowTextW(editor, text);
 }
 
-/// The quit message must not end the tests.
+/// Removes the quit message, which must not end the tests.
 void takeQuit() {
     MSG message{};
     while (PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != FALSE) {
     }
 }
 
-/// Note 2 rings.
+/// Makes note 2 ring.
 void ringNoteTwo(TestNotes& desk) {
     desk.clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
     desk.note(2).tmr_Timer();
@@ -145,7 +145,7 @@ struct WindowChanges : testing::TestWithParam<bool> {
         return notes;
     }
 
-    /// Takes the message about a failed save away before a box can come of it.
+    /// Removes the message about a failed save before it can open a box.
     static bool tookFailureReport(const TestNotes& desk) {
         MSG message{};
         bool told = false;
@@ -177,7 +177,7 @@ struct WindowChanges : testing::TestWithParam<bool> {
 };
 INSTANTIATE_TEST_SUITE_P(Stores, WindowChanges, testing::Bool(), storeName);
 
-TEST_P(WindowChanges, EndedAheadOfAnyOfThemNoNoteIsLostOrMixedUp) {
+TEST_P(WindowChanges, KilledBeforeAnyOfThemLoseOrMixUpNoNote) {
     for (const Operation& operation : operations()) {
         SCOPED_TRACE(operation.name);
         const auto desk = run(operation);
@@ -199,7 +199,7 @@ TEST_P(WindowChanges, EndedAheadOfAnyOfThemNoNoteIsLostOrMixedUp) {
     }
 }
 
-TEST_P(WindowChanges, RefusedAnyOfThemTheNextSuccessStoresWhatIsOnScreen) {
+TEST_P(WindowChanges, AreMadeUpForByTheNextSuccessWhenAnyIsRefused) {
     for (const Operation& operation : operations()) {
         SCOPED_TRACE(operation.name);
         for (int at = 0;; ++at) {
@@ -217,7 +217,7 @@ TEST_P(WindowChanges, RefusedAnyOfThemTheNextSuccessStoresWhatIsOnScreen) {
             ++tally.failed;
             const int expected = operation.removed > 0 ? count - 1 : count;
             EXPECT_GE(desk->desk->Count(), expected);
-            // Nobody is told of what only costs room in a file; all else is told.
+            // The user is told about everything but what merely wastes room in a file.
             const bool told = tookFailureReport(*desk);
             EXPECT_TRUE(told || foundIn(imageOf(*desk)) == onScreen(*desk));
             desk->desk->CommitEdits();

@@ -1,5 +1,5 @@
-// A new note on a live desktop session, in both stores: where it stands, what is stored, what it does to the
-// other notes and the commands.
+// New notes on a live desktop, in both stores: where they appear, what is stored, and what they change about
+// the other notes and the commands.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -14,7 +14,7 @@ namespace {
 class NewNote : public InBothStores {};
 INSTANTIATE_TEST_SUITE_P(Stores, NewNote, testing::Bool(), storeName);
 
-/// Answers the next dialog with its close box as soon as the message loop runs, and counts it.
+/// Closes the next dialog by its close box as soon as the message loop runs, and counts it.
 struct DialogCloser {
     static inline fmsg* dialog = nullptr;
     static inline int closed = 0;
@@ -57,7 +57,7 @@ TEST_P(NewNote, ANewNoteIsStoredAsItStands) {
     EXPECT_EQ(desk->desk->NoteSlots[1], &note);
 }
 
-/// Windows has no room for windows of one class.
+/// Makes Windows refuse windows of one class.
 class NoRoomFor {
 public:
     explicit NoRoomFor(std::wstring kind) {
@@ -88,7 +88,7 @@ int noteWindows() {
     return count;
 }
 
-TEST_P(NewNote, AWindowThatWindowsRefusesIsSaidAndLeavesNothingBehind) {
+TEST_P(NewNote, AWindowThatWindowsRefusesIsReportedAndLeavesNothingBehind) {
     const auto desk = run({plainNote(u"a")});
     wchar_t part[64]{};
     GetClassNameW(desk->note(1).lbl, part, 64);
@@ -109,7 +109,7 @@ TEST_P(NewNote, AWindowThatWindowsRefusesIsSaidAndLeavesNothingBehind) {
     EXPECT_EQ(desk->stored(2).Titolo, u"- 2 -");
 }
 
-TEST_P(NewNote, ANewNoteTakesTheSizeThatIsSetNow) {
+TEST_P(NewNote, ANewNoteHasTheSizeThatIsCurrentlySet) {
     const auto desk = run({plainNote(u"a")});
     const Settings settings = desk->registry.settings();
     ASSERT_TRUE(saveSetting(settings, u"setting", u"defaultwidth", u"4500"));
@@ -150,7 +150,7 @@ TEST_P(NewNote, TheFirstNoteAfterAllWereDeletedEnablesTheCommandsAgain) {
     EXPECT_EQ(desk->stored(1).Nota, u"");
 }
 
-TEST_P(NewNote, ANewNoteOnAHiddenDeskTurnsTheCaptionsAndLeavesTheOthersHidden) {
+TEST_P(NewNote, ANewNoteOnAHiddenDeskChangesTheCaptionsAndLeavesTheOthersHidden) {
     const auto desk = run({plainNote(u"a"), plainNote(u"b")});
     desk->desk->ToggleHideAll();
     ASSERT_TRUE(desk->desk->NewNote());
@@ -162,7 +162,7 @@ TEST_P(NewNote, ANewNoteOnAHiddenDeskTurnsTheCaptionsAndLeavesTheOthersHidden) {
     EXPECT_FALSE(desk->stored(1).closed);
 }
 
-TEST_P(NewNote, ANewNoteOnAnIconizedDeskTurnsTheCaptions) {
+TEST_P(NewNote, ANewNoteOnAnIconizedDeskChangesTheCaptions) {
     const auto desk = run({plainNote(u"a"), plainNote(u"b")});
     desk->desk->ToggleIconizeAll();
     ASSERT_TRUE(desk->desk->NewNote());
@@ -172,7 +172,7 @@ TEST_P(NewNote, ANewNoteOnAnIconizedDeskTurnsTheCaptions) {
     EXPECT_FALSE(desk->note(3).Iconized());
 }
 
-TEST_P(NewNote, WithAutomaticPositionASecondNoteStandsUnderTheFirst) {
+TEST_P(NewNote, WithAutomaticPositionASecondNoteGoesUnderTheFirst) {
     GlobalSettings settings;
     settings.AlignAll = true;
     const auto desk = run({plainNote(u"a", 4500, 3000)}, settings);

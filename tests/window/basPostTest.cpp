@@ -1,4 +1,4 @@
-// The collection on a live desktop session, in both stores: what its commands do to windows, flags and store.
+// The collection on a live desktop, in both stores: what its commands do to windows, flags and store.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -111,7 +111,7 @@ TEST_P(Collection, HideAllKeepsTheTextBeingTyped) {
     EXPECT_FALSE(desk->note(1).visible());
 }
 
-/// Notes 1 and 3 ring, both with an alarm that comes once.
+/// A desk on which notes 1 and 3 ring, both with an alarm that rings once.
 std::unique_ptr<TestNotes> ringing(bool useRegistry, bool keepThem) {
     GlobalSettings settings;
     settings.DontDeleteWhenPlay = keepThem;
@@ -165,7 +165,7 @@ TEST_P(Collection, ShowAllReachesTheNotesBehindOneThatGoesWithItsAlarm) {
     desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
     desk->note(1).tmr_Timer();
     ASSERT_TRUE(desk->note(1).Alarming());
-    desk->desk->HideAll(false);  // what a menu says that was open when the note rang
+    desk->desk->HideAll(false);  // as said by a menu that was open when the note rang
     pumpPending();
     ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"n2", u"n3"}));
     for (int n = 1; n <= 2; ++n) {
@@ -187,13 +187,13 @@ TEST_P(Collection, ACommandOfANotesMenuDoesWhatTheMenuSaid) {
     const NoteMenuInput own = desk->note(1).menuInput(desk->note(1).alarm.rule);
     const NoteMenuInput others = desk->note(2).menuInput(desk->note(2).alarm.rule);
     ASSERT_TRUE(own.iconized && others.allIconized);
-    // It rings, and is restored for it, while the menu is open.
+    // While the menu is open, the note rings and is restored for that.
     desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
     desk->note(1).tmr_Timer();
     ASSERT_FALSE(desk->note(1).Iconized());
     desk->note(1).postChosen(IDM_ICONIZE, own);  // "Restore"
     pumpPending();
-    ASSERT_EQ(desk->desk->Count(), 3) << "iconized again, it would be silenced and go";
+    ASSERT_EQ(desk->desk->Count(), 3) << "if it were iconized again, it would be silenced and deleted";
     EXPECT_FALSE(desk->note(1).Iconized());
     EXPECT_TRUE(desk->note(1).Alarming());
     desk->note(2).postChosen(IDM_ICONIZEALL, others);  // "Restore All"
@@ -302,11 +302,11 @@ TEST_P(Collection, ColumnsBeginWhereAHiddenFirstNoteWillBeShown) {
     SetWindowPos(desk->note(1).hwnd, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     desk->desk->ToggleAlignAll();
     EXPECT_EQ(desk->stored(2).x, desk->stored(1).x);
-    EXPECT_EQ(desk->stored(2).y, desk->stored(1).y + kIconizedHeight.n) << "not at the place of its window";
+    EXPECT_EQ(desk->stored(2).y, desk->stored(1).y + kIconizedHeight.n) << "and not under its hidden window";
     EXPECT_EQ(desk->stored(1).x, 300);
 }
 
-TEST_P(Collection, ThePlacesAreStoredForEveryReasonToLayOutAgain) {
+TEST_P(Collection, ThePlacesAreStoredWhateverMakesTheColumnsChange) {
     GlobalSettings settings;
     settings.AlignAll = true;
     const auto desk = run(manyNotes(3), settings);
@@ -361,7 +361,7 @@ TEST_P(Collection, BothAlignmentsStoredAsOnAreBothCheckedAndGrey) {
 
 // --- Use local files ---------------------------------------------------------------------------------------
 
-TEST(CollectionRegistry, AStoreThatRefusesWhatItHoldsAlreadyStaysTheChoice) {
+TEST(CollectionRegistry, ARefusedWriteOfAnUnchangedValueLeavesTheStoreChosen) {
     TestNotes desk(true, manyNotes(2), [] {
         GlobalSettings settings;
         settings.UseRegistry = true;
@@ -379,7 +379,7 @@ TEST(CollectionRegistry, AStoreThatRefusesWhatItHoldsAlreadyStaysTheChoice) {
     };
     {
         Script script(dialog);
-        script.when(shown(L"Use the local files?"), press(ID_BTN2));  // Cancel: the mark stays
+        script.when(shown(L"Use the local files?"), press(ID_BTN2));  // Cancel: the entry stays checked
         desk.desk->SwitchStore();
     }
     {
@@ -390,7 +390,7 @@ TEST(CollectionRegistry, AStoreThatRefusesWhatItHoldsAlreadyStaysTheChoice) {
         desk.desk->SwitchStore();
         pumpPending();
     }
-    desk.note(1).DeleteForm(true);  // writes the settings anew
+    desk.note(1).DeleteForm(true);  // writes the settings again
     EXPECT_EQ(desk.registry.text(u"setting", u"UseRegistry"), u"True");
 }
 
@@ -513,7 +513,7 @@ TEST_P(Collection, ASaveThatFailsAtLogOffIsToldOnlyWhenTheSessionGoesOn) {
         return box != nullptr && IsWindowVisible(box) != FALSE;
     };
     script.when(shown, [&] {
-        EXPECT_TRUE(asked) << "the log-off would have to wait for the answer";
+        EXPECT_TRUE(asked) << "otherwise the log-off would wait for the answer";
         PostMessageW(desk->desk->dialog.hwnd, WM_CLOSE, 0, 0);
     });
     pumpFor(100);
@@ -541,7 +541,7 @@ TEST_P(Collection, NoWindowOfADeletedNoteOutlivesTheDesk) {
     auto desk = run(manyNotes(2));
     const HWND gone = desk->note(1).hwnd;
     desk->note(1).DeleteForm(true);
-    ASSERT_TRUE(IsWindow(gone)) << "it goes from a message of its own";
+    ASSERT_TRUE(IsWindow(gone)) << "a message of its own destroys it";
     desk->desk->Teardown();
     EXPECT_FALSE(IsWindow(gone));
 }

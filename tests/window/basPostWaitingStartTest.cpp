@@ -1,12 +1,11 @@
-// A start that waits for the notification area, at log-on for example: its notes are not loaded yet, and
-// whatever ends it there leaves the stores as they are.
+// A start that is waiting for the notification area, for example at log-on: its notes are not loaded yet, and
+// whatever ends it then leaves the stores as they are.
 #include "resources/resource.h"
 #include "tests/window/TestNotes.h"
 
 namespace {
 
-/// Four registry notes of which the second is on its way out: a deletion that the last run did not live to
-/// end.
+/// Four registry notes, the second of which is being deleted: the last run was ended before it had finished.
 class WaitingStart : public testing::Test {
 protected:
     void SetUp() override {

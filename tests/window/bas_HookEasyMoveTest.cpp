@@ -1,4 +1,4 @@
-// The procedures that snap a window while it is dragged, called as the system's move loop calls them.
+// The procedures that snap a window while it is dragged, called in the way the system's move loop calls them.
 #include "note/bas_HookEasyMove.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ protected:
         if (IsWindow(window) != FALSE) DestroyWindow(window);
     }
 
-    /// What comes of a drag to this place.
+    /// The result of a drag to this place.
     RECT dragTo(int left, int top) {
         RECT rect{left, top, left + kWidth, top + kHeight};
         answer = SendMessageW(window, WM_MOVING, 0, reinterpret_cast<LPARAM>(&rect));
@@ -61,10 +61,10 @@ TEST_F(DraggedNote, SnapsToTheWorkAreaAndToOtherNotes) {
     const RECT away = dragTo(250, 330);
     EXPECT_EQ(away.left, 250);
     EXPECT_EQ(away.top, 330);
-    EXPECT_NE(answer, TRUE) << "unchanged, it is the system's own to answer";
+    EXPECT_NE(answer, TRUE) << "the answer to an unchanged place is the system's";
 }
 
-TEST_F(DraggedNote, OfAnAlignedDeskSnapsOnlyWithEasyAlignment) {
+TEST_F(DraggedNote, OnAnAlignedDeskSnapsOnlyWithEasyAlignment) {
     const PxRect work = GetWorkArea();
     for (const bool easy : {true, false}) {
         desk.easyAlign = easy;
@@ -79,11 +79,11 @@ TEST_F(DraggedNote, NeverBecomesSmallerStepByStep) {
     RECT rect{-30, -20, -30 + kWidth, -20 + kHeight};
     for (int step = 0; step < 100; ++step)
         SendMessageW(window, WM_MOVING, 0, reinterpret_cast<LPARAM>(&rect));
-    EXPECT_EQ(rect.right - rect.left, kWidth - work.left) << "the work area's own offset, once";
+    EXPECT_EQ(rect.right - rect.left, kWidth - work.left) << "shrunk by the work area's offset, once";
     EXPECT_EQ(rect.bottom - rect.top, kHeight - work.top);
 }
 
-TEST_F(DraggedNote, HasItsOwnProcedureForEverythingElseAndBackAfterwards) {
+TEST_F(DraggedNote, KeepsItsOwnProcedureForEverythingElseAndGetsItBack) {
     {
         const MoveHook hook(window, MoveHook::Kind::EasyMove, desk);
         EXPECT_NE(GetWindowLongPtrW(window, GWLP_WNDPROC), procedure);

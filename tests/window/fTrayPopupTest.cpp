@@ -1,4 +1,5 @@
-// The tray's menu while it is open: what it shows, and what choosing, leaving and other messages do then.
+// The tray's menu while it is open: what it shows, and what happens when an entry is chosen, the menu is
+// left, or something else comes between.
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -34,7 +35,7 @@ std::vector<Entry> entriesOf(HMENU menu) {
     return entries;
 }
 
-/// Looks at the popup while it is open, then does to it what a user would.
+/// Looks at the open popup, then does what a user would do to it.
 struct OpenPopup {
     std::vector<Entry> commands;
     std::vector<Entry> notes;
@@ -141,7 +142,7 @@ TEST_F(TrayPopup, ListsTheNotesAsTheyAreWhenItOpens) {
     EXPECT_NE(notes[0].state & MFS_GRAYED, 0U);
 }
 
-/// Windows of this thread in the order in which they become active.
+/// The windows of this thread, in the order in which they become active.
 std::vector<HWND>* activations = nullptr;
 LRESULT CALLBACK noteActivation(int code, WPARAM wp, LPARAM lp) {
     if (code == HCBT_ACTIVATE && activations != nullptr) activations->push_back(std::bit_cast<HWND>(wp));
@@ -176,7 +177,7 @@ TEST_F(TrayPopup, GivesTheKeyboardBackToAnOpenBox) {
     DestroyWindow(desk.box);
 }
 
-TEST_F(TrayPopup, LeavesTheKeyboardWhereTheUserTookIt) {
+TEST_F(TrayPopup, LeavesTheKeyboardWhereTheUserHasPutIt) {
     const HWND other = plainWindow();
     desk.shown.dialogOpen = true;
     desk.box = plainWindow();
@@ -203,8 +204,8 @@ TEST_F(TrayPopup, OpensTheNoteThatIsChosen) {
     EXPECT_EQ(desk.calls, Calls{"open 1"});
 }
 
-TEST_F(TrayPopup, DoesWhatItsEntrySaidAlsoWhenTheDeskHasChangedMeanwhile) {
-    // A note that rings while the menu is open is there again: not all notes are hidden any more.
+TEST_F(TrayPopup, DoesWhatItsEntrySaidEvenIfTheDeskHasChangedMeanwhile) {
+    // A note that rings while the menu is open comes back, so not all notes are hidden any more.
     desk.shown.allHidden = true;
     open({VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, [this] { desk.shown.allHidden = false; });
     EXPECT_EQ(desk.calls, Calls{"show all"});
@@ -238,7 +239,7 @@ TEST_F(TrayPopup, GoesBeforeABoxOpensOrTheProgramEnds) {
     for (const auto& c : cases) {
         desk.calls.clear();
         bool open = false;
-        // Escape comes after the message, and ends a menu that has not gone by itself.
+        // Escape comes after the message and closes a menu that has not gone by itself.
         this->open({VK_ESCAPE}, [&] {
             open = menuIsOpen();
             PostMessageW(tray.hwnd, c.message, c.wp, 0);

@@ -1,4 +1,4 @@
-// The tray window on a live desktop session: messages in, calls of the collection out.
+// The tray window on a live desktop: which messages become which calls of the collection.
 #include "core/fTray.h"
 
 #include <bit>
@@ -22,11 +22,11 @@ TEST_F(Tray, IsAHiddenTopLevelWindow) {
 TEST_F(Tray, TheStartCountsAnIconThatIsThereAsAdded) {
     EXPECT_FALSE(TrayIconAdd(tray.hwnd));
     EXPECT_TRUE(tray.addIcon());
-    mouse({WM_LBUTTONDOWN, WM_LBUTTONUP});  // still answered once, not once a try
+    mouse({WM_LBUTTONDOWN, WM_LBUTTONUP});  // still answered once, not once per try
     EXPECT_EQ(desk.calls, Calls{"default"});
 }
 
-/// The tray window as it was when it began to go.
+/// The state of the tray window when its destruction began.
 struct LastLook {
     HWND tray = nullptr;
     bool iconStillThere = true;
@@ -42,10 +42,10 @@ LRESULT CALLBACK lookAtTheEnd(int code, WPARAM wp, LPARAM lp) {
 }
 
 TEST_F(Tray, TheIconGoesBeforeTheWindowWhichHasItsProcedureBack) {
-    // The shell keeps the icon of a window that is gone until the mouse comes by.
+    // The shell keeps the icon of a destroyed window until the mouse passes over it.
     const HWND window = tray.hwnd;
     ASSERT_TRUE(iconIsThere());
-    ASSERT_NE(procedure(window), procedureOfForm) << "it is taken over while the icon is there";
+    ASSERT_NE(procedure(window), procedureOfForm) << "it has another procedure while the icon is there";
     LastLook end;
     end.tray = window;
     lastLook = &end;
@@ -56,7 +56,7 @@ TEST_F(Tray, TheIconGoesBeforeTheWindowWhichHasItsProcedureBack) {
     EXPECT_EQ(end.procedure, procedureOfForm);
     EXPECT_EQ(IsWindow(window), FALSE);
     EXPECT_EQ(tray.hwnd, nullptr);
-    tray.destroy();  // once more does no harm
+    tray.destroy();  // a second time does no harm
 }
 
 TEST_F(Tray, ProgramsWithFewerRightsReachItWithASecondStartAndANewTaskBar) {
@@ -66,7 +66,7 @@ TEST_F(Tray, ProgramsWithFewerRightsReachItWithASecondStartAndANewTaskBar) {
     EXPECT_EQ(desk.fromBelow, wanted) << "once is enough";
 }
 
-/// Windows refuses the tray window so many times.
+/// Makes Windows refuse the tray window a number of times.
 class RefusedWindows {
 public:
     explicit RefusedWindows(int times) {
@@ -139,7 +139,7 @@ TEST_F(Tray, OtherIconsAndOtherMouseMessagesDoNothing) {
 
 // --- A second start, a new task bar -----------------------------------------------------------------------
 
-TEST_F(Tray, ASecondStartIsToldThatThisCopyRuns) {
+TEST_F(Tray, ASecondStartIsToldThatThisCopyIsRunning) {
     post(WM_SECONDSTART, 0, 0);
     EXPECT_EQ(desk.calls, Calls{"already running"});
     EXPECT_TRUE(iconIsThere());
@@ -182,11 +182,11 @@ TEST_F(Tray, TheIconComesBackWithANewTaskBar) {
     ASSERT_TRUE(TrayIconDelete(tray.hwnd));
     post(RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
     EXPECT_TRUE(iconIsThere());
-    post(RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);  // there already: no word about it
+    post(RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);  // it is there already: nothing is logged
     EXPECT_EQ(desk.calls, Calls{});
 }
 
-/// A task bar in front of the real one: it takes no icon until it is told to.
+/// A task bar in front of the real one that takes no icon until it is told to.
 class SlowTaskBar {
 public:
     SlowTaskBar() {
@@ -235,7 +235,7 @@ TEST_F(Tray, ANewTaskBarThatTakesNoIconYetIsAskedUntilItDoes) {
     EXPECT_TRUE(comesTrue([&] { return bar.asked > before; }));
     const int taken = bar.asked;
     pumpFor(600);
-    EXPECT_EQ(bar.asked, taken) << "and no longer";
+    EXPECT_EQ(bar.asked, taken) << "but no longer";
     EXPECT_EQ(desk.calls, Calls{});
 }
 
@@ -308,9 +308,9 @@ TEST_F(Tray, TheEndOfTheSessionTakesTheIcon) {
     EXPECT_FALSE(iconIsThere());
 }
 
-TEST_F(Tray, AnInstallerThatWantsTheProgramGoneEndsIt) {
+TEST_F(Tray, AnInstallerThatAsksForTheEndGetsIt) {
     SendMessageW(tray.hwnd, WM_QUERYENDSESSION, 0, ENDSESSION_CLOSEAPP);
-    SendMessageW(tray.hwnd, WM_ENDSESSION, FALSE, ENDSESSION_CLOSEAPP);  // it has thought better of it
+    SendMessageW(tray.hwnd, WM_ENDSESSION, FALSE, ENDSESSION_CLOSEAPP);  // it has changed its mind
     pumpPending();
     EXPECT_EQ(desk.calls, Calls{"commit"});
     desk.calls.clear();

@@ -77,7 +77,7 @@ TEST_F(Fmsg, TabReachesTheOtherButton) {
     EXPECT_EQ(dialog.MsgBoxExt(u"Sure?", 36 + 256), IDYES);
 }
 
-TEST_F(Fmsg, EscapeAnswersAsTheCloseBox) {
+TEST_F(Fmsg, EscapeAnswersLikeTheCloseBox) {
     Script script(dialog);
     script.when(focused(ID_BTN1), [this] { key(VK_ESCAPE); });
     EXPECT_EQ(dialog.MsgBoxExt(u"Sure?", 1), IDCANCEL);
@@ -103,7 +103,7 @@ TEST_F(Fmsg, NotesCannotBeReachedWhileABoxIsOpen) {
 
 TEST_F(Fmsg, TheKeyboardGoesBackToWhereItWas) {
     const HWND note = addNote();
-    // A child: activating the note alone would give the keyboard to the note itself.
+    // A child window, as merely activating the note would give the keyboard to the note itself.
     const HWND editor = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 90, 30, note, nullptr,
                                         GetModuleHandleW(nullptr), nullptr);
     SetForegroundWindow(note);
@@ -280,7 +280,7 @@ TEST_F(Fmsg, TheEndOfTheProgramIsSeenByEveryLoop) {
 
 // --- About ------------------------------------------------------------------------------------------------
 
-TEST_F(Fmsg, AboutTellsTheVersionAndOffersItsLinks) {
+TEST_F(Fmsg, AboutSaysTheVersionAndOffersItsLinks) {
     Script script(dialog);
     script.when(shown("About"), [this] {
         EXPECT_EQ(text(ID_LBLMSG).find("Kardel - version 1.28.0\r\n\r\n"), 0U) << text(ID_LBLMSG);
@@ -348,7 +348,7 @@ TEST_F(Fmsg, AboutIsOpenOnlyOnce) {
     Script script(dialog);
     script.when(shown("About"), [this] {
         dialog.about();
-        EXPECT_TRUE(dialog.open()) << "it came forward and waits on";
+        EXPECT_TRUE(dialog.open()) << "it came forward and goes on waiting";
         click(ID_BTN1);
     });
     dialog.about();

@@ -1,5 +1,5 @@
-// The editor of a note's alarm on a live desktop, in both stores: what it shows of the note and what the note
-// becomes.
+// The alarm editor of a note on a live desktop, in both stores: what it shows of the note's alarm and what it
+// makes of it.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -45,7 +45,7 @@ TEST_P(AlarmEditor, OnANoteWithoutAnAlarmShowsTodayAndNow) {
         click(*desk, ID_BTNOK);
     });
     edit(*desk);
-    // Noon is past by now: the one time that it rings is at once.
+    // Noon has passed by now: the only time that it rings is at once.
     EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026");
     EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:00");
     tick(*desk);
@@ -184,7 +184,7 @@ TEST_P(AlarmEditor, ANoteThatGoesWhileItsEditorIsOpenTakesNothingFromItsNeighbou
     NoteRecord neighbour;
     Script script(desk->desk->dialog);
     script.when(opened(*desk), [&] {
-        EXPECT_TRUE(desk->note(1).SoundStop()) << "hiding all from the tray does that";
+        EXPECT_TRUE(desk->note(1).SoundStop()) << "which Hide All of the tray does, too";
         neighbour = desk->stored(1);
         scroll(*desk, ID_HORE, SB_LINERIGHT);
         click(*desk, ID_BTNOK);

@@ -1,4 +1,5 @@
-// An edit that is open when the program dies: its text is in the draft, and the next start ends the edit.
+// An edit that is open when the program dies: its text is in the draft, and the next start completes the
+// edit.
 #include <gtest/gtest.h>
 
 #include "storage/Draft.h"
@@ -9,7 +10,7 @@ namespace {
 
 constexpr DWORD kLongEnough = 1500;  // ms from the last key to the draft
 
-/// Lets messages through until it holds; a busy machine may need longer than the user ever would.
+/// Processes messages until the condition holds; a busy machine may take longer than any user would see.
 template <class Condition>
 bool comes(Condition condition) {
     constexpr int kTries = 100;
@@ -39,7 +40,7 @@ struct OpenEdit : testing::TestWithParam<bool> {
         }
         return false;
     }
-    /// Puts a draft there as another run left it.
+    /// Stores a draft as another run left it.
     void leave(const Draft& left) {
         if (GetParam()) {
             desk.registry.put(noteSection(left.number), kDraftKey, draftText(left));
@@ -48,7 +49,7 @@ struct OpenEdit : testing::TestWithParam<bool> {
         }
     }
 
-    /// Types at the end of an editor, and lets the draft be written.
+    /// Types at the end of an editor's text and waits until the draft is written.
     void type(HWND editor, const char16_t* text) {
         SendMessageW(editor, EM_SETSEL, 0x7FFFFFFF, 0x7FFFFFFF);
         SendMessageW(editor, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text));
@@ -65,7 +66,7 @@ struct OpenEdit : testing::TestWithParam<bool> {
         desk.registry.content = stores.settings;
         desk.killAndRestart();
     }
-    /// Both stores ahead of each change of `run`, and after it.
+    /// Both stores as they were before each change of `run`, and after the last.
     std::vector<Image> everyPointOf(const std::function<void()>& run) {
         const auto changes = std::make_shared<Changes>();
         desk.folder.changes = changes;
@@ -73,7 +74,8 @@ struct OpenEdit : testing::TestWithParam<bool> {
         return everyPoint(
             *changes, [this] { return image(); }, run);
     }
-    /// What was typed in note 2 is there after a start over each of them, whatever else is as it was.
+    /// Checks that after a start over each of them what was typed in note 2 is there, and everything else as
+    /// it was.
     void expectTypedIn(const std::vector<Image>& points) {
         for (std::size_t at = 0; at < points.size(); ++at) {
             SCOPED_TRACE("ended ahead of change " + std::to_string(at));
@@ -118,7 +120,7 @@ TEST_P(OpenEdit, LeavesNoDraftWhenItEndsEitherWay) {
     desk.note(1).CancelNote();
     EXPECT_FALSE(hasDraft());
     pumpFor(kLongEnough);
-    EXPECT_FALSE(hasDraft()) << "nothing of it comes later";
+    EXPECT_FALSE(hasDraft()) << "no draft may come later";
     for (const bool apply : {true, false}) {
         desk.note(1).EditCaption();
         type(desk.note(1).txtTitle(), u"!");
@@ -131,22 +133,22 @@ TEST_P(OpenEdit, LeavesNoDraftWhenItEndsEitherWay) {
     EXPECT_EQ(desk.stored(1).Titolo, u"a!");
 }
 
-TEST_P(OpenEdit, WhoseEndIsKilledAnywhereIsWhole) {
+TEST_P(OpenEdit, IsWholeWhereverItsEndIsKilled) {
     typeInBody(2);
     const std::vector<Image> points = everyPointOf([this] { desk.note(2).SaveNote(); });
-    EXPECT_GE(points.size(), 3U) << "stored, then the draft goes";
+    EXPECT_GE(points.size(), 3U) << "the text is stored, then the draft goes";
     expectTypedIn(points);
 }
 
-TEST_P(OpenEdit, WhoseStartIsKilledAnywhereIsEndedByTheNextOne) {
+TEST_P(OpenEdit, IsCompletedByTheNextStartWhereverOneIsKilled) {
     typeInBody(2);
     const Image killed = image();
     const std::vector<Image> points = everyPointOf([&] { restartOver(killed); });
-    EXPECT_GE(points.size(), 3U) << "stored, then the draft goes";
+    EXPECT_GE(points.size(), 3U) << "the text is stored, then the draft goes";
     expectTypedIn(points);
 }
 
-TEST_P(OpenEdit, ThatIsDroppedAndKilledStoresNothingOrIsKept) {
+TEST_P(OpenEdit, StoresNothingOrIsKeptWhenItsCancellingIsKilled) {
     typeInBody(2);
     const std::vector<Image> points = everyPointOf([this] { desk.note(2).CancelNote(); });
     ASSERT_EQ(points.size(), 2U);
@@ -155,7 +157,7 @@ TEST_P(OpenEdit, ThatIsDroppedAndKilledStoresNothingOrIsKept) {
     expectTypedIn({points.front()});
 }
 
-TEST_P(OpenEdit, ThatTheStoreRefusedStaysInTheDraft) {
+TEST_P(OpenEdit, StaysInTheDraftWhenTheStoreRefusedIt) {
     typeInBody(1);
     const SharedChanges refusing = std::make_shared<Changes>();
     refusing->failAt = 0;
@@ -177,7 +179,7 @@ TEST_P(OpenEdit, FollowsItsNoteToAnotherNumber) {
     EXPECT_EQ(desk.stored(1).Nota, u"body of b, and more");
 }
 
-TEST_P(OpenEdit, ThatIsDamagedIsIgnoredAndRemoved) {
+TEST_P(OpenEdit, IsIgnoredAndRemovedWhenItsDraftIsDamaged) {
     typeInBody(1);
     if (GetParam()) {
         desk.registry.put(u"kardel-1", kDraftKey, u"b12x and more");
@@ -189,13 +191,13 @@ TEST_P(OpenEdit, ThatIsDamagedIsIgnoredAndRemoved) {
     EXPECT_FALSE(hasDraft());
 }
 
-TEST_P(OpenEdit, OfANoteThatIsGoneOrAnotherNowIsIgnored) {
+TEST_P(OpenEdit, OfANoteThatIsGoneOrReplacedIsIgnored) {
     for (const int number : {1, 3}) {
         leave({number, false, u"of another note", 4711});
         desk.killAndRestart();
         EXPECT_EQ(desk.stored(1).Nota, u"body of a");
         EXPECT_EQ(desk.stored(2).Nota, u"body of b");
-        // What stands in a section that is no note's any more harms nobody, and goes with it.
+        // What is left in a section that no longer belongs to a note does no harm, and goes with the section.
         EXPECT_TRUE(!hasDraft() || (GetParam() && number == 3));
     }
 }

@@ -1,4 +1,4 @@
-// Editing a note in place: what each key and each press does to the text, the editor and the store.
+// Editing a note in place: what each key and mouse press does to the text, the editor and the store.
 #include "resources/resource.h"
 #include "tests/window/TestNotes.h"
 
@@ -18,7 +18,7 @@ std::pair<DWORD, DWORD> selection(HWND editor) {
     return {from, to};
 }
 
-/// Opens the body's editor over this text, with this selection.
+/// Opens the body's editor and gives it this text and this selection.
 void editBody(fpost& note, const wchar_t* text, int from, int to) {
     note.EditForm();
     SetWindowTextW(note.txtNota(), text);
@@ -178,7 +178,7 @@ TEST_P(NoteEditing, TheTitleEndsWithACharacterThatNoKeyTyped) {
     EXPECT_EQ(desk->stored(1).Titolo, u"dictated");
 }
 
-TEST_P(NoteEditing, AnEmptyTitleLeavesOnlyTheLeadAndAnEmptyBodyNothing) {
+TEST_P(NoteEditing, AnEmptyTitleLeavesOnlyItsIndentAndAnEmptyBodyNothing) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditCaption();
@@ -201,7 +201,7 @@ TEST_P(NoteEditing, AnIconizedNoteOpensItsTitle) {
     typeKey(note.hwnd, VK_F2);
     EXPECT_TRUE(note.titleBeingEdited());
     EXPECT_FALSE(note.bodyBeingEdited());
-    EXPECT_FALSE(IsWindowVisible(note.pic2)) << "the grip stands in the strip and would cover the end";
+    EXPECT_FALSE(IsWindowVisible(note.pic2)) << "the grip would cover the end of the title";
     note.SaveCaption(false);
     EXPECT_TRUE(IsWindowVisible(note.pic2));
 }
@@ -219,7 +219,7 @@ TEST_P(NoteEditing, APressOnAnyPartKeepsWhatIsBeingEditedBeforeItDoesAnythingEls
         const Text typed = u"typed " + decimal(++round);
         note.EditForm();
         setWindowText(note.txtNota(), typed);
-        click(*desk, part, 225, 255);  // beside every hot area
+        click(*desk, part, 225, 255);  // outside every hot area
         EXPECT_EQ(desk->stored(1).Nota, typed) << GetDlgCtrlID(part);
         EXPECT_FALSE(note.bodyBeingEdited() || IsWindowVisible(note.txtNota())) << GetDlgCtrlID(part);
     }
@@ -321,7 +321,7 @@ TEST_P(NoteEditing, TheGripDoesNotLieOverTheTextThatIsTyped) {
     const RECT grip = rectOf(note.pic2);
     ASSERT_LT(grip.left, editor.right);
     ASSERT_LT(grip.top, editor.bottom);
-    EXPECT_EQ(WindowFromPoint({grip.left + 2, grip.top + 2}), note.pic2) << "it can be pressed all the same";
+    EXPECT_EQ(WindowFromPoint({grip.left + 2, grip.top + 2}), note.pic2) << "it can still be pressed";
     for (const int height : {2250, 1800, 3000}) {
         note.pHeight(height);
         RECT text{};

@@ -1,5 +1,5 @@
-// What a note does by keyboard alone, beside the entries of its menu: moving, its title, its strip, its
-// ringing, the way to the other notes, and how it shows that it has the keyboard.
+// What the keyboard does on a note besides the entries of its menu: moving it, editing its title, switching
+// its strip, stopping its alarm, going to other notes; and how a note shows that it has the keyboard.
 #include "alarm/AlarmText.h"
 #include "note/bas_GetWorkArea.h"
 #include "tests/window/TestNotes.h"
@@ -11,7 +11,7 @@ INSTANTIATE_TEST_SUITE_P(Stores, Keyboard, testing::Bool(), storeName);
 
 constexpr int kStep = 120;  // twips
 
-/// A key that goes down `times` times, as one that is held does, and then up.
+/// Sends a key that goes down `times` times, like one that is held, and then up.
 void hold(HWND window, WPARAM key, int times, std::initializer_list<int> with = {VK_CONTROL}) {
     const HeldKeys held(with);
     for (int i = 0; i < times; ++i)
@@ -66,16 +66,16 @@ TEST_P(Keyboard, AMoveIsStoredOnceWhenItEnds) {
     EXPECT_EQ(changesOf(*desk), once);
 
     hold(note.hwnd, VK_DOWN, 0);
-    EXPECT_EQ(changesOf(*desk), once) << "a key alone stores nothing";
+    EXPECT_EQ(changesOf(*desk), once) << "the key itself stores nothing";
     {
         const HeldKeys held({VK_CONTROL});
         SendMessageW(note.hwnd, WM_KEYDOWN, VK_DOWN, 0);
     }
     SendMessageW(note.hwnd, WM_KILLFOCUS, 0, 0);
-    EXPECT_EQ(desk->stored(1).y, 1500 + kStep) << "the end of the move was not heard of";
+    EXPECT_EQ(desk->stored(1).y, 1500 + kStep) << "even if the end of the move was missed";
 }
 
-TEST_P(Keyboard, WithEasyAlignmentAMoveStopsAtEdgesAndGetsFreeAgain) {
+TEST_P(Keyboard, WithEasyAlignmentAMoveStopsAtEdgesAndCanGoOn) {
     GlobalSettings settings;
     settings.EasyAlign = true;
     NoteRecord left = plainNote(u"left", 3000, 3000);
@@ -86,7 +86,7 @@ TEST_P(Keyboard, WithEasyAlignmentAMoveStopsAtEdgesAndGetsFreeAgain) {
     hold(note.hwnd, VK_LEFT, 2);
     EXPECT_EQ(note.Left(), 6330 - 2 * kStep);
     hold(note.hwnd, VK_LEFT, 1);
-    EXPECT_EQ(note.Left(), 6000) << "the other's edge lies within the step";
+    EXPECT_EQ(note.Left(), 6000) << "the other note's edge lies within the step";
     hold(note.hwnd, VK_LEFT, 1);
     EXPECT_EQ(note.Left(), 6000 - kStep);
 }
@@ -153,7 +153,7 @@ TEST_P(Keyboard, ShiftF2EditsTheTitleOfANormalNote) {
     typeKey(note.txtTitle(), VK_RETURN, VK_RETURN);
     EXPECT_EQ(desk->stored(1).Titolo, u"b");
     hold(note.hwnd, VK_F2, 1, {});
-    EXPECT_TRUE(note.bodyBeingEdited()) << "F2 alone is the text";
+    EXPECT_TRUE(note.bodyBeingEdited()) << "F2 alone edits the text";
 }
 
 TEST_P(Keyboard, ShiftF4ShowsWhenItRingsAndTheTimeLeftAgain) {
@@ -173,7 +173,7 @@ TEST_P(Keyboard, EscStopsANoteThatRings) {
     const auto desk = run({armed(u"a")}, settings);
     fpost& note = desk->note(1);
     typeKey(note.hwnd, VK_ESCAPE);
-    EXPECT_TRUE(note.alarm.isCounting()) << "before it rings the key is nothing";
+    EXPECT_TRUE(note.alarm.isCounting()) << "before it rings the key does nothing";
     desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 5});
     desk->desk->Tick();
     ASSERT_TRUE(note.Alarming());
@@ -215,11 +215,11 @@ TEST_P(Keyboard, AKeyThatWasMeantForTheEditDeletesNoNote) {
         EXPECT_EQ(title ? desk->stored(1).Titolo : desk->stored(1).Nota, u"kept");
         typeKey(note.hwnd, VK_ESCAPE);
         pumpPending();
-        EXPECT_EQ(desk->desk->Count(), 0) << "a key of its own";
+        EXPECT_EQ(desk->desk->Count(), 0) << "a key press of its own";
     }
 }
 
-TEST_P(Keyboard, ANoteWhoseAlarmCameOnceGoesWithTheKeyThatStopsIt) {
+TEST_P(Keyboard, ANoteWhoseAlarmRingsOnceGoesWithTheKeyThatStopsIt) {
     const auto desk = run({armed(u"a"), plainNote(u"b")});
     desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 5});
     desk->desk->Tick();
@@ -236,7 +236,7 @@ TEST_P(Keyboard, EscLeavesTheResizeModeToo) {
     typeKey(note.hwnd, VK_RIGHT);
     typeKey(note.hwnd, VK_ESCAPE);
     EXPECT_FALSE(note.resizeMode);
-    EXPECT_EQ(desk->stored(1).width, 3030) << "what was done stays";
+    EXPECT_EQ(desk->stored(1).width, 3030) << "the new size stays";
 }
 
 TEST_P(Keyboard, TheResizeModeHasTheKeyboardToItself) {

@@ -1,4 +1,4 @@
-// Colour, close and delete: what becomes of the note, of the others, of the captions and of the store.
+// Colour, close and delete: what becomes of the note, the other notes, the captions and the store.
 #include <functional>
 #include <utility>
 
@@ -10,7 +10,7 @@ namespace {
 
 class NoteRemoval : public InBothStores {
 protected:
-    /// Answers every question from here on, and keeps the last one.
+    /// Answers every question from here on and remembers the last one.
     void answer(TestNotes& desk, int code) {
         desk.desk->host.ask = [this, code](const Text& prompt, long buttons, const Text& title) {
             asked = prompt;
@@ -116,7 +116,7 @@ TEST_P(NoteRemoval, TheNotesBehindMoveDownAndGoOnInTheirNewPlaces) {
     EXPECT_EQ(desk->stored(3).Nota, u"body of four");
 }
 
-TEST_P(NoteRemoval, OfTheLastNoteLeavesNoneToOpen) {
+TEST_P(NoteRemoval, OfTheLastNoteLeavesNothingToOpen) {
     const auto desk = run({plainNote(u"one")});
     answer(*desk, IDYES);
     desk->note(1).DeleteForm(false);
@@ -125,7 +125,7 @@ TEST_P(NoteRemoval, OfTheLastNoteLeavesNoneToOpen) {
     EXPECT_EQ(open[0].caption, u"(none)");
     EXPECT_FALSE(open[0].enabled);
     EXPECT_FALSE(trayCommandAllowed(desk->desk->trayState(), tray::kHideAll));
-    EXPECT_FALSE(desk->desk->AllHidden() || desk->desk->AllIconized()) << "of no notes, none is hidden";
+    EXPECT_FALSE(desk->desk->AllHidden() || desk->desk->AllIconized()) << "without notes, none is hidden";
     if (GetParam()) {
         EXPECT_EQ(desk->registry.find(u"kardel-1"), nullptr);
         EXPECT_EQ(desk->registry.text(u"setting", u"count"), u"0");
@@ -186,7 +186,7 @@ TEST_P(NoteRemoval, ThatTheStoreRefusesTakesTheNoteAwayAndLeavesTheOthersWritabl
     EXPECT_EQ(desk->stored(2).Nota, u"typed afterwards");
 }
 
-TEST_P(NoteRemoval, UntilItIsFinishedNoNewNoteTakesAPlaceThatTheNextStartDoesNotRead) {
+TEST_P(NoteRemoval, LetsNoNewNoteTakeAPlaceThatAStartWouldNotReadUntilItIsFinished) {
     std::vector<NoteRecord> notes;
     for (int i = 1; i <= kMaxNotes; ++i)
         notes.push_back(plainNote(u"n" + decimal(i), 150 * i, 150 * i));
@@ -195,7 +195,7 @@ TEST_P(NoteRemoval, UntilItIsFinishedNoNewNoteTakesAPlaceThatTheNextStartDoesNot
     desk->note(1).DeleteForm(true);
     EXPECT_EQ(desk->desk->Count(), 49);
     full.reset();
-    ASSERT_TRUE(desk->desk->NewNote()) << "the store is writable again, and the deletion finished first";
+    ASSERT_TRUE(desk->desk->NewNote()) << "the store is writable again, and the deletion is finished first";
     EXPECT_EQ(storedTitles(*desk).back(), u"- 50 -");
     EXPECT_EQ(storedTitles(*desk).front(), u"n2");
 }
@@ -214,7 +214,7 @@ TEST(NoteRemovalRegistry, AStartEndsADeletionThatWasKilledHalfWay) {
     EXPECT_EQ(desk.desk->NoteSlots[2], &desk.note(3));
 }
 
-// --- A ringing one-shot note: its own end must not take a second note -------------------------------------
+// --- The end of a ringing one-shot note must not take another note along ----------------------------------
 
 TEST_P(NoteRemoval, ClosingIconizingOrDeletingARingingNoteTakesNoOther) {
     struct Case {
@@ -238,7 +238,7 @@ TEST_P(NoteRemoval, ClosingIconizingOrDeletingARingingNoteTakesNoOther) {
 
 // --- Close ------------------------------------------------------------------------------------------------
 
-TEST_P(NoteRemoval, ClosingTheLastVisibleNoteTurnsEveryNotesHideAll) {
+TEST_P(NoteRemoval, ClosingTheLastVisibleNoteChangesEveryNotesHideAll) {
     const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
     SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_CLOSE, 0);
     EXPECT_FALSE(desk->note(1).visible());
@@ -262,12 +262,12 @@ TEST_P(NoteRemoval, ClosingAndOpeningAgainCountsEachNoteOnce) {
 
 // --- Colour -----------------------------------------------------------------------------------------------
 
-/// Presses a button of the system's colour dialog as soon as it is there.
+/// Presses a button of the system's colour dialog as soon as it appears.
 struct ColourAnswer {
     static inline WPARAM button = 0;
     static inline int seen = 0;
     static inline HWND owner = nullptr;
-    static inline std::function<void(HWND dialog)> look;  ///< asked once, before the answer
+    static inline std::function<void(HWND dialog)> look;  ///< called once, before the answer
     UINT_PTR timer = 0;
 
     explicit ColourAnswer(WPARAM press) {
@@ -295,13 +295,13 @@ TEST_P(NoteRemoval, ACancelledColourLeavesEverythingAsItWas) {
     const int before = changesOf(*desk);
     const ColourAnswer answering(IDCANCEL);
     SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_COLOR, 0);
-    EXPECT_GE(ColourAnswer::seen, 1) << "called Color";
+    EXPECT_GE(ColourAnswer::seen, 1) << "with the caption Color";
     EXPECT_EQ(ColourAnswer::owner, desk->note(1).hwnd);
     EXPECT_EQ(changesOf(*desk), before);
     EXPECT_EQ(desk->note(1).Backcol(), static_cast<Rgb>(kDesignColor));
 }
 
-/// Whether `upper` comes before `lower` in the stack of windows.
+/// Whether `upper` is above `lower` in the order of windows.
 bool isAbove(HWND upper, HWND lower) {
     for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
         if (window == upper || window == lower) return window == upper;
@@ -339,7 +339,7 @@ TEST_P(NoteRemoval, TheColourDialogBeginsWithTheNotesOwnColour) {
 TEST_P(NoteRemoval, BlackCannotBeChosen) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
-    note.Backcol(0);  // as a damaged record would have it
+    note.Backcol(0);  // as from a damaged record
     const int before = changesOf(*desk);
     const ColourAnswer answering(IDOK);
     note.mnuColor();

@@ -1,4 +1,4 @@
-// Resizing, iconizing and the pictures of the strip, on real windows.
+// Resizing and iconizing a note, and the pictures of its strip, with real windows.
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
 #include "tests/window/TestNotes.h"
@@ -20,7 +20,7 @@ int heightOf(HWND window) {
 
 // --- Limits -----------------------------------------------------------------------------------------------
 
-TEST_P(NoteSize, ShrinkingStopsAtTheLeastSizeStepByStep) {
+TEST_P(NoteSize, ShrinkingStopsAtTheSmallestSizeStepByStep) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.pWidth(1150);
@@ -68,7 +68,7 @@ TEST_P(NoteSize, TheArrowsResizeInTheResizeModeAndAreStoredAtOnce) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     typeKey(note.hwnd, VK_RIGHT);
-    EXPECT_EQ(note.pWidth(), 3000) << "not outside the mode";
+    EXPECT_EQ(note.pWidth(), 3000) << "nothing changes outside the mode";
     SendMessageW(note.hwnd, WM_COMMAND, IDM_RESIZE, 0);
     EXPECT_TRUE(note.menuInput(note.alarm.rule).resizeMode);
     EXPECT_EQ(note.currentCursor, IDC_RESIZE_WIDTH);
@@ -81,7 +81,7 @@ TEST_P(NoteSize, TheArrowsResizeInTheResizeModeAndAreStoredAtOnce) {
         const HeldKeys held({VK_SHIFT});
         typeKey(note.hwnd, VK_LEFT);
     }
-    EXPECT_EQ(desk->stored(1).width, 3000) << "Shift alone changes nothing about the step";
+    EXPECT_EQ(desk->stored(1).width, 3000) << "Shift does not change the size of a step";
     {
         const HeldKeys held({VK_CONTROL});
         typeKey(note.hwnd, VK_RIGHT);
@@ -118,13 +118,13 @@ TEST_P(NoteSize, AnIconizedNoteCannotBeMadeTaller) {
     EXPECT_EQ(desk->stored(1).height, 2250);
     note.setResizeMode(true);
     typeKey(note.hwnd, VK_RIGHT);
-    EXPECT_EQ(desk->stored(1).width, 3030) << "wider it can be made";
+    EXPECT_EQ(desk->stored(1).width, 3030) << "but it can be made wider";
 }
 
 // --- The grip ---------------------------------------------------------------------------------------------
 
-/// A button of the mouse that the system reports as held; its press waits among the messages of a note's
-/// grip. Injected as a key: the pointer stays where it is, and no window is activated.
+/// Makes the system report a mouse button as held while its press waits in the message queue for a note's
+/// grip. It is injected as a key, so that the pointer does not move and no window is activated.
 class HeldGrip {
 public:
     HeldGrip(const TestNotes& desk, const fpost& note, int x, int y, bool right)
@@ -145,8 +145,8 @@ private:
     BYTE key_;
 };
 
-/// Does something once the held grip has resized the note, and waits for the end of the resizing. Ends it by
-/// itself when nothing else does.
+/// Does something once the held grip has resized the note, and waits until the resizing ends. Ends it when
+/// nothing else does.
 class WhileHeld {
 public:
     WhileHeld(fpost& note, std::function<void()> act)
@@ -202,10 +202,10 @@ TEST_P(NoteSize, TheGripResizesUntilItHearsOfTheRelease) {
     for (const bool right : {false, true}) {
         const int before = note.pWidth();
         const HeldGrip held(*desk, note, 190, 60, right);
-        // Told of the release while the hardware still reports the button as down.
+        // The release is reported while the hardware still says that the button is down.
         const WhileHeld wait(note,
                              [&] { PostMessageW(note.pic2, right ? WM_RBUTTONUP : WM_LBUTTONUP, 0, 0); });
-        EXPECT_FALSE(wait.gaveUp) << "the resizing went on";
+        EXPECT_FALSE(wait.gaveUp) << "the resizing did not end";
         EXPECT_EQ(note.pWidth() < before, right);
         EXPECT_EQ(desk->stored(1).width, note.pWidth());
         EXPECT_NE(GetCapture(), note.pic2);
@@ -265,7 +265,7 @@ TEST_P(NoteSize, RestoringGivesTheStoredHeightBack) {
     taller.height = 3000;
     EXPECT_TRUE(desk->desk->store.set(1, taller, {NoteField::Height}));
     note.toggleIconized();
-    EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(Twips{3000})) << "what the store holds now";
+    EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(Twips{3000})) << "as the store holds it now";
     EXPECT_FALSE(desk->stored(1).iconized);
     EXPECT_TRUE(IsWindowVisible(note.nota));
 }
@@ -281,7 +281,7 @@ TEST_P(NoteSize, RestoringWithoutAStoredHeightTakesTheRememberedOne) {
     EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(Twips{2250}));
 }
 
-TEST_P(NoteSize, TheLastNoteIconizedTurnsEveryCaption) {
+TEST_P(NoteSize, IconizingTheLastNoteChangesEveryCaption) {
     const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
     desk->note(1).toggleIconized();
     EXPECT_FALSE(desk->desk->AllIconized());

@@ -1,5 +1,4 @@
-// One note's window: its parts, colours and sizes, what the mouse and the system do to it, and what it
-// stores.
+// A note's window: its parts, colours and sizes, what the mouse and the system do to it, and what it stores.
 #include <gtest/gtest.h>
 
 #include "resources/resource.h"
@@ -30,7 +29,7 @@ TEST_P(NoteWindow, SavedWhileMinimisedKeepsItsPlaceAndSize) {
     EXPECT_EQ(stored.height, 2250);
 }
 
-TEST_P(NoteWindow, SystemMinimiseIsUndoneAtOnce) {
+TEST_P(NoteWindow, MinimisedByTheSystemIsRestoredAtOnce) {
     const auto desk = run({plainNote(u"a")});
     const HWND window = desk->note(1).hwnd;
     const RECT before = rectOf(window);
@@ -54,7 +53,7 @@ TEST_P(NoteWindow, SavedWhileIconizedKeepsItsFullSize) {
     EXPECT_EQ(desk->stored(1).width, 3000);
 }
 
-TEST_P(NoteWindow, NonsenseSizesAreShownUsablyAndStayStored) {
+TEST_P(NoteWindow, NonsenseSizesAreMadeUsableOnScreenAndStayStored) {
     NoteRecord tiny = plainNote(u"tiny");
     tiny.width = 5;
     tiny.height = 5;
@@ -107,7 +106,7 @@ TEST_P(NoteWindow, PaintingSetsAllSevenSurfaces) {
     for (const HWND part : {note.nota, note.pic, note.pic2, note.lbl2, note.pic_time}) {
         EXPECT_EQ(pixelOf(part, 0, 0), 0x30C0F0U) << GetDlgCtrlID(part);
     }
-    EXPECT_EQ(pixelOf(note.lbl, 150, 0), 0x30C0F0U) << "right of the buttons that lie over it";
+    EXPECT_EQ(pixelOf(note.lbl, 150, 0), 0x30C0F0U) << "to the right of the buttons over it";
     EXPECT_EQ(pixelOf(note.hwnd, 1, 60), 0x30C0F0U);
 }
 
@@ -122,7 +121,7 @@ TEST(NoteColour, NoteWithoutOneKeepsTheDesignColour) {
 
 // --- Re-alignment -----------------------------------------------------------------------------------------
 
-TEST_P(NoteWindow, ResizingANormalNoteRealignsAnIconizedOneDoesNot) {
+TEST_P(NoteWindow, ResizingRealignsForANormalNoteButNotForAnIconizedOne) {
     GlobalSettings settings;
     settings.AlignAll = true;
     const auto desk = run({plainNote(u"1"), plainNote(u"2", 6000, 6000)}, settings);
@@ -139,7 +138,7 @@ TEST_P(NoteWindow, ResizingANormalNoteRealignsAnIconizedOneDoesNot) {
 
 // --- Keys, messages, menu ---------------------------------------------------------------------------------
 
-TEST_P(NoteWindow, DeleteKeyEditsInBothEditors) {
+TEST_P(NoteWindow, DeleteKeyBelongsToTheOpenEditor) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditForm();
@@ -233,7 +232,7 @@ TEST_P(NoteWindow, HiddenCommandsDoNothing) {
 
 // --- Hot areas --------------------------------------------------------------------------------------------
 
-/// Presses the left button at a place of a part, in twips.
+/// Presses the left button on a part, at a place in twips.
 void press(const TestNotes& desk, HWND part, int x, int y) {
     const NoteLook& look = desk.desk->look;
     SendMessageW(part, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(look.px(Twips{x}), look.px(Twips{y})));
@@ -278,7 +277,7 @@ TEST_P(NoteWindow, TheDeletePictureAsksInItsUpperPartOnly) {
 
 // --- Failures ---------------------------------------------------------------------------------------------
 
-/// Whether the collection posted the message about a failed save.
+/// Whether the collection has posted the message about a failed save.
 bool tookFailureReport(HWND tray) {
     MSG message{};
     return PeekMessageW(&message, tray, fTray::kSaveFailed, fTray::kSaveFailed, PM_REMOVE) != FALSE;
@@ -354,7 +353,7 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNeverWrittenBack) {
     EXPECT_EQ(desk->stored(1).Nota, u"body of a");
 }
 
-TEST_P(NoteWindow, NotesThatCouldNotBeReadComeWhenTheyCan) {
+TEST_P(NoteWindow, NotesThatCouldNotBeReadAppearOnceTheyCan) {
     std::vector<NoteRecord> notes{plainNote(u"a"), plainNote(u"b", 4500, 4500), plainNote(u"c")};
     notes[1].alarmdate = u"16/06/2026";
     notes[1].alarmtime = u"12:00:00";
@@ -439,7 +438,7 @@ TEST_P(NoteWindow, WeekdayRuleWithoutADayHasNothingToWaitFor) {
 TEST_P(NoteWindow, HasNoOwnerAndNoTaskBarButton) {
     const auto desk = run({plainNote(u"a")});
     const HWND note = desk->note(1).hwnd;
-    EXPECT_EQ(GetWindow(note, GW_OWNER), nullptr) << "a click would bring all notes to the front";
+    EXPECT_EQ(GetWindow(note, GW_OWNER), nullptr) << "otherwise a click would bring all notes to the front";
     EXPECT_NE(GetWindowLongPtrW(note, GWL_EXSTYLE) & WS_EX_TOOLWINDOW, 0);
 }
 
@@ -497,7 +496,7 @@ TEST_P(NoteWindow, FitsWidthAndHeightToTheBody) {
     fpost& note = desk->note(1);
     note.FitWidth();
     note.FitHeight();
-    EXPECT_EQ(desk->stored(1).width, 3000) << "a short body needs no more room";
+    EXPECT_EQ(desk->stored(1).width, 3000) << "a short body does not need more room";
     EXPECT_EQ(desk->stored(1).height, 2250);
     note.record.Nota = u"one line that is certainly wider than two hundred pixels of a note";
     note.FitWidth();
