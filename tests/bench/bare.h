@@ -1,11 +1,11 @@
-// What the steps of inside.cpp are measured against: the same windows, texts and bytes with nothing around
+// What the steps of inside.cpp are compared with: the same windows, texts and bytes with nothing else around
 // them.
 #pragma once
 
 #include "support/Text.h"
 #include "support/WinText.h"
 
-/// A window with a label and an edit control over it, that answers nothing.
+/// A window with a label and an edit control over it that answers no message.
 struct BareNote {
     explicit BareNote(const RECT& at);
     ~BareNote();
@@ -14,7 +14,7 @@ struct BareNote {
 
     /// Opens the edit control with a text.
     void edit(const Text& text) const;
-    /// Takes the text over: the edit control goes, the label shows it. Returns it.
+    /// Takes the text over: the edit control goes, and the label shows the text. Returns the text.
     Text take() const;
 
     HWND hwnd;
@@ -22,8 +22,8 @@ struct BareNote {
     HWND editor;
 };
 
-/// One value, in a key that is opened for it.
+/// Writes one value, in a key that is opened for it.
 bool writeBareValue(const Text& path, const Text& name, const Text& text);
 
-/// Some bytes at an offset of a file that is there.
+/// Writes some bytes at an offset of an existing file.
 bool writeBareBytes(const Text& path, long long offset, const std::string& bytes);

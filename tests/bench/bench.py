@@ -1,4 +1,4 @@
-"""How fast and how large Kardel is, beside a program that does the bare minimum: prints one table.
+"""How fast and how large Kardel is, compared with a program that does the bare minimum: prints one table.
 
 Run by ./bench, which builds what is measured."""
 
@@ -268,7 +268,7 @@ def main() -> int:
                         help="pairs of starts for each store (%(default)s)")
     parser.add_argument("--write", action="store_true", help="keep the result in docs/BENCHMARKS.md")
     args = parser.parse_args()
-    signal.signal(signal.SIGTERM, signal.default_int_handler)  # the desk is put away then, too
+    signal.signal(signal.SIGTERM, signal.default_int_handler)  # so that the desk is cleaned up then, too
 
     def progress() -> None:
         print(".", end="", file=sys.stderr, flush=True)

@@ -1,7 +1,7 @@
-// Single steps of Kardel under a stop watch, each beside its bare counterpart, with the real collection,
-// notes, registry and files: kardel_bench_inside FOLDER\ ROUNDS. A line a sample: name, then microseconds of
-// the bare step and of Kardel's. Only for a session of its own: it fills the user's registry with notes, and
-// will not start over notes that are there.
+// Times single steps of Kardel and their bare counterparts, with the real collection, notes, registry and
+// files: kardel_bench_inside FOLDER\ ROUNDS. Prints one line per sample: name, then microseconds of the bare
+// step and of Kardel's. It fills the user's registry with notes, so it needs a session of its own, and
+// refuses to start where there are notes.
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -27,8 +27,8 @@ constexpr Sample kNotes[] = {
 #include "notes.inc"
 };
 
-constexpr int kMoves = 40;  // of one sample: too short for the system to give the processor away in most
-constexpr int kEdits = 8;   // of one sample
+constexpr int kMoves = 40;  // per sample: so few that the system rarely switches to another program
+constexpr int kEdits = 8;   // per sample
 constexpr const char16_t* kBareFile = u"BARE";
 constexpr const char16_t* kBareValue = u"Bare";
 
@@ -51,7 +51,7 @@ double clockNow() {
     return static_cast<double>(ticks.QuadPart) * kMicroseconds / static_cast<double>(frequency.QuadPart);
 }
 
-/// Runs a step and adds what it took, in microseconds.
+/// Runs a step and adds the time that it took, in microseconds.
 template <class Step>
 void timed(double& sum, Step step) {
     const double begun = clockNow();
@@ -82,7 +82,7 @@ NoteRecord recordOf(const Sample& sample) {
     return record;
 }
 
-/// Kardel's notes on the screen, out of a store that is removed at the end.
+/// Kardel's notes on the screen, from a store that is removed at the end.
 class Desk {
 public:
     Desk(const Text& folder, bool useRegistry, int count, bool armed) : folder_(folder) {
@@ -95,7 +95,7 @@ public:
         check(parts.settings.sections().names.empty(), "there are notes of a user");
         settings_ = parts.settings;
         files_ = parts.files;
-        // The moment at which a body is in the store.
+        // Notes the moment at which a body is in the store.
         parts.settings.set = [this](TextView section, std::span<const KeyText> values) {
             const bool done = settings_.set(section, values);
             storedAt = clockNow();
@@ -134,7 +134,7 @@ public:
     fpost& note(int number) { return *desk.Notes[static_cast<std::size_t>(number - 1)]; }
     const Files& files() const { return files_; }
 
-    /// When a body was last written. What Kardel does after that keeps nobody waiting for it.
+    /// When a body was last written. Nobody has to wait for what Kardel does after that.
     double storedAt = 0;
 
     basPost desk;
@@ -148,7 +148,7 @@ private:
 
 // --- Moving ------------------------------------------------------------------------------------------------
 
-/// What runs inside the drag of a note.
+/// What is run inside the drag of a note.
 struct Drag {
     static inline Drag* running = nullptr;
     HWND bare;
@@ -178,7 +178,7 @@ struct Drag {
         }
     }
 
-    /// The note with its corner there.
+    /// The note's rectangle with its corner there.
     RECT placeAt(LONG left, LONG top) const {
         RECT rect{};
         GetWindowRect(note, &rect);
@@ -186,7 +186,7 @@ struct Drag {
         return rect;
     }
 
-    /// A place at which nothing snaps: every other note has to be looked at.
+    /// A place at which nothing snaps, so that every other note has to be looked at.
     RECT openPlace() const {
         for (LONG at = 100; at < 900; ++at) {
             const RECT place = placeAt(at, at / 2);
@@ -329,7 +329,7 @@ int main(int count, char** words) {
     const int rounds = std::atoi(words[2]);
     registerNoteClasses();
     registerDialogClasses();
-    // In turn: what slows the machine down for a while must not look like a growth.
+    // In turn, so that what slows the machine down for a while does not look like growth.
     constexpr int kTurns = 4;
     for (int turn = 0; turn < kTurns; ++turn) {
         measureMoving(folder, 10, "moving-10", rounds / kTurns);

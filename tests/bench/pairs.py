@@ -1,4 +1,4 @@
-"""What many measured pairs say together."""
+"""Summaries of many measured pairs."""
 
 import dataclasses
 import statistics

@@ -1,7 +1,7 @@
-// The least that any program must do to show the benchmark's desk: the same 50 windows as Kardel's, each with
+// The least that a program must do to show the benchmark's desk: the same 50 windows as Kardel's, each with
 // eight children of the same kinds (six of its own class, two edit controls), created where they belong,
-// shown and painted straight away, and the commands on all of them as plain window calls. No store, no tray
-// icon, no settings, nothing else answered.
+// shown and painted straight away, and the commands on all of them as plain window calls. It has no store,
+// tray icon or settings, and answers no other message.
 #include <windows.h>
 
 #include <algorithm>
@@ -89,7 +89,7 @@ struct Part {
     RECT at;
 };
 
-/// Where the eight children stand in a note of this size, in the z order of Kardel's.
+/// Where the eight children stand in a note of this size, in the same z order as Kardel's.
 void placeParts(LONG width, LONG height, Part (&parts)[kParts]) {
     const LONG right = width - 1;
     const LONG bottom = height - 1;
@@ -164,8 +164,7 @@ void toggleIconizeAll() {
     }
 }
 
-/// Columns from the first note's place. A note that would stand beside the screen goes to its right edge,
-/// whole.
+/// Columns from the first note's place. A note that would stand beside the screen is moved to its right edge.
 void autoPosition() {
     RECT work{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);

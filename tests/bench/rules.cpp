@@ -1,6 +1,6 @@
 // How long it takes to move a repeating rule to its next occurrence after it was missed for a hundred years,
-// and after it was missed by one step. A line a sample: name, then nanoseconds for one missed step and for
-// the hundred years.
+// and after it was missed by one step. Prints one line per sample: name, then nanoseconds for one missed step
+// and for the hundred years.
 #include <time.h>
 
 #include <cstdio>
@@ -22,7 +22,7 @@ struct Kind {
     Date oneStepLater;  ///< before it, and after `start`
 };
 
-// The 31st of a month is the hardest date: half of the months do not have it.
+// The 31st of a month is the hardest date, because half of the months do not have it.
 constexpr Kind kKinds[] = {
     {"minutes", kMinutes, 7, {1926, 1, 31}, {1926, 1, 31}},
     {"hours", kHours, 5, {1926, 1, 31}, {1926, 1, 31}},
@@ -39,7 +39,7 @@ AlarmRule ruleOf(const Kind& kind) {
     return rule;
 }
 
-/// Nanoseconds that this program has computed; what else the machine does in between does not count.
+/// Nanoseconds that this program has computed; whatever else the machine does in between does not count.
 double computed() {
     timespec spent{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &spent);

@@ -1,5 +1,5 @@
-"""One run of a program on the desk, measured: its start, and the commands on all notes. Pairs of such runs, and the
-figures of a program that only waits."""
+"""One run of a program on the desk, measured: its start, and the commands on all notes. Also pairs of such runs, and
+the figures of a program that only waits."""
 
 import dataclasses
 import os
@@ -24,7 +24,7 @@ PANEL = 24           # pixels at the lower edge of the screen
 WARM_UP = 1          # pairs that are run first and dropped
 COUNTDOWN_SLICES, SLICE = 12, 5.0  # seconds
 IDLE_SECONDS = 20.0
-MEMORY_AFTER = 5.0   # seconds after the creation of the process: what it needs for good
+MEMORY_AFTER = 5.0   # seconds after the creation of the process: what it needs in the long run
 WM_COMMAND = 0x0111
 
 _ICONIZED = 30       # pixels; a note that is shrunk to its strip is lower
@@ -54,9 +54,9 @@ class Span:
 
 @dataclasses.dataclass
 class Start(Span):
-    """From the creation of the process to the picture that stays."""
+    """From the creation of the process to the final picture."""
     memory: int  # bytes: private dirty pages when idle
-    share: int = 0  # bytes: all its pages, MEMORY_AFTER the beginning; what several processes have counts by its part
+    share: int = 0  # bytes: all its pages, MEMORY_AFTER the beginning; shared pages count by their part
 
 
 @dataclasses.dataclass
@@ -92,7 +92,7 @@ def _fine_cpu(process: int) -> float:
 
 
 def _wake_ups(process: int) -> int:
-    """How often the threads of a process went to sleep since it began, which is how often they had been woken."""
+    """How often the threads of a process have gone to sleep since it began, which is how often they were woken."""
     lines = [line for task in pathlib.Path(f"/proc/{process}/task").glob("*/status")
              for line in task.read_text().splitlines()]
     return sum(int(line.split()[1]) for line in lines if line.startswith("voluntary_ctxt_switches:"))
@@ -157,7 +157,7 @@ class Bench:
         return Span(self.screen.painted - begun, _fine_cpu(process) - cpu, _fine_cpu(self._server) - server)
 
     def pairs(self, reference: Program, program: Program, count: int, progress=lambda: None) -> dict[str, Pairs]:
-        """Runs both in turn, so that whatever else the machine does meets both alike."""
+        """Runs both in turn, so that whatever else the machine does affects both alike."""
         found: dict[str, list] = {}
         for pair in range(WARM_UP + count):
             spans, places = self.run(reference)
@@ -172,7 +172,7 @@ class Bench:
         return {name: Pairs(list_of_pairs) for name, list_of_pairs in found.items()}
 
     def start(self, program: Program) -> Start:
-        """Only a start, and what memory it comes to."""
+        """Only a start, and the memory that it needs."""
         with self._running(program) as (process, begun, server_before):
             self.screen.settle(lambda: len(self.screen.maps) >= COUNT, QUIET, LIMIT,
                                f"{program.path} to show its notes")
@@ -204,11 +204,11 @@ class Bench:
         return slices[1:]
 
     def wake_ups(self, program: Program) -> int:
-        """How often a program that has nothing to do runs within IDLE_SECONDS."""
+        """How often a program that has nothing to do wakes up within IDLE_SECONDS."""
         with self._running(program) as (process, *_):
             self.screen.settle(lambda: len(self.screen.maps) >= COUNT, QUIET, LIMIT,
                                f"{program.path} to show its notes")
-            time.sleep(SLICE)  # what Wine still tidies up
+            time.sleep(SLICE)  # Wine is still tidying up
             before = _wake_ups(process.pid)
             time.sleep(IDLE_SECONDS)
             return _wake_ups(process.pid) - before
@@ -233,7 +233,8 @@ class Bench:
         return _cpu(self._server)
 
     def _check_picture(self, program: Program) -> None:
-        """Every note is on the screen in its colour with something written on it: nobody is quick by not painting."""
+        """Checks that every note is on the screen in its colour with something written on it, so that no program is
+        fast because it does not paint."""
         if len(self.screen.maps) != COUNT:
             raise RuntimeError(f"{program.path} showed {len(self.screen.maps)} windows instead of {COUNT}")
         picture = self.desk.display.image()
@@ -249,8 +250,8 @@ class Bench:
 
 
 class _Running:
-    """A program from its start to its end from outside: gives the process, when it began, and the Wine server's CPU
-    time at that moment. A run that fails leaves a picture of the screen."""
+    """Runs a program from its start until it is ended from outside. Yields the process, when it began, and the Wine
+    server's CPU time at that moment. A run that fails leaves a picture of the screen."""
 
     def __init__(self, bench: Bench, program: Program):
         self._bench, self._program = bench, program

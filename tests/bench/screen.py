@@ -13,7 +13,7 @@ _LEAST_SIDE = 60  # pixels; smaller windows are the tray's icons and Wine's help
 
 
 class Screen:
-    """`height`: what happens below this line (in the panel) is not looked at."""
+    """`height`: what happens below this line (in the panel) is ignored."""
 
     def __init__(self, name: str, height: int):
         self._height = height
@@ -54,7 +54,7 @@ class Screen:
 
     def settle(self, done: Callable[[], bool], quiet: float, limit: float, what: str) -> None:
         """Returns when `done` holds and the screen has not changed for `quiet` seconds. RuntimeError after `limit`
-        seconds. Events alone make it ask again."""
+        seconds. It is only checked again when there is an event."""
         end = time.monotonic() + limit
         while True:
             self._drain()
@@ -70,7 +70,7 @@ class Screen:
                 return
 
     def _sleep(self, seconds: float) -> None:
-        """Until the next event, or for so long."""
+        """Waits until the next event, or for so long."""
         if not self._x.pending_events():
             select.select([self._x], [], [], max(seconds, 0))
 

@@ -1,4 +1,4 @@
-"""Single steps of Kardel, measured inside a program that holds a watch over them."""
+"""Single steps of Kardel, timed inside a program made of its code."""
 
 import pathlib
 import shutil

@@ -1,5 +1,5 @@
-// The least that shows the benchmark's desk at all: the same 50 borderless windows without a single child,
-// each painted in one go with its title and its body. No store, no tray icon, no commands.
+// The least that shows the benchmark's desk at all: the same 50 borderless windows without any children, each
+// painted in one go with its title and its body. There is no store, tray icon or command.
 #include <windows.h>
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the logic tests of a build that counts (preset `coverage`) and says how much of the window-free code they ran:
-lines, and branches that are no more than a way out for an exception. Exits 1 below what is asked for.
-Usage: coverage.py BUILD_FOLDER"""
+lines, and branches, leaving out those that only an exception takes. Exits with 1 below the required figures. Usage:
+coverage.py BUILD_FOLDER"""
 import collections
 import json
 import os
@@ -28,7 +28,7 @@ def counts(build):
             for line in file["lines"]:
                 taken = [branch["count"] for branch in line["branches"] if not branch["throw"]]
                 times, before = known.get(line["line_number"], (0, []))
-                # A header is counted once for every source that includes it, a template once a kind.
+                # A header is counted once for every source that includes it, a template once per instance.
                 if len(before) == len(taken):
                     taken = [a + b for a, b in zip(before, taken)]
                 elif len(before) > len(taken):

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Looks at a built Kardel.exe from outside: only Windows' own DLLs and nothing suspicious in its import table, hardened,
-with its resources, and no larger than it may be. Usage: exe.py Kardel.exe win64|win32. Exits 1 with a line for each
-problem."""
+"""Checks a built Kardel.exe from outside: it must import only from Windows' own DLLs and nothing suspicious, be
+hardened, have its resources, and be no larger than allowed. Usage: exe.py Kardel.exe win64|win32. Exits with 1 and a
+line for each problem."""
 import re
 import subprocess
 import sys
@@ -11,7 +11,7 @@ SYSTEM_DLLS = {
     "user32.dll",
 }
 LARGEST = 500 * 1024
-# What a thread library brings along, and virus scanners take for an attack on other programs in an unsigned file.
+# Brought in by a thread library; in an unsigned file virus scanners take them for an attack on other programs.
 SUSPICIOUS = {"AddVectoredExceptionHandler", "GetThreadContext", "IsDebuggerPresent", "ResumeThread", "SetThreadContext",
               "SuspendThread"}
 

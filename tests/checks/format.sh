@@ -1,5 +1,5 @@
 #!/bin/bash
-# Fails, with the place, when a source is not formatted as .clang-format says. format.sh --fix formats them.
+# Fails when a source is not formatted according to .clang-format, and says where. format.sh --fix formats the sources.
 cd "$(dirname "$0")/../.." || exit 1
 how=(--dry-run -Werror)
 [ "${1:-}" = --fix ] && how=(-i)

@@ -1,6 +1,6 @@
 #!/bin/bash
-# Builds the fuzz targets and lets each run for some seconds (fuzz.sh SECONDS, usually 20) from its committed inputs.
-# A crash or a hang of over five seconds fails, and leaves its input in build/fuzz.
+# Builds the fuzz targets and runs each for some seconds (fuzz.sh SECONDS, default 20), starting from its committed
+# inputs. A crash or a hang of over five seconds fails and leaves its input in build/fuzz.
 cd "$(dirname "$0")/../.." || exit 1
 (cmake --preset fuzz && cmake --build --preset fuzz) >build/fuzz.log 2>&1 || { tail -n 30 build/fuzz.log; exit 1; }
 failed=0

@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""Checks that the folders use each other in one direction only: core -> note -> alarm -> storage -> support,
-that only support/WinText.h brings in <windows.h>, that the files Linux compiles name no Windows header, and that
-every test is built.
-Prints every line that breaks a rule; exits 1 when there is one."""
+"""Checks that the folders use each other in one direction only (core -> note -> alarm -> storage -> support), that only
+support/WinText.h includes <windows.h>, that the files that Linux compiles include no Windows header, and that every
+test is built. Prints every line that breaks a rule; exits 1 when there is one."""
 import pathlib
 import re
 import sys
@@ -10,7 +9,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 ORDER = ["support", "storage", "alarm", "note", "core"]
 EVERYONE_MAY_USE = {"resources"}
-# Further headers of Windows, used beside windows.h where their subject is.
+# Further headers of Windows, which may be used besides windows.h.
 WINDOWS_DOOR = "support/WinText.h"
 
 
@@ -43,7 +42,7 @@ def broken_rules():
 
 
 def unlisted_tests():
-    """A test that no target builds passes for ever."""
+    """Checks that every test is built, since one that is not would never fail."""
     listed = (ROOT / "tests/CMakeLists.txt").read_text()
     for path in sorted((ROOT / "tests").rglob("*Test.cpp")):
         name = path.relative_to(ROOT / "tests").as_posix()

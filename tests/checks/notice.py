@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Do the logic tests notice? Makes random changes of one operator in the window-free sources, one at a time: a comparison
-turned or moved by one, a constant one larger, `and` and `or` swapped. Each is built and tried in build/notice, a copy of
-the checkout. Prints every change that no test noticed, and how many were noticed.
+"""Do the logic tests notice mistakes? Makes random changes to the window-free sources, one at a time: a comparison
+turned or moved by one, a constant one larger, `and` and `or` swapped. Each is built and tested in build/notice, a copy
+of the checkout. Prints every change that no test noticed, and how many were noticed.
 
-A change that leaves the optimised code as it was alters nothing and is not counted. Others that alter nothing (a sort key
-that never ties, a reserve that is one too small) are for the reader to see.
+A change that leaves the optimised code as it was alters nothing and is not counted. Other changes that alter nothing (a
+sort key that never ties, a reserve that is one too small) are left for the reader to recognise.
 
 Usage: notice.py [--count N] [--seed N] [--jobs N] [SOURCE or FOLDER...]"""
 import argparse
@@ -29,10 +29,10 @@ COPIED = ("CMakeLists.txt", "cmake", "resources", "core", "note", "alarm", "stor
 SWAPS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==", "&&": "||", "||": "&&"}
 NOT_CODE = re.compile(r'//[^\n]*|/\*.*?\*/|u?8?"(?:\\.|[^"\\\n])*"|(?<![0-9a-zA-Z])u?\'(?:\\.|[^\'\\\n])+\''
                       r"|^[ \t]*#[^\n]*|static_assert\(.*?\);", re.S | re.M)
-# clang-format parts comparisons from template brackets by blanks, and logical from reference `&&`.
+# clang-format puts blanks around comparisons and logical `&&`, but not around template brackets and references.
 OPERATOR = re.compile(r"(?<= )(<|<=|>|>=|==|!=|&&|\|\|)(?= )")
 CONSTANT = re.compile(r"(?<![\w.'])(0x[0-9A-Fa-f']+|[0-9][0-9']*)(?=[uUlL]*(?![\w.'xX]))")
-SLOW = 0.5  # seconds: what takes longer is asked last
+SLOW = 0.5  # seconds: tests that take longer are run last
 
 
 @dataclasses.dataclass(frozen=True)
@@ -71,7 +71,7 @@ def slow_tests(results):
 
 
 def copy(source, target):
-    """Brings a file or a folder up to date; what is the same already keeps its time and is not built again."""
+    """Brings a file or a folder up to date; unchanged files keep their time and are not built again."""
     if source.is_dir():
         target.mkdir(exist_ok=True)
         for gone in {path.name for path in target.iterdir()} - {path.name for path in source.iterdir()}:
@@ -112,7 +112,7 @@ class Bench:
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=timeout).returncode == 0
 
     def optimised(self, source):
-        """A sum over the optimised code, without anything that tells lines."""
+        """A checksum of the optimised code, without anything that depends on line numbers."""
         words = self.compile[source]
         words = [word for at, word in enumerate(words) if word not in ("-MD", "-g", "-c") and
                  words[at - 1] not in ("-MT", "-MF", "-o") and word not in ("-MT", "-MF", "-o")]

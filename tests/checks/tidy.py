@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs clang-tidy over the program's sources as the 64-bit build compiles them. Files that did not change since they
-were last found clean are left out. Usage: tidy.py BUILD_FOLDER. Exits 1 when there is a finding."""
+"""Runs clang-tidy over the program's sources as the 64-bit build compiles them. Files that have not changed since they
+were last found clean are left out. Usage: tidy.py BUILD_FOLDER. Exits with 1 when there is a finding."""
 import concurrent.futures
 import hashlib
 import json
@@ -14,7 +14,8 @@ FOLDERS = ("core", "note", "alarm", "storage", "support")
 
 
 def compiler_arguments():
-    """clang-tidy has no MinGW headers of its own: it is shown those of the compiler that builds the program."""
+    """The folders of the MinGW headers: clang-tidy has none of its own and uses those of the compiler that builds the
+    program."""
     gcc = subprocess.run(["x86_64-w64-mingw32-g++-win32", "-print-libgcc-file-name"], check=True,
                          capture_output=True, text=True).stdout.strip()
     include = f"{os.path.dirname(gcc)}/include/c++"
@@ -24,7 +25,7 @@ def compiler_arguments():
 
 
 def state_of(source, headers):
-    """What the findings for a source depend on."""
+    """Everything that the findings for a source depend on."""
     digest = hashlib.sha256(headers)
     digest.update((ROOT / source).read_bytes())
     return digest.hexdigest()

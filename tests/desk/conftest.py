@@ -1,4 +1,4 @@
-"""Fixtures of the black-box tests: one desk a run, a clean start for every test, a screenshot of every failure."""
+"""Fixtures of the black-box tests: one desk per run, a clean start for every test, a screenshot of every failure."""
 
 import os
 import pathlib
@@ -21,7 +21,7 @@ def pytest_addoption(parser):
 
 
 def pytest_configure(config):
-    # Ended politely from outside, the run cleans up as after Ctrl+C.
+    # When the run is asked to end from outside, it cleans up as after Ctrl+C.
     signal.signal(signal.SIGTERM, lambda *_: os.kill(os.getpid(), signal.SIGINT))
     arch = config.getoption("--arch")
     if not program(arch).exists():
@@ -42,7 +42,7 @@ def session(arch):
 
 @pytest.fixture
 def desk(session):
-    """The desk, clean: no program running, nothing stored, the program alone in a new folder."""
+    """A clean desk: no program running, nothing stored, and the program alone in a new folder."""
     session.reset()
     yield session
     crashes = session.crashes()
@@ -52,13 +52,13 @@ def desk(session):
 
 @pytest.fixture(params=KINDS)
 def hand(request, desk) -> Hand:
-    """A hand for single notes, once for each store."""
+    """A hand for single notes; the test runs once for each store."""
     return Hand(desk, request.param)
 
 
 @pytest.fixture
 def count(capsys):
-    """Says how much was tried, in a line that is seen also when all went well."""
+    """Says how much was tried, in a line that is shown even when all went well."""
     def say(line: str) -> None:
         with capsys.disabled():
             print(f"\n{line}", flush=True)

@@ -2,7 +2,7 @@
 
     pictures.py FOLDER [dpi ...]     default: 96 192
 
-A face is a note, a box or a menu in one state, cut out of the screen with a little of the desktop around it."""
+A face is a note, a box or a menu in some state, cut out of the screen with a little of the desktop around it."""
 
 import datetime
 import pathlib
@@ -18,7 +18,7 @@ WM_CLOSE = 0x0010
 
 
 def in_days(days: int) -> str:
-    """A day that leaves a countdown as one sees it in use."""
+    """A date that leaves a typical countdown."""
     return f"{datetime.date.today() + datetime.timedelta(days):%d/%m/%Y}"
 
 
@@ -32,7 +32,7 @@ class Pictures:
         folder.mkdir(parents=True, exist_ok=True)
 
     def take(self, name: str, *rects: Rect) -> None:
-        """Saves what lies inside the rectangles."""
+        """Saves what is inside the rectangles."""
         gap = AROUND * self.dpi // 96
         left, top = (max(0, min(r[i] for r in rects) - gap) for i in (0, 1))
         right = min(self.desk.display.width, max(r.right for r in rects) + gap)
@@ -42,14 +42,14 @@ class Pictures:
         print(f"{name}-{self.dpi}.png")
 
     def start(self, *notes: dict, **settings):
-        """The program with these notes, on a plain desktop."""
+        """Starts the program with these notes on a plain desktop."""
         self.desk.reset()
         self.desk.display.background(sample_desk.BACKGROUND)
         self.desk.seed_registry({**settings} or None, list(notes))
         return self.desk.run()
 
     def settled(self, window) -> None:
-        """Waits until two looks at a window are alike."""
+        """Waits until a window looks the same twice."""
         looks: list[bytes] = [b""]
 
         def still() -> bool:

@@ -1,4 +1,4 @@
-"""Draws Kardel's desk as a person might have it: sample_desk.py PICTURE. Prints the picture's path.
+"""Draws a desk of notes as somebody might have it: sample_desk.py PICTURE. Prints the picture's path.
 
 The notes come from the data files, as after an ordinary start; the program ends through its tray menu."""
 
@@ -28,7 +28,8 @@ def note(title: str, x: int, y: int, width: int, height: int, back: int, body: s
 
 def notes(now: datetime.datetime) -> list[dict]:
     call = now + datetime.timedelta(days=1, hours=2, minutes=17)
-    # The note on top comes last: Wine shows windows that nobody has clicked yet in the order of their making.
+    # The note on top comes last, because Wine shows windows that have not been clicked yet in the order of their
+    # creation.
     return [
         note("Shopping", 48, 40, 210, 200, YELLOW,
              "Milk, butter\nBread (the dark one)\nTomatoes, 1 kg\nCoffee\nBatteries AA\nBirthday card for Åse\n"

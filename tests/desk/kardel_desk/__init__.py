@@ -1,5 +1,5 @@
-"""A desk to try Kardel on: a virtual screen with a window manager and a tray panel, a Wine prefix, and a helper
-process that looks at windows and registry from outside. See ../README.md for a tour."""
+"""A desk on which Kardel is tested: a virtual screen with a window manager and a tray panel, a Wine prefix, and a
+helper process that inspects windows and registry from outside. See ../README.md for a tour."""
 
 from .app import Dialog, Kardel, Note, Part, Rect, Tray, Window, rgb
 from .datafiles import DataFiles, read_folder, write_folder

@@ -1,4 +1,4 @@
-"""Alarms as a user meets them: the editor under real hands, a note that counts down or rings, and local time."""
+"""Alarms as a user sees them: the editor under mouse and keyboard, a note that counts down or rings, and local time."""
 
 import datetime
 
@@ -18,7 +18,7 @@ TIME_LABEL, COUNTDOWN_LABEL = 242, 243
 
 
 def midday_zone() -> str:
-    """A value of TZ in which it is about noon now: what a test sets for today does not slip into tomorrow."""
+    """A value of TZ that makes it about noon now, so that what a test sets for today does not slip into tomorrow."""
     hours = 12 - datetime.datetime.now(datetime.timezone.utc).hour
     return f"MID{-hours:+d}"
 
@@ -61,13 +61,13 @@ def wait_ringing(note: Note, timeout: float = 30.0) -> None:
 
 
 def rings_no_more(note: Note) -> None:
-    """A ringing note would be white for half of the time."""
+    """Waits for the note's own colour: a ringing note is white half of the time."""
     wait(lambda: note.colour != WHITE, 2, f"{note!r} to have its colour back")
     stays(lambda: note.colour != WHITE, 2.4 * FLASH_SECONDS, f"the colour of {note!r}")
 
 
 def awake(note: Note) -> None:
-    """Gives the note the keyboard and waits until the click that does it is over: a drag takes no keys."""
+    """Gives the note the keyboard and waits until the click that does so is over, since a drag takes no keys."""
     note.activate()
     wait(lambda: not note.desk.probe.ask("focus")["moving"], 5, "the click to be over")
 
@@ -80,7 +80,7 @@ class AlarmEditor(Dialog):
 
     @property
     def label(self) -> str:
-        """The date label as it stands, with the time behind the date after a click."""
+        """The date label's text, which after a click has the time behind the date."""
         return self.part("data").text
 
     @property
@@ -93,7 +93,7 @@ class AlarmEditor(Dialog):
 
     @property
     def countdown(self) -> str | None:
-        """What is left, where the editor says it."""
+        """The time left, as the editor shows it."""
         label = self.part(COUNTDOWN_LABEL)
         return label.text if label.visible else None
 

@@ -38,7 +38,7 @@ def rgb(colour: int) -> tuple[int, int, int]:
 
 
 class Window:
-    """One window of the program. Every property is asked anew; a window that is gone raises LookupError."""
+    """One window of the program. Every property is looked up anew; a window that is gone raises LookupError."""
 
     def __init__(self, desk, hwnd: int):
         self.desk, self.hwnd = desk, hwnd
@@ -56,7 +56,7 @@ class Window:
 
     @property
     def info(self) -> dict:
-        """Everything the helper says: class, text, rect, client, style, exstyle, owner, process, ..."""
+        """Everything that the helper reports: class, text, rect, client, style, exstyle, owner, process, ..."""
         info = self.desk.probe.ask("window", self.hwnd)
         if info is None:
             raise LookupError(f"window {self.hwnd:#x} is gone")
@@ -88,7 +88,7 @@ class Window:
 
     @property
     def has_focus(self) -> bool:
-        """Whether keys come here: the X server gives them to the program, and Windows to this window."""
+        """Whether keys arrive here: the X server sends them to the program, and Windows to this window."""
         return self.desk.probe.ask("focus")["focus"] == self.hwnd and self.desk.keys_reach_kardel()
 
     @property
@@ -109,7 +109,8 @@ class Window:
         self.post(WM_COMMAND, command_id(item))
 
     def point(self, dx: int | None = None, dy: int | None = None) -> tuple[int, int]:
-        """A place of the window on the screen; its middle unless told. Negative counts from the right or bottom."""
+        """A place of the window on the screen, by default its middle. Negative values count from the right or
+        bottom."""
         rect = self.rect
         x = rect.centre[0] if dx is None else (rect.x if dx >= 0 else rect.right) + dx
         y = rect.centre[1] if dy is None else (rect.y if dy >= 0 else rect.bottom) + dy
@@ -117,27 +118,27 @@ class Window:
 
     @property
     def managed(self) -> bool:
-        """Whether the window manager knows it."""
+        """Whether the window manager manages it."""
         try:
             return bool(self.desk.display.place(self.info["x11"]))
         except LookupError:
             return False
 
     def settle(self) -> None:
-        """Waits until the window manager knows the window and Wine knows where it is. While the window manager takes
-        it over, the window lies in the screen's corner; when Wine looks just then, it goes on believing that."""
+        """Waits until the window manager knows the window and Wine knows where it is. While the window manager takes it
+        over, the window lies in the screen's corner; when Wine looks just then, it goes on believing so."""
         wait(lambda: self.desk.display.place(self.info["x11"]), 10, f"the window manager to know {self!r}")
-        for _ in range(2):  # what the X server has said is read between two messages
+        for _ in range(2):  # Wine reads the X server's events between two messages
             self.send(WM_NULL)
         wait(self.placed, 10, f"Wine and the window manager to agree about {self!r}")
 
     def placed(self) -> Rect:
-        """Where it is, also when the window manager may be taking it over just now: LookupError, and the place sent
-        again, as long as Wine believes something else."""
+        """Where it is, even if the window manager may just be taking it over. As long as Wine believes something else,
+        the place is sent again and LookupError raised."""
         info = self.info
         try:
             place = self.desk.display.place(info["x11"])
-        except LookupError:  # nobody but Windows has a say
+        except LookupError:  # only Windows knows
             return Rect(*info["rect"])
         if place not in (info["rect"][:2], info["client"][:2]):
             self.desk.display.tell_place(info["x11"])
@@ -145,7 +146,7 @@ class Window:
         return Rect(*info["rect"])
 
     def click_at(self, dx: int | None = None, dy: int | None = None, button: int = 1, double: bool = False) -> None:
-        def reached():  # asked anew: a window that is just being taken over is elsewhere the next moment
+        def reached():  # looked up anew: a window that is just being taken over is elsewhere the next moment
             self.desk.hands.move(*self.point(dx, dy))
             return self.under_pointer()
         wait(reached, 10, f"the pointer to reach {self!r}")
@@ -155,7 +156,7 @@ class Window:
         self.desk.hands.drag(*self.point(dx, dy), by=by, ready=self.under_pointer, **more)
 
     def under_pointer(self) -> bool:
-        """Whether the pointer is on the window as the X server shows it, which is a little after Windows does."""
+        """Whether the pointer is on the window as the X server shows it, a little later than Windows."""
         info = self.desk.probe.ask("window", self.hwnd)
         return info is None or info["x11"] in self.desk.display.under_pointer()
 
@@ -191,8 +192,8 @@ class Part(Window):
 
 
 class EditorPart(Part):
-    """The editor of a note's text or title, which exists only during an edit: it is looked up whenever it is asked
-    for anything, and is invisible, empty and deaf while it is not there."""
+    """The editor of a note's text or title, which exists only during an edit: it is looked up whenever it is used, and
+    while it is not there it is invisible, empty and takes no input."""
 
     def __init__(self, note: Window, wanted: int):
         self.desk, self._note, self._wanted = note.desk, note, wanted
@@ -244,7 +245,7 @@ class Note(Window):
 
     @property
     def colour(self) -> tuple[int, int, int]:
-        """The colour on the screen, taken at the left edge of the text, halfway down, where no letter stands."""
+        """The colour on the screen, taken at the left edge of the text, halfway down, where there is no letter."""
         return self.part("nota").pixel(1, None)
 
     def click(self, part: int | str = "nota", dx: int | None = None, dy: int | None = None, button: int = 1,
@@ -292,7 +293,7 @@ class Dialog(Window):
         return self.part(which)
 
     def texts(self) -> list[str]:
-        """Every text a reader sees in it."""
+        """Every text that can be read in it."""
         return [part.text for part in self.parts().values() if part.visible and part.text]
 
 
@@ -323,7 +324,7 @@ class Menu:
         self.desk.hands.click(*Rect(*self.item(which)["rect"]).centre)
 
     def close(self) -> None:
-        """Closes it without choosing: a click elsewhere. (Its keys work only while a note has the keyboard.)"""
+        """Closes it without choosing, by a click elsewhere. (Its keys work only while a note has the keyboard.)"""
         self.desk.click_desktop()
         wait(lambda: not self.desk.menus(), 5, "the menu to close")
 
@@ -348,7 +349,7 @@ class Tray:
 
     @property
     def painted(self) -> bool:
-        """Whether the icon's picture is there, which also means that it takes clicks; taken for granted below a note."""
+        """Whether the icon's picture is there, which also means that it takes clicks; assumed when a note covers it."""
         icon = self.icon()
         if len(self.desk.display.image(*icon).getcolors(1 << 16)) > 1:
             return True
@@ -389,8 +390,8 @@ class Kardel:
         return self.process.poll() is None
 
     def wait_ready(self, notes: int | None = None, timeout: float = 20.0) -> "Kardel":
-        """Waits until the icon is there, every note has its window, and the program takes input. `notes`: how many
-        note windows to expect, closed ones included; as many as were seeded unless told. Returns itself."""
+        """Waits until the icon is there, every note has its window, and the program takes input. `notes`: how many note
+        windows to expect, including closed ones; by default as many as were seeded. Returns itself."""
         expected = self._expected_notes if notes is None else notes
 
         def ready():
@@ -403,12 +404,12 @@ class Kardel:
             return True
 
         wait(ready, timeout, "the program to be ready")
-        self.tray.window().send(WM_NULL, timeout=timeout)  # answered once start-up is over and messages are taken
+        self.tray.window().send(WM_NULL, timeout=timeout)  # answered once the start is over and messages are processed
         wait(lambda: self.tray.painted, timeout, "the tray icon")
         return self
 
     def notes(self) -> list[Note]:
-        """Every note window, hidden ones included, by title."""
+        """Every note window by title, including hidden ones."""
         found = self.desk.probe.ask("windows", NOTE_CLASS)
         return [Note(self.desk, info["hwnd"]) for info in sorted(found, key=lambda info: info["text"])]
 
@@ -416,7 +417,7 @@ class Kardel:
         return [note for note in self.notes() if note.visible]
 
     def note(self, title: str | None = None) -> Note:
-        """The note with this title; without one, the only note there is. Waits a little for it."""
+        """The note with this title; without one, the only note there is. Waits for it for a little while."""
         def look():
             notes = self.notes()
             matching = [note for note in notes if title is None or note.title == title]
@@ -452,7 +453,7 @@ class Kardel:
                                  f"dialogs: {[(d.text, d.texts()) for d in self.dialogs()]}") from None
 
     def kill(self) -> None:
-        """Ends the program as a power cut would. The stores keep what they hold."""
+        """Ends the program as a power cut would. The stores stay as they are."""
         self.killed = True
         self.process.kill()
         self.process.wait()

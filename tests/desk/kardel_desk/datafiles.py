@@ -1,6 +1,6 @@
-"""Kardel's three data files, written and read byte by byte, with no code of Kardel's.
+"""Kardel's three data files, written and read byte by byte without any of Kardel's code.
 
-KARDEL.HDR: 10 bytes. KARDEL.DAT: 215 bytes a note. MEMO: 1024 bytes a body. Texts are padded with blanks."""
+KARDEL.HDR: 10 bytes. KARDEL.DAT: 215 bytes per note. MEMO: 1024 bytes per body. Texts are padded with blanks."""
 
 import dataclasses
 import pathlib
@@ -59,7 +59,7 @@ def unpack_note(record: bytes, code_page: str = CODE_PAGE) -> dict:
 
 @dataclasses.dataclass
 class DataFiles:
-    """What lies in a program folder. A file that is missing is None, and its part is empty."""
+    """The data files in a program folder. A missing file is None, and what it would hold is empty."""
     hdr: bytes | None
     dat: bytes | None
     memo: bytes | None

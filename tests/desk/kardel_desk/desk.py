@@ -1,4 +1,4 @@
-"""The desk: one virtual screen, one Wine session, and Kardel on it from a clean start for every test."""
+"""The desk: one virtual screen and one Wine session, on which every test finds a clean start."""
 
 import contextlib
 import datetime
@@ -31,7 +31,7 @@ _FAKETIME = "/usr/lib/x86_64-linux-gnu/faketime/libfaketimeMT.so.1"
 
 
 def _sweep() -> None:
-    """Ends what sessions left behind whose run was killed outright. A running session holds its lock file."""
+    """Cleans up after sessions whose run was killed. A running session holds its lock file."""
     for lock in WORK.glob("session-*/lock"):
         try:
             with open(lock) as file:
@@ -39,18 +39,18 @@ def _sweep() -> None:
                 processes.kill_with_variable("WINEPREFIX", str(lock.parent / "prefix"), patience=0)
                 shutil.rmtree(lock.parent, ignore_errors=True)
         except OSError:
-            pass  # in use, or swept by another run meanwhile
+            pass  # in use, or cleaned up by another run meanwhile
 
 
 class Clock:
-    """The time that a program of the desk sees. It runs on from what was set; timers keep their own pace."""
+    """The time that a program on the desk sees. It runs on from what was set; timers are not affected."""
 
     def __init__(self, path: pathlib.Path, start: str, zone: str):
         self._path, self._zone = path, zoneinfo.ZoneInfo(zone)
         self.jump(start)
 
     def jump(self, local_time: str) -> None:
-        """Sets the wall clock, also while the program runs: "2026-02-28 23:59:57"."""
+        """Sets the wall clock, even while the program runs: "2026-02-28 23:59:57"."""
         wanted = datetime.datetime.fromisoformat(local_time).replace(tzinfo=self._zone)
         offset = (wanted - datetime.datetime.now(datetime.timezone.utc)).total_seconds()
         fresh = self._path.with_suffix(".new")
@@ -98,8 +98,9 @@ class Desk:
     # --- a clean start for each test
 
     def reset(self) -> None:
-        """No program, no settings, no notes, no log-on entry, an empty program folder, the mouse out of the way."""
-        if not self.probe.alive:  # a test that hung the session's programs must not fail the tests after it
+        """Makes sure of no program, settings, notes or log-on entry, an empty program folder, and the mouse out of the
+        way."""
+        if not self.probe.alive:  # a test that left the session hanging must not fail those after it
             self.probe = Probe(self.wine)
         self.end_programs()
         self.probe.ask("regdeltree", SETTINGS_KEY)
@@ -110,7 +111,7 @@ class Desk:
         self.hands.move(self.display.width - 200, 5)
 
     def end_programs(self) -> None:
-        """Ends every copy of Kardel that still runs, however it was started."""
+        """Ends every copy of Kardel that is still running, however it was started."""
         for kardel in self._programs:
             if kardel.alive:
                 kardel.kill()
@@ -120,7 +121,7 @@ class Desk:
         self.wait(lambda: not self.probe.ask("processes", "Kardel.exe"), 10, "every copy of the program to end")
 
     def crashes(self) -> list[str]:
-        """The reports of programs that ended by a crash, for the fixture to fail the test with."""
+        """The reports of programs that crashed, with which the fixture fails the test."""
         return [kardel.output() for kardel in self._programs
                 if not kardel.killed and not kardel.alive and kardel.process.returncode != 0]
 
@@ -140,9 +141,9 @@ class Desk:
 
     def seed_registry(self, settings: dict | None = None, notes: list[dict] | None = None,
                       days: tuple[str, ...] = ENGLISH_DAYS) -> None:
-        """Fills the registry store. Values are written as texts, true and false as "True" and "False". Without
-        settings of their own, "UseRegistry" becomes "True" and "count" the number of notes; None leaves a key out.
-        A note's "weekdays" (seven flags, Monday first) become its "w." keys, named by `days`."""
+        """Fills the registry store. Values are written as texts, true and false as "True" and "False". Unless given,
+        "UseRegistry" becomes "True" and "count" the number of notes; None leaves a key out. A note's "weekdays" (seven
+        flags, Monday first) become its "w." keys, named by `days`."""
         notes = notes or []
         values = {"UseRegistry": True, "count": len(notes) if notes else None, **(settings or {})}
         self.set_registry("setting", values)
@@ -188,7 +189,7 @@ class Desk:
 
     @property
     def run_value(self) -> str | None:
-        """The log-on start entry."""
+        """The entry that starts the program at log-on."""
         return (self.probe.ask("regvalues", RUN_KEY) or {}).get("Kardel")
 
     @contextlib.contextmanager
@@ -240,8 +241,8 @@ class Desk:
 
     @contextlib.contextmanager
     def unmanaged(self):
-        """While the block runs, the windows of programs that start are no business of the window manager. Wine then
-        never waits for it, and always knows where they are."""
+        """While the block runs, the window manager has nothing to do with the windows of programs that start. Wine then
+        never waits for it and always knows where they are."""
         self.probe.ask("regtexts", X11_KEY, "Managed", "N")
         try:
             yield
@@ -254,7 +255,7 @@ class Desk:
     def start(self, folder: str | None = None, env: dict[str, str] | None = None, faketime: str | None = None,
               clock: Clock | None = None, cwd: str | None = None) -> Kardel:
         """Starts Kardel; `faketime` sets the time it sees ("2026-02-28 23:59:57"), `clock` one that can jump. `cwd` is
-        the current folder, the program's own unless told."""
+        the current folder, by default the program's own."""
         folder = folder or self.folder
         env = dict(env or {})
         if faketime:
@@ -296,8 +297,8 @@ class Desk:
         self.hands.key(*names)
 
     def keyboard_to_foreground(self) -> None:
-        """On Windows keys reach the foreground window. Here the window manager gives them to none once a dialog has
-        gone: windows that have neither an owner nor a place in the task bar do not get them by themselves."""
+        """On Windows keys reach the foreground window. Here the window manager gives them to no window once a dialog
+        has gone, because windows with neither an owner nor a place in the task bar do not get them by themselves."""
         if not self.display.keys_reach_nobody:
             return
         front = self.probe.ask("focus")["foreground"]
@@ -326,7 +327,7 @@ class Desk:
         raise AssertionError("no empty place on the desktop")
 
     def menu(self, timeout: float = 5.0) -> Menu:
-        """The open popup menu; with a sub-menu open, the innermost one."""
+        """The open popup menu, or the innermost one when a sub-menu is open."""
         return Menu(self, self.wait(lambda: self.menus()[-1:], timeout, "a menu to open")[0])
 
     def menus(self) -> list[list[dict]]:
@@ -344,7 +345,7 @@ class Desk:
 
     @property
     def ears(self) -> Recorder:
-        """What programs play that were started with its `env`. The sound server starts when it is first asked for."""
+        """Hears what programs started with its `env` play. The sound server starts when it is first used."""
         if self._ears is None:
             self._ears = Recorder(self.work, self.display.env)
         return self._ears
@@ -353,7 +354,7 @@ class Desk:
 
     def run_program(self, exe: pathlib.Path, words: list[str], results: dict[str, pathlib.Path], timeout: float) -> int:
         """Runs another Windows program on the desk with its output on ours, and fetches files that it wrote into its
-        folder (name there -> where to put it). Returns its exit code; -1 when it had to be killed."""
+        folder (name there -> where to put it). Returns its exit code; -1 if it had to be killed."""
         folder = self.wine.path(r"C:\tests")
         folder.mkdir(exist_ok=True)
         shutil.copy(exe, folder / exe.name)
@@ -376,8 +377,8 @@ class Desk:
         return code
 
     def close(self) -> None:
-        """Ends the session; nothing stays behind, also when a step fails."""
-        with contextlib.ExitStack() as steps:  # in reverse order, each whatever became of the others
+        """Ends the session. Nothing stays behind, even when a step fails."""
+        with contextlib.ExitStack() as steps:  # in reverse order, each one whatever happened to the others
             steps.callback(self._lock.close)
             steps.callback(shutil.rmtree, self.work, ignore_errors=True)
             for part in (self.display, self.wine, self.probe, self._ears):

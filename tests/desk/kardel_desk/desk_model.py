@@ -13,7 +13,7 @@ ONCE, EACH_DAY, WEEKLY, REPEATED = "once", "each day", "weekly", "repeated"
 
 @dataclasses.dataclass
 class Alarm:
-    """As it is stored. `date` is the next day that it is due, also where the store says "*"."""
+    """As it is stored. `date` is the day when it is next due, even where the store has "*"."""
     kind: str
     date: datetime.date
     time: str
@@ -22,7 +22,7 @@ class Alarm:
     mute: bool = False
 
     def advance(self) -> None:
-        """It rang and was stopped: the next time."""
+        """Moves on to its next time, after it has rung and was stopped."""
         self.date += datetime.timedelta(days={EACH_DAY: 1, WEEKLY: 7}.get(self.kind, self.days))
 
 
@@ -58,7 +58,7 @@ class Note:
     alarm: Alarm | None = None
 
     def stored(self) -> dict:
-        """The fields of the store that it must have."""
+        """The fields that the store must hold for it."""
         return {"Titolo": self.title, "Nota": self.body, "x": self.x * TWIPS, "y": self.y * TWIPS,
                 "width": self.width * TWIPS, "height": self.height * TWIPS, "backcolor": self.colour,
                 "topmost": self.topmost, "iconized": self.iconized, "closed": self.closed,
@@ -78,7 +78,7 @@ class DeskModel:
         self.all_hidden = self.all_iconized = False
         self.align = self.easy = False              # Automatic position, Easy alignment
         self.keep_elapsed = self.restore_to_ring = False
-        self.lost_places = False                    # columns began at a note that is shown elsewhere than it lies
+        self.lost_places = False                    # columns began at a note that is not shown where it belongs
 
     # --- what follows from a change
 
@@ -89,7 +89,7 @@ class DeskModel:
         return bool(self.notes) and not any(note.visible for note in self.notes)
 
     def changed(self) -> None:
-        """One note was closed, iconized, restored or renamed."""
+        """Follows up on a note that was closed, iconized, restored or renamed."""
         self.all_hidden = self.all_hidden or self._nothing_in_sight()
         if len(self.notes) > 1:
             self.all_iconized = self._all("iconized")
@@ -98,11 +98,11 @@ class DeskModel:
         return self.strip if note.iconized else note.height
 
     def is_on_screen(self, note: Note) -> bool:
-        """All of it."""
+        """Follows up on anything."""
         return 0 <= note.x <= self.right - note.width and 0 <= note.y <= self.bottom - self.shown_height(note)
 
     def realign(self) -> None:
-        """Automatic position, where it is on: columns of touching notes that begin at the first note's place."""
+        """Automatic position, if it is on: columns of touching notes, beginning at the first note's place."""
         if not self.align or not self.notes:
             return
         first = self.notes[0]
@@ -143,7 +143,7 @@ class DeskModel:
         self.all_hidden = False
 
     def retitle(self, note: Note, title: str, width: int) -> None:
-        """`width`: as wide as it became for its title."""
+        """`width`: how wide it has become for its title."""
         grown = width != note.width
         note.title, note.width = title, width
         if grown and not note.iconized and note.visible:
@@ -163,7 +163,7 @@ class DeskModel:
 
     def resize(self, note: Note, key: str, wide: bool, shown: tuple[int, int]) -> None:
         """An arrow key of the resize mode; `wide`: with Ctrl. `shown`: its left and top edge on the screen, since what
-        is seen grows up to the work area's edges, also where a note lies elsewhere."""
+        is seen grows up to the work area's edges, even if the note itself is elsewhere."""
         step = 12 if wide else 2
         if key in ("Left", "Right"):
             note.width = self._resized(note.width, step if key == "Right" else -step, LEAST_WIDTH, self.right - shown[0])
@@ -243,7 +243,7 @@ class DeskModel:
     # --- the program ends, and starts again
 
     def restart(self) -> None:
-        """What rings once is due still, and will ring; what recurs goes on to its next time."""
+        """An alarm that rings once is still due and will ring; one that recurs moves on to its next time."""
         for note in self.notes:
             note.visible = not note.closed
             if note.ringing and note.alarm.kind != ONCE:

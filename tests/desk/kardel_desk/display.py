@@ -1,4 +1,4 @@
-"""The virtual screen: X server, window manager, tray panel, and what is seen on it."""
+"""The virtual screen: X server, window manager, tray panel, and what can be seen on it."""
 
 import os
 import pathlib
@@ -15,8 +15,8 @@ from .waiting import wait
 
 
 class Display:
-    """Starts the screen at once. `panel_strut`: the panel keeps its place free of the work area. `monitors` share the
-    width, side by side; the left one is the primary."""
+    """Starts the screen at once. `panel_strut`: the work area leaves out the panel. `monitors` share the width, side by
+    side; the left one is the primary."""
 
     def __init__(self, work: pathlib.Path, width: int = 1280, height: int = 1024, panel_strut: bool = True,
                  monitors: int = 1):
@@ -47,7 +47,7 @@ class Display:
         self.env["DISPLAY"] = f":{number}"
         self.x = xdisplay.Display(self.env["DISPLAY"])
         self.root = self.x.screen().root
-        self.x.xfixes_query_version()  # pointer() needs it said once
+        self.x.xfixes_query_version()  # pointer() needs this to have been asked once
         if self.monitors > 1:
             self._part()
 
@@ -59,7 +59,7 @@ class Display:
         self.start_panel()
 
     def _part(self) -> None:
-        """Divides the screen into monitors. The first takes over what was the whole screen's."""
+        """Divides the screen into monitors. The first takes over what the whole screen was."""
         width = self.width // self.monitors
         for number in range(self.monitors):
             place = f"{width}/{width // 4}x{self.height}/{self.height // 4}+{number * width}+0"
@@ -68,8 +68,8 @@ class Display:
 
     def start_panel(self) -> None:
         """Starts the tray panel, empty, and waits until programs can find it."""
-        # A fixed width: a panel that grows with its icons moves them while Wine still notes where they are, and the
-        # icon then gets neither paint nor clicks.
+        # A fixed width, because a panel that grows with its icons moves them while Wine still looks where they are, and
+        # the icon then gets neither paint nor clicks.
         panel = ["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "pixel", "--width", "160",
                  "--heighttype", "pixel", "--height", "24", "--SetDockType", "true",
                  "--SetPartialStrut", "true" if self._panel_strut else "false"]
@@ -83,7 +83,7 @@ class Display:
                 wait(lambda: self.workarea()[3:] not in ((), (self.height,)), 3, "the work area above the panel")
                 return
             except AssertionError:
-                # Started in the same instant as the window manager, the panel's wish for room is sometimes missed.
+                # When the panel is started together with the window manager, its request for room is sometimes missed.
                 if attempt == 4:
                     raise
                 self.stop_panel()
@@ -98,13 +98,13 @@ class Display:
         wait(lambda: self._tray_owner() == X.NONE, 5, "the old panel to go")
 
     def restart_panel(self) -> None:
-        """Ends the tray panel and starts a new, empty one, as when the shell was restarted."""
+        """Ends the tray panel and starts a new, empty one, as when the shell is restarted."""
         self.stop_panel()
         self.start_panel()
 
     def _forbid_window_manager_moves(self) -> None:
-        # Wine hands a drag to a window manager that offers to do it; then the program never sees WM_MOVING, which
-        # Windows always sends. Without the offer Wine moves the window itself, as Windows does.
+        # Wine hands drags over to a window manager that offers to do them, and then the program never sees WM_MOVING,
+        # which Windows always sends. Without that offer Wine moves the window itself, as Windows does.
         supported = self.x.intern_atom("_NET_SUPPORTED")
         offered = self.root.get_full_property(supported, X.AnyPropertyType).value
         moves = self.x.intern_atom("_NET_WM_MOVERESIZE")
@@ -120,7 +120,7 @@ class Display:
         return None if found is None else found.value
 
     def workarea(self) -> tuple[int, ...]:
-        """Left, top, width and height of the screen without the panel, as the window manager says."""
+        """Left, top, width and height of the screen without the panel, as the window manager reports it."""
         return tuple(self._property(self.root, "_NET_WORKAREA") or ())[:4]
 
     def background(self, colour: tuple[int, int, int]) -> None:
@@ -136,14 +136,14 @@ class Display:
         return Image.frombytes("RGB", (width, height), data, "raw", "BGRX")
 
     def nearest(self, x: int, y: int) -> tuple[int, int]:
-        """The nearest place that lies on the screen."""
+        """The nearest place that is on the screen."""
         return max(0, min(x, self.width - 1)), max(0, min(y, self.height - 1))
 
     def pixel(self, x: int, y: int) -> tuple[int, int, int]:
         return self.image(x, y, 1, 1).getpixel((0, 0))
 
     def pointer(self) -> str:
-        """The picture of the mouse pointer as it is now, to be compared with another."""
+        """The current picture of the mouse pointer, for comparing."""
         return str(self.x.xfixes_get_cursor_image(self.root).cursor_image)
 
     def screenshot(self, path: pathlib.Path) -> pathlib.Path:
@@ -153,7 +153,7 @@ class Display:
         return path
 
     def keys_reach(self, program: str) -> bool:
-        """Whether the X server gives keys to one of a program's windows."""
+        """Whether the X server sends keys to one of a program's windows."""
         focus = self.x.get_input_focus().focus
         try:
             return not isinstance(focus, int) and program in (focus.get_wm_class() or ())
@@ -240,7 +240,7 @@ class Display:
         return [place.x, place.y]
 
     def tell_place(self, window: int) -> None:
-        """Tells a program where its window is, as a window manager should after it took the window over."""
+        """Tells a program where its window is, as a window manager should after taking the window over."""
         known = self._known(window)
         left, top = self.place(window)
         size = known.get_geometry()
@@ -260,7 +260,7 @@ class Display:
             try:
                 self.x.close()
             except OSError:
-                pass  # the server went first
+                pass  # the server was gone first
         for server in reversed(self._servers):
             processes.stop(server)
         self._servers.clear()

@@ -8,11 +8,11 @@ from Xlib import XK
 from .display import Display
 from .waiting import wait
 
-DOUBLE_CLICK_SECONDS = 0.55  # two clicks in a shorter time and within 4 pixels are one double click
+DOUBLE_CLICK_SECONDS = 0.55  # two clicks within this time and 4 pixels are a double click
 KEYBOARD_CHANGE_SECONDS = 0.3
-STEP = 0.03                  # seconds between the moves of a drag: every one is seen by the program
+STEP = 0.03                  # seconds between the moves of a drag, so that the program sees each
 
-# xdotool's names of what every keyboard has.
+# xdotool's names for characters on every keyboard.
 _NAMES = {chr(symbol): name[3:] for name, symbol in vars(XK).items()
           if name.startswith("XK_") and 0x20 <= symbol < 0x7F}
 _NAMES |= {"\n": "Return", "\t": "Tab"}
@@ -36,8 +36,8 @@ class Hands:
         return pointer.root_x, pointer.root_y
 
     def click(self, x: int, y: int, button: int = 1, double: bool = False, ready=None) -> None:
-        """Clicks at a place of the screen; kept apart from the click before, so that two are never taken for one.
-        `ready` is asked, with the pointer in place, until what is to be clicked is really there."""
+        """Clicks at a place of the screen, far enough apart from the click before that the two are no double click.
+        With the pointer in place, `ready` is called until what is to be clicked is really there."""
         self.keep_apart(x, y)
         self.move(x, y)
         if ready:
@@ -47,8 +47,8 @@ class Hands:
         self._clicks.append((time.monotonic(), x, y))
 
     def keep_apart(self, x: int, y: int) -> None:
-        """Waits until a press at this place makes no double click of a click before. One on the desktop in between,
-        which no Windows program sees, does not part them."""
+        """Waits until a press at this place can no longer form a double click with an earlier one. A click on the
+        desktop in between does not help, since no Windows program sees it."""
         now = time.monotonic()
         self._clicks = [click for click in self._clicks if click[0] + DOUBLE_CLICK_SECONDS > now]
         near = [when for when, last_x, last_y in self._clicks if abs(x - last_x) <= 4 and abs(y - last_y) <= 4]
@@ -56,7 +56,7 @@ class Hands:
             time.sleep(max(near) + DOUBLE_CLICK_SECONDS - now)
 
     def press(self, x: int, y: int, button: int = 1, ready=None) -> None:
-        """As the first half of a click: one that follows at the same place is kept apart from it."""
+        """The first half of a click; one that follows at the same place is kept apart from it."""
         self.keep_apart(x, y)
         self.move(x, y)
         if ready:
@@ -69,8 +69,8 @@ class Hands:
 
     def drag(self, x: int, y: int, by: tuple[int, int], steps: int = 8, release: bool = True,
              ready=None) -> None:
-        """Presses at a place, moves in `steps` steps, lets go unless told not to. Beyond the screen's edges the mouse
-        does not go."""
+        """Presses at a place, moves in `steps` steps, and lets go unless told not to. The mouse does not go beyond the
+        screen's edges."""
         self.press(x, y, ready=ready)
         words: list = []
         for step in range(1, steps + 1):
@@ -81,7 +81,7 @@ class Hands:
             self.release()
 
     def place_window(self, window: int, x: int, y: int) -> None:
-        """Moves a window of the X server as a tool for windows would, without the mouse."""
+        """Moves a window of the X server as another program would, without the mouse."""
         self._do("windowmove", window, x, y)
 
     def key(self, *names: str) -> None:
@@ -95,7 +95,8 @@ class Hands:
         self._do("keyup", name)
 
     def type(self, text: str) -> None:
-        """Types any text. A line end is Return, a tab is Tab. Characters that the keyboard lacks get a spare key."""
+        """Types any text. A line end is Return, a tab is Tab. Characters that are not on the keyboard are given a spare
+        key."""
         start = 0
         while start < len(text):
             end, missing = start, set()
@@ -112,7 +113,7 @@ class Hands:
             start = end
 
     def _take_spare_keys(self) -> dict[int, str]:
-        """Key codes that the keyboard does not use, with the character now on each. Wine takes a few of them as keys,
+        """Key codes that the keyboard does not use, with the character now on each. Wine accepts a few of them as keys
         if they have a character when it starts."""
         x = self._display.x
         first, last = x.display.info.min_keycode, x.display.info.max_keycode
@@ -132,7 +133,7 @@ class Hands:
         fresh = chars - set(self._spare.values())
         if not fresh:
             return
-        time.sleep(KEYBOARD_CHANGE_SECONDS)  # what was typed is read with the keyboard as it is at that moment
+        time.sleep(KEYBOARD_CHANGE_SECONDS)  # what was typed is interpreted with the keyboard as it is when it is read
         unused = [key for key, char in self._spare.items() if char not in chars]
         for key, char in zip(unused, sorted(fresh)):
             self._put(key, char)

@@ -1,12 +1,12 @@
-"""What the scenarios of one note share: a note to handle, in either store, and the store's own words about it."""
+"""What scenarios about one note share: a note to handle, in either store, and what the store says about it."""
 
 import pytest
 
 from .stores import Store
 
-TWIP = 15  # twips a pixel at 96 dpi
+TWIP = 15  # twips per pixel at 96 dpi
 LEAD = " " * 5
-GLYPHS = {"iconize": ("lbl2", 7, 9), "close": ("lbl2", 23, 9), "delete": ("pic", 9, 7)}  # where a picture is pressed
+GLYPHS = {"iconize": ("lbl2", 7, 9), "close": ("lbl2", 23, 9), "delete": ("pic", 9, 7)}  # where each picture is pressed
 WIDER, TALLER = (13, 4), (4, 12)  # the two arrows of the grip
 
 # In the middle of the screen, away from its edges; 200 x 150 pixels at 400, 300.
@@ -24,7 +24,7 @@ class Hand:
         self.store = Store(desk, kind)
 
     def run(self, *notes, **settings):
-        """Stores the notes, a usual one by default, starts the program and awakes its notes; returns the program."""
+        """Stores the notes, by default an ordinary one, starts the program and wakes its notes; returns the program."""
         self.store.seed([dict(note) for note in notes or (NOTE,)], **settings)
         self.kardel = self.desk.run()
         for note in self.kardel.visible_notes():
@@ -64,11 +64,11 @@ class Hand:
         self.desk.wait(lambda: not self.desk.menus(), 5, "the menu to close")
 
     def settled(self, note) -> bool:
-        """What was typed and clicked so far has been handled, and the note has answered."""
+        """Waits until everything typed and clicked so far has been handled and the note has answered."""
         for _ in range(2):  # Wine reads its X server's events between two messages
             note.send(0)
         return True
 
 
-# For what happens on the screen alone: once instead of once for each store.
+# For what happens only on the screen: once rather than once for each store.
 any_store = pytest.mark.parametrize("hand", ["registry"], indirect=True)

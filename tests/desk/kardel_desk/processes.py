@@ -13,7 +13,7 @@ _PR_SET_PDEATHSIG = 1
 
 
 class Unavailable(Exception):
-    """This machine cannot do what a test needs; the test is skipped."""
+    """This machine cannot do what a test needs, so the test is skipped."""
 
 
 def die_with_parent() -> None:
@@ -21,7 +21,7 @@ def die_with_parent() -> None:
 
 
 def start(command: list[str], env: dict[str, str], log: pathlib.Path, **more) -> subprocess.Popen:
-    """Starts a server of the desk; it ends with this process, however that ends."""
+    """Starts a server of the desk, which ends with this process, however that ends."""
     with open(log, "ab") as output:
         return subprocess.Popen([str(word) for word in command], env=env, stdin=subprocess.DEVNULL, stdout=output,
                                 stderr=output, preexec_fn=die_with_parent, **more)
@@ -48,7 +48,7 @@ def with_variable(name: str, value: str) -> list[int]:
                 if wanted in (folder / "environ").read_bytes().split(b"\0"):
                     found.append(int(folder.name))
             except OSError:
-                pass  # gone meanwhile, or somebody else's
+                pass  # gone meanwhile, or another user's
     return found
 
 
@@ -66,8 +66,8 @@ def kill_with_variable(name: str, value: str, patience: float = 5.0) -> None:
 
 @functools.cache
 def _refused() -> str:
-    """Parts this process' mounts from everybody else's, once: a second time would also part it from children it has,
-    which would see nothing mounted later. Returns why the machine refuses that, or nothing."""
+    """Separates this process' mounts from everybody else's. Only once: a second time would also separate it from its
+    children, which would not see what is mounted later. Returns why the machine refuses that, or nothing."""
     CLONE_NEWNS, MS_REC, MS_PRIVATE = 0x00020000, 0x4000, 0x40000
     if _libc.unshare(CLONE_NEWNS) == 0 and _libc.mount(None, b"/", None, MS_REC | MS_PRIVATE, None) == 0:
         return ""
@@ -75,7 +75,7 @@ def _refused() -> str:
 
 
 def private_mounts() -> None:
-    """From here on, mounts made by this process are seen by it and its children only, and vanish with them. Raises
+    """From here on, mounts made by this process are visible only to it and its children, and vanish with them. Raises
     Unavailable where they are refused: in a container without rights, or where `/` is no mount point."""
     if _refused():
         raise Unavailable(f"this machine allows no private mounts: {_refused()}")

@@ -1,7 +1,7 @@
-"""A user who does anything at any time, checked against a model of the desk.
+"""A user who does anything at any time, and is checked against a model of the desk.
 
-What he does follows from his seed alone; what only the screen decides (where a drag with snapping ends, how wide a
-title is) is taken from the window, and the store must then say the same. Everything else is predicted."""
+What he does follows from his seed alone. What only the screen decides (where a drag with snapping ends, how wide a
+title is) is read from the window, and the store must then agree. Everything else is predicted."""
 
 import os
 import pathlib
@@ -25,7 +25,7 @@ class RandomUser(NoteActions, EditActions):
 
     def __init__(self, desk, kind: str, seed: int, notes: int = 4):
         self.desk, self.seed, self.store = desk, seed, Store(desk, kind)
-        self.kind = kind  # of the first start; the replay needs it
+        self.kind = kind  # of the first start, which a replay needs
         self.both = False            # whether a switch in this run keeps both stores in step
         self.done = self.restarts = self.checks = self.switches = 0
         self.log: list[str] = []
@@ -56,7 +56,7 @@ class RandomUser(NoteActions, EditActions):
     # --- the run
 
     def act(self, action=None) -> None:
-        """One thing that is possible now; whatever it is, unless told."""
+        """Does something that is currently possible: the thing named, or any."""
         self.done += 1
         self.dice = random.Random(f"{self.seed}/{self.kind}/{self.done}")
         if action is None:
@@ -72,7 +72,7 @@ class RandomUser(NoteActions, EditActions):
             raise self._failure(error) from error
 
     def try_everything(self) -> None:
-        """Each thing once, as far as it is possible: much of the system is loaded when it is first needed."""
+        """Does each thing once, as far as possible, because much of the system is loaded when it is first needed."""
         self.loud = True
         for action, _ in self.actions:
             if not self._some(self._full):
@@ -84,8 +84,8 @@ class RandomUser(NoteActions, EditActions):
         self.loud = False
 
     def _settled(self) -> None:
-        """Wine knows where every note is: a program that asks while the window manager takes one over is told lies.
-        And the window manager knows every note: others lie above all boxes."""
+        """Makes sure that Wine knows where every note is, since a program that asks while the window manager takes one
+        over is told a wrong place, and that the window manager knows every note, since others lie above all boxes."""
         for note in self.model.notes:
             if note.visible:
                 if not self._window(note).managed:
@@ -139,7 +139,7 @@ class RandomUser(NoteActions, EditActions):
                  "restore_when_elapsed": self._calm, "open": lambda note: True}
         return name not in needs or self._some(needs[name])
 
-    # Which notes a thing can be done to.
+    # Which notes something can be done to.
 
     def _some(self, fits) -> bool:
         return any(fits(note) for note in self.model.notes)
@@ -172,7 +172,7 @@ class RandomUser(NoteActions, EditActions):
     # --- comparing
 
     def _differences(self) -> list[str]:
-        """What differs from the model, in words."""
+        """Describes what differs from the model."""
         model, notes = self.model, self.model.notes
         if not self.kardel.alive:
             return [f"the program ended: {self.kardel.output()}"]
@@ -194,11 +194,11 @@ class RandomUser(NoteActions, EditActions):
         return found
 
     def _kept(self) -> tuple[str, ...]:
-        """The stores that must hold every note now."""
+        """The stores that must currently hold every note."""
         return KINDS if self.both else (self.store.kind,)
 
     def _differences_in(self, store: Store) -> list[str]:
-        """What one store holds otherwise than the model, in words."""
+        """Describes what one store holds differently from the model."""
         stored, notes = store.notes(), self.model.notes
         if len(stored) != len(notes):
             return [f"{store.kind}: {[record['Titolo'] for record in stored]} for {[note.title for note in notes]}"]
@@ -212,16 +212,16 @@ class RandomUser(NoteActions, EditActions):
         return found
 
     def _on_screen(self, note: Note, info: dict):
-        """What is seen of a note and what the model says, in turn."""
+        """Pairs of what is seen of a note and what the model says."""
         parts = self._parts(note)
         yield "title", info["text"], note.title
         yield "title strip", parts["lbl"].text, " " * 5 + note.title
         yield "body", parts["nota"].text, note.body
         yield "shown", info["visible"], note.visible
-        if not note.ringing:  # a note that rings comes above what covers it, unless it has the keyboard
+        if not note.ringing:  # a ringing note comes above what covers it, unless it has the keyboard
             yield "always on top", info["topmost"], note.topmost
         yield "editor", self._window(note).editing, False
-        # Wine may lose the place of a window that it hides, and the program puts it right when it shows it.
+        # Wine may lose the place of a hidden window; the program corrects that when it shows the window.
         if note.visible and self._in_reach(note):
             yield "rectangle", tuple(info["rect"]), (note.x, note.y, note.width, self.model.shown_height(note))
         if note.visible:
@@ -229,8 +229,8 @@ class RandomUser(NoteActions, EditActions):
             yield "time strip", parts["pic_time"].visible, note.alarm is not None and not note.iconized
 
     def _in_reach(self, note: Note) -> bool:
-        """Whether it is shown where it lies. A note of a column that goes beyond the screen is shown elsewhere, by the
-        program when its title could not be seen, otherwise by the window manager."""
+        """Whether it is shown where it belongs. A note in a column that goes beyond the screen is shown elsewhere: by
+        the program if its title could not be seen, otherwise by the window manager."""
         return self.model.is_on_screen(note)
 
     def _parts(self, note: Note):
@@ -243,19 +243,20 @@ class RandomUser(NoteActions, EditActions):
         return NoteWindow(self.desk, note.window)
 
     def _command(self, note: Note, name: str) -> None:
-        """A command of a note's menu, done when this returns."""
+        """Gives a command of a note's menu, which is done when this returns."""
         self._window(note).send(WM_COMMAND, command_id(name), timeout=ACTION_SECONDS)
 
     def _tray(self, name: str) -> None:
         self.kardel.tray.window().send(WM_COMMAND, command_id(name), timeout=ACTION_SECONDS)
 
     def _finished(self) -> None:
-        """What was typed and clicked so far has been handled. Wine reads its X server's events between two messages."""
+        """Waits until everything typed and clicked so far has been handled. Wine reads its X server's events between
+        two messages."""
         for _ in range(2):
             self.kardel.tray.window().send(0, timeout=ACTION_SECONDS)
 
     def _reach(self, part, dx: int | None, dy: int | None = None) -> bool:
-        """Moves the mouse to a place of a window. False when something lies over it there: nobody would click then."""
+        """Moves the mouse to a place of a window. False when something covers it there, so that nobody would click."""
         x, y = part.point(dx, dy)
         if not (0 <= x < self.model.right and 0 <= y < self.model.bottom):
             return False
@@ -309,7 +310,7 @@ class RandomUser(NoteActions, EditActions):
         note.x, note.y = rect.x, rect.y
 
     def _read_places(self) -> None:
-        """Columns that begin at a note that is shown elsewhere: where, the program alone knows."""
+        """For columns that begin at a note that is shown elsewhere: only the program knows where that is."""
         self.model.lost_places = False
         self._say("(places read)")
         for note, record in zip(self.model.notes, self.store.notes()):
@@ -321,7 +322,7 @@ class RandomUser(NoteActions, EditActions):
         return box
 
     def _answer(self, box, button: str, key: str) -> None:
-        """With the mouse, or by key where a note that is always on top covers the button."""
+        """Presses a button with the mouse, or by key where a note that is always on top covers the button."""
         self.desk.wait(lambda: box.active, 5, "the box to have the keyboard")
         if self.dice.random() < 0.7 and self._reach(box.button(button), None):
             box.press(button)
@@ -342,7 +343,7 @@ class RandomUser(NoteActions, EditActions):
     # --- menus and boxes
 
     def note_menu(self) -> None:
-        """Looks at a note's menu and leaves it."""
+        """Opens a note's menu and leaves it."""
         note = self._any(self._calm)
         window = self._in_hand(note)
         if not window or not self._reach(window.part("lbl2"), 15, 9):
@@ -391,7 +392,7 @@ class RandomUser(NoteActions, EditActions):
         self._start()
 
     def kill(self) -> None:
-        """As a power cut would, sometimes in the middle of an edit: its text must be there again."""
+        """Ends the program as a power cut would, sometimes in the middle of an edit, whose text must be there again."""
         self.check()
         if self.dice.random() < 0.5 and self._some(self._full):
             note = self._any(self._full)
@@ -414,7 +415,7 @@ class RandomUser(NoteActions, EditActions):
         return drafts.exists() and note.body.encode("utf-16-le") in drafts.read_bytes()
 
     def switch_store(self) -> None:
-        """Changes to the other store, or thinks better of it. Until the next start both hold every note."""
+        """Changes to the other store, or changes his mind. Until the next start both hold every note."""
         self.check()
         self.mark = not self.mark
         self.kardel.tray.command("dyn(8)")
@@ -455,10 +456,10 @@ class RandomUser(NoteActions, EditActions):
         """Finds the new window of every note: notes may have the same title."""
         left = {window.hwnd: (window.title, window.body, window.topmost, window.placed(), window.visible)
                 for window in self.kardel.notes()}
-        # A note that rings may be restored, and one beyond the screen is shown elsewhere: those are found last.
+        # A ringing note may be restored, and one beyond the screen is shown elsewhere: those are looked for last.
         def known(note: Note) -> int:
             if note.ringing:
-                return 2  # it may have come above the others
+                return 2  # it may have come up above the others
             return 5 if self._in_reach(note) else 3
 
         for note in sorted(self.model.notes, key=known, reverse=True):
@@ -473,8 +474,8 @@ class RandomUser(NoteActions, EditActions):
     # --- what piles up
 
     def resources(self) -> dict[str, int]:
-        """What the program holds now: handles, graphics objects, blocks of memory that it asked for, these and all of
-        its private memory in KB; and the session's windows, menus and pointers."""
+        """What the program currently holds: handles, graphics objects, allocated blocks of memory, the size of these
+        and of all its private memory in KB; and the session's windows, menus and pointers."""
         found = self.desk.probe.ask("resources", self.kardel.tray.window().hwnd)
         rollup = pathlib.Path(f"/proc/{self.kardel.process.pid}/smaps_rollup").read_text().splitlines()
         memory = next(int(line.split()[1]) for line in rollup if line.startswith("Private_Dirty:"))
@@ -487,7 +488,7 @@ class RandomUser(NoteActions, EditActions):
                 self.model.iconize(note)
 
     def tidy(self, notes: int = 3) -> None:
-        """Leaves so many plain notes on the desk, all in sight, so that two moments can be compared."""
+        """Leaves so many plain notes on the desk, all visible, so that two moments can be compared."""
         self.log.append("tidy")
         self.dice = random.Random(f"{self.seed}/{self.kind}/{self.done}/tidy")
         if self.model.align:
@@ -500,7 +501,7 @@ class RandomUser(NoteActions, EditActions):
         self._silence_all()
         while len(self.model.notes) < notes:
             self.new()
-        self.loud, loud = True, self.loud  # what plays a sound stays loaded for a while
+        self.loud, loud = True, self.loud  # the code that plays sounds stays loaded for a while
         if not self._some(self._unset):
             self.clear_alarm()
         self.ring()

@@ -1,4 +1,4 @@
-"""What the desk hears: a sound server whose only loudspeaker leads nowhere, and a recorder at it."""
+"""What the desk hears: a sound server with a loudspeaker that leads nowhere, and a recorder of it."""
 
 import array
 import pathlib
@@ -8,14 +8,14 @@ import threading
 from . import processes
 from .waiting import wait
 
-RATE = 8000            # samples a second
-LOUD = 1000            # of 32767: anything above is to be heard
-REST_SECONDS = 0.3     # so long a silence parts two sounds; the alarm itself has no such rest
-LAG_SECONDS = 0.3      # between a sound and its arrival here, generously
+RATE = 8000            # samples per second
+LOUD = 1000            # of 32767: anything above counts as a sound
+REST_SECONDS = 0.3     # a silence of this length separates two sounds; there is none within the alarm
+LAG_SECONDS = 0.3      # upper limit for the time until a sound arrives here
 
 
 class Recorder:
-    """Everything that programs with the environment `env` play, from the first moment on."""
+    """Records everything that programs with the environment `env` play, from the very beginning."""
 
     def __init__(self, work: pathlib.Path, env: dict[str, str]):
         folder = work / "sound"
@@ -56,12 +56,12 @@ class Recorder:
 
     @property
     def seconds(self) -> float:
-        """How much has been recorded: the present moment, for `since`."""
+        """The length of the recording so far, to be passed as `since`."""
         with self._lock:
             return len(self._samples) / RATE
 
     def onsets(self, since: float = 0.0) -> list[float]:
-        """When sounds began, in seconds of the recording, of those that began after `since`."""
+        """When the sounds after `since` began, in seconds of the recording."""
         with self._lock:
             samples = self._samples[:]
         found, last = [], -REST_SECONDS

@@ -1,5 +1,5 @@
-"""The random user without hands: he gives his commands, texts and keys as messages, as other programs can.
-Nothing that the window manager does meanwhile can be in his way."""
+"""The random user without hands: he sends his commands, texts and keys as messages, as other programs can, so that
+nothing that the window manager does can get in his way."""
 
 import datetime
 
@@ -12,7 +12,7 @@ WM_KEYDOWN, WM_CHAR, WM_HSCROLL, WM_LBUTTONDOWN, WM_RBUTTONDOWN, WM_RBUTTONUP = 
 VK_RETURN, VK_ESCAPE = 13, 27
 ARROWS = {"Left": 37, "Up": 38, "Right": 39, "Down": 40}
 SB_LINERIGHT = 1
-TRIES = 5  # an editor closes, with its text kept, whenever another window gets the keyboard
+TRIES = 5  # an editor closes, keeping its text, whenever another window gets the keyboard
 
 
 class SteadyUser(RandomUser):
@@ -23,7 +23,7 @@ class SteadyUser(RandomUser):
         self.actions = [(action, weight) for action, weight in self.actions if action.__name__ not in by_hand]
 
     def _settled(self) -> None:
-        """Nothing was done by hand."""
+        """Nothing to wait for, as nothing was done by hand."""
 
     # --- boxes
 
@@ -55,7 +55,7 @@ class SteadyUser(RandomUser):
     # --- editing
 
     def new(self) -> None:
-        """A new note has a text at once: after a start it could not be told from another one without."""
+        """Gives a new note a text at once, as it could not be told from another one without a text after a start."""
         super().new()
         note = self.model.notes[-1]
         note.body = f"new {self.done}"
@@ -78,7 +78,7 @@ class SteadyUser(RandomUser):
         return window, window.part(name)
 
     def _fill(self, note, name: str, text: str, end) -> None:
-        """Puts a text into an editor and ends the edit; again when it was ended before the text was there."""
+        """Puts a text into an editor and ends the edit; does so again if the edit ended before the text was there."""
         for _ in range(TRIES):
             window, editor = self._open_editor(note, name)
             self.desk.probe.ask("settext", editor.hwnd, text)
@@ -127,7 +127,7 @@ class SteadyUser(RandomUser):
         for _ in range(TRIES):
             window, editor = self._open_editor(note, "txtNota")
             self.desk.probe.ask("settext", editor.hwnd, text[1:])
-            editor.send(WM_CHAR, ord(text[0]))  # a key at the caret, which is at the front; the draft follows from it
+            editor.send(WM_CHAR, ord(text[0]))  # a key at the caret, which is at the beginning; it causes the draft
             if editor.visible:
                 return window, text
         return None
@@ -173,7 +173,7 @@ class SteadyUser(RandomUser):
         self._gone()
 
     def ring(self) -> None:
-        """At once: the time that the editor opens with."""
+        """Leaves the time with which the editor opened, so that the alarm is due at once."""
         note = self._any(self._unset)
         editor = self._editor(note)
         note.alarm = Alarm(ONCE, self._now().date(), editor.part(242).text)

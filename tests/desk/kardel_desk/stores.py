@@ -1,4 +1,4 @@
-"""The two stores seen alike: for scenarios that must come out the same in both."""
+"""The two stores behind one interface, for scenarios that must come out the same in both."""
 
 FLAGS = ("closed", "iconized", "topmost", "mute")
 NUMBERS = ("x", "y", "width", "height", "backcolor", "alarmweekday", "alarmrepeatnumber")
@@ -8,7 +8,7 @@ KINDS = ("registry", "files")
 
 
 def in_registry(desk, number: int) -> dict:
-    """Note `number` of the registry with its numbers and flags as such; what is missing is empty, 0 and false."""
+    """Note `number` of the registry with its numbers and flags converted; what is missing is empty, 0 or false."""
     values = dict(desk.stored_note(number))
     values["weekdays"] = [values.pop("w." + day, "False") == "True" for day in DAYS]
     for key in TEXTS:
@@ -51,7 +51,7 @@ class Store:
         return [(note["x"], note["y"]) for note in self.notes()]
 
     def raw(self):
-        """All that is stored of the notes, to be compared with another moment."""
+        """Everything that is stored of the notes, for comparing two moments."""
         if self.kind == "files":
             files = self.desk.read_files()
             return files.hdr, files.dat, files.memo

@@ -5,7 +5,7 @@ import datetime
 from . import alarms
 from .desk_model import EACH_DAY, MOST_NOTES, ONCE, REPEATED, WEEKLY, Alarm, Note
 
-RING_SECONDS = 3.0  # by then a note that is due has rung for certain
+RING_SECONDS = 3.0  # by then a note that is due has certainly rung
 
 
 class EditActions:
@@ -41,13 +41,13 @@ class EditActions:
         return window, editor
 
     def _write_body(self, note: Note):
-        """Opens the body and types, without an end yet."""
+        """Opens the body and types, and leaves the edit open."""
         opened = self._open_body(note)
         if not opened:
             return None
         window, editor = opened
         body = note.body
-        if len(body) > 200:  # a body that grew long is begun anew
+        if len(body) > 200:  # a body that has grown long is replaced
             self._emptied(editor)
             body = ""
         if body and self.dice.random() < 0.3:
@@ -129,7 +129,7 @@ class EditActions:
     # --- alarms
 
     def _editor(self, note: Note) -> alarms.AlarmEditor:
-        """Opens the editor, and once more when the window manager left next to nothing of it on the screen."""
+        """Opens the editor, and does so again if the window manager left next to nothing of it on the screen."""
         for _ in range(3):
             self._window(note).command("alarm")
             editor = alarms.editor_of(self.kardel)
@@ -141,7 +141,7 @@ class EditActions:
         raise AssertionError("the alarm editor is not on the screen")
 
     def _choose_kind(self, editor, kind: str) -> Alarm:
-        """Fills in an alarm of a kind for today at the time that is shown."""
+        """Fills in an alarm of some kind for today at the time that is shown."""
         today = self._now().date()
         alarm = Alarm(kind, today, editor.time)
         if kind == EACH_DAY:
@@ -161,7 +161,7 @@ class EditActions:
         return alarm
 
     def set_alarm(self) -> None:
-        """One that does not come before tomorrow."""
+        """Sets an alarm that is not due before tomorrow."""
         note = self._any(self._unset)
         kind = self.dice.choice((ONCE, EACH_DAY, WEEKLY, REPEATED))
         self._say(kind)
@@ -191,7 +191,7 @@ class EditActions:
         self._gone()
 
     def ring(self) -> None:
-        """An alarm that comes in a moment, whatever is done meanwhile."""
+        """Sets an alarm that is due in a moment, whatever is done meanwhile."""
         note = self._any(self._unset)
         kind = self.dice.choice((ONCE, ONCE, EACH_DAY, WEEKLY, REPEATED))
         meanwhile = self.dice.choice(("wait", "hide_all", "close", "iconize", "iconize_all"))
@@ -203,7 +203,7 @@ class EditActions:
         due = self._moment(alarm.time)
         editor.start()
         self._gone()
-        if self._now() >= due and kind != ONCE:  # a slow machine: whether it rings now or next time, who knows
+        if self._now() >= due and kind != ONCE:  # on a slow machine it may ring now or at its next time
             self._say("(too late)")
             self._editor(note).stop()
             self._gone()
@@ -219,7 +219,7 @@ class EditActions:
         self._rung(note)
 
     def _later(self, editor, seconds: int) -> None:
-        """Sets the time of the editor so far from now: a click on the arrow of the seconds, the rest by key."""
+        """Sets the editor's time to so many seconds from now: by a click on the arrow of the seconds, then by key."""
         opened = self._moment(editor.time)
         editor.part("hsec").click(-5)
         self.desk.wait(lambda: self._moment(editor.time) > opened, 5, "the next second")
@@ -250,7 +250,7 @@ class EditActions:
                 return False
             image = screen.image(left, top, right - left, bottom - top)
             return sum(n for n, colour in image.getcolors(1 << 16) or () if colour == alarms.WHITE) > 1000
-        # One that is covered is not seen to flash, and another one that flashes may be what is seen.
+        # A covered note cannot be seen flashing, and what is seen flashing may be another one.
         try:
             if others or self.desk.wait(white, RING_SECONDS, "a white note") is None:
                 self.desk.stays(lambda: True, RING_SECONDS)

@@ -2,9 +2,9 @@
 
 from .desk_model import NEW_SIZE, ONCE, Note
 
-REACH = 500, 500              # no note is dragged further right or down, so that columns of notes stay on the screen
+REACH = 500, 500              # no note is dragged further right or down, to keep columns on the screen
 RED, RED_BOX = 255, (20, 55)  # in the system's colour dialog
-SNAP_SLACK = 20               # pixels that a snapped note may be off under Wine
+SNAP_SLACK = 20               # pixels by which a snapped note may be off under Wine
 
 
 class NoteActions:
@@ -106,14 +106,14 @@ class NoteActions:
         self.model.iconize(note)
 
     def keep_when_elapsed(self) -> None:
-        """The menu offers it for an alarm that comes once."""
+        """The menu offers this for an alarm that rings once."""
         note = self._any(self._calm)
         self._command(note, "dontdelete")
         if note.alarm is not None and note.alarm.kind == ONCE:
             self.model.keep_elapsed = not self.model.keep_elapsed
 
     def restore_when_elapsed(self) -> None:
-        """The menu offers it for an iconized note with an alarm."""
+        """The menu offers this for an iconized note with an alarm."""
         note = self._any(self._calm)
         self._command(note, "rewhenplay")
         if note.alarm is not None and note.iconized:
@@ -133,7 +133,7 @@ class NoteActions:
         self._gone()
 
     def title_buttons(self) -> None:
-        """The pictures in the title strip, with the mouse."""
+        """Presses the pictures in the title strip with the mouse."""
         note = self._any(self._shown)
         window = self._in_front(note)
         part, dx, dy, name = self.dice.choice(
@@ -164,7 +164,8 @@ class NoteActions:
         self.desk.wait(lambda: not self.desk.probe.ask("focus")["moving"], 5, "the drag to end")
         self._finished()
         self._read_place(note, window)
-        # Wine drops moves of a drag that meets a note's new X window, and what snapped stays off the pointer.
+        # Wine drops moves of a drag during which a note gets a new X window, and a snapped note stays away from the
+        # pointer.
         if max(abs(note.x - x), abs(note.y - y)) > (SNAP_SLACK if self.model.easy else 0):
             self._say(f"(off: {note.x}, {note.y} and not {x}, {y})")
 

@@ -1,4 +1,4 @@
-"""Waiting for a condition; a test never sleeps and hopes."""
+"""Waiting for a condition, so that no test sleeps and hopes."""
 
 import time
 
@@ -6,7 +6,7 @@ PAUSE = 0.03  # seconds between two looks
 
 
 def wait(condition, timeout: float = 10.0, what: str = ""):
-    """Calls `condition` until it gives something true and returns that. A LookupError or AssertionError inside it
+    """Calls `condition` until it returns something true, and returns that. A LookupError or AssertionError inside it
     counts as "not yet". After `timeout` seconds: AssertionError with the last thing seen."""
     end = time.monotonic() + timeout
     while True:
@@ -22,7 +22,7 @@ def wait(condition, timeout: float = 10.0, what: str = ""):
 
 
 def wait_equal(look, expected, timeout: float = 10.0, what: str = ""):
-    """Calls `look` until it gives `expected`. After `timeout` seconds: AssertionError with both values."""
+    """Calls `look` until it returns `expected`. After `timeout` seconds: AssertionError with both values."""
     end = time.monotonic() + timeout
     while True:
         try:
@@ -38,7 +38,7 @@ def wait_equal(look, expected, timeout: float = 10.0, what: str = ""):
 
 
 def stays(condition, seconds: float, what: str = ""):
-    """`condition` must hold now and at every look for `seconds`: for what must NOT happen."""
+    """Checks that `condition` holds all the time for `seconds`, for what must NOT happen."""
     end = time.monotonic() + seconds
     while time.monotonic() < end:
         assert condition(), f"{what or 'a condition'} did not hold for {seconds:g} s"

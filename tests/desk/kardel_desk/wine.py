@@ -1,9 +1,9 @@
 """One Wine session on a display: its own prefix, for 64-bit or 32-bit programs.
 
 The 64-bit Wine is the system's own, unless KARDEL_WINE_ROOT names a root folder with another one (tools/wine10-root
-makes one). The 32-bit one lives in a small i386 root folder (tools/i386-root makes it). Both run through chroot; callers
-notice nothing, since the work folder has the same path inside. Where system and i386 root are laid over each other, the
-64-bit Wine runs 32-bit programs too, as Windows does."""
+makes one). The 32-bit one lives in a small i386 root folder (tools/i386-root makes it). Both run through chroot;
+callers need not care, since the work folder has the same path inside. Where the system and the i386 root are overlaid,
+the 64-bit Wine also runs 32-bit programs, as Windows does."""
 
 import contextlib
 import fcntl
@@ -18,14 +18,14 @@ from .paths import I386_ROOT, WORK
 
 _WINE_ENV = {"WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=", "TZ": "UTC", "LC_ALL": "C.UTF-8"}
 _WINE64, _WINE32, _WINESERVER = "/usr/lib/wine/wine64", "/usr/lib/wine/wine", "/usr/lib/wine/wineserver"
-# The libraries of both kinds under one path, for the command that follows and what it starts.
+# Puts the libraries of both kinds under one path, for the command that follows and what it starts.
 _WITH_32_BIT = ["unshare", "--mount", "--propagation", "private", "sh", "-c",
                 'mount -t overlay overlay -o "lowerdir=/usr/lib:$0" /usr/lib && '
                 'LD_LIBRARY_PATH=/usr/lib/i386-linux-gnu exec "$@"', str(I386_ROOT / "usr/lib")]
 
 
 def root_of(arch: str) -> pathlib.Path | None:
-    """The root folder that holds the Wine of an architecture; none: the system's own."""
+    """The root folder with the Wine of an architecture; None for the system's own."""
     if arch == "win32":
         return I386_ROOT
     other = os.environ.get("KARDEL_WINE_ROOT")
@@ -38,14 +38,14 @@ def available(arch: str) -> bool:
 
 @functools.cache
 def runs_both() -> bool:
-    """Whether the 64-bit Wine can be made to run 32-bit programs as well."""
+    """Whether the 64-bit Wine can be made to run 32-bit programs, too."""
     return (root_of("win64") is None and available("win32") and
             subprocess.run([*_WITH_32_BIT, "true"], stderr=subprocess.DEVNULL).returncode == 0)
 
 
 @functools.cache
 def _enter(root: pathlib.Path) -> None:
-    """Shows a root folder what its Wine needs of this system."""
+    """Makes what its Wine needs of this system visible in a root folder."""
     processes.private_mounts()
     WORK.mkdir(parents=True, exist_ok=True)
     for source in ("/proc", "/dev", "/tmp/.X11-unix", "/usr/share/fonts", "/usr/lib/locale", str(WORK)):
@@ -54,7 +54,7 @@ def _enter(root: pathlib.Path) -> None:
         subprocess.run(["mount", "--rbind" if source == "/dev" else "--bind", source, target], check=True)
 
 
-# One screen divided into monitors is known to Xinerama alone.
+# Only Xinerama knows about one screen divided into monitors.
 _MONITORS = '''
 [Software\\\\Wine\\\\X11 Driver]
 "UseXRandR"="N"
@@ -63,7 +63,7 @@ _MONITORS = '''
 
 class Wine:
     """`env` names the display and home. The prefix is a copy of a template that is made once. `both`: a win64 one that
-    runs 32-bit programs too. `monitors`: the screen has several."""
+    also runs 32-bit programs. `monitors`: the screen has several."""
 
     def __init__(self, arch: str, env: dict[str, str], work: pathlib.Path, both: bool = False, monitors: bool = False):
         self.arch, self.both, self._root = arch, both, root_of(arch)
@@ -72,15 +72,15 @@ class Wine:
         if self._root:
             _enter(self._root)
         elif os.geteuid() == 0:
-            # Before the server, which opens the files: it must see what read_only() mounts.
+            # Before the server starts: it opens the files and must see what read_only() mounts.
             with contextlib.suppress(processes.Unavailable):
                 processes.private_mounts()
         self._copy_template()
         if monitors:
             with open(self.prefix / "user.reg", "a", encoding="utf-8") as registry:
                 registry.write(_MONITORS)
-        # The server stays until close(). The first call must not write into a pipe: Wine's services would inherit it
-        # and whoever reads the pipe would wait for ever.
+        # The server stays until close(). The first call must not write into a pipe, because Wine's services would
+        # inherit it and whoever reads the pipe would wait for ever.
         self._quietly("server", "-p")
         self._quietly("wine", "wineboot")
 
@@ -105,7 +105,7 @@ class Wine:
                 shutil.rmtree(template, ignore_errors=True)
                 template.mkdir()
                 self._make_template(template)
-        # Wine's own files are shared by hard links, which takes no time; what a session changes is copied.
+        # Wine's own files are shared by hard links, which takes no time; files that a session changes are copied.
         self.prefix.mkdir(parents=True)
         for entry in template.iterdir():
             if entry.name == "drive_c":
@@ -120,7 +120,7 @@ class Wine:
         env = {**self.env, "WINEPREFIX": str(template)}
         env.pop("DISPLAY", None)
         self._quietly("wine", "wineboot", "-i", env=env)
-        # A program that crashes must end with a report, not wait behind a dialog.
+        # A program that crashes must end with a report rather than wait behind a dialog.
         self._quietly("wine", "reg", "add", r"HKCU\Software\Wine\WineDbg", "/v", "ShowCrashDialog", "/t", "REG_DWORD",
                       "/d", "0", "/f", env=env)
         self._quietly("server", "-w", env=env)
@@ -139,8 +139,8 @@ class Wine:
 
     @contextlib.contextmanager
     def read_only(self, folder: pathlib.Path):
-        """While the block runs, nobody can change a folder of the prefix or anything in it, the administrator
-        neither. Raises Unavailable where he may not mount."""
+        """While the block runs, nobody can change a folder of the prefix or anything in it, not even the administrator.
+        Raises Unavailable where mounting is refused."""
         if os.geteuid() != 0:
             modes = {path: path.stat().st_mode for path in [folder, *folder.rglob("*")]}
             for path, mode in modes.items():
