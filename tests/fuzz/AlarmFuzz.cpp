@@ -1,5 +1,5 @@
-// Any record and any clock: loading, ringing and editing its alarm ends, and soon, with a rule that keeps its
-// word.
+// Any record and any clock: loading, ringing and editing its alarm must end soon, with a rule that does what
+// it says.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Takes the input apart; what it lacks is zero.
+/// Takes the input apart; what is missing is zero.
 struct Input {
     const std::uint8_t* data;
     std::size_t size;
@@ -84,8 +84,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     AlarmRule again = rule;
     const bool changed = armAfterLoad(again, now);
-    // A pattern that also repeats has no place to store its day: the one kind of rule that may move once
-    // more.
+    // A pattern that also repeats has no place to store its day. It is the only kind of rule that may move
+    // again.
     const bool settled = !(rule.DateNotSet() && rule.RepeatNumber >= 1);
     if (settled) require(!changed && again == rule);
 

@@ -1,6 +1,6 @@
-// Arbitrary bytes as the three data files, an interrupted upgrade's file, a draft, and the registry's values:
-// a whole start over them, in either store, with the import and the upgrade that they call for, and the
-// alarms.
+// Arbitrary bytes as the three data files, the file of an interrupted upgrade, a draft and the registry's
+// values: a whole start over them, in either store, with the import, the upgrade and the alarms that they
+// lead to.
 #include <cstdint>
 #include <cstdlib>
 
@@ -17,7 +17,7 @@ void require(bool holds) {
     if (!holds) std::abort();
 }
 
-/// Takes the input apart; what it lacks is zero or empty.
+/// Takes the input apart; what is missing is zero or empty.
 struct Input {
     std::string_view bytes;
 
@@ -103,7 +103,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(decodeDrafts(encodeDrafts(drafts)) == drafts);
     loadAll(store, settings, first.Count);
 
-    // What the first start settled stands: the second finds as many notes and rewrites no file.
+    // What the first start settled must last: the second finds as many notes and rewrites no file.
     const auto settled = folder.content;
     NoteStore again(parts);
     const StartState second = again.start(settings, questions);

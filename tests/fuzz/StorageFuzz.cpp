@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Ends the run with the input at hand kept.
+/// Ends the run and keeps the current input.
 void require(bool condition) {
     if (!condition) std::abort();
 }
@@ -26,7 +26,7 @@ void readRecord(const CodePage& page, std::string_view bytes) {
     require(record.alarmweekday >= 0 && record.alarmweekday <= 8);
     const EncodedRecord encoded = encodeRecord(page, record);
     require(encoded.bytes.size() == kRecordLength);
-    // Written by the program, a record reads the same from then on.
+    // Once the program has written a record, it must read the same from then on.
     const NoteRecord written = decodeRecord(page, encoded.bytes);
     require(decodeRecord(page, encodeRecord(page, written).bytes) == written);
 }

@@ -1,4 +1,4 @@
-// What a screen reader, another program too, gets to know of a window.
+// What a screen reader, which is another program as well, learns about a window.
 #include <windows.h>
 // Needs windows.h before it.
 #include <oleacc.h>
@@ -49,7 +49,7 @@ void describeAccessible(const Words& words, Json& out) {
     IAccessible* const object = objectOf(words);
     out.beginObject();
     describe(object, CHILDID_SELF, out);
-    // Of a window with windows in it only their number: each is asked by its own handle.
+    // For a window with child windows only their number, as each is asked by its own handle.
     LONG count = 0;
     if (object->get_accChildCount(&count) != S_OK) count = 0;
     out.field("children", count).key("elements").beginArray();

@@ -36,7 +36,7 @@ void processLives(const Words& words, Json& out);    // process id
 void killProcess(const Words& words, Json& out);     // process id
 void cursorAt(const Words& words, Json& out);        // the pointer's place on the screen
 
-// Holding.cpp: what another program, or another user's session, may have in its hands
+// Holding.cpp: what another program, or another user's session, may hold
 void holdFile(const Words& words, Json& out);   // path: opened so that nobody else can
 void holdMutex(const Words& words, Json& out);  // name
 void release(const Words& words, Json& out);    // everything held
@@ -48,7 +48,7 @@ void countResources(const Words& words, Json& out);  // hwnd: what its program h
 void readMenu(const Words& words, Json& out);  // the popup menus open at this moment, innermost last
 
 // Accessible.cpp
-void describeAccessible(const Words& words, Json& out);  // hwnd: what a screen reader hears of it
+void describeAccessible(const Words& words, Json& out);  // hwnd: what a screen reader learns about it
 void pressAccessible(const Words& words, Json& out);     // hwnd element: its default action; 0: of the window
 
 // Registry.cpp; a path starts with HKCU or HKLM

@@ -1,4 +1,4 @@
-// What other programs hold: files and mutexes.
+// Holds files and mutexes, as other programs may.
 #include <windows.h>
 
 #include "Commands.h"

@@ -29,10 +29,10 @@ void read(HWND popup, MenuView& view) {
     }
 }
 
-/// Wine's labels leave a block behind when they are destroyed, with a font in it and two empty places.
+/// When Wine's labels are destroyed they leave a block behind, with a font in it and two empty places.
 /// Windows' labels do not.
 bool isLeftByLabel(const PROCESS_HEAP_ENTRY& block) {
-    constexpr std::uintptr_t kFont = 0x0A;  // what a handle of a font has above its lower half
+    constexpr std::uintptr_t kFont = 0x0A;  // the upper part of a font's handle
     constexpr std::uintptr_t kKinds = 0x1F;
     const auto* places = static_cast<const std::uintptr_t*>(block.lpData);
     return block.cbData == 3 * sizeof *places && (places[0] >> 16 & kKinds) == kFont && places[1] == 0 &&
@@ -87,7 +87,8 @@ LRESULT CALLBACK heapHook(int code, WPARAM wp, LPARAM lp) {
 
 }  // namespace
 
-// The hooks by plain functions: the exported name of a procedure itself differs between 32 and 64 bits.
+// The hooks are returned by plain functions, because the exported name of a procedure itself differs between
+// 32 and 64 bits.
 extern "C" __declspec(dllexport) HOOKPROC menuHookProc();
 extern "C" HOOKPROC menuHookProc() {
     return menuHook;

@@ -1,10 +1,10 @@
-// What the hook, running inside the program under test, hands back.
+// What the hook, which runs inside the program under test, hands back.
 #pragma once
 
 #include <windows.h>
 
-/// What can be asked: where the answer is shared, the registered message that asks, the exported function
-/// that gives the hook, and the size of the answer.
+/// A question: the shared memory for the answer, the registered message that asks it, the exported function
+/// that returns the hook, and the size of the answer.
 struct HookQuestion {
     const wchar_t* share;
     const wchar_t* message;

@@ -1,11 +1,11 @@
-// Asks the hook, which Windows loads into the program under test, what only the program itself can see.
+// Asks what only the program under test itself can see, through the hook that Windows loads into it.
 #pragma once
 
 #include <windows.h>
 
 #include "Hook.h"
 
-/// Loads the hook and shares memory with it, for as long as it lives. Throws Failure.
+/// Loads the hook and shares memory with it as long as this object exists. Throws Failure.
 class Inside {
 public:
     explicit Inside(const HookQuestion& question);
@@ -14,7 +14,7 @@ public:
     ~Inside();
 
     /// Puts the question to the thread of a window. Null when it does not answer in time or the window goes;
-    /// else the answer, valid until the next question.
+    /// otherwise the answer, which is valid until the next question.
     const void* ask(HWND window);
 
 private:

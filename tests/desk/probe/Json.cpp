@@ -34,8 +34,8 @@ Json& Json::text(std::wstring_view value) {
     comma();
     out_ += '"';
     for (const wchar_t c : value) {
-        // Everything but plain ASCII as an escape: the line then survives any console or code page on its
-        // way.
+        // Everything but plain ASCII becomes an escape, so that the line survives any console or code page on
+        // its way.
         if (c == L'"' || c == L'\\') {
             out_ += '\\';
             out_ += static_cast<char>(c);

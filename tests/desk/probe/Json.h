@@ -1,4 +1,4 @@
-// What the probe answers: one line of JSON in UTF-8. Only what is needed to write it; nothing is parsed.
+// Writes the probe's answers: one line of JSON in UTF-8. Nothing is parsed here.
 #pragma once
 
 #include <cstdint>

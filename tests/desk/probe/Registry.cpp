@@ -78,7 +78,7 @@ void readValues(const Words& words, Json& out) {
         name.resize(nameLength);
         std::vector<BYTE> data(bytes + sizeof(DWORD));
         check(RegQueryValueExW(opened.key, name.c_str(), nullptr, nullptr, data.data(), &bytes), name);
-        // The name as a JSON string: written through a value of its own, since key() takes plain ASCII only.
+        // The name as a JSON string, written through a value of its own because key() takes only plain ASCII.
         Json quoted;
         quoted.text(name);
         out.key(std::string_view(quoted.str()).substr(1, quoted.str().size() - 2));
@@ -128,7 +128,7 @@ void setValue(const Words& words, Json& out) {
                              sizeof value),
               name);
     } else {
-        // A text type with bytes of the caller's choice: odd lengths, no closing zero.
+        // A text type with bytes of the caller's choice, such as an odd length or no closing zero.
         const std::string bytes = fromHex(word(words, 3));
         check(RegSetValueExW(opened.key, name.c_str(), 0, type == L"rawsz" ? REG_SZ : REG_BINARY,
                              reinterpret_cast<const BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size())),

@@ -1,4 +1,4 @@
-// What a program holds of Windows' own things. Wine's GetGuiResources answers nothing.
+// Counts Windows' resources that a program holds, because Wine's GetGuiResources returns nothing.
 #include <windows.h>
 
 #include <winternl.h>  // needs windows.h before it
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// An open process that is closed with it.
+/// A process handle that is closed with this object.
 class Process {
 public:
     explicit Process(DWORD id)
@@ -96,12 +96,11 @@ std::int64_t kernelHandles(DWORD process) {
 }
 
 /// How many windows, menus, pointers and the like exist in the session, whoever made them. A new one takes a
-/// place that is free, or the next one behind all others: made until that happens, menus count the free
-/// places.
+/// free place, or else one after all others: menus are made until that happens, which counts the free places.
 std::int64_t userObjects() {
-    static unsigned last = 0;  // the highest place that was ever taken here
+    static unsigned last = 0;  // the highest place that was ever taken in this session
     constexpr unsigned kFirst = 0x20;
-    constexpr int kFirstRound = 4000;  // more than are ever free
+    constexpr int kFirstRound = 4000;  // more than there are ever free
     constexpr std::size_t kBehind = 16;
     std::vector<HMENU> made;
     std::size_t behind = 0;

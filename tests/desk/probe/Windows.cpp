@@ -69,7 +69,7 @@ void add(Json& out, HWND hwnd) {
         .field("parent", id(GetAncestor(hwnd, GA_PARENT)))
         .field("process", process)
         .field("thread", thread)
-        // Wine notes at every top-level window which window of the X server shows it.
+        // Wine records at every top-level window which window of the X server shows it.
         .field("x11", id(static_cast<HWND>(GetPropW(GetAncestor(hwnd, GA_ROOT), L"__wine_x11_whole_window"))))
         .endObject();
 }

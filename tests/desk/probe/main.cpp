@@ -1,6 +1,6 @@
-// kardel_probe: looks at Kardel from outside. One command a line on the input, words parted by tabs, UTF-8,
-// with \t \n \r \\ and \0 (an empty word) as escapes; one line of JSON for each on the output. Ends at the
-// end of input.
+// kardel_probe: looks at Kardel from outside. One command per line on the input, in UTF-8, its words
+// separated by tabs, with \t \n \r \\ and \0 (an empty word) as escapes; one line of JSON for each on the
+// output. Ends at the end of input.
 #include <windows.h>
 
 #include <cstdio>
@@ -124,7 +124,7 @@ std::int64_t number(const Words& words, std::size_t index) {
 }
 
 int main() {
-    SetProcessDPIAware();  // otherwise it may be told where windows would stand at 96 dots per inch
+    SetProcessDPIAware();  // otherwise it may be told where windows would be at 96 dots per inch
     std::string line;
     while (readLine(line)) {
         std::printf("%s\n", answer(split(line)).c_str());

@@ -12,7 +12,7 @@ FAR = {"alarmdate": "01/01/2999", "alarmtime": "10:00:00"}
 NO_ALARM = {"alarmdate": "", "alarmtime": "", "alarmweekday": 0, "alarmrepeatnumber": 0, "alarmrepeatevery": "",
             "interval": "", "alarmday": "", "alarmdaymonth": "", "mute": False, "weekdays": [False] * 7}
 NEED_DATE = "Need before to set a full date."
-MINUTES, HOURS, DAYS, MONTHS = 1, 2, 3, 4  # entries of the second list beside a repeat number
+MINUTES, HOURS, DAYS, MONTHS = 1, 2, 3, 4  # entries of the second list when there is a repeat number
 WEEK = 8                                   # its last entry otherwise
 CLOSE_BOX = (-13, 11)
 both_stores = pytest.mark.parametrize("store", KINDS)
@@ -35,7 +35,7 @@ class Editing:
             self.editor = editor_of(self.kardel)
 
     def again(self):
-        """Opens the editor once more."""
+        """Opens the editor again."""
         self.editor = edit_alarm(self.kardel, self.note)
         return self.editor
 
@@ -54,11 +54,11 @@ class Editing:
         self.desk.key(*keys)
 
     def box(self):
-        """The message in the editor's place."""
+        """The message that replaces the editor."""
         return self.desk.wait(lambda: next(d for d in self.kardel.dialogs() if d.text == "Date"), 5, "the refusal")
 
     def refused(self):
-        """Reads the message away."""
+        """Reads the message and closes it."""
         box = self.box()
         assert NEED_DATE in box.texts()
         box.press("OK")
@@ -83,7 +83,7 @@ def test_without_an_alarm_the_editor_shows_today_and_the_time_now(desk):
     assert editor.part("btnOK").text == "Start" and editor.countdown is None
     assert not editor.part("fraWeek").visible and not editor.ticked("chkMute")
     assert (editor.part("cboRepeat").text, editor.part("cboDay").text) == ("", "Weekday")
-    assert not on.note.enabled  # the editor wants its answer first
+    assert not on.note.enabled  # the editor has to be answered first
 
 
 def test_a_running_alarm_is_counted_down_in_the_editor_too(desk):
@@ -138,10 +138,10 @@ def test_an_alarm_for_each_year_month_or_day(desk, store):
                                   ("day", "**/**/****", {})):
         on.editor.click_date(part)
         desk.wait_equal(lambda: on.editor.label, f"{pattern} {time}")
-        assert not on.editor.part("hdate").enabled  # there is no next day of a pattern
+        assert not on.editor.part("hdate").enabled  # a pattern has no next day
         on.editor.start()
         on.wait_alarm(alarmdate="*", alarmtime=time, interval=f"each{part}", **stored)
-        assert on.again().label.strip() == pattern  # and is shown so again
+        assert on.again().label.strip() == pattern  # and is shown like that again
         assert on.editor.part("btnOK").text == "Restart" and on.editor.time == time
 
 
@@ -156,7 +156,7 @@ def test_an_alarm_on_a_weekday(desk, store):
     on.wait_alarm(alarmdate=date_text(on.now() + datetime.timedelta(2)), alarmtime=time, alarmweekday=day)
 
 
-def test_todays_weekday_with_its_time_passed_is_next_week(desk):
+def test_todays_weekday_whose_time_has_passed_is_due_next_week(desk):
     on = Editing(desk, {})
     on.editor.choose("cboDay", on.now().isoweekday())
     on.editor.step("hours", -1)
@@ -204,7 +204,7 @@ def test_the_empty_repeat_number_brings_the_weekdays_back(desk):
     on.wait_alarm(**FAR)
 
 
-# --- The bars turn like a clock
+# --- The bars turn over like a clock
 
 
 def test_hours_from_23_turn_into_the_next_day_and_back(desk):
@@ -272,7 +272,7 @@ def test_the_hint_appears_under_the_mouse(desk):
 
     assert not hints()
     desk.hands.move(*on.editor.part("data").point())
-    # Both without an id of their own: seen by what they say.
+    # Neither has an id of its own: they are recognised by their texts.
     desk.wait(lambda: {" Clic over any portion of date to set a repeatable date ", "*"} <= visible_texts(on), 5,
               "hint and mark")
     desk.hands.move(*on.editor.part("btnOK").point())

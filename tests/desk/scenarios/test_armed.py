@@ -1,4 +1,5 @@
-"""Alarms over time: restarts and power cuts, what was missed meanwhile, the ends of months and years, clock changes."""
+"""Alarms over time: restarts and power cuts, what was missed meanwhile, the ends of months and years, changes of the
+clock."""
 
 import datetime
 
@@ -13,7 +14,7 @@ both_stores = pytest.mark.parametrize("store", KINDS)
 
 
 def due_text(desk, note):
-    """When the strip says it is due; the strip shows what is left again afterwards."""
+    """When the alarm is due according to the strip, which shows the time left again afterwards."""
     line = strip(note)
     line.click(20, button=3)
     text = desk.wait(lambda: line.text.endswith("h.") and line.text, 5, "the due time")
@@ -51,7 +52,7 @@ def test_an_alarm_set_just_before_the_end_is_there_after_a_restart(desk, store, 
 def test_a_missed_repeat_goes_on_in_step(desk, store):
     kept, zone = Store(desk, store), alarms.midday_zone()
     now = alarms.local_now(zone).replace(microsecond=0)
-    missed = now - datetime.timedelta(hours=5)  # then 90 minutes are a step: due 3:30, 2:00, 0:30 before now, 1:00 after
+    missed = now - datetime.timedelta(hours=5)  # in steps of 90 minutes: due 3:30, 2:00 and 0:30 ago, then in 1:00
     kept.seed([{**NOTE, **at(missed), "alarmrepeatnumber": 90, "alarmrepeatevery": "mm"}])
     note = desk.run(env={"TZ": zone}).note()
     following = missed + datetime.timedelta(hours=6)
@@ -99,7 +100,7 @@ def test_the_next_time_after_the_end_of_a_month_or_year(desk, alarm, rings, foll
     stored = desk.stored_note(1)
     if alarm["alarmdate"] == "*":
         kept = {name: stored.get(name) for name in alarm}
-        assert kept == alarm  # the day that February lacks is not forgotten
+        assert kept == alarm  # the day that February lacks is kept
     else:
         assert stored["alarmdate"] == following
 
@@ -107,7 +108,7 @@ def test_the_next_time_after_the_end_of_a_month_or_year(desk, alarm, rings, foll
 # --- The clock is changed, the computer sleeps
 
 
-def test_an_alarm_that_came_while_the_computer_slept_rings_once(desk):
+def test_an_alarm_that_was_due_while_the_computer_slept_rings_once(desk):
     clock = desk.clock("2026-06-15 20:00:00")
     desk.seed_registry({}, [{**NOTE, "alarmdate": "*", "interval": "eachday", "alarmtime": "21:00:00"}])
     note = desk.run(clock=clock).note()
@@ -147,7 +148,7 @@ ALL_DAY = [{**NOTE, "Titolo": "daily", "alarmdate": "*", "interval": "eachday", 
             "alarmrepeatnumber": 1, "alarmrepeatevery": "hh"}]
 
 
-def test_alarms_follow_a_clock_that_was_a_year_ahead_and_is_put_right(desk):
+def test_alarms_follow_a_clock_that_was_a_year_ahead_and_is_corrected(desk):
     clock = desk.clock("2026-06-15 20:59:00")
     desk.seed_registry({}, ALL_DAY)
     kardel = desk.run(clock=clock)
@@ -189,7 +190,7 @@ def test_what_rang_does_not_ring_again_when_the_clock_goes_back_by_an_hour(desk)
 
 
 def ends_in_dots(strip):
-    """Whether the last that is drawn of the time left lies low, as dots do, and digits before it stand tall."""
+    """Whether the time left ends in something as low as dots, after digits of full height."""
     picture = strip.image().convert("L")
     columns = [[y for y in range(picture.height) if picture.getpixel((x, y)) < 128] for x in range(picture.width)]
     inked = [column for column in columns if column]
@@ -197,7 +198,7 @@ def ends_in_dots(strip):
     return tall >= 6 and all(max(column) - min(column) <= 2 for column in inked[-3:])
 
 
-def test_a_narrow_note_says_with_dots_that_its_time_left_is_longer(desk):
+def test_a_narrow_note_shows_by_dots_that_its_time_left_is_cut(desk):
     """"12 d   5" would be read as five hours."""
     desk.seed_registry({}, [{**NOTE, "Titolo": "narrow", "width": 1140, **FAR_ALARM},
                             {**NOTE, "Titolo": "wide", "x": 12000, "width": 3000, **FAR_ALARM}])

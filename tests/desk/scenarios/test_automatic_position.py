@@ -1,4 +1,5 @@
-"""Automatic position: the notes in columns below the first one, on screen to the pixel and so in the store."""
+"""Automatic position: the notes in columns below the first one, to the pixel on the screen and likewise in the
+store."""
 
 import random
 
@@ -11,8 +12,9 @@ POSITION, EASY = "dyn(5)", "dyn(6)"
 
 
 def columns(rects, visible, work_height):
-    """Where every note belongs, in pixels: below the one before it; where that one ends too low, at the top of a new
-    column, as far right as the column's first note is wide. Hidden notes stay and do not count; the first one stays."""
+    """Where every note belongs, in pixels: below the one before it or, where that one ends too low, at the top of a new
+    column, which begins where the old column's first note ends. Hidden notes stay and do not count; the first note
+    stays."""
     places = [(rect.x, rect.y) for rect in rects]
     first = rects[0]
     column_left, column_width, last_top, last_height = first.x, first.width, first.y, first.height
@@ -33,7 +35,7 @@ def work_height(desk):
 
 
 def shown_at(desk, place, rect):
-    """Where a note is seen that belongs at `place`: there, or, when its title would be on no monitor, inside the work
+    """Where a note that belongs at `place` is seen: there or, if its title would be on no monitor, inside the work
     area. The store keeps the place where it belongs."""
     left, top, right, bottom = desk.screen()["workarea"]
     on_screen = -rect.width < place[0] < desk.display.width and -20 < place[1] < desk.display.height
@@ -59,7 +61,7 @@ def test_fifty_notes_of_all_sizes_stand_in_columns_to_the_pixel(desk, store):
     before = rects_of(kardel)
     visible = [not note["closed"] for note in notes]
     expected = columns(before, visible, work_height(desk))
-    assert len({x for (x, _), seen in zip(expected, visible) if seen}) > 5  # the model itself makes columns
+    assert len({x for (x, _), seen in zip(expected, visible) if seen}) > 5  # the model itself must make columns
 
     kardel.tray.command(POSITION)
     seen_at = [shown_at(desk, place, rect) for place, rect in zip(expected, before)]
@@ -67,7 +69,7 @@ def test_fifty_notes_of_all_sizes_stand_in_columns_to_the_pixel(desk, store):
     after = rects_of(kardel)
     assert [(rect.x, rect.y) for rect, seen in zip(after, visible) if seen] == \
         [place for place, seen in zip(seen_at, visible) if seen]
-    assert seen_at != expected  # some columns run off the screen, and can be reached all the same
+    assert seen_at != expected  # some columns run off the screen and can still be reached
     assert [rect[2:] for rect in after] == [rect[2:] for rect in before]
     shown = [(x * PIXEL, y * PIXEL) for x, y in expected]
     untouched = [(note["x"], note["y"]) for note in notes]
@@ -123,7 +125,7 @@ def test_easy_alignment_is_stored_and_excludes_automatic_position(desk):
     assert menu.item("Easy alignment")["checked"] and menu.item("Easy alignment")["enabled"]
     assert not menu.item("Automatic position")["checked"] and not menu.item("Automatic position")["enabled"]
     menu.close()
-    kardel.tray.command(POSITION)  # greyed: sent by a script it does nothing either
+    kardel.tray.command(POSITION)  # it is greyed, so it does nothing when a script sends it, either
     kardel.tray.window().send(0)
     assert desk.registry("setting")["AlignAll"] == "False"
     assert kardel.note("2").rect.x == 600
@@ -135,7 +137,7 @@ def test_easy_alignment_is_stored_and_excludes_automatic_position(desk):
 
 
 def test_both_stored_as_true_are_both_checked_and_grey_at_the_next_start(desk):
-    # Neither key is cleared by the other, so two settings from two times meet at a start.
+    # Neither key is cleared by the other, so both may be set at a start.
     Store(desk, "registry").seed([{**NOTE, "Titolo": "1"}], AlignAll=True, EasyAlign=True)
     kardel = desk.run()
     menu = kardel.tray.menu()
@@ -145,7 +147,7 @@ def test_both_stored_as_true_are_both_checked_and_grey_at_the_next_start(desk):
 
 
 @pytest.mark.parametrize("store", KINDS)
-def test_places_are_stored_also_when_it_is_switched_off(desk, store):
+def test_places_are_stored_even_when_it_is_switched_off(desk, store):
     kept = Store(desk, store)
     kept.seed([{**NOTE, "Titolo": "1"}, {**NOTE, "Titolo": "2"}], AlignAll=True)
     kardel = desk.run()
@@ -163,7 +165,7 @@ def test_the_column_closes_up_when_a_note_is_closed_iconized_or_gone(desk, store
     kardel = desk.run()
 
     def stacked(*titles):
-        """The notes with these titles touch, one below the other, and are stored so."""
+        """Whether the notes with these titles touch, one below the other, and are stored like that."""
         rects = [kardel.note(title).rect for title in titles]
         return all((low.x, low.y) == (high.x, high.bottom) for high, low in zip(rects, rects[1:]))
 

@@ -1,4 +1,4 @@
-"""What another program, a strange folder or a strange text may try, and must not get."""
+"""What another program, a strange folder or a strange text may try, but must not achieve."""
 
 import re
 import shutil
@@ -16,8 +16,8 @@ STORE = ("KARDEL.HDR", "KARDEL.DAT", "MEMO", "KARDEL.TMP")
 
 
 def keys_opened(kardel):
-    """Every opening of one of the program's keys as Wine's trace tells it: the path below the user's root, the rights
-    asked for, and those that the calls on the open key needed."""
+    """Every opening of one of the program's keys in Wine's trace: the path below the user's root, the rights asked for,
+    and the rights that the calls on the open key needed."""
     opened, handles, path = [], {}, None
     for line in kardel.output().splitlines():
         asked = re.search(r'(?:NtOpenKeyEx|NtCreateKey) \((\w+),L"([^"]*)",(?:.*,)?([0-9a-f]+),0x\w+\)$', line)
@@ -37,7 +37,7 @@ def keys_opened(kardel):
 
 
 def files_opened(kardel):
-    """The same of the note files: name and rights, without those that every opening has."""
+    """The same for the note files: name and rights, without those that every opening has."""
     folder = "\\??\\" + kardel.folder + "\\"
     found = [(path.replace("\\\\", "\\"), int(rights, 16) & ~EVERY_FILE)
              for rights, path in re.findall(r'Nt(?:Create|Open)File handle=\w+ access=(\w+) name=L"([^"]*)"',
@@ -47,8 +47,8 @@ def files_opened(kardel):
 
 
 def test_registry_keys_are_opened_with_no_more_rights_than_they_need(desk):
-    """Each opening asks for what the calls on the key then need: where a policy lets a user read only, reading goes
-    on. The log-on entry may have to make its key; whoever removes a section may list what is in it."""
+    """Each opening asks only for what the calls on the key then need, so that reading still works where a policy lets a
+    user only read. The log-on entry may have to make its key, and removing a section may list what is in it."""
     desk.seed_registry({}, [{"Titolo": name, "x": 1500, "y": 1500 + 3000 * n, "width": 3000, "height": 2000}
                             for n, name in enumerate("abc")])
     kardel = desk.start(env={"WINEDEBUG": "+reg"}).wait_ready()
@@ -92,7 +92,7 @@ def test_files_are_opened_with_no_more_rights_than_they_need(desk):
 
 
 def test_nothing_is_taken_from_the_current_folder(desk):
-    """Neither a note file nor a library: the program's own folder and the system's are all that counts."""
+    """Neither a note file nor a library: only the program's own folder and the system's count."""
     desk.seed_registry({"UseRegistry": False})
     desk.seed_files([{"Titolo": "mine", "Nota": "from the program's folder"}])
     elsewhere = desk.wine.path("C:\\elsewhere")
@@ -120,8 +120,8 @@ def test_nothing_is_taken_from_the_current_folder(desk):
     assert all((elsewhere / name).read_bytes() == b"not this one" for name in names)
 
 
-def test_libraries_beside_the_program_are_not_taken_for_windows_own(desk):
-    """Those that are loaded when they are first wanted: for the sound of an alarm, and when a screen reader asks."""
+def test_libraries_beside_the_program_do_not_replace_windows_own(desk):
+    """Those that are loaded when they are first needed: for the sound of an alarm, and when a screen reader asks."""
     planted = ("winmm.dll", "oleacc.dll", "ole32.dll", "oleaut32.dll")
     for name in planted:
         shutil.copy(helper(desk.arch, "kardel_probe_hook.dll"), desk.path() / name)
@@ -172,7 +172,7 @@ def test_other_programs_can_do_no_more_than_the_menus(desk):
         for wparam, lparam in ((0, 0), (-1, -1), (101, 0x7FFFFFFF), (0x7FFF, 12345)):
             note.send(message, wparam, lparam)
     for wparam in (0, 1, 99, 0x7FFF):
-        note.send(0x0113, wparam)  # WM_TIMER of no timer
+        note.send(0x0113, wparam)  # WM_TIMER of a timer that does not exist
         tray.send(0x0113, wparam)
     desk.wait_equal(lambda: [n.title for n in kardel.notes()], ["a"], what="the note to be there still")
     assert {section: desk.registry(section) for section in desk.sections()} == before

@@ -22,7 +22,7 @@ def choose_red(hand, dialog):
 
 
 def many(count):
-    """Notes that are told apart by every field, their bodies included."""
+    """Notes that differ in every field, including their bodies."""
     return [{**NOTE, "Titolo": f"n{n}", "Nota": f"body of {n}\r\n" + "line\r\n" * n, "x": 900 * n, "y": 600 * n,
              "width": 3000 + 150 * n, "height": 2250 + 75 * n, "backcolor": 0xC0FF00 + n, "iconized": n % 3 == 0,
              "closed": n % 4 == 0, "alarmdate": f"{n:02}/01/2999", "alarmtime": "10:00:00",
@@ -30,7 +30,7 @@ def many(count):
 
 
 def contents(notes):
-    """All that is known of notes but where their bodies lie."""
+    """Everything that is stored of the notes except where their bodies are."""
     return [{key: value for key, value in note.items() if key != "memo"} for note in notes]
 
 
@@ -156,7 +156,7 @@ def test_with_automatic_position_the_others_close_the_gap(desk, hand):
 
 # --- The question before a delete
 
-# Name -> a way to the question, and a way to refuse it.
+# Name -> how to bring up the question, and how to refuse it.
 ASKING = {
     "menu": (lambda hand, note: hand.menu(note, "Delete"), lambda hand, box: box.press("No")),
     "Delete key": (lambda hand, note: (note.activate(), hand.desk.key("Delete")),
@@ -300,7 +300,7 @@ def test_when_only_iconized_notes_remain_they_can_be_restored_together(desk, han
     assert "Restore All" in hand.entries(hand.note("other"))
 
 
-def test_the_settings_outlive_a_delete(desk, hand):
+def test_the_settings_survive_a_delete(desk, hand):
     hand.run(NOTE, OTHER, EasyAlign=False, RestoreWhenPlay=True, defaultwidth="4000")
     before = desk.registry("setting")
     delete(hand, hand.note("Shopping"))

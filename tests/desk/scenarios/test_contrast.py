@@ -1,4 +1,4 @@
-"""Text can be read by everybody: with Windows' colours for high contrast, and on notes of any colour."""
+"""Text is readable for everybody: with Windows' colours for high contrast, and on notes of any colour."""
 
 import pytest
 
@@ -6,7 +6,7 @@ from kardel_desk import rgb
 from kardel_desk.alarms import edit_alarm
 from kardel_desk.one_note import FAR_ALARM, NOTE
 
-READABLE = 4.5  # the least contrast of text and ground that people with weak eyes are promised
+READABLE = 4.5  # the least contrast between text and background that is recommended for people with weak eyes
 BLACK, WHITE, YELLOW, GREEN, CYAN = (0, 0, 0), (255, 255, 255), (255, 255, 0), (0, 255, 0), (0, 255, 255)
 
 
@@ -36,14 +36,15 @@ def contrast(one, other):
 
 
 def readable(image):
-    """The contrast of the commonest colour with the one that differs most from it: letters are never all fringe."""
+    """The contrast between the commonest colour and the one that differs most from it, as letters are never only
+    fringe."""
     colours = sorted(image.convert("RGB").getcolors(1 << 20), reverse=True)
     ground = colours[0][1]
     return max(contrast(ground, colour) for _, colour in colours)
 
 
 def words_of(part):
-    """The picture of a part without what a control draws around its words."""
+    """The picture of a part without what a control draws around its text."""
     picture = part.image()
     if part.info["class"] != "Button":
         return picture

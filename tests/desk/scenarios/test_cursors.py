@@ -1,4 +1,4 @@
-"""The pointers that the program brings along, as they lie in its file: in a form that every Windows reads."""
+"""The pointers in the program's file: in a form that every Windows can read."""
 
 import struct
 
@@ -34,7 +34,7 @@ def test_cursors_are_bitmaps(arch):
     """Windows reads compressed pictures in icons, but not in cursors."""
     sizes = []
     for content in resources(program(arch).read_bytes(), CURSOR):
-        header, width, height, planes, bits = struct.unpack_from("<IiiHH", content, 4)  # behind the hotspot
+        header, width, height, planes, bits = struct.unpack_from("<IiiHH", content, 4)  # after the hotspot
         assert (header, height, planes) == (40, 2 * width, 1) and bits in (4, 32)
         sizes.append(width)
     assert sorted(sizes) == [32] * 4 + [48] * 4

@@ -18,7 +18,7 @@ WILD = ("", "-1", "99999999999999999999", "1e999", "True", "*", "**/**/****", "-
 
 
 def damaged(dice, data):
-    """The bytes with a few of them changed, cut off, put in or doubled."""
+    """The bytes with a few of them changed, cut off, inserted or doubled."""
     at = dice.randrange(len(data))
     length = dice.randrange(1, 60)
     piece = data[at:at + length]
@@ -37,7 +37,7 @@ def piece(data, number, length):
 
 
 def run_through(desk):
-    """Starts the program and ends it. Returns what it showed, or None when it said that it cannot use the store."""
+    """Starts the program and ends it. Returns what it showed, or None if it said that it cannot use the store."""
     kardel = desk.start()
 
     def up():
@@ -52,7 +52,7 @@ def run_through(desk):
         assert kardel.exit() == 0
         return shown
     assert kardel.process.returncode == 1, kardel.output()
-    kardel.killed = True  # it ended as it should, not by a crash
+    kardel.killed = True  # it ended as it should and did not crash
     return None
 
 

@@ -1,4 +1,4 @@
-"""The desk can be trusted: what it does reaches the program, and what it tells is what a user would see."""
+"""The desk can be trusted: what it does reaches the program, and what it reports is what a user would see."""
 
 import struct
 
@@ -31,7 +31,7 @@ def test_misspelt_field_is_refused():
         pack_note({"titolo": "Shopping"})
 
 
-def test_wait_tells_what_it_saw_last():
+def test_wait_reports_what_it_saw_last():
     with pytest.raises(AssertionError, match="for the note; last saw: 0"):
         wait(lambda: 0, 0.1, "the note")
 

@@ -27,7 +27,7 @@ def painted(desk, look):
 
 
 def text_stands_still(before, after):
-    """Nothing but a blinking caret, one or two pixels wide, may differ; AssertionError when something does."""
+    """Only a blinking caret, one or two pixels wide, may differ; AssertionError when anything else does."""
     moved = ink(before) ^ ink(after)
     columns = {x for x, _ in moved}
     assert not columns or max(columns) - min(columns) < 2, f"letters moved in columns {sorted(columns)}"
@@ -82,7 +82,7 @@ def test_line_breaks_come_at_the_caret_and_the_caret_after_them(desk, hand, chor
     desk.key("Home", "Right", "Right", "Right", "Right", chord)
     desk.type("x")
     desk.wait_equal(lambda: editor.text, f"milk{breaks}x and bread")
-    assert editor.visible  # a line break is no end of the edit
+    assert editor.visible  # a line break does not end the edit
     desk.key("Return")
     hand.wait_stored(Nota=f"milk{breaks}x and bread")
     assert note.body == f"milk{breaks}x and bread"
@@ -119,7 +119,7 @@ def test_esc_shows_the_old_body_and_stores_nothing(desk, hand):
 
 @any_store
 def test_the_letter_after_a_line_break_key_is_a_letter(desk, hand):
-    """A key that was taken must not colour the next one, whichever that is."""
+    """A key that was handled must not affect the next one, whichever that is."""
     note = hand.run().note()
     editor = note.edit()
     desk.key("ctrl+Return", "a", "shift+Return", "b", "BackSpace", "c")
@@ -214,7 +214,7 @@ def test_the_body_does_not_jump_when_its_editor_opens(desk, hand, last):
 def test_the_title_does_not_jump_when_its_editor_opens(desk, hand, iconized):
     note = hand.run({**NOTE, "Titolo": "Shopping gjpqy", "iconized": iconized}).note()
     note.activate()
-    strip = note.part("lbl").rect  # without its pictures, which make room for the editor
+    strip = note.part("lbl").rect  # without its pictures, which give way to the editor
     area = strip.x + 32, strip.y, strip.width - 32 - (42 if iconized else 22), strip.height
     before = painted(desk, lambda: desk.display.image(*area))
     desk.key("F2") if iconized else edit_title(hand, note)
@@ -265,7 +265,7 @@ def test_esc_keeps_the_old_title(desk, hand):
     assert hand.store.raw() == before
 
 
-def test_an_empty_title_leaves_only_the_lead(desk, hand):
+def test_an_empty_title_leaves_only_its_indent(desk, hand):
     note = hand.run().note()
     edit_title(hand, note)
     desk.key("ctrl+a", "Delete", "Return")
@@ -299,7 +299,7 @@ def test_a_long_title_widens_an_iconized_note_but_not_beyond_the_screen(desk, ha
     desk.key("Return")
     desk.wait_equal(lambda: note.rect.width, 1280)
     hand.wait_stored(width=1280 * 15)
-    assert hand.stored("Titolo") == "W" * (130 if hand.kind == "registry" else 128)  # what the store can keep
+    assert hand.stored("Titolo") == "W" * (130 if hand.kind == "registry" else 128)  # as much as the store can keep
 
 
 # --- Leaving an editor by hand
@@ -322,7 +322,7 @@ def test_leaving_the_body_in_any_way_keeps_it(desk, hand):
     body = "milk and bread"
     for way, leave in {**LEAVING, **BODY_ONLY}.items():
         if way == "time strip":
-            continue  # the editor lies over it
+            continue  # the editor covers it
         editor = note.edit()
         desk.type("!")
         body += "!"
@@ -389,7 +389,7 @@ def test_the_grip_ends_an_edit_before_it_resizes(desk, hand):
     assert not editor.visible
 
 
-def test_a_body_that_could_not_be_stored_is_told_and_stored_the_next_time(desk):
+def test_a_body_that_could_not_be_stored_is_reported_and_stored_the_next_time(desk):
     desk.seed_registry({"UseRegistry": False})
     desk.seed_files([NOTE])
     kardel = desk.run()
@@ -398,7 +398,7 @@ def test_a_body_that_could_not_be_stored_is_told_and_stored_the_next_time(desk):
     desk.type("!")
     kept = memo.read_bytes()
     memo.unlink()
-    memo.mkdir()  # no program can write into it now
+    memo.mkdir()  # no program can write to it now
     desk.key("Return")
     box = kardel.dialog()
     assert len(max(box.texts(), key=len)) > 20  # says what went wrong

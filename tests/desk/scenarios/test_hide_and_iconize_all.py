@@ -66,7 +66,7 @@ def test_a_notes_own_menu_hides_all(desk):
     desk.menu().choose("Hide All")
     desk.wait(lambda: not kardel.visible_notes(), what="the notes to hide")
     assert "Show All" in tray_captions(kardel)
-    kardel.note("b").command("hideall")  # from outside, as the note itself cannot be clicked
+    kardel.note("b").command("hideall")  # sent from outside, as the note itself cannot be clicked
     desk.wait(lambda: len(kardel.visible_notes()) == 3, what="the notes to show")
 
 
@@ -261,7 +261,7 @@ def test_hide_all_silences_a_ringing_note_first(desk, store, keep):
     desk.wait(lambda: note.colour == (255, 255, 255), what="the note to flash")
     kardel.tray.command(HIDE)
     desk.wait(lambda: not kardel.visible_notes(), what="the notes to hide")
-    left = ["a", "b", "c"] if keep else ["a", "c"]  # a one-off alarm takes its note along
+    left = ["a", "b", "c"] if keep else ["a", "c"]  # an alarm that rings once takes its note along
     desk.wait_equal(lambda: titles(kardel.notes()), left)
     desk.wait_equal(lambda: store.each("Titolo"), left)
     if keep:

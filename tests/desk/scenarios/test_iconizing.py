@@ -17,7 +17,7 @@ def iconize_all_entry(hand, note):
 
 
 def store_height(hand, height):
-    """Another program changes the stored height of the only note."""
+    """Changes the stored height of the only note, as another program might."""
     if hand.kind == "registry":
         hand.desk.set_registry("kardel-1", {"height": height})
     else:
@@ -160,7 +160,7 @@ def test_a_note_set_on_top_stays_above_the_others(desk, hand):
     hand.menu(shopping, "Always on Top")
     hand.wait_stored(topmost=True)
     desk.wait(lambda: shopping.topmost, what="the note on top")
-    spot = other.rect.x + 150, other.rect.y + 60  # both lie here; no letter does
+    spot = other.rect.x + 150, other.rect.y + 60  # both notes are here, but no letter
     other.click("lbl", 40)
     desk.wait(lambda: other.active and desk.pixel(*spot) == (192, 255, 192), 10, "the note above the clicked one")
     desk.wait(lambda: "_NET_WM_STATE_ABOVE" in desk.display.states("Shopping"), what="the window manager to know")

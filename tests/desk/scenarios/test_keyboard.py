@@ -1,10 +1,10 @@
-"""A note in the hands of somebody who has no mouse: real keys for what the menu does not offer."""
+"""A note used without a mouse: real keys for what the menu does not offer."""
 
 from kardel_desk.alarms import rings_no_more, strip, wait_ringing
 from kardel_desk.one_note import FAR_ALARM, NOTE, OTHER, TWIP, any_store
 
 WM_SYSCOMMAND, SC_KEYMENU = 0x0112, 0xF100
-STEP = 8  # pixels an arrow key moves a note
+STEP = 8  # pixels by which an arrow key moves a note
 
 
 def test_ctrl_and_the_arrows_move_a_note(desk, hand):
@@ -34,7 +34,7 @@ def test_a_moved_note_lies_there_at_the_next_start(desk, hand):
 def test_alt_and_space_open_the_menu_of_the_note(desk, hand):
     note = hand.run(NOTE).note()
     note.activate()
-    note.post(WM_SYSCOMMAND, SC_KEYMENU, ord(" "))  # what Windows makes of the keys; the window manager takes them here
+    note.post(WM_SYSCOMMAND, SC_KEYMENU, ord(" "))  # what Windows turns the keys into; here the window manager takes them
     menu = desk.menu()
     assert menu.item("Resize")["enabled"]
     menu.close()

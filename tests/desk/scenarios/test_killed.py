@@ -1,4 +1,4 @@
-"""The program is ended as by a power cut: what the next start shows."""
+"""What the next start shows after the program was ended as by a power cut."""
 
 import pytest
 
@@ -14,7 +14,7 @@ def store(request, desk):
 
 
 def draft(store, number):
-    """What the store that holds the notes keeps of an open edit, as UTF-16."""
+    """What the store in use keeps of an open edit, as UTF-16."""
     if store.kind == "registry":
         return (store.desk.registry(f"kardel-{number}") or {}).get("draft", "").encode("utf-16-le")
     path = store.desk.path() / "KARDEL.TMP"

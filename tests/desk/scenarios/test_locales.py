@@ -1,4 +1,4 @@
-"""The same work in the languages of five code pages: every letter typed comes back, and numbers stay as they are."""
+"""The same work under five locales: every letter typed comes back, and numbers stay as they are."""
 
 import datetime
 

@@ -29,7 +29,7 @@ def about(hand):
     return box
 
 
-# Ways to answer; the question stands there with Yes as its default button.
+# Ways to answer the question, whose default button is Yes.
 YES = {
     "a click": lambda desk, box: box.press("Yes"),
     "Enter": lambda desk, box: desk.key("Return"),
@@ -97,7 +97,7 @@ def test_nothing_else_can_be_done_while_a_question_waits(desk, hand):
     desk.wait(lambda: hand.kardel.dialogs() == [box])
     box.press("No")
     gone(hand)
-    other.edit()  # and everything can be done again
+    other.edit()  # afterwards everything works again
 
 
 def test_a_question_lies_above_a_note_that_is_always_on_top(desk, hand):

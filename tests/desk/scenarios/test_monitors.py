@@ -14,7 +14,7 @@ def at(x, y, title="Shopping"):
 
 @pytest.fixture(scope="module")
 def session(arch):
-    """In the place of the usual desk: every test here gets this one, clean."""
+    """Takes the place of the usual desk: every test here gets this one, clean."""
     if arch == "win32":
         pytest.skip("the 32-bit Wine has no Xinerama, and knows of one monitor only")
     desk = Desk(arch, size=(2 * WIDTH, HEIGHT), monitors=2)

@@ -62,7 +62,7 @@ def test_a_press_with_shift_or_ctrl_or_on_a_picture_does_not_drag(desk, hand):
 
 
 def test_a_mere_click_stores_nothing(desk, hand):
-    """A note whose monitor is away is shown where it can be reached; its own place waits in the store."""
+    """A note whose monitor is gone is shown where it can be reached; its own place stays in the store."""
     note = hand.run({**NOTE, "x": 90000, "y": 90000}).note()
     before = hand.store.raw()
     note.activate()
@@ -122,8 +122,8 @@ def test_with_automatic_position_a_drag_still_snaps(desk, hand):
     check_place(hand, note, 0, 500)
 
 
-# The other note lies at 800..1000, 300..450; the dragged one has 200 x 150 pixels: where they touch, and which way is
-# away.
+# The other note is at 800..1000, 300..450, and the dragged one has 200 x 150 pixels. Each row says where they touch,
+# and which direction leads away.
 BESIDE = [((1000, 340), (1, 0)), ((600, 340), (-1, 0)), ((840, 450), (0, 1)), ((840, 150), (0, -1))]
 
 
@@ -132,7 +132,7 @@ def test_facing_edges_of_two_notes_meet(desk, hand):
     hand.run(NOTE, OTHER, EasyAlign=True)
     note = hand.note("Shopping")
     for (left, top), (x, y) in BESIDE:
-        drag_to(hand, note, left + 40 * x, top + 40 * y)  # from afar
+        drag_to(hand, note, left + 40 * x, top + 40 * y)  # from further away
         drag_to(hand, note, left + SHY * x, top + SHY * y)
         check_place(hand, note, left, top)
 
@@ -167,8 +167,8 @@ def test_the_drag_moves_the_note_under_the_pointer(desk, hand):
     note = hand.run().note()
     x, y = note.part("lbl").point(100)
     desk.hands.drag(x, y, by=(80, 40), release=False)
-    desk.wait_equal(lambda: note.rect[:2], (480, 340))  # it follows at once
-    assert hand.stored("x") == 6000  # and is stored when it is let go
+    desk.wait_equal(lambda: note.rect[:2], (480, 340))  # the note follows at once
+    assert hand.stored("x") == 6000  # but is only stored when it is let go
     desk.hands.release()
     check_place(hand, note, 480, 340)
 
@@ -192,7 +192,7 @@ def test_the_pointer_shows_that_a_note_is_moved(desk, hand):
 
 @any_store
 def test_two_drags_in_a_row_work_as_one(desk, hand):
-    """What a drag puts in place for its own time is gone afterwards."""
+    """What a drag sets up for as long as it lasts is gone afterwards."""
     hand.run(NOTE, OTHER, EasyAlign=True)
     for title, number, place in (("Shopping", 1, (400, 600)), ("other", 2, (900, 100)), ("Shopping", 1, (420, 640))):
         drag_to(hand, hand.note(title), *place)

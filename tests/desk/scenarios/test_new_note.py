@@ -1,4 +1,4 @@
-"""New Kardel: from the tray, from a note's menu and by key; what the new note is, where it stands, what is stored."""
+"""New Kardel: from the tray, from a note's menu and by key; what the new note is, where it appears, what is stored."""
 
 import pytest
 from kardel_desk.stores import KINDS, Store
@@ -177,7 +177,7 @@ def test_a_second_note_stands_under_the_first_with_automatic_position(desk, stor
 
 
 @both_stores
-def test_the_usual_size_is_read_anew_for_every_note(desk, store):
+def test_the_default_size_is_read_for_every_new_note(desk, store):
     store = Store(desk, store)
     store.seed([{**NOTE, "Titolo": "first"}])
     kardel = desk.run()

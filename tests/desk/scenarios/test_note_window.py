@@ -1,4 +1,4 @@
-"""One note on the desktop: its parts, layout, colours, properties as seen from outside, its menu and its keys."""
+"""One note on the desktop: its parts, layout, colours, its properties as seen from outside, its menu and its keys."""
 
 import pytest
 

@@ -1,4 +1,4 @@
-"""Program folders that are unusual: their letters, their length, what may be done in them."""
+"""Unusual program folders: odd letters, long paths, missing rights."""
 
 import pytest
 
@@ -54,7 +54,7 @@ def test_notes_in_the_registry_need_no_folder_to_write_in(desk):
     assert Store(desk, "registry").each("Nota") == ["changed"]
 
 
-def test_notes_in_a_folder_that_cannot_be_written_stay_on_the_screen_and_are_stored_later(desk):
+def test_notes_in_a_read_only_folder_stay_on_the_screen_and_are_stored_later(desk):
     store = Store(desk, "files")
     store.seed(NOTES)
     kardel = desk.run()
@@ -77,7 +77,7 @@ def test_notes_in_a_folder_that_cannot_be_written_stay_on_the_screen_and_are_sto
     assert store.each("topmost") == [False, True]
 
 
-def test_first_start_in_a_folder_that_cannot_be_written_says_so_and_offers_a_note(desk):
+def test_first_start_in_a_read_only_folder_says_so_and_offers_a_note(desk):
     with desk.wine.read_only(desk.path()):
         kardel = desk.start()
         box = kardel.dialog()
@@ -86,16 +86,16 @@ def test_first_start_in_a_folder_that_cannot_be_written_says_so_and_offers_a_not
         kardel.wait_ready(notes=1)
         note = kardel.notes()[0]
         note.awake()
-    edit(desk, note, "kept")  # the folder can be written now
+    edit(desk, note, "kept")  # the folder is writable now
     desk.wait_equal(lambda: desk.read_files().bodies, ["kept"])
     assert kardel.exit() == 0
     assert desk.run().notes()[0].body == "kept"
 
 
 @pytest.mark.parametrize("name", ["KARDEL.HDR", "KARDEL.DAT", "MEMO"])
-def test_files_in_the_hands_of_another_program_at_the_start_lose_nothing(desk, name):
-    """A note that cannot be read comes up empty and takes no text, because nothing could become of it; as soon as it
-    can be read it is there."""
+def test_files_held_by_another_program_at_the_start_lose_nothing(desk, name):
+    """A note that cannot be read comes up empty and takes no text, which could not be kept; as soon as it can be read,
+    it appears."""
     store = Store(desk, "files")
     store.seed(NOTES[:1])
     before = store.raw()

@@ -1,4 +1,5 @@
-"""Data files of older releases: brought up to date in place, also where an earlier start was interrupted at it."""
+"""Data files of older releases: brought up to date in place, even where an earlier start was interrupted while doing
+so."""
 
 import pytest
 
@@ -11,7 +12,7 @@ NOTES = [{"Titolo": f"old {n}", "Nota": f"written long ago, {n}", "x": 15 * (40 
 
 
 def present_records(length):
-    """What the upgrade must make of records of that length: zero and blank where they have nothing."""
+    """What the upgrade must make of records of that length: zeros and blanks for what they lack."""
     records = []
     for note in NOTES:
         old = pack_note({**note, "backcolor": 8454143, "alarmweekday": 3, "alarmrepeatnumber": 5,
@@ -89,5 +90,5 @@ def test_file_of_no_known_layout_shows_whole_records_and_is_kept_as_it_was(desk)
     assert kardel.exit() == 0
     assert (desk.path() / "KARDEL.DAT.damaged").read_bytes() == found
     assert len((desk.path() / "KARDEL.DAT").read_bytes()) == 215
-    assert desk.start().wait_ready(notes=1).exit() == 0  # and nobody is told twice
+    assert desk.start().wait_ready(notes=1).exit() == 0  # and the user is not told twice
 

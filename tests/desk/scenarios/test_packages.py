@@ -32,13 +32,13 @@ def session(arch):
 
 @pytest.fixture(scope="module")
 def stub(arch):
-    """Where the 64-bit Wine runs 64-bit programs only, the same script makes a 64-bit installer."""
+    """Where the 64-bit Wine runs only 64-bit programs, the same script makes a 64-bit installer."""
     return ["-XTarget amd64-unicode"] if arch == "win64" and not runs_both() else []
 
 
 @pytest.fixture(scope="module")
 def packages(arch, stub):
-    """What is handed out."""
+    """The release files."""
     folder = BUILD / "packages-under-test" / arch
     yield pack(folder, *stub)
     shutil.rmtree(folder)
@@ -46,7 +46,7 @@ def packages(arch, stub):
 
 @pytest.fixture
 def setup(desk, packages):
-    """Runs the installer, silently unless told otherwise; what it installed is gone again after the test."""
+    """Runs the installer, by default silently; what it installed is removed after the test."""
     desk.path("C:\\setup").mkdir(exist_ok=True)
     shutil.copy(next(packages.glob("*-setup.exe")), desk.path("C:\\setup\\setup.exe"))
 
@@ -113,7 +113,7 @@ def test_an_upgrade_ends_the_running_copy_keeps_its_open_edit_and_starts_it_agai
 
 
 def through_the_pages(desk, process, *answers):
-    """Welcome, folder, what is asked meanwhile, and the last page with its box ticked."""
+    """Goes through the pages: welcome, folder, any questions, and the last page with its box ticked."""
     for button in ("&Next >", "&Install", *answers, "&Finish"):
         window(desk, "Kardel Setup", button).press()
     assert process.wait(60) == 0
@@ -285,7 +285,7 @@ class window:
 
 @pytest.fixture(scope="module")
 def certificate(tmp_path_factory):
-    """One made for the test, with its key, and what it is known by."""
+    """A certificate made for the test, with its key and its fingerprint."""
     folder = tmp_path_factory.mktemp("certificate")
     key, known, both = folder / "key.pem", folder / "known.pem", folder / "both.p12"
     subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", key, "-out", known, "-days",
@@ -318,7 +318,7 @@ def test_what_is_signed_is_signed_whole(desk, stub, setup, certificate, tmp_path
 
 
 def test_the_kit_runs_the_tests_and_collects_one_report(desk, arch, tmp_path):
-    tests = BUILD / arch / "tests" / "kardel_window_tests.exe"  # stands for the tests of the rules, too
+    tests = BUILD / arch / "tests" / "kardel_window_tests.exe"  # also stands for the tests of the rules
     subprocess.run([ROOT / "packaging" / "kit.sh", tests, tests, tmp_path], check=True, env={**os.environ, **EPOCH})
     (kit,) = tmp_path.glob("*-check.zip")
     place = desk.path("C:\\kit")
@@ -327,7 +327,8 @@ def test_the_kit_runs_the_tests_and_collects_one_report(desk, arch, tmp_path):
     names = ["ON-WINDOWS.md", "check.cmd", "kardel_rules_tests.exe", "kardel_window_tests.exe"]
     assert sorted(path.name for path in (place / kit.stem).iterdir()) == names
 
-    # Wine's desktop comes with the first program that asks for it, and keeps open what that one was given: the report.
+    # Wine's desktop process starts with the first program that needs it and keeps open what that program has open: the
+    # report.
     desk.wait(lambda: desk.probe.ask("windows", "Shell_TrayWnd"), 60, "the shell")
 
     def check(*words):
@@ -339,7 +340,7 @@ def test_the_kit_runs_the_tests_and_collects_one_report(desk, arch, tmp_path):
     code, report = check("--gtest_filter=LogLine*")
     assert code == 0 and report.count("[  PASSED  ]") == 2 and "[  PASSED  ] 0 tests" not in report
     assert "CurrentBuild" in report and "Rules ended with 0, windows with 0" in report
-    (place / kit.stem / "kardel_rules_tests.exe").unlink()  # what cannot be run is no success
+    (place / kit.stem / "kardel_rules_tests.exe").unlink()  # what cannot be run must not count as a success
     code, report = check("--gtest_filter=LogLine*")
     assert code == 1 and report.count("[  PASSED  ]") == 1 and "Rules ended with 0" not in report
     shutil.rmtree(place)

@@ -15,11 +15,11 @@ SEED = int(os.environ.get("KARDEL_SEED", "1"))
 ACTIONS = int(os.environ.get("KARDEL_ACTIONS", "225"))
 LONG = ACTIONS >= 2000
 SHARE = ACTIONS // (4 if LONG else 3)  # of each test
-BY_HAND = ACTIONS // 10  # each takes its time
+BY_HAND = ACTIONS // 10  # each action takes a while
 BETWEEN_CHECKS = 100 if LONG else 10
 GROWTH = 1.05
-# What is still made for the first time; and in a long run, what a thread of Wine's own, which plays sounds, comes and
-# goes with: its stack alone is 1000 KB. What the program asked for itself are the blocks.
+# Allows for what is still made for the first time and, in a long run, for a thread of Wine's own that plays sounds and
+# comes and goes: its stack alone is 1000 KB. The blocks are what the program itself has allocated.
 SHORT_SLACK = {"handles": 6, "gdi": 60, "user": 20, "blocks": 150, "heap": 50, "memory": 2000}
 LONG_SLACK = {"handles": 1, "gdi": 0, "user": 2, "blocks": 150, "heap": 40, "memory": 1000}
 
@@ -41,7 +41,7 @@ def lose_nothing(user, actions, count):
 
 @pytest.fixture
 def alone(desk):
-    """No window manager is in the way: in the midst of taking a note over, it makes Wine believe a stale size."""
+    """Keeps the window manager out of the way, which makes Wine believe a stale size while it is taking a note over."""
     with desk.unmanaged():
         yield
 
@@ -55,7 +55,7 @@ def test_random_user_loses_nothing(desk, kind, count):
 @pytest.mark.parametrize("kind", KINDS if LONG else KINDS[:1])
 @pytest.mark.usefixtures("alone")
 def test_random_user_piles_nothing_up(desk, kind, count):
-    """One long life of the program: what it holds at the end, with three notes in sight, is what it held before."""
+    """Runs the program for a long time: at the end, with three notes visible, it must hold no more than before."""
     user, begun = SteadyUser(desk, kind, SEED), time.monotonic()
     user.leaves = False
     user.try_everything()

@@ -4,11 +4,11 @@ import pytest
 from kardel_desk.one_note import FAR_ALARM, GLYPHS, NOTE, OTHER, TALLER, TWIP, WIDER, any_store
 
 LEAST = (75, 47)  # pixels of 1130 x 705 twips
-STEP, WIDE_STEP = 2, 12  # pixels a key
+STEP, WIDE_STEP = 2, 12  # pixels per key
 
 
 class Hold:
-    """A mouse button held down on the grip, with a key or without."""
+    """Holds a mouse button down on the grip, with or without a key."""
 
     def __init__(self, hand, note, place, button=1, key=None):
         self.desk, self.key, self.button = hand.desk, key, button
@@ -54,7 +54,7 @@ def still(hand, note):
 
 def mode_is_on(hand, note):
     menu = hand.open_menu(note)
-    hand.desk.key("Escape")  # not with a click elsewhere: that is one way to leave
+    hand.desk.key("Escape")  # not by a click elsewhere, which would leave the resize mode
     hand.desk.wait(lambda: not hand.desk.menus(), 5, "the menu to close")
     return menu.item("Resize")["checked"]
 
@@ -81,7 +81,7 @@ def test_holding_an_arrow_of_the_grip_resizes_until_the_release(desk, hand):
             assert (hand.stored("width"), hand.stored("height")) == before  # stored once, at the end
         check_stored_as_shown(hand, note)
         _, _, wider, taller = note.rect
-        assert (wider == width) == (x == 0) and (taller == height) == (y == 0), how  # the other way nothing changes
+        assert (wider == width) == (x == 0) and (taller == height) == (y == 0), how  # the other dimension must not change
         assert note.rect[:2] == (400, 300) and not desk.menus(), how
         grip = note.part("pic2").rect
         assert (grip.right, grip.bottom) == (note.rect.right - 1, note.rect.bottom - 1), how
@@ -124,7 +124,7 @@ def test_a_step_below_the_smallest_size_is_refused(desk, hand):
     before = hand.store.raw()
     desk.key("Left", "Up")
     assert still(hand, note) == (76, 48) and hand.store.raw() == before
-    desk.key("Right", "Left", "Left")  # one wider; one narrower; the next is refused again
+    desk.key("Right", "Left", "Left")  # a step wider, a step narrower; the next is refused again
     hand.wait_stored(width=1140)
 
 
@@ -188,7 +188,7 @@ def test_a_note_that_goes_away_under_the_held_grip_ends_the_resizing(desk, hand,
     assert hand.stored("height") == 2250
     other = hand.note("other")
     if end != "hideAll":
-        other.activate()  # the program goes on
+        other.activate()  # the program must go on
     assert hand.kardel.exit() == 0
 
 
@@ -237,7 +237,7 @@ def test_outside_the_resize_mode_the_arrows_do_nothing(desk, hand):
     before = hand.store.raw()
     desk.key("Left", "Down", "Return")
     assert still(hand, note) == (200, 150) and hand.store.raw() == before
-    desk.key("ctrl+Down", "ctrl+Right")  # they move it
+    desk.key("ctrl+Down", "ctrl+Right")  # these move it
     assert still(hand, note) == (200, 150)
     assert (hand.stored("width"), hand.stored("height")) == (3000, 2250)
 
@@ -313,7 +313,7 @@ POINTERS = {  # what the pointer looks like -> where
 
 
 @any_store
-def test_the_pointer_tells_the_hot_areas_apart(desk, hand):
+def test_the_pointer_distinguishes_the_hot_areas(desk, hand):
     note = hand.run().note()
 
     def over(part, dx, dy):

@@ -1,4 +1,4 @@
-"""Alarms that come: the countdown, flashing and sound, every way to end them, and what becomes of the note."""
+"""Alarms that ring: the countdown, flashing and sound, every way to end them, and what becomes of the note."""
 
 import datetime
 import time
@@ -27,14 +27,14 @@ def run(desk, *notes, store="registry", env=None, **settings):
 
 
 def due_soon(desk, seed, zone, ahead=4):
-    """Starts the program with an alarm that comes after it is ready. `seed` stores notes for a due instant."""
+    """Starts the program with an alarm that is due once it is ready. `seed` stores notes for a due instant."""
     while True:
         due = alarms.local_now(zone).replace(microsecond=0) + datetime.timedelta(seconds=ahead)
         seed(due)
         kardel = desk.run(env={"TZ": zone})
         if alarms.local_now(zone) < due - datetime.timedelta(seconds=2):
             return kardel, due
-        kardel.kill()  # a busy machine: it took too long to start
+        kardel.kill()  # on a busy machine it may have taken too long to start
         ahead *= 3
 
 
@@ -432,7 +432,7 @@ def test_the_menu_offers_to_keep_the_note_and_to_restore_it(desk):
     kardel, _ = run(desk, {**NOTE, "alarmdate": "01/01/2999", "alarmtime": "10:00:00"})
     note = kardel.note()
     for entry, key in (("Don't delete when elapsed", "DontDeleteWhenPlay"), ("Restore when elapsed", "RestoreWhenPlay")):
-        if key == "RestoreWhenPlay":  # a choice for iconized notes
+        if key == "RestoreWhenPlay":  # which is offered on iconized notes
             note.click("lbl2", 7, 9)
             desk.wait_equal(lambda: note.rect.height, STRIP_HEIGHT)
         for flag in ("True", "False"):

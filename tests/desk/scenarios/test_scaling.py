@@ -1,4 +1,4 @@
-"""Screens that are scaled, scaled anew, or gone: a note stays the same note, where it can be reached."""
+"""Screens that are scaled, rescaled, or gone: a note keeps its place and size, and can be reached."""
 
 import pytest
 
@@ -25,7 +25,7 @@ def iconize_and_restore(desk, note):
 
 
 @pytest.mark.parametrize("dpi", [120, 144])
-def test_a_note_that_is_used_on_a_scaled_screen_creeps_nowhere(desk, dpi):
+def test_a_note_that_is_used_on_a_scaled_screen_does_not_creep(desk, dpi):
     desk.seed_registry({}, [NOTE])
     with desk.scaled(dpi):
         kardel = desk.run()
@@ -61,7 +61,7 @@ def reachable(desk, note):
     return note.rect.x >= 0 and note.rect.y >= 0 and note.rect.right <= desk.display.width
 
 
-def test_a_note_at_the_right_edge_is_reachable_on_a_screen_scaled_anew(desk):
+def test_a_note_at_the_right_edge_is_reachable_on_a_rescaled_screen(desk):
     desk.seed_registry({}, [{**NOTE, "x": 16200}])
     kardel = desk.run()
     assert kardel.note().rect.right == desk.display.width
@@ -80,7 +80,7 @@ def test_a_note_at_the_right_edge_is_reachable_on_a_screen_scaled_anew(desk):
 
 
 def test_a_note_partly_beyond_the_left_edge_stays_there(desk):
-    """On a desk of several screens places left of the first one are negative, and as good as any."""
+    """On a desk of several screens, places left of the first one are negative and as good as any other."""
     desk.seed_registry({}, [{**NOTE, "x": -1500}])
     for _ in range(2):
         kardel = desk.run()

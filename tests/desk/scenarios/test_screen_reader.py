@@ -1,5 +1,5 @@
-"""What another program is told of Kardel's windows: the accessibility tree, asked from outside as a screen reader
-does. Wine gives native controls no role of their own; there the class counts."""
+"""What another program learns about Kardel's windows: the accessibility tree, queried from outside as a screen reader
+does. Wine gives native controls no role, so their class is checked instead."""
 
 from kardel_desk.alarms import wait_ringing
 from kardel_desk.one_note import FAR_ALARM, NOTE, OTHER, any_store
@@ -27,7 +27,7 @@ def check_parts(note) -> None:
 
 
 @any_store
-def test_notes_tell_their_title_their_state_and_their_text(desk, hand):
+def test_notes_say_their_title_their_state_and_their_text(desk, hand):
     missed = {"alarmdate": "01/01/2020", "alarmtime": "08:00:00", "mute": True}
     hand.run(NOTE, {**OTHER, "iconized": True, "topmost": True}, {**NOTE, **FAR_ALARM, "Titolo": "Later", "y": 8000},
              {**NOTE, **missed, "Titolo": "Tea", "x": 500}, DontDeleteWhenPlay=True)
@@ -67,7 +67,7 @@ def test_every_field_of_the_alarm_editor_says_what_it_is(desk, hand):
     stops = [part for part in editor.parts().values() if part.visible and part.info["style"] & WS_TABSTOP]
     assert len(stops) == 10
     for part in stops:
-        # The lists are named by the labels before them, of which Wine's library knows nothing.
+        # The lists are named by the labels before them, which Wine's library does not know.
         assert spoken(part)["name"] or part.info["class"] == "ComboBox", part
         assert part.info["class"] in NATIVE or spoken(part)["role"] == SPIN, part
     date, hours = editor.part("data"), editor.part("hore")

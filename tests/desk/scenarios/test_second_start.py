@@ -100,7 +100,7 @@ def test_starts_within_milliseconds_leave_one_running_ten_times_over(desk, store
     dice = random.Random(10)
     for _ in range(5):
         copies = [desk.start()]
-        time.sleep(dice.choice((0, 0.002, 0.01, 0.03, 0.1)))  # how far apart they come is what is tried
+        time.sleep(dice.choice((0, 0.002, 0.01, 0.03, 0.1)))  # the time between them is what is being tested
         copies.append(desk.start())
         desk.wait(lambda: sum(copy.alive for copy in copies) == 1, 20, "one of the two to end")
         (running,) = [copy for copy in copies if copy.alive]
@@ -112,8 +112,8 @@ def test_starts_within_milliseconds_leave_one_running_ten_times_over(desk, store
 
 
 def mutex_of_folder(folder):
-    """The name under which all sessions of a machine see that somebody works on a folder's files: whatever the folder
-    is called there, Windows has one name for it."""
+    """The name by which all sessions of a machine see that a folder's files are in use. Whatever a session calls the
+    folder, Windows has one name for it."""
     mark = 14695981039346656037
     for letter in ("\\\\?\\" + folder).lower():
         mark = (mark ^ ord(letter)) * 1099511628211 % (1 << 64)
@@ -121,7 +121,8 @@ def mutex_of_folder(folder):
 
 
 def test_files_in_use_by_another_session_are_left_alone(desk):
-    """Two users of one machine may start the same program from one folder: the second is told and has to wait."""
+    """Two users of one machine may start the same program from one folder: the second one is told so and has to
+    wait."""
     desk.seed_files([{"Titolo": "a", "Nota": "theirs"}])
     before = desk.read_files()
     with desk.named(mutex_of_folder(desk.folder)):

@@ -1,4 +1,4 @@
-"""Log-off, shutdown and Exit at a bad moment: text being typed is kept, no question holds anything up."""
+"""Log-off, shutdown and Exit at a bad moment: text being typed is kept, and no question holds anything up."""
 
 import pytest
 from kardel_desk import Desk, Window
@@ -8,7 +8,7 @@ from kardel_desk.stores import KINDS, Store
 NOTE = {"Titolo": "a", "Nota": "first", "x": 1500, "y": 3000, "width": 3000, "height": 2250}
 OTHER = {**NOTE, "Titolo": "b", "x": 6000}
 QUERY_END_SESSION, END_SESSION = 0x11, 0x16
-CLOSE_APP = 1  # with both: only this program is asked to end, for its file to be replaced
+CLOSE_APP = 1  # with both: only this program is asked to end, so that its file can be replaced
 EXIT = "dyn(13)"
 PROMPT = 3.0  # seconds; Windows waits five before it complains
 both_stores = pytest.mark.parametrize("store", KINDS)
@@ -93,7 +93,7 @@ def test_log_off_is_not_held_up_by_an_open_menu(desk):
     desk.wait_equal(lambda: kardel.tray.icons, 0)
 
 
-def test_log_off_while_a_one_off_alarm_rings_keeps_its_note(desk):
+def test_log_off_while_a_one_shot_alarm_rings_keeps_its_note(desk):
     kept = Store(desk, "registry")
     kept.seed([{**NOTE, "alarmdate": "28/02/2026", "alarmtime": "12:00:00"}, OTHER])
     kardel = desk.run(faketime="2026-02-28 11:59:59")
@@ -125,7 +125,7 @@ def test_exit_under_an_open_dialog_ends_the_program_and_changes_nothing(desk, co
     assert kept.raw() == before
 
 
-def test_exit_while_a_one_off_alarm_rings_keeps_its_note(desk):
+def test_exit_while_a_one_shot_alarm_rings_keeps_its_note(desk):
     kept = Store(desk, "registry")
     kept.seed([{**NOTE, "alarmdate": "28/02/2026", "alarmtime": "12:00:00"}, OTHER])
     kardel = desk.run(faketime="2026-02-28 11:59:59")
@@ -155,9 +155,9 @@ def test_an_installer_that_replaces_the_program_ends_it_and_loses_nothing(desk, 
     assert kept.each("Nota") == ["first and second", "first"]
 
 
-# --- before the notes are there: what ends the program then is neither a command nor an answer
+# --- before the notes are there: ending the program then is neither a command nor an answer
 
-INTERRUPTED = {"count": "4", "places": "4 1 3 4"}  # a deletion of the second note that was not lived to its end
+INTERRUPTED = {"count": "4", "places": "4 1 3 4"}  # an unfinished deletion of the second note
 
 
 @pytest.fixture
@@ -179,7 +179,7 @@ def all_stored(desk):
 
 
 def waiting_tray(desk, kardel):
-    """The tray window of a start that has settled the store and waits for the shell; it has no title yet."""
+    """The tray window of a start that has settled the store and is waiting for the shell; it has no title yet."""
     def found():
         desk.registry("setting")["defaultheight"]
         return [Window(desk, info["hwnd"]) for info in desk.probe.ask("windows", TRAY_CLASS)]
@@ -227,5 +227,5 @@ def test_the_end_while_the_start_asks_is_no_answer(desk, end):
     assert kardel.wait_ended() == 0
     assert all_stored(desk) == before
     again = desk.start()
-    again.dialog().press("No")  # and it is asked once more
+    again.dialog().press("No")  # so it is asked again
     assert again.wait_ready(notes=1).note().body == "kept"

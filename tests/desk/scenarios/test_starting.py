@@ -1,4 +1,4 @@
-"""A start: settings and their defaults, the store in force, how many notes there are, what is written back."""
+"""A start: settings and their defaults, the store that is used, the number of notes, what is written back."""
 
 import pytest
 
@@ -154,7 +154,7 @@ def test_registry_notes_move_into_new_local_files_once(desk):
     assert len(desk.read_files().records) == 5
 
 
-def test_import_is_appended_behind_a_note_that_is_there(desk):
+def test_imported_notes_follow_a_note_that_is_there(desk):
     desk.seed_registry({"UseRegistry": False, "count": "2"}, [{"Titolo": "r1", "Nota": "b1"}, {"Titolo": "r2"}])
     desk.seed_files([{"Titolo": "mine", "Nota": "my body"}])
     kardel = desk.start().wait_ready(notes=3)
@@ -243,7 +243,7 @@ def test_a_start_from_inside_a_zip_explains_itself_and_writes_nothing(desk):
     assert any("Extract the zip into a folder of your own first" in text for text in box.texts())
     assert desk.run_value is None and desk.registry("setting") is None and kardel.notes() == []
     assert [path.name for path in desk.path(folder).iterdir()] == ["Kardel.exe"]
-    extracted = desk.start()  # as told, with the explanation still there to be read
+    extracted = desk.start()  # as it said, while the explanation is still open
     desk.wait(lambda: extracted.alive and len(extracted.notes()) == 1, 20, "the extracted copy")
     box.press("OK")
     assert kardel.wait_ended() == 0

@@ -1,4 +1,4 @@
-"""Use local files: the questions, what is written, and that nothing changed until the restart is lost."""
+"""Use local files: the questions, what is written, and that no change made before the restart is lost."""
 
 import datetime
 
@@ -16,7 +16,7 @@ both_stores = pytest.mark.parametrize("store", KINDS)
 
 
 def switch(kardel, answer="OK"):
-    """Chooses the entry, answers the question and waits until what follows is done."""
+    """Chooses the entry, answers the question and waits until everything is done."""
     kardel.tray.command(SWITCH)
     box = kardel.dialog()
     title = box.text
@@ -61,7 +61,7 @@ def test_the_question_names_the_files_or_the_restart_and_cancel_is_its_default(d
     desk.wait(lambda: not kardel.dialogs(), what="the question to close")
     kardel.tray.window().send(0)
     assert (Store(desk, "registry").raw(), Store(desk, "files").raw()) == before
-    # The mark stays on after either Cancel, although only one of the stores is the files.
+    # The entry stays checked after either Cancel, although in one case the registry is used.
     assert marked(kardel)
     assert kardel.exit() == 0
     kardel = desk.run()
@@ -149,7 +149,7 @@ def test_what_changes_before_the_restart_is_there_after_it(desk, store, end):
     kardel.tray.window().send(0)
     expected = [("a", "text of a and more", True, False, False), ("c", "text of c", False, True, False),
                 ("- 4 -", "new text", False, False, True)]
-    for kind in KINDS:  # the one in force and the coming one
+    for kind in KINDS:  # the one in use and the next one
         assert [(n["Titolo"], n["Nota"], n["topmost"], n["iconized"], n["closed"])
                 for n in Store(desk, kind).notes()] == expected, kind
     if end == "exit":
@@ -204,7 +204,7 @@ def test_a_desk_of_no_notes_comes_back_as_one_empty_note(desk, store):
 
 @pytest.mark.parametrize("fields", [{"Titolo": "T" * 129}, {"Nota": "B" * 1025}, {"Nota": "\u4f60\u597d"}],
                          ids=["title too long", "body too long", "letters of another script"])
-def test_what_the_files_cannot_hold_is_said_once_and_stays_in_the_registry(desk, fields):
+def test_what_the_files_cannot_hold_is_reported_once_and_stays_in_the_registry(desk, fields):
     store = Store(desk, "registry")
     store.seed([{**THREE[0], **fields}, {**THREE[1], **fields}])
     kardel = desk.run()
@@ -251,7 +251,7 @@ def full_notes():
 
 
 def fields(notes, like):
-    """The fields of `like` in `notes`, without what only one of the stores has."""
+    """The fields of `notes` that `like` has, without what only one of the stores has."""
     return [{key: note[key] for key in wanted} for note, wanted in zip(notes, like)]
 
 

@@ -26,7 +26,7 @@ def full_notes(count):
 
 
 def windows(kardel):
-    """Place, text and visibility of every note and of each of its parts."""
+    """Place, text and visibility of every note and all its parts."""
     found = {}
     for note in kardel.notes():
         parts = {number: (part.text, part.rect, part.visible) for number, part in note.parts().items()}
@@ -57,7 +57,7 @@ def test_fifty_full_notes_make_the_same_desk_to_the_pixel(desk):
 
 
 def settled(desk):
-    """A picture of the screen above the panel once two looks in a row agree."""
+    """A picture of the screen above the panel, once two in a row agree."""
     one = desk.display.image(0, 0, 1280, 900).convert("RGB")
     two = desk.display.image(0, 0, 1280, 900).convert("RGB")
     return two if one.tobytes() == two.tobytes() else None
@@ -107,7 +107,7 @@ def test_program_survives_random_bytes_in_its_files(desk, lost):
     assert kardel.exit() == 0
 
 
-def test_read_only_folder_keeps_the_text_and_tells_the_user(desk):
+def test_a_text_for_a_read_only_folder_is_kept_and_the_user_is_told(desk):
     desk.seed_files([{"Titolo": "a", "Nota": "old"}])
     kardel = desk.run()
     note = kardel.note("a")
@@ -116,7 +116,7 @@ def test_read_only_folder_keeps_the_text_and_tells_the_user(desk):
     desk.type("new")
     for name in ("KARDEL.DAT", "MEMO", "KARDEL.HDR"):
         (desk.path() / name).rename(desk.path() / (name + ".away"))
-        (desk.path() / name).mkdir()  # no file can be written where a folder stands
+        (desk.path() / name).mkdir()  # no file can be written where there is a folder
     desk.key("Return")
     box = kardel.dialog()
     assert "An error has occurred on saving the memo, possible data lost." in box.texts()

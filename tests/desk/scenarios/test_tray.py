@@ -30,7 +30,7 @@ def open_menu(desk, kardel, which):
 
 
 def settled(kardel):
-    """Every message so far has been handled."""
+    """Waits until every message so far has been handled."""
     kardel.tray.window().send(0)
     return True
 
@@ -76,7 +76,7 @@ def test_a_right_click_shows_the_menu_with_the_click_action_bold(desk):
 def test_a_click_elsewhere_closes_the_menu_and_nothing_happens(desk):
     kardel = run(desk)
     before = Store(desk, "registry").raw()
-    for _ in range(3):  # and every time, not just the first
+    for _ in range(3):  # every time, not just the first
         kardel.tray.menu()
         desk.click_desktop()
         desk.wait(lambda: not desk.menus(), what="the menu to close")
@@ -122,7 +122,7 @@ def test_open_lists_the_titles_as_they_are(desk):
     kardel.tray.menu().choose("Open")
     captions = desk.wait(lambda: len(desk.menu().captions) == 6 and desk.menu().captions)
     assert captions == ["R&&D", "tab here", "- 3 -", "W" * 79 + "\u2026", "ünïcode \u4f60", "-"]
-    desk.menu().choose("-")  # an entry like any other, and no separator
+    desk.menu().choose("-")  # an entry like any other, not a separator
     desk.wait(lambda: kardel.note("-").active, what="the note to come to the front")
 
 
@@ -173,7 +173,7 @@ def test_open_brings_a_covered_note_to_the_front_and_gives_it_the_keyboard(desk,
             kardel.tray.command(f"dyn2({slot})")
         desk.wait(lambda: kardel.note(title).active, what=f"{title} to become active")
         desk.wait_equal(lambda: (kardel.stacking()[0], desk.pixel(*place)), (title, colour))
-    kardel.tray.command("dyn2(0)")  # in front already: it stays there
+    kardel.tray.command("dyn2(0)")  # it is in front already and stays there
     settled(kardel)
     desk.stays(lambda: kardel.stacking()[0] == "under" and desk.pixel(*place) == (255, 0, 0), 0.3)
     desk.key("F2")
@@ -193,7 +193,7 @@ def test_open_one_note_of_a_hidden_desk(desk):
     kardel.note("b").command("close")
     desk.wait_equal(lambda: shown(kardel), [])
     menu = kardel.tray.menu()
-    assert "Show All" in menu.captions  # nothing is in sight, though the other note is not closed
+    assert "Show All" in menu.captions  # no note is visible, although the other one is not closed
     menu.close()
 
 
@@ -206,7 +206,7 @@ def test_a_note_off_screen_is_opened_where_it_can_be_reached(desk):
     assert desk.stored_note(1)["x"] == "-90000"
 
 
-def test_commands_that_are_none_do_nothing(desk):
+def test_numbers_that_are_no_commands_do_nothing(desk):
     kardel = run(desk)
     before = Store(desk, "registry").raw()
     separators_and_help = [f"dyn({index})" for index in (1, 4, 7, 9, 10, 12)]
@@ -277,13 +277,13 @@ def test_a_dialog_takes_the_place_of_an_open_menu(desk, menu, command, answer):
     box = kardel.dialog()
     desk.wait(lambda: not desk.menus(), what="the menu to close")
     if answer:
-        box.press(answer)  # the first click counts: no menu has the mouse
+        box.press(answer)  # the first click must count, as no menu has the mouse
         desk.wait(lambda: not kardel.dialogs(), what="the question to close")
     assert len(kardel.notes()) == 2
 
 
 @pytest.mark.parametrize("menu", ["tray", "note"])
-def test_exit_ends_the_program_also_while_a_menu_is_open(desk, menu):
+def test_exit_ends_the_program_even_while_a_menu_is_open(desk, menu):
     kardel = run(desk)
     open_menu(desk, kardel, menu)
     assert kardel.exit() == 0
@@ -291,7 +291,7 @@ def test_exit_ends_the_program_also_while_a_menu_is_open(desk, menu):
 
 
 @pytest.mark.parametrize("menu", ["tray", "note"])
-def test_a_second_start_speaks_up_in_the_place_of_an_open_menu(desk, menu):
+def test_a_second_start_replaces_an_open_menu_with_its_message(desk, menu):
     kardel = run(desk)
     open_menu(desk, kardel, menu)
     assert desk.start().wait_ended() == 0
@@ -305,7 +305,7 @@ def test_a_second_start_speaks_up_in_the_place_of_an_open_menu(desk, menu):
 @pytest.mark.parametrize("settings, command, caption, back", [
     ({}, HIDE, "Show All", lambda note: note.visible),
     ({"RestoreWhenPlay": True}, ICONIZE, "Restore All", lambda note: note.rect.height == 150)])
-def test_the_menu_does_what_it_says_also_when_a_note_has_rung_meanwhile(desk, settings, command, caption, back):
+def test_the_menu_does_what_it_says_even_if_a_note_has_rung_meanwhile(desk, settings, command, caption, back):
     clock = desk.clock("2026-02-28 11:50:00")
     due = {"alarmdate": "28/02/2026", "alarmtime": "12:00:00"}
     Store(desk, "registry").seed([TWO[0], {**TWO[1], **due}], DontDeleteWhenPlay=True, **settings)
