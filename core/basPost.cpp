@@ -9,6 +9,7 @@
 #include "note/bas_DialogColor.h"
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
+#include "support/Messages.h"
 #include "support/Number.h"
 
 namespace {
@@ -223,7 +224,7 @@ void basPost::reopen(fpost& note) {
     note.refresh({NoteField::Topmost, NoteField::X, NoteField::Y, NoteField::Width});
     if (!note.record.iconized) note.refresh({NoteField::Height});
     note.restoreIfMinimized();
-    note.goHome();
+    note.place.goHome();
     note.show(false);
 }
 
@@ -260,7 +261,7 @@ std::vector<fpost*> basPost::placeInColumns() {
     std::vector<ColumnNote> before;
     for (fpost* note : Notes) {
         note->restoreIfMinimized();
-        const PxRect at = note->area();
+        const PxRect at = note->place.area();
         before.push_back({look.twips(at.left), look.twips(at.top), look.twips(at.width()),
                           look.twips(at.height()), note->visible()});
     }
@@ -271,7 +272,7 @@ std::vector<fpost*> basPost::placeInColumns() {
         if (!after[i].moved) continue;
         fpost& note = *Notes[i];
         if (note.record.x != after[i].left || note.record.y != after[i].top) moved.push_back(&note);
-        note.moveTo(after[i].left, after[i].top);
+        note.place.moveTo(Twips{after[i].left}, Twips{after[i].top});
     }
     return moved;
 }
@@ -303,7 +304,7 @@ void basPost::OpenNote(int slot) {
     }
     state.onNoteShown();
     note->restoreIfMinimized();
-    note->goHome();
+    note->place.goHome();
     note->show(true);
 }
 
@@ -436,7 +437,7 @@ void basPost::reportSaveFailure() {
         return;
     }
     // Posted: a save runs inside a focus change, where a box would bounce the focus and save again.
-    PostMessageW(tray.hwnd, fTray::kSaveFailed, 0, 0);
+    PostMessageW(tray.hwnd, posted::kSaveFailed, 0, 0);
 }
 
 void basPost::showSaveFailure() {

@@ -8,6 +8,7 @@
 #include "storage/NoteRecord.h"
 #include "storage/bas_LogError.h"
 #include "support/Handles.h"
+#include "support/Messages.h"
 #include "support/SystemLibrary.h"
 
 static_assert(IDM_DYN2_LAST - IDM_DYN2 + 1 == kMaxNotes);
@@ -172,8 +173,8 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         // front of the box and keep the mouse, and the program would live on until somebody closes it.
         case WM_COMMAND:
         case WM_CLOSE:
-        case kSaveFailed:
-        case kRunning:
+        case posted::kSaveFailed:
+        case posted::kRunning:
             if (waitsForMenu(message, wp, lp)) return 0;
             break;
         default:
@@ -183,17 +184,17 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_COMMAND:
             onCommand(LOWORD(wp), host->state());
             return 0;
-        case kChosen: {
+        case posted::kChosen: {
             TrayMenuState said = host->state();
             said.allHidden = (lp & kSaidHidden) != 0;
             said.allIconized = (lp & kSaidIconized) != 0;
             onCommand(LOWORD(wp), said);
             return 0;
         }
-        case kSaveFailed:
+        case posted::kSaveFailed:
             host->showSaveFailure();
             return 0;
-        case kRunning:
+        case posted::kRunning:
             host->alreadyRunning();
             return 0;
         case WM_TIMER:
@@ -219,7 +220,7 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
                 // An installer that wants the program's file waits until the program itself has gone.
                 if ((lp & ENDSESSION_CLOSEAPP) != 0) PostMessageW(hwnd, WM_CLOSE, 0, 0);
             } else if (std::exchange(failureOwed, false)) {
-                PostMessageW(hwnd, kSaveFailed, 0, 0);
+                PostMessageW(hwnd, posted::kSaveFailed, 0, 0);
             }
             return 0;
         case WM_NCDESTROY: {
@@ -256,7 +257,7 @@ void fTray::onIcon(UINT mouseMessage) {
 
 void fTray::onSecondStart() {
     // Posted, so that the other copy ends now and not when the box has been answered.
-    if (!TrayIconAdd(hwnd)) PostMessageW(hwnd, kRunning, 0, 0);
+    if (!TrayIconAdd(hwnd)) PostMessageW(hwnd, posted::kRunning, 0, 0);
 }
 
 // --- The menu ---------------------------------------------------------------------------------------------
@@ -285,7 +286,7 @@ void fTray::popUp() {
     if (box != nullptr && GetForegroundWindow() == window) SetForegroundWindow(box);
     // A note that rang while the menu was open has turned the captions since: what the user read counts.
     const LPARAM said = (state.allHidden ? kSaidHidden : 0) | (state.allIconized ? kSaidIconized : 0);
-    if (chosen != 0) PostMessageW(window, kChosen, static_cast<WPARAM>(chosen), said);
+    if (chosen != 0) PostMessageW(window, posted::kChosen, static_cast<WPARAM>(chosen), said);
 }
 
 void fTray::onCommand(unsigned id, const TrayMenuState& said) {

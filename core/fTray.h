@@ -44,7 +44,7 @@ public:
     virtual void commitEdits() = 0;
     /// The session ends.
     virtual void endSession() = 0;
-    /// Answers a posted kSaveFailed.
+    /// Answers a posted posted::kSaveFailed.
     virtual void showSaveFailure() = 0;
     /// Of the notes that count down.
     virtual void tick() = 0;
@@ -53,13 +53,6 @@ public:
 };
 
 struct fTray {
-    /// Posted by the collection to itself: a save failed inside a handler that must end first.
-    static constexpr UINT kSaveFailed = WM_APP + 1;
-    /// Posted by the tray to itself: a second start found this copy, and its icon in place.
-    static constexpr UINT kRunning = WM_APP + 2;
-    /// Posted by the tray to itself: the command wp was chosen from its menu, which said lp of the desk.
-    static constexpr UINT kChosen = WM_APP + 3;
-
     fTray() = default;
     ~fTray() { destroy(); }
     fTray(const fTray&) = delete;

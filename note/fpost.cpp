@@ -11,15 +11,13 @@
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
 #include "storage/bas_LogError.h"
+#include "support/Messages.h"
 
 namespace {
 
 constexpr const char16_t* kNoteClass = u"fpost";
 constexpr const char16_t* kPartClass = u"KardelPart";
 constexpr Text::value_type kTitleLead[] = u"     ";
-
-constexpr UINT kUnload = WM_APP + 1;
-constexpr UINT kRestore = WM_APP + 2;
 
 // WM_TABLET_QUERYSYSTEMGESTURESTATUS and its answer, which the compiler's headers lack.
 constexpr UINT kQueryTabletGestures = 0x02CC;
@@ -63,7 +61,7 @@ fpost* fpost::open(NoteHost& host, int number, const NoteRecord& stored) {
     // Made where and as it will be seen: fifty notes at log-on are laid out once each, not twice. A tool
     // window has neither a button in the task bar nor a place in Alt+Tab, and needs no owner for that. With a
     // common owner a click on one note would bring all of them in front of other programs.
-    const PxRect at = note->shownRect();
+    const PxRect at = note->place.place();
     const HWND window = CreateWindowExW(WS_EX_TOOLWINDOW, wide(kNoteClass), wide(stored.Titolo),
                                         WS_POPUP | WS_CLIPCHILDREN, at.left, at.top, at.width(), at.height(),
                                         nullptr, nullptr, GetModuleHandleW(nullptr), note);
@@ -120,7 +118,7 @@ bool fpost::createParts() {
 }
 
 void fpost::unload() {
-    PostMessageW(hwnd, kUnload, 0, 0);
+    PostMessageW(hwnd, posted::kUnload, 0, 0);
 }
 
 void fpost::leave() {
@@ -198,33 +196,6 @@ void fpost::repaint() const {
 
 // --- Geometry -------------------------------------------------------------------------------------------
 
-PxRect fpost::windowRect() const {
-    RECT rect{};
-    GetWindowRect(hwnd, &rect);
-    return pxRect(rect);
-}
-
-int fpost::Left() const {
-    return host->look->twips(windowRect().left);
-}
-
-int fpost::Top() const {
-    return host->look->twips(windowRect().top);
-}
-
-int fpost::Width() const {
-    return host->look->twips(windowRect().width());
-}
-
-int fpost::Height() const {
-    return host->look->twips(windowRect().height());
-}
-
-PxRect fpost::area() const {
-    // A hidden window's place may get lost on a Wine desktop: what the note remembers counts.
-    return visible() ? windowRect() : shownRect();
-}
-
 int fpost::pWidth() const {
     return shownWidth(record.width, host->settings->DefaultWidth).n;
 }
@@ -235,50 +206,13 @@ int fpost::pHeight() const {
 
 void fpost::pWidth(int twips) {
     record.width = twips;
-    const int height = windowRect().height();
-    SetWindowPos(hwnd, nullptr, 0, 0, host->look->px(Twips{pWidth()}), height,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    place.fitWindow(Along::Width);
 }
 
 void fpost::pHeight(int twips) {
     record.height = twips;
-    if (record.iconized) return;  // its window is as high as the strip until it is restored
-    const int width = windowRect().width();
-    SetWindowPos(hwnd, nullptr, 0, 0, width, host->look->px(Twips{pHeight()}),
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-PxRect fpost::shownRect() const {
-    const NoteLook& look = *host->look;
-    const int left = look.px(Twips{record.x});
-    const int top = look.px(Twips{record.y});
-    const int strip = look.px(kIconizedHeight);
-    PxRect rect{left, top, left + look.px(Twips{pWidth()}), top + look.px(Twips{pHeight()})};
-    // Whatever size was stored, a note is at most as large as the desktop it lies on.
-    const std::vector<Monitor>& monitors = host->monitors();
-    const PxRect work = monitorAt(monitors, {left, top, left + strip, top + strip}).work;
-    rect.right = left + std::min(rect.width(), work.width());
-    rect.bottom = record.iconized ? top + strip : top + std::min(rect.height(), work.height());
-    const PxRect title{rect.left, rect.top, rect.right, rect.top + strip};
-    // A note that has never had a size has never had a place either: it comes up where it can be used.
-    const bool fresh = record.width <= 0 && record.height <= 0;
-    if (fresh || !isInSight(monitors, title)) rect = movedInto(rect, monitorAt(monitors, rect).work, strip);
-    return rect;
-}
-
-void fpost::goHome() {
-    const PxRect rect = shownRect();
-    if (rect == windowRect()) return;
-    const bool outer = std::exchange(placing, true);
-    SetWindowPos(hwnd, nullptr, rect.left, rect.top, rect.width(), rect.height(),
-                 SWP_NOZORDER | SWP_NOACTIVATE);
-    placing = outer;
-}
-
-void fpost::moveTo(int left, int top) {
-    record.x = left;
-    record.y = top;
-    goHome();
+    // The window of an iconized note is as high as the strip until it is restored.
+    if (!record.iconized) place.fitWindow(Along::Height);
 }
 
 NoteRects fpost::partRects() {
@@ -309,7 +243,7 @@ void fpost::layout() {
 void fpost::onSize(WPARAM kind) {
     if (kind == SIZE_MINIMIZED) {
         // Not from inside the minimising itself: that would run the layout in the middle of it.
-        PostMessageW(hwnd, kRestore, 0, 0);
+        PostMessageW(hwnd, posted::kRestore, 0, 0);
         return;
     }
     RECT client{};
@@ -318,13 +252,7 @@ void fpost::onSize(WPARAM kind) {
     layout();
     repaint();
     // A note that is shown smaller where it can be reached is not resized: the others stay where they are.
-    if (!record.iconized && visible() && !placing) host->realign();
-}
-
-void fpost::onPosition(const WINDOWPOS& changed) {
-    if ((changed.flags & SWP_NOZORDER) == 0) keepBelowDialogs();
-    const bool moved = (changed.flags & SWP_NOMOVE) == 0;
-    if (moved && !placing && visible() && IsIconic(hwnd) == FALSE) mover.onMoved(hwnd);
+    if (!record.iconized && visible() && !place.isPlacing()) host->realign();
 }
 
 void fpost::restoreIfMinimized() {
@@ -387,16 +315,16 @@ std::optional<LRESULT> fpost::onLife(UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_CLOSE:  // a polite kill or Alt+F4 must neither lose a note nor mark it closed
             return 0;
-        case kUnload:
+        case posted::kUnload:
             if (beingDeleted || Help) DestroyWindow(hwnd);  // another program may have sent it
             return 0;
-        case kRestore:
+        case posted::kRestore:
             restoreIfMinimized();
             return 0;
         case WM_GETOBJECT:
             return answerSpoken(hwnd, wp, lp);
         case WM_TIMER:
-            if (wp == IDT_MOVED) mover.settle(hwnd);
+            if (wp == IDT_MOVED) place.mover.settle(hwnd);
             return 0;
         default:
             return {};
@@ -423,19 +351,20 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
             onSize(wp);
             return 0;
         case WM_WINDOWPOSCHANGED:
-            onPosition(*reinterpret_cast<const WINDOWPOS*>(lp));
+            if ((reinterpret_cast<const WINDOWPOS*>(lp)->flags & SWP_NOZORDER) == 0) keepBelowDialogs();
+            place.onPosition(*reinterpret_cast<const WINDOWPOS*>(lp));
             return {};
         case WM_DISPLAYCHANGE:
         case WM_SETTINGCHANGE:
             // A note whose monitor went is shown where it can be reached; its stored place waits for the
             // monitor to come back.
-            mover.onDeskChanged(hwnd, GetTickCount64());
+            place.mover.onDeskChanged(hwnd, GetTickCount64());
             return {};
         case WM_ENTERSIZEMOVE:
-            mover.begin(hwnd);
+            place.mover.begin(hwnd);
             return 0;
         case WM_EXITSIZEMOVE:
-            mover.end(hwnd);
+            place.mover.end(hwnd);
             return 0;
         case WM_SYSCOLORCHANGE:
             if (!Alarming()) tBackColor(Backcol());
@@ -462,7 +391,7 @@ std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_KEYUP:
         case WM_KILLFOCUS:
-            mover.endKeys();
+            place.mover.endKeys();
             return {};
         case WM_SYSKEYDOWN:
             if (!onSystemKeyDown(wp)) return {};
@@ -479,7 +408,7 @@ std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
                 command(LOWORD(wp));
             }
             return 0;
-        case kChosen:
+        case posted::kChosen:
             onChosen(LOWORD(wp), lp);
             return 0;
         default:

@@ -13,8 +13,8 @@
 #include "note/NoteLayout.h"
 #include "note/NoteLook.h"
 #include "note/NoteMenu.h"
-#include "note/NoteMover.h"
 #include "note/NotePainter.h"
+#include "note/NotePlace.h"
 #include "note/NoteRinging.h"
 #include "storage/NoteFields.h"
 #include "support/Accessible.h"
@@ -23,7 +23,7 @@
 /// ms between two ticks, of the countdown and of the flashing.
 inline constexpr UINT kAlarmTick = 500;
 
-struct fpost final : private MovedNote, private NoteEditorHost {
+struct fpost final : private NoteEditorHost {
     /// Creates the window of note `number`, hidden, with the record's contents. Null when Windows refuses.
     static fpost* open(NoteHost& host, int number, const NoteRecord& stored);
     /// Destroys every note of a desk at once, also those that are on their way out.
@@ -34,18 +34,6 @@ struct fpost final : private MovedNote, private NoteEditorHost {
     void show(bool activate);
     void hide();
     bool visible() const;
-    /// Puts the window where its logical geometry and state want it; rescues a note that is on no monitor.
-    /// Nothing is stored, and no other note moves.
-    void goHome() override;
-    /// Window rectangle in twips, as it is on screen.
-    int Left() const;
-    int Top() const;
-    int Width() const;
-    int Height() const;
-    /// Where it is on screen or, hidden, where it will be.
-    PxRect area() const;
-    /// Moves the window, and the logical place with it. Nothing is stored.
-    void moveTo(int left, int top);
     /// Stores fields of the record in the store in force, with those that it refused before.
     bool store(std::span<const NoteField> fields);
     bool store(std::initializer_list<NoteField> fields) {
@@ -102,8 +90,6 @@ struct fpost final : private MovedNote, private NoteEditorHost {
     /// Runs a command of the menu. `said`: what the menu was filled from when the user read it.
     void command(unsigned id) { command(id, menuInput(alarm.rule)); }
     void command(unsigned id, const NoteMenuInput& said);
-    /// Posted to itself: the command wp was chosen from its menu, which said lp of note and desk.
-    static constexpr UINT kChosen = WM_APP + 3;
     /// Runs it from a message of its own, once the menu that is open is gone.
     void postChosen(unsigned id, const NoteMenuInput& said) const;
     void onChosen(unsigned id, LPARAM said);
@@ -148,12 +134,6 @@ struct fpost final : private MovedNote, private NoteEditorHost {
     /// Lets the mouse move the note until the button is up, then stores its place. A note that rings is
     /// silenced instead. It may be gone when this returns.
     void DragWindow();
-    /// Moves the note by a step of the keyboard. It snaps as in a drag; the place is stored with the key's
-    /// release.
-    void moveStep(int columns, int rows);
-    /// Changes the size by `Delta` twips as far as it may go. Nothing is stored.
-    void ResizeWidth(float Delta);
-    void ResizeHeight(float Delta);
     /// Applies `Iconized` to the window.
     void IconizeForm();
     void toggleIconized();
@@ -161,11 +141,6 @@ struct fpost final : private MovedNote, private NoteEditorHost {
     void applyTopmost() const;
     /// Puts the dialogs that are open back above a note that came to the top of the stack.
     void keepBelowDialogs() const;
-    void setResizeMode(bool on);
-    /// Resizes as long as a button is held on an arrow of the grip; `x`, `y` in twips of the grip.
-    void gripPress(int x, int y, bool rightButton);
-    /// A key in the resize mode. True when it was the mode's.
-    bool resizeKey(WPARAM key);
 
     // --- Colour, close, delete (fpostRemove.cpp) ----------------------------------------------------------
     /// Lets the user choose a colour and stores it. The note may be gone when it returns.
@@ -205,9 +180,9 @@ struct fpost final : private MovedNote, private NoteEditorHost {
     NoteRecord record;  ///< what is stored; the window only shows it
     NoteRinging ringing{*this};
     Ringing alarm{ringing};
+    NotePlace place{*this};
 
-    bool Help = false;  ///< shows the built-in help instead of a stored note
-    bool resizeMode = false;
+    bool Help = false;          ///< shows the built-in help instead of a stored note
     bool beingDeleted = false;  ///< out of the collection; only its window still goes
     int currentCursor = 0;      ///< resource number of the cursor shown, 0 the arrow
 
@@ -216,11 +191,9 @@ private:
 
     void take(const NoteRecord& stored);
     bool createParts();
-    PxRect shownRect() const;
     NoteRects partRects();
     void layout();
     void onSize(WPARAM kind);
-    void onPosition(const WINDOWPOS& changed);
     void showActive(bool on);
     NotePainter painter() const;
     void paint();
@@ -262,16 +235,8 @@ private:
     /// A press on a note that is disabled because a dialog waits for its answer: it ends the ringing.
     std::optional<LRESULT> onDisabledPress(LPARAM hit);
     void repaint() const;
-    PxRect windowRect() const;
     void wantTips();
     void fillTip(NMHDR& header) const;
-    // Moving, resizing, iconizing
-    NoteMover::Rules moveRules() const;
-    PxRect place() const override { return shownRect(); }
-    bool isAtHome() const override;
-    void takePlace() override;
-    void storePlace() override;
-    void showResizeCursor(int cursor);
     void showIconized();
     /// Whether an edit ended within the last second.
     bool justEdited() const;
@@ -282,14 +247,10 @@ private:
     Rgb shownBack = kDesignColor;
     NoteEditor editor;
     std::vector<NoteField> unsaved;  ///< what the store refused: the next save tries again
-    NoteMover mover{*this};
-    bool placing = false;   ///< its window goes where the note belongs
-    bool active = false;    ///< has the keyboard: its lines say so
-    int resizeCursor = 0;   ///< cursor of the keyboard resize mode, 0 outside it
-    bool* freed = nullptr;  ///< told when the window goes while it is still being created
+    bool active = false;             ///< has the keyboard: its lines say so
+    bool* freed = nullptr;           ///< told when the window goes while it is still being created
     bool swallowDoubleClick = false;
     std::optional<std::uint64_t> editEnded;  ///< when the last edit did, by the desk's uptime
-    UINT gripRelease = 0;  ///< the button message that ends the grip's press-and-hold loop; 0: none runs
 };
 
 /// Looks on while a note calls something that may run messages: the note may have gone when that returns.

@@ -94,7 +94,7 @@ void NoteRinging::appear() {
     if (restored) note_.showIconized();
     note_.ShowAlarmStrip();
     if (!note_.visible()) {  // a note that rings must be there to be silenced
-        note_.goHome();
+        note_.place.goHome();
         note_.show(false);
     }
     note_.host->noteShown();

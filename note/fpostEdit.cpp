@@ -21,7 +21,7 @@ int textWidth(HFONT font, TextView text) {
 void fpost::openEditor(Edited what) {
     if (Help || editor.edits(what) || record.readOnly) return;
     CommitEdits();
-    setResizeMode(false);
+    place.resizer.setMode(false);
     const NoteLook& look = *host->look;
     const NoteRects at = partRects();
     if (what == Edited::Body) {
@@ -72,7 +72,7 @@ void fpost::SaveCaption(bool Apply) {
 }
 
 void fpost::CommitEdits() {
-    mover.settle(hwnd);
+    place.mover.settle(hwnd);
     editor.end(true);
 }
 
@@ -138,7 +138,7 @@ bool fpost::widenToTitle() {
     const int title = drawn.titleWidth(record.Titolo);
     const int room = drawn.titleRoom(static_cast<int>(client.right));
     if (title <= room) return false;
-    const int around = windowRect().width() - room;
+    const int around = place.window().width() - room;
     const int wanted = title + textWidth(look.title.get(), u"X") + around;
     pWidth(look.twips(std::min(wanted, GetSystemMetrics(SM_CXSCREEN))));
     return true;
@@ -155,7 +155,7 @@ void fpost::FitWidth() {
         at = end + 2;
     }
     const int wanted = widest + textWidth(font, u"X") + 2 * look.px(design::kMargin);
-    if (wanted <= windowRect().width()) return;
+    if (wanted <= place.window().width()) return;
     pWidth(look.twips(std::min(wanted, GetSystemMetrics(SM_CXSCREEN))));
     store({NoteField::Width});
 }

@@ -2,6 +2,7 @@
 #include "note/NoteKeys.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
+#include "support/Messages.h"
 
 namespace {
 
@@ -19,7 +20,7 @@ bool isDown(int key) {
     return GetKeyState(key) < 0;
 }
 
-// What the menu said when it was open, in the second word of kChosen.
+// What the menu said when it was open, in the second word of posted::kChosen.
 constexpr LPARAM kSaidIconized = 1;
 constexpr LPARAM kSaidAllHidden = 2;
 constexpr LPARAM kSaidAllIconized = 4;
@@ -30,7 +31,7 @@ NoteMenuInput fpost::menuInput(const AlarmRule& rule) const {
     NoteMenuInput input;
     input.iconized = record.iconized;
     input.topmost = record.topmost;
-    input.resizeMode = resizeMode;
+    input.resizeMode = place.resizer.isOn();
     input.bodyBeingEdited = bodyBeingEdited();
     input.titleBeingEdited = titleBeingEdited();
     input.alarmValid = rule.due.has_value();
@@ -75,7 +76,7 @@ void fpost::OpenMenu() {
 void fpost::postChosen(unsigned id, const NoteMenuInput& said) const {
     const LPARAM words = (said.iconized ? kSaidIconized : 0) | (said.allHidden ? kSaidAllHidden : 0) |
                          (said.allIconized ? kSaidAllIconized : 0);
-    PostMessageW(hwnd, kChosen, id, words);
+    PostMessageW(hwnd, posted::kChosen, id, words);
 }
 
 void fpost::onChosen(unsigned id, LPARAM said) {
@@ -123,7 +124,7 @@ void fpost::command(unsigned id, const NoteMenuInput& said) {
             toggleTopmost();
             break;
         case IDM_RESIZE:
-            setResizeMode(!resizeMode);
+            place.resizer.setMode(!place.resizer.isOn());
             break;
         case IDM_ICONIZE:
             // A note that rang meanwhile may have come back by itself: what the user read is done already.
@@ -149,10 +150,10 @@ bool fpost::onKeyDown(WPARAM key, bool repeated) {
         unload();
         return true;
     }
-    if (resizeMode && resizeKey(key)) return true;
+    if (place.resizer.key(static_cast<unsigned>(key), isDown(VK_CONTROL))) return true;
     const NoteKey pressed{static_cast<unsigned>(key), isDown(VK_SHIFT), isDown(VK_CONTROL), isDown(VK_MENU),
                           repeated};
-    switch (noteAction(pressed, {editor.isOpen(), Alarming(), resizeMode, justEdited()})) {
+    switch (noteAction(pressed, {editor.isOpen(), Alarming(), place.resizer.isOn(), justEdited()})) {
         case NoteAction::None:
             return false;
         case NoteAction::Delete:
@@ -186,16 +187,16 @@ bool fpost::onKeyDown(WPARAM key, bool repeated) {
             goToNote(-1);
             break;
         case NoteAction::MoveLeft:
-            moveStep(-1, 0);
+            place.moveStep(-1, 0);
             break;
         case NoteAction::MoveUp:
-            moveStep(0, -1);
+            place.moveStep(0, -1);
             break;
         case NoteAction::MoveRight:
-            moveStep(1, 0);
+            place.moveStep(1, 0);
             break;
         case NoteAction::MoveDown:
-            moveStep(0, 1);
+            place.moveStep(0, 1);
             break;
     }
     return true;

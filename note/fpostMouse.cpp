@@ -63,9 +63,9 @@ void fpost::pressButtons(HWND part, const Press& press) {
 
 void fpost::pressGrip(const Press& press) {
     if (press.leftDown || press.rightDown) {
-        gripPress(press.x.n, press.y.n, press.rightDown);
-    } else if (press.message == gripRelease) {
-        setResizeMode(false);
+        place.resizer.press({press.x, press.y, press.rightDown, GetKeyState(VK_SHIFT) < 0});
+    } else {
+        place.resizer.release(press.message == WM_RBUTTONUP);
     }
 }
 
@@ -102,8 +102,8 @@ void fpost::setPartCursor(HWND part) {
         currentCursor = IDC_RESIZE_WIDTH;
     } else if (part == pic2 && design::kHeightArrow.contains(x, y) && !record.iconized) {
         currentCursor = IDC_RESIZE_HEIGHT;
-    } else if (resizeMode) {
-        currentCursor = resizeCursor;
+    } else if (place.resizer.isOn()) {
+        currentCursor = place.resizer.cursor();
     }
     SetCursor(host->look->cursor(currentCursor));
 }

@@ -28,7 +28,7 @@ void fpost::CloseForm() {
     CommitEdits();
     if (watch.gone()) return;
     if (Alarming() && SoundStop()) return;
-    setResizeMode(false);
+    place.resizer.setMode(false);
     record.closed = true;
     hide();
     store({NoteField::Closed});

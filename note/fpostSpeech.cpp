@@ -34,7 +34,7 @@ Spoken fpost::spoken() const {
     input.armed = alarm.isCounting();
     input.iconized = record.iconized;
     input.topmost = record.topmost;
-    input.resizeMode = resizeMode;
+    input.resizeMode = place.resizer.isOn();
     return {spokenNote(input), record.Nota};
 }
 

@@ -47,7 +47,7 @@ TEST(AccessibleNote, SaysItsTitleItsStateAndItsText) {
     EXPECT_EQ(Ear(tea.hwnd).name(), u"Tea, alarm rings");
     tea.toggleTopmost();
     EXPECT_EQ(Ear(tea.hwnd).name(), u"Tea, alarm rings, always on top");
-    tea.setResizeMode(true);
+    tea.place.resizer.setMode(true);
     EXPECT_EQ(Ear(tea.hwnd).name(), u"Tea, alarm rings, always on top, being resized");
 }
 
@@ -120,7 +120,7 @@ TEST(AccessibleNote, ThePicturesAndTheTextDoWhatTheyAreFor) {
     EXPECT_EQ(questions, 1);
     EXPECT_TRUE(Ear(note.pic2).press());
     pumpPending();
-    EXPECT_TRUE(note.resizeMode);
+    EXPECT_TRUE(note.place.resizer.isOn());
     EXPECT_TRUE(Ear(note.nota).press());
     pumpPending();
     EXPECT_TRUE(note.bodyBeingEdited());
@@ -269,7 +269,7 @@ TEST(AccessibleNote, ListenersHearOfWhatChanges) {
         {"iconized", [&] { note.toggleIconized(); }},
         {"restored", [&] { note.toggleIconized(); }},
         {"on top", [&] { note.toggleTopmost(); }},
-        {"resizing", [&] { note.setResizeMode(true); }},
+        {"resizing", [&] { note.place.resizer.setMode(true); }},
         {"rings", [&] { letRing(desk); }},
         {"stopped", [&] { note.SoundStop(); }},
     };

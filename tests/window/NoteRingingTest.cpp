@@ -450,7 +450,7 @@ TEST_P(Alarm, AnIconizedNoteIsRestoredIfWantedAndGoesOnRinging) {
     EXPECT_TRUE(note.Alarming());
     EXPECT_EQ(desk->silences, 0);
     ASSERT_EQ(desk->desk->Count(), 2) << "restoring it must not count as the click that ends it";
-    EXPECT_EQ(note.Height(), 2250);
+    EXPECT_EQ(note.place.Height(), 2250);
     EXPECT_TRUE(stripShown(note));
     EXPECT_FALSE(desk->stored(1).iconized);
     EXPECT_EQ(desk->stored(1).height, 2250);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "resources/resource.h"
+#include "support/Messages.h"
 #include "tests/core/EveryPoint.h"
 #include "tests/window/TestNotes.h"
 
@@ -56,8 +57,8 @@ std::vector<Operation> operations() {
              desk.note(2).Backcol(0x00FF00);
              desk.note(2).store({NoteField::Backcolor});
          }},
-        {"resizing by key", [](TestNotes& desk) { desk.note(1).setResizeMode(true); },
-         [](TestNotes& desk) { desk.note(1).resizeKey(VK_RIGHT); }},
+        {"resizing by key", [](TestNotes& desk) { desk.note(1).place.resizer.setMode(true); },
+         [](TestNotes& desk) { desk.note(1).place.resizer.key(VK_RIGHT, false); }},
         {"iconizing one", nothing, [](TestNotes& desk) { desk.note(2).toggleIconized(); }},
         {"always on top", nothing, [](TestNotes& desk) { desk.note(2).toggleTopmost(); }},
         {"closing", nothing, [](TestNotes& desk) { desk.note(4).CloseForm(); }},
@@ -149,7 +150,7 @@ struct WindowChanges : testing::TestWithParam<bool> {
     static bool tookFailureReport(const TestNotes& desk) {
         MSG message{};
         bool told = false;
-        while (PeekMessageW(&message, desk.desk->tray.hwnd, fTray::kSaveFailed, fTray::kSaveFailed,
+        while (PeekMessageW(&message, desk.desk->tray.hwnd, posted::kSaveFailed, posted::kSaveFailed,
                             PM_REMOVE) != FALSE) {
             told = true;
         }

@@ -48,10 +48,10 @@ TEST_P(NewNote, ANewNoteIsStoredAsItStands) {
     EXPECT_EQ(countedNotes(*desk), 2);
     EXPECT_EQ(stored.Titolo, u"- 2 -");
     EXPECT_EQ(stored.Nota, u"");
-    EXPECT_EQ(stored.x, note.Left());
-    EXPECT_EQ(stored.y, note.Top());
-    EXPECT_EQ(stored.width, note.Width());
-    EXPECT_EQ(stored.height, note.Height());
+    EXPECT_EQ(stored.x, note.place.Left());
+    EXPECT_EQ(stored.y, note.place.Top());
+    EXPECT_EQ(stored.width, note.place.Width());
+    EXPECT_EQ(stored.height, note.place.Height());
     EXPECT_EQ(desk->stored(1).Nota, u"body of a");
     EXPECT_EQ(desk->desk->titles(), (std::vector<Text>{u"a", u"- 2 -"}));
     EXPECT_EQ(desk->desk->NoteSlots[1], &note);
@@ -116,8 +116,8 @@ TEST_P(NewNote, ANewNoteHasTheSizeThatIsCurrentlySet) {
     ASSERT_TRUE(saveSetting(settings, u"setting", u"defaultheight", u"3000.6"));
     ASSERT_TRUE(desk->desk->NewNote());
     EXPECT_EQ(desk->stored(2).width, 4500);
-    EXPECT_EQ(desk->note(2).Width(), 4500);
-    EXPECT_NEAR(desk->note(2).Height(), 3000, 15);
+    EXPECT_EQ(desk->note(2).place.Width(), 4500);
+    EXPECT_NEAR(desk->note(2).place.Height(), 3000, 15);
 }
 
 TEST_P(NewNote, TheFiftyFirstNoteIsRefusedAndNothingIsWritten) {
@@ -177,8 +177,8 @@ TEST_P(NewNote, WithAutomaticPositionASecondNoteGoesUnderTheFirst) {
     settings.AlignAll = true;
     const auto desk = run({plainNote(u"a", 4500, 3000)}, settings);
     ASSERT_TRUE(desk->desk->NewNote());
-    EXPECT_EQ(desk->note(2).Left(), 4500);
-    EXPECT_EQ(desk->note(2).Top(), 3000 + 2250);
+    EXPECT_EQ(desk->note(2).place.Left(), 4500);
+    EXPECT_EQ(desk->note(2).place.Top(), 3000 + 2250);
     EXPECT_EQ(desk->stored(2).x, 4500);
     EXPECT_EQ(desk->stored(2).y, 3000 + 2250);
 }
@@ -188,7 +188,7 @@ TEST_P(NewNote, NewNotesCascadeInsteadOfCoveringEachOther) {
     std::set<std::pair<int, int>> places;
     for (int i = 0; i < 6; ++i) {
         ASSERT_TRUE(desk->desk->NewNote());
-        places.insert({desk->note(i + 1).Left(), desk->note(i + 1).Top()});
+        places.insert({desk->note(i + 1).place.Left(), desk->note(i + 1).place.Top()});
     }
     EXPECT_EQ(places.size(), 6U);
 }
@@ -199,7 +199,7 @@ TEST_P(NewNote, ANewNoteAfterADeletionCoversNoOther) {
     ASSERT_TRUE(desk->desk->NewNote());
     desk->note(1).DeleteForm(true);
     ASSERT_TRUE(desk->desk->NewNote());
-    EXPECT_NE(desk->note(1).Left(), desk->note(2).Left());
+    EXPECT_NE(desk->note(1).place.Left(), desk->note(2).place.Left());
 }
 
 TEST_P(NewNote, ANewNoteEndsTheEditThatIsOpenAndKeepsItsText) {

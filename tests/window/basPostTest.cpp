@@ -68,23 +68,23 @@ TEST_P(Collection, ShowAllReappliesWhatIsStored) {
     desk->desk->ToggleHideAll();
     const fpost& note = desk->note(1);
     EXPECT_FALSE(IsIconic(note.hwnd));
-    EXPECT_EQ(note.Left(), 4500);
-    EXPECT_EQ(note.Top(), 6000);
-    EXPECT_EQ(note.Width(), 3750);
-    EXPECT_EQ(note.Height(), 3000);
+    EXPECT_EQ(note.place.Left(), 4500);
+    EXPECT_EQ(note.place.Top(), 6000);
+    EXPECT_EQ(note.place.Width(), 3750);
+    EXPECT_EQ(note.place.Height(), 3000);
     EXPECT_NE(GetWindowLongPtrW(note.hwnd, GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
 }
 
 TEST_P(Collection, ShowAllKeepsAnIconizedNoteIconizedAndItsFullHeight) {
     const auto desk = run({with(plainNote(u"a"), &NoteRecord::iconized), plainNote(u"b")});
-    const int strip = desk->note(1).Height();
+    const int strip = desk->note(1).place.Height();
     desk->desk->ToggleHideAll();
     desk->desk->ToggleHideAll();
-    EXPECT_EQ(desk->note(1).Height(), strip);
-    EXPECT_EQ(desk->note(2).Height(), 2250);
+    EXPECT_EQ(desk->note(1).place.Height(), strip);
+    EXPECT_EQ(desk->note(2).place.Height(), 2250);
     EXPECT_EQ(desk->stored(1).height, 2250);
     desk->note(1).toggleIconized();
-    EXPECT_EQ(desk->note(1).Height(), 2250);
+    EXPECT_EQ(desk->note(1).place.Height(), 2250);
 }
 
 TEST(CollectionRegistry, FieldsMissingAtShowAllReadAsTheirFallbacks) {
@@ -95,10 +95,10 @@ TEST(CollectionRegistry, FieldsMissingAtShowAllReadAsTheirFallbacks) {
     }
     desk.desk->ToggleHideAll();
     const fpost& note = desk.note(1);
-    EXPECT_EQ(note.Left(), 0);
-    EXPECT_EQ(note.Top(), 0);
-    EXPECT_EQ(note.Width(), 2910) << "a note without a size has the usual one";
-    EXPECT_EQ(note.Height(), 1890);
+    EXPECT_EQ(note.place.Left(), 0);
+    EXPECT_EQ(note.place.Top(), 0);
+    EXPECT_EQ(note.place.Width(), 2910) << "a note without a size has the usual one";
+    EXPECT_EQ(note.place.Height(), 1890);
     EXPECT_FALSE(note.TopMost());
 }
 
@@ -231,7 +231,7 @@ TEST_P(Collection, IconizeAllShrinksAndRestoreAllBringsBack) {
     EXPECT_EQ(desk->desk->IconizedCount(), 0);
     for (int n = 1; n <= 3; ++n) {
         EXPECT_FALSE(desk->stored(n).iconized) << n;
-        EXPECT_EQ(desk->note(n).Height(), 2250) << n;
+        EXPECT_EQ(desk->note(n).place.Height(), 2250) << n;
     }
 }
 
@@ -274,7 +274,7 @@ TEST_P(Collection, IconizeAllRestoresNotesThatTheSystemMinimised) {
     ShowWindow(desk->note(2).hwnd, SW_MINIMIZE);
     desk->desk->ToggleIconizeAll();
     EXPECT_FALSE(IsIconic(desk->note(2).hwnd));
-    EXPECT_EQ(desk->note(2).Height(), desk->note(1).Height());
+    EXPECT_EQ(desk->note(2).place.Height(), desk->note(1).place.Height());
     EXPECT_EQ(desk->stored(2).x, 600);
 }
 
@@ -286,8 +286,8 @@ TEST_P(Collection, AutomaticPositionStacksTheVisibleNotesAndStoresThem) {
     notes[1].closed = true;
     const auto desk = run(notes, settings);
     desk->desk->ToggleAlignAll();
-    EXPECT_EQ(desk->note(3).Top(), 150 + 2250);
-    EXPECT_EQ(desk->note(4).Top(), 150 + 2 * 2250);
+    EXPECT_EQ(desk->note(3).place.Top(), 150 + 2250);
+    EXPECT_EQ(desk->note(4).place.Top(), 150 + 2 * 2250);
     EXPECT_EQ(desk->stored(3).y, 150 + 2250);
     EXPECT_EQ(desk->stored(4).x, 300);
     EXPECT_EQ(desk->stored(2).x, 600) << "a hidden note stays where it was";
@@ -311,7 +311,7 @@ TEST_P(Collection, ThePlacesAreStoredWhateverMakesTheColumnsChange) {
     settings.AlignAll = true;
     const auto desk = run(manyNotes(3), settings);
     const auto storedBelow = [&desk](int high, int low) {
-        return desk->stored(low).y == desk->note(high).Top() + desk->note(high).Height();
+        return desk->stored(low).y == desk->note(high).place.Top() + desk->note(high).place.Height();
     };
     EXPECT_TRUE(storedBelow(1, 2) && storedBelow(2, 3)) << "at the start";
     desk->desk->ToggleIconizeAll();

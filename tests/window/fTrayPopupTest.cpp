@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "support/Messages.h"
 #include "support/WinText.h"
 #include "tests/window/TrayDesk.h"
 
@@ -234,7 +235,7 @@ TEST_F(TrayPopup, GoesBeforeABoxOpensOrTheProgramEnds) {
     } cases[] = {{WM_COMMAND, 411, "about"},
                  {WM_COMMAND, 413, "exit"},
                  {WM_CLOSE, 0, "exit"},
-                 {fTray::kSaveFailed, 0, "save failure"},
+                 {posted::kSaveFailed, 0, "save failure"},
                  {WM_SECONDSTART, 0, "already running"}};
     for (const auto& c : cases) {
         desk.calls.clear();

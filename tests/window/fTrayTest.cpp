@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/basTrayIcon.h"
+#include "support/Messages.h"
 #include "tests/storage/win/TestLog.h"
 #include "tests/window/TrayDesk.h"
 
@@ -280,7 +281,7 @@ TEST_F(Tray, OnlyHideAllAndExitRunWhileAQuestionIsOpen) {
 }
 
 TEST_F(Tray, APostedSaveFailureIsShown) {
-    post(fTray::kSaveFailed, 0, 0);
+    post(posted::kSaveFailed, 0, 0);
     EXPECT_EQ(desk.calls, Calls{"save failure"});
 }
 

@@ -287,9 +287,9 @@ TEST_P(NoteEditing, EveryCommandKeepsTheOpenEditFirst) {
 TEST_P(NoteEditing, AnEditEndsTheResizeModeSoThatTheArrowsMoveTheCaret) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
-    note.setResizeMode(true);
+    note.place.resizer.setMode(true);
     editBody(note, L"typed", 5, 5);
-    EXPECT_FALSE(note.resizeMode);
+    EXPECT_FALSE(note.place.resizer.isOn());
     typeKey(note.txtNota(), VK_LEFT);
     EXPECT_EQ(selection(note.txtNota()).first, 4U);
     EXPECT_EQ(note.pWidth(), 3000);

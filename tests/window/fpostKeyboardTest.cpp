@@ -41,7 +41,7 @@ TEST_P(Keyboard, CtrlAndTheArrowsMoveTheNote) {
         hold(note.hwnd, way.key, 3);
         x += 3 * way.x * kStep;
         y += 3 * way.y * kStep;
-        EXPECT_EQ(std::pair(note.Left(), note.Top()), std::pair(x, y)) << way.key;
+        EXPECT_EQ(std::pair(note.place.Left(), note.place.Top()), std::pair(x, y)) << way.key;
         EXPECT_EQ(desk->stored(1).x, x) << way.key;
         EXPECT_EQ(desk->stored(1).y, y) << way.key;
     }
@@ -84,11 +84,11 @@ TEST_P(Keyboard, WithEasyAlignmentAMoveStopsAtEdgesAndCanGoOn) {
     ASSERT_EQ(screenDpi(), 96);
     fpost& note = desk->note(2);
     hold(note.hwnd, VK_LEFT, 2);
-    EXPECT_EQ(note.Left(), 6330 - 2 * kStep);
+    EXPECT_EQ(note.place.Left(), 6330 - 2 * kStep);
     hold(note.hwnd, VK_LEFT, 1);
-    EXPECT_EQ(note.Left(), 6000) << "the other note's edge lies within the step";
+    EXPECT_EQ(note.place.Left(), 6000) << "the other note's edge lies within the step";
     hold(note.hwnd, VK_LEFT, 1);
-    EXPECT_EQ(note.Left(), 6000 - kStep);
+    EXPECT_EQ(note.place.Left(), 6000 - kStep);
 }
 
 TEST_P(Keyboard, AtTheScreensEdgeAMoveEndsFlush) {
@@ -102,7 +102,7 @@ TEST_P(Keyboard, AtTheScreensEdgeAMoveEndsFlush) {
     EXPECT_EQ(rectOf(note.hwnd).left, work.left);
     EXPECT_EQ(rectOf(note.hwnd).top, work.top);
     hold(note.hwnd, VK_RIGHT, 1);
-    EXPECT_EQ(note.Left(), desk->desk->look.twips(work.left) + kStep);
+    EXPECT_EQ(note.place.Left(), desk->desk->look.twips(work.left) + kStep);
     EXPECT_EQ(rectOf(note.hwnd).right - rectOf(note.hwnd).left, desk->desk->look.px(Twips{3000}));
 }
 
@@ -118,7 +118,7 @@ TEST_P(Keyboard, ANoteCannotBeMovedOutOfReach) {
                                        static_cast<int>(rect.right), static_cast<int>(rect.top) + strip}))
             << key;
     }
-    EXPECT_EQ(desk->stored(1).x, note.Left());
+    EXPECT_EQ(desk->stored(1).x, note.place.Left());
 }
 
 TEST_P(Keyboard, AnIconizedNoteMovesAndStaysSmall) {
@@ -138,7 +138,7 @@ TEST_P(Keyboard, InTheEditorTheArrowsBelongToTheText) {
     note.EditForm();
     hold(note.txtNota(), VK_LEFT, 2);
     EXPECT_TRUE(note.bodyBeingEdited());
-    EXPECT_EQ(note.Left(), 1500);
+    EXPECT_EQ(note.place.Left(), 1500);
 }
 
 // --- Title, strip, ringing --------------------------------------------------------------------------------
@@ -232,20 +232,20 @@ TEST_P(Keyboard, ANoteWhoseAlarmRingsOnceGoesWithTheKeyThatStopsIt) {
 TEST_P(Keyboard, EscLeavesTheResizeModeToo) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
-    note.setResizeMode(true);
+    note.place.resizer.setMode(true);
     typeKey(note.hwnd, VK_RIGHT);
     typeKey(note.hwnd, VK_ESCAPE);
-    EXPECT_FALSE(note.resizeMode);
+    EXPECT_FALSE(note.place.resizer.isOn());
     EXPECT_EQ(desk->stored(1).width, 3030) << "the new size stays";
 }
 
 TEST_P(Keyboard, TheResizeModeHasTheKeyboardToItself) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
-    note.setResizeMode(true);
+    note.place.resizer.setMode(true);
     typeKey(note.hwnd, VK_F2);
     EXPECT_FALSE(note.bodyBeingEdited());
-    EXPECT_TRUE(note.resizeMode);
+    EXPECT_TRUE(note.place.resizer.isOn());
     typeKey(note.hwnd, VK_RETURN);
     typeKey(note.hwnd, VK_F2);
     EXPECT_TRUE(note.bodyBeingEdited());

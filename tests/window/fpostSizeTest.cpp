@@ -24,20 +24,20 @@ TEST_P(NoteSize, ShrinkingStopsAtTheSmallestSizeStepByStep) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.pWidth(1150);
-    note.ResizeWidth(-15);
+    note.place.resizer.ResizeWidth(-15);
     EXPECT_EQ(note.pWidth(), 1135);
-    note.ResizeWidth(-15);
+    note.place.resizer.ResizeWidth(-15);
     EXPECT_EQ(note.pWidth(), 1135) << "1120 is refused as a whole";
-    note.ResizeWidth(-5);
+    note.place.resizer.ResizeWidth(-5);
     EXPECT_EQ(note.pWidth(), 1130);
-    note.ResizeWidth(-1);
+    note.place.resizer.ResizeWidth(-1);
     EXPECT_EQ(note.pWidth(), 1130);
     note.pHeight(710);
-    note.ResizeHeight(-15);
+    note.place.resizer.ResizeHeight(-15);
     EXPECT_EQ(note.pHeight(), 710);
-    note.ResizeHeight(-5);
+    note.place.resizer.ResizeHeight(-5);
     EXPECT_EQ(note.pHeight(), 705);
-    note.ResizeHeight(-1);
+    note.place.resizer.ResizeHeight(-1);
     EXPECT_EQ(note.pHeight(), 705);
 }
 
@@ -45,8 +45,8 @@ TEST_P(NoteSize, GrowingStopsFlushWithTheWorkArea) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     for (int step = 0; step < 150; ++step) {
-        note.ResizeWidth(180);
-        note.ResizeHeight(180);
+        note.place.resizer.ResizeWidth(180);
+        note.place.resizer.ResizeHeight(180);
     }
     const PxRect work = GetWorkArea();
     EXPECT_EQ(rectOf(note.hwnd).right, work.right);
@@ -58,8 +58,27 @@ TEST_P(NoteSize, ANoteBeyondTheEdgeKeepsItsSize) {
     NoteRecord record = plainNote(u"a");
     record.x = toTwips(Px{GetWorkArea().right - 50}, screenDpi()).n;
     const auto desk = run({record});
-    desk->note(1).ResizeWidth(180);
+    desk->note(1).place.resizer.ResizeWidth(180);
     EXPECT_EQ(desk->note(1).pWidth(), 3000);
+}
+
+TEST_P(NoteSize, AStepPutsTheOtherSideRightThatSomebodyElseChanged) {
+    // A window manager that is late answers with a size from before the note was iconized.
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    const auto sizeTo = [&](int width, int height) {
+        SetWindowPos(note.hwnd, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    };
+    const PxRect before = note.place.window();
+    note.toggleIconized();
+    const int strip = heightOf(note.hwnd);
+    sizeTo(before.width(), before.height());
+    note.place.resizer.ResizeWidth(15);
+    EXPECT_EQ(heightOf(note.hwnd), strip);
+    note.toggleIconized();
+    sizeTo(before.width() + 30, before.height());
+    note.place.resizer.ResizeHeight(15);
+    EXPECT_EQ(note.place.window().width(), desk->desk->look.px(Twips{3015}));
 }
 
 // --- Keys of the resize mode ------------------------------------------------------------------------------
@@ -90,7 +109,7 @@ TEST_P(NoteSize, TheArrowsResizeInTheResizeModeAndAreStoredAtOnce) {
     EXPECT_EQ(desk->stored(1).width, 3180);
     EXPECT_EQ(desk->stored(1).height, 2100);
     typeKey(note.hwnd, VK_RETURN);
-    EXPECT_FALSE(note.resizeMode || note.menuInput(note.alarm.rule).resizeMode);
+    EXPECT_FALSE(note.place.resizer.isOn() || note.menuInput(note.alarm.rule).resizeMode);
     typeKey(note.hwnd, VK_RIGHT);
     EXPECT_EQ(note.pWidth(), 3180);
 }
@@ -99,9 +118,9 @@ TEST_P(NoteSize, AClickOnTitleOrTextLeavesTheResizeMode) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     for (const HWND part : {note.lbl, note.nota}) {
-        note.setResizeMode(true);
+        note.place.resizer.setMode(true);
         click(*desk, part, 900, 100);
-        EXPECT_FALSE(note.resizeMode) << GetDlgCtrlID(part);
+        EXPECT_FALSE(note.place.resizer.isOn()) << GetDlgCtrlID(part);
     }
 }
 
@@ -109,14 +128,14 @@ TEST_P(NoteSize, AnIconizedNoteCannotBeMadeTaller) {
     const auto desk = run({iconizedNote(u"a")});
     fpost& note = desk->note(1);
     const int strip = heightOf(note.hwnd);
-    note.setResizeMode(true);
+    note.place.resizer.setMode(true);
     for (const WPARAM key : {WPARAM{VK_DOWN}, WPARAM{VK_UP}})
         typeKey(note.hwnd, key);
-    note.gripPress(60, 170, false);
-    note.ResizeHeight(180);
+    note.place.resizer.press({Twips{60}, Twips{170}});
+    note.place.resizer.ResizeHeight(180);
     EXPECT_EQ(heightOf(note.hwnd), strip);
     EXPECT_EQ(desk->stored(1).height, 2250);
-    note.setResizeMode(true);
+    note.place.resizer.setMode(true);
     typeKey(note.hwnd, VK_RIGHT);
     EXPECT_EQ(desk->stored(1).width, 3030) << "but it can be made wider";
 }
@@ -174,14 +193,14 @@ private:
     static constexpr ULONGLONG kPatience = 10000;
     static inline WhileHeld* running = nullptr;
 
-    bool ended() const { return IsWindow(window_) == FALSE || !note_->resizeMode; }
+    bool ended() const { return IsWindow(window_) == FALSE || !note_->place.resizer.isOn(); }
     static void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) {
         if (running != nullptr) running->tick();
     }
     void tick() {
         if (GetTickCount64() > end_) {
             gaveUp = true;
-            if (IsWindow(window_) != FALSE) note_->setResizeMode(false);
+            if (IsWindow(window_) != FALSE) note_->place.resizer.setMode(false);
         } else if (!acted && (note_->pWidth() != width_ || note_->pHeight() != height_)) {
             acted = true;
             act_();
@@ -220,7 +239,7 @@ TEST_P(NoteSize, TheReleaseOfTheOtherButtonDoesNotEndTheGrip) {
     bool goesOn = false;
     const WhileHeld wait(note, [&] {
         SendMessageW(note.pic2, WM_RBUTTONUP, 0, 0);
-        goesOn = note.resizeMode;
+        goesOn = note.place.resizer.isOn();
         SendMessageW(note.pic2, WM_LBUTTONUP, 0, 0);
     });
     EXPECT_TRUE(goesOn);

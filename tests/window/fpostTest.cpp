@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "resources/resource.h"
+#include "support/Messages.h"
 #include "tests/window/TestNotes.h"
 
 namespace {
@@ -64,9 +65,9 @@ TEST_P(NoteWindow, NonsenseSizesAreMadeUsableOnScreenAndStayStored) {
     huge.width = 2000000000;
     huge.height = 2000000000;
     const auto desk = run({tiny, none, huge});
-    EXPECT_EQ(desk->note(1).Width(), desk->desk->look.twips(desk->desk->look.px(design::kMinWidth)));
-    EXPECT_EQ(desk->note(2).Width(), 2910);
-    EXPECT_EQ(desk->note(2).Height(), 1890);
+    EXPECT_EQ(desk->note(1).place.Width(), desk->desk->look.twips(desk->desk->look.px(design::kMinWidth)));
+    EXPECT_EQ(desk->note(2).place.Width(), 2910);
+    EXPECT_EQ(desk->note(2).place.Height(), 1890);
     EXPECT_LE(rectOf(desk->note(3).hwnd).right - rectOf(desk->note(3).hwnd).left,
               GetSystemMetrics(SM_CXSCREEN));
     EXPECT_EQ(desk->stored(1).width, 5);
@@ -75,7 +76,7 @@ TEST_P(NoteWindow, NonsenseSizesAreMadeUsableOnScreenAndStayStored) {
 
 TEST_P(NoteWindow, RescuedNoteKeepsItsStoredPlace) {
     const auto desk = run({plainNote(u"far", -900000, 900000)});
-    EXPECT_GE(desk->note(1).Left(), 0);
+    EXPECT_GE(desk->note(1).place.Left(), 0);
     EXPECT_EQ(desk->note(1).record.x, -900000);
     EXPECT_EQ(desk->stored(1).y, 900000);
 }
@@ -125,15 +126,15 @@ TEST_P(NoteWindow, ResizingRealignsForANormalNoteButNotForAnIconizedOne) {
     GlobalSettings settings;
     settings.AlignAll = true;
     const auto desk = run({plainNote(u"1"), plainNote(u"2", 6000, 6000)}, settings);
-    EXPECT_EQ(desk->note(2).Top(), desk->note(1).Top() + desk->note(1).Height());
+    EXPECT_EQ(desk->note(2).place.Top(), desk->note(1).place.Top() + desk->note(1).place.Height());
     desk->note(1).pHeight(3000);
-    EXPECT_EQ(desk->note(2).Top(), desk->note(1).Top() + desk->note(1).Height());
-    EXPECT_EQ(desk->stored(2).y, desk->note(2).Top());
+    EXPECT_EQ(desk->note(2).place.Top(), desk->note(1).place.Top() + desk->note(1).place.Height());
+    EXPECT_EQ(desk->stored(2).y, desk->note(2).place.Top());
 
     desk->note(1).toggleIconized();
-    desk->note(2).moveTo(9000, 9000);
+    desk->note(2).place.moveTo(Twips{9000}, Twips{9000});
     desk->note(1).pWidth(2400);
-    EXPECT_EQ(desk->note(2).Left(), 9000);
+    EXPECT_EQ(desk->note(2).place.Left(), 9000);
 }
 
 // --- Keys, messages, menu ---------------------------------------------------------------------------------
@@ -280,7 +281,7 @@ TEST_P(NoteWindow, TheDeletePictureAsksInItsUpperPartOnly) {
 /// Whether the collection has posted the message about a failed save.
 bool tookFailureReport(HWND tray) {
     MSG message{};
-    return PeekMessageW(&message, tray, fTray::kSaveFailed, fTray::kSaveFailed, PM_REMOVE) != FALSE;
+    return PeekMessageW(&message, tray, posted::kSaveFailed, posted::kSaveFailed, PM_REMOVE) != FALSE;
 }
 
 TEST_P(NoteWindow, FailedSaveKeepsTheTextAndTheNextSaveTriesAgain) {
@@ -346,7 +347,7 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNeverWrittenBack) {
     EXPECT_TRUE(desk->note(1).record.readOnly);
     desk->folder.locked.clear();
     desk->registry.locked.clear();
-    desk->note(1).moveTo(4500, 4500);
+    desk->note(1).place.moveTo(Twips{4500}, Twips{4500});
     desk->note(1).store({NoteField::X, NoteField::Y, NoteField::Titolo, NoteField::Nota});
     EXPECT_EQ(desk->stored(1).x, 1500);
     EXPECT_EQ(desk->stored(1).Titolo, u"a");
@@ -384,11 +385,11 @@ TEST_P(NoteWindow, NotesThatCouldNotBeReadAppearOnceTheyCan) {
         EXPECT_EQ(storeFree(desk->note(number).record),
                   storeFree(notes[static_cast<std::size_t>(number) - 1]));
     EXPECT_EQ(windowText(desk->note(2).nota), u"body of b");
-    EXPECT_EQ(desk->note(2).Left(), 4500);
+    EXPECT_EQ(desk->note(2).place.Left(), 4500);
     EXPECT_TRUE(desk->note(2).alarm.isCounting());
     EXPECT_TRUE(desk->note(1).visible() && desk->note(2).visible());
     EXPECT_FALSE(desk->note(3).visible());
-    desk->note(1).moveTo(6000, 6000);
+    desk->note(1).place.moveTo(Twips{6000}, Twips{6000});
     desk->note(1).store({NoteField::X});
     EXPECT_EQ(desk->stored(1).x, 6000);
 }
@@ -488,7 +489,7 @@ TEST_P(NoteWindow, LongTitleWidensTheNoteUpToTheScreen) {
     EXPECT_EQ(wide, note.pWidth());
     note.Titolo(Text(128, u'W'));
     note.CheckTitleWidth();
-    EXPECT_LE(note.Width(), desk->desk->look.twips(GetSystemMetrics(SM_CXSCREEN)));
+    EXPECT_LE(note.place.Width(), desk->desk->look.twips(GetSystemMetrics(SM_CXSCREEN)));
 }
 
 TEST_P(NoteWindow, FitsWidthAndHeightToTheBody) {

@@ -1,0 +1,231 @@
+#include "note/NotePlace.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "note/bas_GetWorkArea.h"
+#include "note/fpost.h"
+#include "resources/resource.h"
+#include "support/Accessible.h"
+
+namespace {
+
+constexpr float kGripPause = 0.01F;  // seconds from one step of the grip to the next
+constexpr Twips kMoveStep{120};      // an arrow key that moves; larger than what snaps, to get free again
+
+/// Waits while the windows answer their events. False when the program is to end.
+bool Pause(float Seconds) {
+    constexpr float kMsPerSecond = 1000;
+    return pumpFor(static_cast<DWORD>(std::lround(Seconds * kMsPerSecond)));
+}
+
+/// Whether a mouse button is down at this moment, wherever the pointer is and whoever got the message.
+bool isHeld(bool rightButton) {
+    const bool swapped = GetSystemMetrics(SM_SWAPBUTTON) != 0;
+    return GetAsyncKeyState(rightButton != swapped ? VK_RBUTTON : VK_LBUTTON) < 0;
+}
+
+}  // namespace
+
+// --- Where it is ------------------------------------------------------------------------------------------
+
+PxRect NotePlace::window() const {
+    RECT rect{};
+    GetWindowRect(note_.hwnd, &rect);
+    return pxRect(rect);
+}
+
+int NotePlace::Left() const {
+    return note_.host->look->twips(window().left);
+}
+
+int NotePlace::Top() const {
+    return note_.host->look->twips(window().top);
+}
+
+int NotePlace::Width() const {
+    return note_.host->look->twips(window().width());
+}
+
+int NotePlace::Height() const {
+    return note_.host->look->twips(window().height());
+}
+
+PxRect NotePlace::area() const {
+    // A hidden window's place may get lost on a Wine desktop: what the note remembers counts.
+    return note_.visible() ? window() : place();
+}
+
+// --- Where it belongs -------------------------------------------------------------------------------------
+
+PxRect NotePlace::place() const {
+    const NoteLook& look = *note_.host->look;
+    const NoteRecord& record = note_.record;
+    const int left = look.px(Twips{record.x});
+    const int top = look.px(Twips{record.y});
+    const int strip = look.px(kIconizedHeight);
+    PxRect rect{left, top, left + look.px(Twips{note_.pWidth()}), top + look.px(Twips{note_.pHeight()})};
+    // Whatever size was stored, a note is at most as large as the desktop it lies on.
+    const std::vector<Monitor>& monitors = note_.host->monitors();
+    const PxRect work = monitorAt(monitors, {left, top, left + strip, top + strip}).work;
+    rect.right = left + std::min(rect.width(), work.width());
+    rect.bottom = record.iconized ? top + strip : top + std::min(rect.height(), work.height());
+    const PxRect title{rect.left, rect.top, rect.right, rect.top + strip};
+    // A note that has never had a size has never had a place either: it comes up where it can be used.
+    const bool fresh = record.width <= 0 && record.height <= 0;
+    if (fresh || !isInSight(monitors, title)) rect = movedInto(rect, monitorAt(monitors, rect).work, strip);
+    return rect;
+}
+
+void NotePlace::goHome() {
+    const PxRect rect = place();
+    if (rect == window()) return;
+    const bool outer = std::exchange(placing_, true);
+    SetWindowPos(note_.hwnd, nullptr, rect.left, rect.top, rect.width(), rect.height(),
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    placing_ = outer;
+}
+
+void NotePlace::moveTo(Twips left, Twips top) {
+    note_.record.x = left.n;
+    note_.record.y = top.n;
+    goHome();
+}
+
+bool NotePlace::isAtHome() const {
+    const NoteLook& look = *note_.host->look;
+    const int left = look.px(Twips{note_.record.x});
+    const int top = look.px(Twips{note_.record.y});
+    const PxRect title{left, top, left + look.px(Twips{note_.pWidth()}), top + look.px(kIconizedHeight)};
+    return isInSight(note_.host->monitors(), title);
+}
+
+// --- Moving -----------------------------------------------------------------------------------------------
+
+void NotePlace::drag() {
+    setCursor(IDC_MOVING);
+    const NoteWatch watch(note_);
+    const HWND window = note_.hwnd;
+    mover.begin(window);
+    NoteMover::drag(window, moveRules());
+    if (watch.destroyed()) return;
+    setCursor(0);
+    mover.endDrag(window);
+}
+
+NoteMover::Rules NotePlace::moveRules() const {
+    const NoteLook& look = *note_.host->look;
+    NoteMover::Rules rules;
+    rules.alignAll = note_.host->settings->AlignAll;
+    rules.snap.easyAlign = note_.host->settings->EasyAlign;
+    rules.snap.leastWidth = look.px(design::kMinWidth);
+    rules.snap.leastHeight = look.px(note_.record.iconized ? kIconizedHeight : design::kMinHeight);
+    rules.snap.others = [this] { return note_.host->otherNotes(note_); };
+    return rules;
+}
+
+void NotePlace::moveStep(int columns, int rows) {
+    if (note_.refusesChange()) return;
+    const NoteLook& look = *note_.host->look;
+    mover.step(note_.hwnd, moveRules(),
+               {columns, rows, look.px(kMoveStep), look.px(design::kStripHeight), note_.host->monitors()});
+}
+
+void NotePlace::onPosition(const WINDOWPOS& changed) {
+    const bool moved = (changed.flags & SWP_NOMOVE) == 0;
+    if (moved && !placing_ && note_.visible() && IsIconic(note_.hwnd) == FALSE) mover.onMoved(note_.hwnd);
+}
+
+void NotePlace::takePlace() {
+    note_.record.x = Left();
+    note_.record.y = Top();
+}
+
+void NotePlace::storePlace() {
+    if (note_.beingDeleted) return;
+    takePlace();
+    note_.host->store->storeCount(note_.host->count());
+    note_.store({NoteField::X, NoteField::Y});
+}
+
+// --- Resizing ---------------------------------------------------------------------------------------------
+
+void NotePlace::fitWindow(Along changed) {
+    const NoteLook& look = *note_.host->look;
+    // The other side by what the note is, not by what the window is at this moment: a window manager may be
+    // late with an earlier size, and the next steps would keep that.
+    const PxRect wanted = place();
+    const bool across = changed == Along::Width;
+    const int width = across ? look.px(Twips{note_.pWidth()}) : wanted.width();
+    const int height = across ? wanted.height() : look.px(Twips{note_.pHeight()});
+    SetWindowPos(note_.hwnd, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+ResizeAxis NotePlace::axis(Along along) const {
+    // What is on screen is resized: a stored size larger than the desktop is shown smaller than it is.
+    const NoteLook& look = *note_.host->look;
+    const PxRect rect = window();
+    const PxRect work = workAreaAt(rect);
+    const bool across = along == Along::Width;
+    const int stored = across ? note_.pWidth() : note_.pHeight();
+    const int shown = across ? rect.width() : rect.height();
+    ResizeAxis axis;
+    axis.start = Twips{look.twips(across ? rect.left : rect.top)};
+    axis.size = Twips{look.px(Twips{stored}) == shown ? stored : look.twips(shown)};
+    axis.workEnd = Twips{look.twips(across ? work.right : work.bottom)};
+    axis.least = across ? design::kMinWidth : design::kMinHeight;
+    return axis;
+}
+
+void NotePlace::resize(Along along, Twips size) {
+    if (along == Along::Width) {
+        note_.pWidth(size.n);
+    } else {
+        note_.pHeight(size.n);
+    }
+}
+
+void NotePlace::storeSize() {
+    if (!note_.beingDeleted) note_.store({NoteField::Width, NoteField::Height});
+}
+
+bool NotePlace::isIconized() const {
+    return note_.record.iconized;
+}
+
+bool NotePlace::refusesResizing() {
+    return note_.refusesChange();
+}
+
+void NotePlace::setCursor(int cursor) {
+    note_.currentCursor = cursor;
+    SetCursor(note_.host->look->cursor(cursor));
+}
+
+void NotePlace::showResizeCursor(int cursor) {
+    setCursor(cursor);
+}
+
+void NotePlace::resizeModeChanged() {
+    tellNameChanged(note_.hwnd);
+}
+
+void NotePlace::holdGrip() {
+    // The grip moves away from under the pointer: with the capture its release arrives all the same, and
+    // leaves the resize mode. Another window that takes the capture, a dialog for one, ends the hold too, and
+    // so does a release that only the hardware tells of.
+    SetCapture(note_.pic2);
+}
+
+ResizedNote::Hold NotePlace::waitOnGrip(bool rightButton) {
+    const NoteWatch watch(note_);
+    const bool goesOn = Pause(kGripPause);
+    if (watch.destroyed()) return Hold::Destroyed;  // deleted, or the program ends
+    const bool held = note_.visible() && GetCapture() == note_.pic2 && isHeld(rightButton);
+    return goesOn && held && !note_.beingDeleted ? Hold::GoesOn : Hold::Over;
+}
+
+void NotePlace::releaseGrip() {
+    if (GetCapture() == note_.pic2) ReleaseCapture();
+}
