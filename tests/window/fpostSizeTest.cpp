@@ -156,6 +156,11 @@ public:
     ~HeldGrip() {
         keybd_event(key_, 0, KEYEVENTF_KEYUP, 0);
         pumpPending();
+        // Another window may have the keyboard by now, and this thread would never hear of the release.
+        BYTE keys[256]{};
+        GetKeyboardState(keys);
+        keys[key_] = 0;
+        SetKeyboardState(keys);
     }
     HeldGrip(const HeldGrip&) = delete;
     HeldGrip& operator=(const HeldGrip&) = delete;
