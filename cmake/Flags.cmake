@@ -62,7 +62,7 @@ elseif(NOT KARDEL_SANITIZE)
   target_compile_options(kardel_flags INTERFACE -O1)
 else()
   # Linux builds only the logic, for its tests, which always run under the sanitizers.
-  target_compile_options(kardel_flags INTERFACE -O1 -g -fsanitize=address,undefined
+  target_compile_options(kardel_flags INTERFACE -O1 -g1 -fsanitize=address,undefined
     -fno-sanitize-recover=all)
   target_link_options(kardel_flags INTERFACE -fsanitize=address,undefined)
   if(KARDEL_FUZZ)

@@ -1,5 +1,6 @@
 """Fixtures of the black-box tests: one desk per run, a clean start for every test, a screenshot of every failure."""
 
+import collections
 import os
 import pathlib
 import re
@@ -18,6 +19,7 @@ from kardel_desk.stores import KINDS  # noqa: E402
 
 def pytest_addoption(parser):
     parser.addoption("--arch", choices=("win64", "win32"), default="win64", help="which build of Kardel to try")
+    parser.addoption("--share", metavar="I/N", default="1/1", help="only the Ith of N shares of the scenarios")
 
 
 def pytest_configure(config):
@@ -26,6 +28,20 @@ def pytest_configure(config):
     arch = config.getoption("--arch")
     if not program(arch).exists():
         raise pytest.UsageError(f"{program(arch)} is missing: build the preset {arch} first")
+
+
+def pytest_collection_modifyitems(config, items):
+    """Keeps this run's share: whole files, since tests of one share what it prepares; the largest are dealt first."""
+    share, shares = map(int, config.getoption("--share").split("/"))
+    sizes = collections.Counter(item.path for item in items)
+    loads, mine = [0] * shares, set()
+    for path, size in sorted(sizes.items(), key=lambda of: (-of[1], of[0])):
+        least = loads.index(min(loads))
+        loads[least] += size
+        if least == share - 1:
+            mine.add(path)
+    config.hook.pytest_deselected(items=[item for item in items if item.path not in mine])
+    items[:] = [item for item in items if item.path in mine]
 
 
 @pytest.fixture(scope="session")
