@@ -12,7 +12,7 @@ constexpr TextView kSectionPrefix = u"kardel-";
 
 /// The note number of a section, or 0 when it is no note's.
 std::int32_t numberOf(TextView section) {
-    if (lowered(section.substr(0, kSectionPrefix.size())) != kSectionPrefix) return 0;
+    if (!isSameName(section.substr(0, kSectionPrefix.size()), kSectionPrefix)) return 0;
     const TextView digits = section.substr(kSectionPrefix.size());
     if (digits.empty() || digits.front() == u'0') return 0;
     const auto isDigit = [](char16_t c) { return c >= u'0' && c <= u'9'; };
@@ -91,7 +91,7 @@ bool RegistryNotes::replaceNote(int number, const NoteRecord& record) const {
     if (section.status == IoStatus::Failed) return false;
     const auto isOurs = [&](TextView key) {
         return std::any_of(changes.begin(), changes.end(),
-                           [&](const ValueChange& change) { return lowered(change.key) == lowered(key); });
+                           [key](const ValueChange& change) { return isSameName(change.key, key); });
     };
     std::vector<Text> keys = section.unreadable;
     for (const auto& [key, text] : section.values)

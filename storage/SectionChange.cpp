@@ -28,7 +28,7 @@ std::optional<Text> take(TextView& list) {
 }
 
 bool isKey(const ValueChange& change, TextView key) {
-    return lowered(change.key) == lowered(key);
+    return isSameName(change.key, key);
 }
 
 /// The changes of before that the later ones leave standing, then the later ones.
@@ -83,7 +83,7 @@ SectionResult readChangedSection(const Settings& settings, TextView section) {
 }
 
 bool isPendingKey(TextView key) {
-    return lowered(key) == kPendingKey;
+    return isSameName(key, kPendingKey);
 }
 
 Text pendingText(std::span<const ValueChange> changes) {

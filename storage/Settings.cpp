@@ -4,8 +4,7 @@
 
 SettingResult valueOf(const SectionResult& section, TextView key) {
     if (section.status != IoStatus::Done) return {section.status, {}};
-    const Text wanted = lowered(key);
-    const auto isIt = [&](const Text& other) { return lowered(other) == wanted; };
+    const auto isIt = [key](const Text& other) { return isSameName(other, key); };
     if (std::any_of(section.unreadable.begin(), section.unreadable.end(), isIt)) return {};
     const auto found = std::find_if(section.values.begin(), section.values.end(),
                                     [&](const KeyText& value) { return isIt(value.first); });

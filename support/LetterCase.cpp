@@ -74,16 +74,24 @@ constexpr Capitals kCapitals[] = {
     {0xA7C7, 0xA7C9, 2, 1},      {0xA7D0, 0xA7D0, 1, 1},      {0xA7D6, 0xA7D8, 2, 1},
     {0xA7F5, 0xA7F5, 1, 1},      {0xFF21, 0xFF3A, 1, 32}};
 
+char16_t small(char16_t c) {
+    const auto* const row =
+        std::lower_bound(std::begin(kCapitals), std::end(kCapitals), c,
+                         [](const Capitals& range, char16_t letter) { return range.last < letter; });
+    if (row == std::end(kCapitals) || c < row->first || (c - row->first) % row->step != 0) return c;
+    return static_cast<char16_t>(c + row->offset);
+}
+
 }  // namespace
 
 Text lowered(TextView text) {
     Text result(text);
-    for (char16_t& c : result) {
-        const auto* const row =
-            std::lower_bound(std::begin(kCapitals), std::end(kCapitals), c,
-                             [](const Capitals& range, char16_t letter) { return range.last < letter; });
-        if (row == std::end(kCapitals) || c < row->first || (c - row->first) % row->step != 0) continue;
-        c = static_cast<char16_t>(c + row->offset);
-    }
+    for (char16_t& c : result)
+        c = small(c);
     return result;
+}
+
+bool isSameName(TextView one, TextView other) {
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                      [](char16_t a, char16_t b) { return a == b || small(a) == small(b); });
 }

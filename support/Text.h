@@ -37,6 +37,8 @@ std::size_t encodedLength(const CodePage& page, TextView text);
 /// The text in small letters, for comparing. The same in every locale, as a Turkish system must still read
 /// "SI" as "si"; both small sigmas become one.
 Text lowered(TextView text);
+/// Whether two names differ in no more than that.
+bool isSameName(TextView one, TextView other);
 
 /// The text without blanks at its end.
 TextView withoutTrailingBlanks(TextView text);

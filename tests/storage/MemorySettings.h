@@ -24,7 +24,7 @@ struct MemorySettings {
 
     Section* find(TextView name) {
         const auto found = std::find_if(content.begin(), content.end(), [&](const Section& section) {
-            return lowered(section.name) == lowered(name);
+            return isSameName(section.name, name);
         });
         return found == content.end() ? nullptr : &*found;
     }
@@ -32,9 +32,8 @@ struct MemorySettings {
     Text* find(TextView section, TextView key) {
         Section* const in = find(section);
         if (in == nullptr) return nullptr;
-        const auto found = std::find_if(in->values.begin(), in->values.end(), [&](const KeyText& value) {
-            return lowered(value.first) == lowered(key);
-        });
+        const auto found = std::find_if(in->values.begin(), in->values.end(),
+                                        [&](const KeyText& value) { return isSameName(value.first, key); });
         return found == in->values.end() ? nullptr : &found->second;
     }
 
@@ -92,13 +91,12 @@ struct MemorySettings {
             if (!changes->next()) return false;
             Section* const in = find(section);
             if (in == nullptr) return true;
-            std::erase_if(in->values,
-                          [&](const KeyText& value) { return lowered(value.first) == lowered(key); });
+            std::erase_if(in->values, [&](const KeyText& value) { return isSameName(value.first, key); });
             return true;
         };
         settings.removeSection = [this](TextView section) {
             if (!changes->next()) return false;
-            std::erase_if(content, [&](const Section& s) { return lowered(s.name) == lowered(section); });
+            std::erase_if(content, [&](const Section& s) { return isSameName(s.name, section); });
             return true;
         };
         settings.sections = [this]() -> SectionNames {
