@@ -197,6 +197,7 @@ bool basPost::NewNote() {
 
 void basPost::HideAll(bool hidden) {
     if (Notes.empty()) return;
+    const NoteStore::Command command(store);
     CommitEdits();
     {
         const Bulk bulk(*this);
@@ -230,6 +231,7 @@ void basPost::reopen(fpost& note) {
 
 void basPost::IconizeAll(bool iconized) {
     if (Notes.empty()) return;
+    const NoteStore::Command command(store);
     CommitEdits();
     {
         const Bulk bulk(*this);
@@ -252,6 +254,7 @@ void basPost::Realign() {
 }
 
 void basPost::AutoPosition() {
+    const NoteStore::Command command(store);
     for (fpost* note : placeInColumns())
         note->store({NoteField::X, NoteField::Y});
 }
@@ -278,6 +281,7 @@ std::vector<fpost*> basPost::placeInColumns() {
 }
 
 void basPost::ToggleAlignAll() {
+    const NoteStore::Command command(store);
     settings.AlignAll = !settings.AlignAll;
     store.storeSetting(Setting::AlignAll, settings);
     if (settings.AlignAll) {
@@ -315,7 +319,7 @@ void basPost::RemoveNote(fpost& note) {
     Notes.erase(found);
     note.hide();
     const std::vector<NoteRecord*> remaining = records();
-    store.remove(number, remaining, settings);
+    static_cast<void>(store.remove(number, remaining, settings));
     Renumber();
     state.onNoteRemoved(counted());
 }

@@ -145,7 +145,7 @@ void NotePlace::takePlace() {
 void NotePlace::storePlace() {
     if (note_.beingDeleted) return;
     takePlace();
-    note_.host->store->storeCount(note_.host->count());
+    static_cast<void>(note_.host->store->storeCount(note_.host->count()));
     note_.store({NoteField::X, NoteField::Y});
 }
 

@@ -61,6 +61,8 @@ std::string encodeHeader(const DataHeader& header) {
 
 bool decodeHeader(std::string_view bytes, DataHeader& header) {
     if (bytes.size() < kHeaderLength) return false;
+    // What a power cut may leave of a file that was just made.
+    if (bytes.find_first_not_of('\0') >= kHeaderLength) return false;
     header.count = getInt32(bytes, 0);
     header.flag = getInt16(bytes, 4);
     header.version = std::bit_cast<float>(getNumber<std::uint32_t>(bytes, 6));
@@ -171,7 +173,7 @@ IoStatus DataFiles::ReadHeader(DataHeader& header, bool UseRegistry, bool& exist
 
 bool DataFiles::WriteHeader(DataHeader& header) const {
     header.version = kProgramVersion;
-    return files.write(kHeaderFile, 0, encodeHeader(header));
+    return files.write(kHeaderFile, 0, encodeHeader(header)) && files.flush(kHeaderFile);
 }
 
 // --- Records ----------------------------------------------------------------------------------------------

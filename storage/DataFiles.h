@@ -36,7 +36,7 @@ struct DataHeader {
 };
 
 std::string encodeHeader(const DataHeader& header);
-/// False unless `bytes` are all ten bytes of a header.
+/// False unless `bytes` are all ten bytes of a header, and not just zeros.
 bool decodeHeader(std::string_view bytes, DataHeader& header);
 
 struct EncodedRecord {
@@ -76,7 +76,7 @@ struct DataFiles {
     /// records. Failed, or less than a whole header: `header` is untouched. `existed` tells whether there was
     /// a file.
     [[nodiscard]] IoStatus ReadHeader(DataHeader& header, bool UseRegistry, bool& existed) const;
-    /// Writes the header with the running program's version and the flag 0.
+    /// Writes the header with the running program's version and the flag 0; on the disk when this returns.
     [[nodiscard]] bool WriteHeader(DataHeader& header) const;
 
     /// Record numbers begin at 1. A record beyond the end of the file, or of a file that is not there, reads
@@ -107,7 +107,8 @@ struct DataFiles {
 
 /// Adds one note to the images of both files that are being built: the body goes to the end of `memoImage`,
 /// its record number into the record, the record to the end of `datImage`. True unless text was lost.
-bool AppendRecordPair(const CodePage& page, std::string& datImage, std::string& memoImage, NoteRecord record);
+[[nodiscard]] bool AppendRecordPair(const CodePage& page, std::string& datImage, std::string& memoImage,
+                                    NoteRecord record);
 
 /// Fills a record (and its body, in `Nota`) from the note's section in the settings store. `slot` is 0..49. A
 /// size that is missing there is 0; the days of a pattern stay only where its kind uses them. Failed:

@@ -9,6 +9,8 @@ namespace {
 // Kind of file, number of entries; for each: note number, editor, mark of the stored note, number of UTF-16
 // units, the units; last a check over all of it. Numbers of 4 bytes, little-endian.
 constexpr std::string_view kKind = "KTM2";
+/// The same with one entry and no number of them, from when all notes shared one draft.
+constexpr std::string_view kSingleKind = "KTMP";
 constexpr std::size_t kNumberBytes = 4;
 
 constexpr char16_t kTitleEditor = u't';
@@ -115,11 +117,12 @@ std::string encodeDrafts(std::span<const Draft> drafts) {
 }
 
 std::vector<Draft> decodeDrafts(std::string_view bytes) {
-    if (bytes.size() < kKind.size() + kNumberBytes || !bytes.starts_with(kKind)) return {};
+    const bool single = bytes.starts_with(kSingleKind);
+    if (bytes.size() < kKind.size() + kNumberBytes || !(single || bytes.starts_with(kKind))) return {};
     const std::size_t checkAt = bytes.size() - kNumberBytes;
     if (numberAt(bytes, checkAt) != checkOf(bytes.substr(0, checkAt))) return {};
     bytes = bytes.substr(kKind.size(), checkAt - kKind.size());
-    const auto count = takeNumber(bytes);
+    const auto count = single ? std::optional<std::uint32_t>(1) : takeNumber(bytes);
     if (!count || *count > kMaxNotes) return {};
     std::vector<Draft> drafts;
     for (std::uint32_t i = 0; i < *count; ++i) {

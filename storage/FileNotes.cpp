@@ -70,6 +70,14 @@ bool holdsRecord(std::string_view image, int place) {
 
 }  // namespace
 
+FileImages imagesOf(const CodePage& page, std::span<NoteRecord* const> notes) {
+    FileImages images;
+    for (const NoteRecord* note : notes) {
+        images.lost = !AppendRecordPair(page, images.dat, images.memo, withStoredRule(*note)) || images.lost;
+    }
+    return images;
+}
+
 bool isZeroRecord(std::string_view bytes) {
     return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte == '\0'; });
 }
@@ -124,7 +132,8 @@ Saved createInFiles(const DataFiles& data, int number, NoteRecord& record) {
     if (!body.done || !data.files.flush(kMemoFile)) return save;
     record.memo = body.recordNumber;
     const EncodedRecord encoded = encodeRecord(data.page, withStoredRule(record));
-    save.done = data.PutRecordBytes(number, encoded.bytes);
+    // On the disk before the header counts it: what a power cut left there would come up as an empty note.
+    save.done = data.PutRecordBytes(number, encoded.bytes) && data.files.flush(kNoteFile);
     save.unmappable = body.unmappable || encoded.unmappable;
     return save;
 }

@@ -5,12 +5,21 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "storage/DataFiles.h"
 #include "storage/NoteFields.h"
 #include "storage/NotePlaces.h"
+
+/// Both files as they are when they hold certain notes and nothing else.
+struct FileImages {
+    std::string dat;
+    std::string memo;
+    bool lost = false;  ///< a text was cut or holds characters outside the code page
+};
+FileImages imagesOf(const CodePage& page, std::span<NoteRecord* const> notes);
 
 /// A record that holds nothing at all: the file ends before it, or only zero bytes stand there.
 bool isZeroRecord(std::string_view bytes);

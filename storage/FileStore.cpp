@@ -6,21 +6,6 @@ namespace {
 
 constexpr std::size_t kMostDraftBytes = std::size_t{64} << 20;
 
-/// The two files of a whole copy of notes.
-struct Images {
-    std::string dat;
-    std::string memo;
-    bool lost = false;
-};
-
-Images imagesOf(const CodePage& page, NoteList notes) {
-    Images images;
-    for (const NoteRecord* note : notes) {
-        images.lost = !AppendRecordPair(page, images.dat, images.memo, withStoredRule(*note)) || images.lost;
-    }
-    return images;
-}
-
 }  // namespace
 
 // --- The header -------------------------------------------------------------------------------------------
@@ -37,19 +22,14 @@ bool FileStore::writeHeader() {
     return !headerOwed_;
 }
 
-int FileStore::count(IoStatus headerRead) {
+IoStatus FileStore::readCount(IoStatus headerRead, int& count) {
     const LengthResult records = data_.noteRecords();
-    if (records.status == IoStatus::Absent) {
-        header_.count = 1;
-        return 1;
-    }
-    int count = headerRead == IoStatus::Failed ? kMaxNotes : header_.count;
-    if (records.status == IoStatus::Done) {
-        const auto held = std::min<std::uint64_t>(records.bytes, kMaxNotes);
-        count = std::min(count, static_cast<int>(held));
-    }
-    header_.count = std::max(count, 1);
-    return header_.count;
+    if (records.status == IoStatus::Failed) return IoStatus::Failed;
+    const int counted = headerRead == IoStatus::Failed ? kMaxNotes : header_.count;
+    const auto held = std::min<std::uint64_t>(records.bytes, kMaxNotes);
+    header_.count = std::max(std::min(counted, static_cast<int>(held)), 1);
+    count = header_.count;
+    return records.status;
 }
 
 bool FileStore::createFirst() {
@@ -126,7 +106,7 @@ bool FileStore::makeDense(NoteList notes) {
 }
 
 bool FileStore::replaceAll(NoteList notes, const GlobalSettings&) {
-    const Images images = imagesOf(data_.page, notes);
+    const FileImages images = imagesOf(data_.page, notes);
     if (images.lost) return false;
     // Records of an earlier time must not find the new bodies.
     if (!data_.files.remove(kNoteFile)) return false;
@@ -179,7 +159,11 @@ bool FileStore::saveDraft(const Draft& draft) {
 bool FileStore::dropDraft(int number) {
     const auto dropped = std::erase_if(drafts_, [&](const Draft& draft) { return draft.number == number; });
     if (dropped == 0 && !draftsOwed_) return true;
-    return writeDrafts(Flush::No);
+    // The note may have just taken the text over: until that is on the disk, the draft is all that a power
+    // cut leaves of it.
+    static_cast<void>(data_.files.flush(kMemoFile));
+    static_cast<void>(data_.files.flush(kNoteFile));
+    return writeDrafts(drafts_.empty() ? Flush::No : Flush::Yes);
 }
 
 bool FileStore::writeDrafts(Flush flush) {

@@ -12,8 +12,9 @@ public:
     /// The header as the start finds it; see DataFiles::ReadHeader. Failed, or shorter than a header: nothing
     /// is known of the number of notes.
     [[nodiscard]] IoStatus readHeader(bool useRegistry);
-    /// The number of notes: what the header says, but never more than there are records. At least 1.
-    [[nodiscard]] int count(IoStatus headerRead);
+    /// The number of notes: what the header says, but never more than there are records. At least 1. Failed:
+    /// `count` is untouched.
+    [[nodiscard]] IoStatus readCount(IoStatus headerRead, int& count);
     /// Without KARDEL.DAT: the very first note. False when it could not be written.
     [[nodiscard]] bool createFirst();
     /// Writes the header with the count that is known; a refusal is owed.
@@ -24,21 +25,21 @@ public:
     const DataFiles& data() const { return data_; }
     DataHeader& header() { return header_; }
 
-    IoStatus load(int number, NoteRecord& record, DefaultSize size) const override;
-    Saved set(int number, NoteRecord& record, std::span<const NoteField> fields) override;
-    Saved create(int number, NoteRecord& record) override;
-    bool remove(int number, NoteList remaining, const GlobalSettings& settings) override;
+    [[nodiscard]] IoStatus load(int number, NoteRecord& record, DefaultSize size) const override;
+    [[nodiscard]] Saved set(int number, NoteRecord& record, std::span<const NoteField> fields) override;
+    [[nodiscard]] Saved create(int number, NoteRecord& record) override;
+    [[nodiscard]] bool remove(int number, NoteList remaining, const GlobalSettings& settings) override;
     void finishRemovals(NoteList notes, const GlobalSettings& settings) override;
     bool isUnfinished() const override { return places_.unfinished; }
-    bool replaceAll(NoteList notes, const GlobalSettings& settings) override;
-    bool storeCount(int count) override;
-    bool settle() override;
+    [[nodiscard]] bool replaceAll(NoteList notes, const GlobalSettings& settings) override;
+    [[nodiscard]] bool storeCount(int count) override;
+    [[nodiscard]] bool settle() override;
     bool hasPlace(int number) const override { return places_.of(number) <= kMaxNotes; }
     std::optional<std::size_t> limit(NoteField field) const override;
     std::optional<std::size_t> sizeOf(TextView text) const override;
-    bool saveDraft(const Draft& draft) override;
-    bool dropDraft(int number) override;
-    FoundDrafts drafts(int count) override;
+    [[nodiscard]] bool saveDraft(const Draft& draft) override;
+    [[nodiscard]] bool dropDraft(int number) override;
+    [[nodiscard]] FoundDrafts drafts(int count) override;
 
 private:
     [[nodiscard]] bool makeDense(NoteList notes);

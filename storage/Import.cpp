@@ -20,13 +20,28 @@ NoteRecord throughFiles(const CodePage& page, const NoteRecord& note) {
 }
 
 /// Whether the only note of the files has to stay when the registry's notes come: it holds something, and is
-/// not the first of them, left by a copy that was interrupted.
-bool keepsFirst(const CodePage& page, const NoteRecord& first, const NoteRecord& imported) {
+/// none of them, left by a copy or a deletion that was interrupted.
+bool keepsFirst(const CodePage& page, const NoteRecord& first, const std::vector<NoteRecord>& imported) {
     const bool alarm = !first.alarmdate.empty() || !first.alarmtime.empty();
     if (first.Titolo.empty() && first.Nota.empty() && !alarm) return false;
-    const NoteRecord copy = throughFiles(page, imported);
-    const bool onlyBodyCame = first.Titolo.empty() && !alarm && first.Nota == copy.Nota;
-    return !onlyBodyCame && !sameNote(first, copy);
+    const bool onlyBodyCame =
+        first.Titolo.empty() && !alarm && first.Nota == throughFiles(page, imported.front()).Nota;
+    return !onlyBodyCame && std::none_of(imported.begin(), imported.end(), [&](const NoteRecord& note) {
+        return sameNote(first, throughFiles(page, note));
+    });
+}
+
+/// Whether both are one note, of which one store has a change that the other did not come to. The words of
+/// the two are the same, or all but one of the texts.
+bool isOneNote(const NoteRecord& one, NoteRecord other) {
+    if (one.Titolo == other.Titolo && one.Nota == other.Nota) return true;
+    if (one.Titolo == other.Titolo) {
+        other.Nota = one.Nota;
+    } else {
+        other.Titolo = one.Titolo;
+        other.width = one.width;  // a longer title widens its note
+    }
+    return sameNote(one, other);
 }
 
 bool holdsBytes(const DataFiles& data, TextView name, std::uint64_t at, const std::string& bytes) {
@@ -41,15 +56,8 @@ void putBack(const DataFiles& data, TextView name, const ReadResult& before) {
         static_cast<void>(data.files.replace(name, before.bytes, Flush::Yes));
 }
 
-/// Both files of a copy of notes.
-struct Images {
-    std::string dat;
-    std::string memo;
-    bool lost = false;
-};
-
 /// Puts a copy behind the note that stays, and its bodies behind the `bodies` that MEMO has.
-void putBehind(Images& images, std::string_view datBefore, std::int32_t bodies) {
+void putBehind(FileImages& images, std::string_view datBefore, std::int32_t bodies) {
     for (std::size_t at = 0; at < images.dat.size(); at += kRecordLength) {
         std::string record = images.dat.substr(at, kRecordLength);
         setMemoNumber(record, memoNumberOf(record) + bodies);
@@ -62,7 +70,7 @@ void putBehind(Images& images, std::string_view datBefore, std::int32_t bodies) 
 
 /// Writes a copy, its bodies at `memoAt` of a MEMO that is `kept`, and the header's count. True only when all
 /// of it has been read back.
-bool writeCopy(FileStore& store, const Images& images, bool kept, std::uint64_t memoAt) {
+bool writeCopy(FileStore& store, const FileImages& images, bool kept, std::uint64_t memoAt) {
     const DataFiles& data = store.data();
     const bool bodies = kept ? data.files.write(kMemoFile, memoAt, images.memo) && data.files.flush(kMemoFile)
                              : data.files.replace(kMemoFile, images.memo, Flush::Yes);
@@ -93,14 +101,16 @@ Imported importRegistryNotes(FileStore& files, const RegistryStore& registry, in
 
     NoteRecord first = decodeRecord(data.page, datBefore.bytes);
     if (data.ReadMemo(first.memo, first.Nota) == IoStatus::Failed) return Imported::Refused;
-    const bool keep = keepsFirst(data.page, first, notes.front());
+    const bool keep = keepsFirst(data.page, first, notes);
+    // Both stores were kept in step, and the last change did not reach both.
+    if (keep && notes.size() == 1 && isOneNote(first, throughFiles(data.page, notes.front())))
+        return Imported::Nothing;
     // One of them would have to go without a word.
     if (keep && notes.size() == static_cast<std::size_t>(kMaxNotes)) return Imported::Refused;
-    Images images;
-    for (const NoteRecord& note : notes) {
-        const bool whole = AppendRecordPair(data.page, images.dat, images.memo, withStoredRule(note));
-        images.lost = images.lost || !whole;
-    }
+    std::vector<NoteRecord*> all;
+    for (NoteRecord& note : notes)
+        all.push_back(&note);
+    FileImages images = imagesOf(data.page, all);
 
     // Behind a note that stays, bodies are added to those in MEMO; otherwise both files begin anew.
     const std::uint64_t bodies = keep ? (memoLength.bytes + kMemoLength - 1) / kMemoLength : 0;

@@ -39,9 +39,13 @@ void NoteStore::take(StoreKind kind) {
 
 int NoteStore::begin(StoreKind kind) {
     take(kind);
-    if (kind == StoreKind::Files) return files_->count(files_->readHeader(false));
     int count = 1;
-    static_cast<void>(registry_->readCount(registry_->notes().settings.readSection(kSettingSection), count));
+    if (kind == StoreKind::Files) {
+        static_cast<void>(files_->readCount(files_->readHeader(false), count));
+    } else {
+        const SectionResult section = registry_->notes().settings.readSection(kSettingSection);
+        static_cast<void>(registry_->readCount(section, count));
+    }
     return count;
 }
 
@@ -104,7 +108,7 @@ bool NoteStore::set(int number, NoteRecord& record, std::span<const NoteField> f
     if (record.readOnly) return false;
     const bool done = write(number, [&](Store& store) { return store.set(number, record, fields); });
     // A new note that is stored at last is still missing at the next start while it is not counted.
-    if (done) settleStores();
+    if (done) static_cast<void>(settleStores());
     return done;
 }
 
@@ -220,6 +224,7 @@ FoundDrafts NoteStore::takeDrafts(NoteList notes) {
     std::vector<Draft> wanted;
     for (Draft& draft : found.drafts) {
         drafts_.emplace(draft.number, draft);  // so that it can be dropped
+        if (taken_.contains(draftMark(draft))) continue;
         const bool unread = draft.number <= static_cast<int>(notes.size()) &&
                             notes[static_cast<std::size_t>(draft.number - 1)]->readOnly;
         if (unread) continue;  // its time comes when the note can be read
@@ -228,6 +233,7 @@ FoundDrafts NoteStore::takeDrafts(NoteList notes) {
             dropDraft(draft.number);
             continue;
         }
+        taken_.insert(draftMark(draft));
         wanted.push_back(draft);
         wanted.back().number = number;
     }

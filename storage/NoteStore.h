@@ -83,7 +83,7 @@ public:
 
     /// Takes over fields of a note as they are stored at this moment, also when another program put them
     /// there; a size that is missing is 0. False when they cannot be read; `record` is untouched then.
-    bool refresh(int number, NoteRecord& record, std::span<const NoteField> fields) const;
+    [[nodiscard]] bool refresh(int number, NoteRecord& record, std::span<const NoteField> fields) const;
 
     /// Stores the named fields of a note. False when it could not, after telling the user; a later call tries
     /// again. A note that could not be read is not what stands in the store: nothing of it is written, and
@@ -99,14 +99,14 @@ public:
     /// Takes note `number` out of the store. `remaining` are the notes after the removal in their order
     /// (note 1 first); they keep their contents at every instant, and the store ends dense. False, after
     /// telling the user, when the store refused a step: then the others are loaded and stored as before.
-    bool remove(int number, NoteList remaining, const GlobalSettings& settings);
+    [[nodiscard]] bool remove(int number, NoteList remaining, const GlobalSettings& settings);
 
     /// Goes on with what was refused and belongs to no field of a note: removals, the number of notes,
     /// settings, drafts. `notes` are all there are.
     void settle(NoteList notes, const GlobalSettings& settings);
 
     /// Stores the number of notes where the notes themselves do not show it.
-    bool storeCount(int count);
+    [[nodiscard]] bool storeCount(int count);
 
     // --- What fits ----------------------------------------------------------------------------------------
     /// Whether a text can be kept whole in a field.
@@ -120,8 +120,8 @@ public:
     void saveDraft(int number, bool title, const Text& text);
     /// The edit has ended. A draft that cannot be dropped now is dropped later, and never comes back.
     void dropDraft(int number);
-    /// The drafts that an earlier run left, for notes 1..`count` as they are loaded. Failed: not now. Each is
-    /// to be dropped when it is done with.
+    /// The drafts that an earlier run left, each once: the notes that they belong to, as they were loaded,
+    /// are to take them over and to drop them when they are stored. Failed: not now.
     FoundDrafts takeDrafts(NoteList notes);
 
     // --- Settings -----------------------------------------------------------------------------------------
@@ -135,7 +135,7 @@ public:
     /// step until the program ends. `settings.UseRegistry` follows when the choice is stored. Refused, after
     /// telling the user, when a note cannot be read, a text would not be kept whole, another session holds
     /// the store or it cannot be written: then nothing is chosen.
-    Switched switchTo(StoreKind kind, NoteList notes, GlobalSettings& settings);
+    [[nodiscard]] Switched switchTo(StoreKind kind, NoteList notes, GlobalSettings& settings);
 
     /// While it lives, what the program does counts as one command, which waits at most `ms` in all for files
     /// that other programs hold. Commands may lie within each other; the outermost counts.
@@ -156,24 +156,25 @@ private:
 
     Store& storeOf(StoreKind kind) const;
     void take(StoreKind kind);
-    bool write(int number, const std::function<Saved(Store&)>& save);
+    [[nodiscard]] bool write(int number, const std::function<Saved(Store&)>& save);
     void forget(int number);
-    bool settleStores();
+    [[nodiscard]] bool settleStores();
 
     // NoteStoreStart.cpp
-    bool mayUse(StoreKind kind, bool say);
+    [[nodiscard]] bool mayUse(StoreKind kind, bool say);
     void giveBack(StoreKind kind);
-    bool readSetting(SectionResult& section, GlobalSettings& settings, const StartQuestions& questions) const;
-    bool filesCanBeSeen() const;
-    bool anyLocalFile() const;
+    [[nodiscard]] bool readSetting(SectionResult& section, GlobalSettings& settings,
+                                   const StartQuestions& questions) const;
+    [[nodiscard]] bool lookForFiles(bool& any) const;
     void deleteLocalFiles();
     void removeTemporaries(StoreKind kind);
-    bool upgrade(const StartQuestions& questions);
-    bool importOnce(const SectionResult& section, StartState& state, const StartQuestions& questions);
+    [[nodiscard]] bool upgrade(const StartQuestions& questions);
+    [[nodiscard]] bool importOnce(const SectionResult& section, StartState& state,
+                                  const StartQuestions& questions);
 
     // NoteStoreSwitch.cpp
-    bool copyTo(StoreKind kind, NoteList notes, const GlobalSettings& settings);
-    bool storeChoice(StoreKind kind, GlobalSettings& settings);
+    [[nodiscard]] bool copyTo(StoreKind kind, NoteList notes, const GlobalSettings& settings);
+    [[nodiscard]] bool storeChoice(StoreKind kind, GlobalSettings& settings);
 
     std::unique_ptr<FileStore> files_;
     std::unique_ptr<RegistryStore> registry_;
@@ -181,7 +182,8 @@ private:
     std::vector<Store*> kept_;  ///< the stores that are kept now, the one in force first
     std::set<Store*> behind_;   ///< a write of a note failed there: not all of it is what is on screen
     std::set<StoreKind> claimed_;
-    std::map<int, Draft> drafts_;  ///< of the edits that are open
+    std::map<int, Draft> drafts_;    ///< of the edits that are open
+    std::set<std::uint32_t> taken_;  ///< marks of drafts of an earlier run that the notes have
     std::map<Setting, Text> owedSettings_;
     bool droppedListStands_ = false;      ///< section "setting" names drafts that were dropped
     std::vector<std::uint32_t> dropped_;  ///< marks of drafts that were dropped and may still be stored

@@ -16,6 +16,15 @@ bool isFailed(const SectionResult& section, TextView key) {
     return valueOf(section, key).status == IoStatus::Failed;
 }
 
+/// Tries until it succeeds, for about a second.
+bool comesToPass(const std::function<bool()>& attempt, const StartQuestions& questions) {
+    for (int tries = 1; tries < kTries; ++tries) {
+        if (attempt()) return true;
+        questions.wait();
+    }
+    return attempt();
+}
+
 }  // namespace
 
 bool NoteStore::mayUse(StoreKind kind, bool say) {
@@ -45,12 +54,13 @@ StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& ques
     }
     StoreKind kind = stored.UseRegistry ? StoreKind::Registry : StoreKind::Files;
     if (!mayUse(kind, true)) return kBusy;
-    if (!filesCanBeSeen()) {
+    bool leftOver = false;
+    if (!comesToPass([&] { return lookForFiles(leftOver); }, questions)) {
         questions.cannotRead();
         return kEnds;
     }
     settings = stored;
-    if (kind == StoreKind::Registry && anyLocalFile()) {
+    if (kind == StoreKind::Registry && leftOver) {
         const std::optional<bool> deletes = questions.deleteLocalFiles();
         if (!deletes) return kEnds;
         if (!mayUse(StoreKind::Files, true)) return kBusy;
@@ -63,16 +73,24 @@ StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& ques
     }
     removeTemporaries(kind);
     if (kind == StoreKind::Files && !upgrade(questions)) return kEnds;
-    const IoStatus headerRead = files_->readHeader(kind == StoreKind::Registry);
+    StartState state;
+    IoStatus headerRead = IoStatus::Absent;
+    const auto countNotes = [&] {
+        headerRead = files_->readHeader(kind == StoreKind::Registry);
+        const IoStatus counted = kind == StoreKind::Registry ? registry_->readCount(section, state.Count)
+                                                             : files_->readCount(headerRead, state.Count);
+        return counted != IoStatus::Failed;
+    };
+    if (!comesToPass(countNotes, questions)) {
+        questions.cannotRead();
+        return kEnds;
+    }
     writeMissingSettings(registry_->notes().settings, section, stored);
     take(kind);
 
-    StartState state;
     if (kind == StoreKind::Registry) {
-        static_cast<void>(registry_->readCount(section, state.Count));
         registry_->dropStaleList();
     } else {
-        state.Count = files_->count(headerRead);
         if (stored.UseRegistry) {
             // A header that cannot be read says nothing about the number of notes; a wrong one would hide
             // them.
@@ -92,27 +110,24 @@ StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& ques
 /// Reads section "setting". False when something of it that counts cannot be read.
 bool NoteStore::readSetting(SectionResult& section, GlobalSettings& settings,
                             const StartQuestions& questions) const {
-    for (int tries = 1;; ++tries) {
+    const auto read = [&] {
         section = registry_->notes().settings.readSection(kSettingSection);
         int count = 1;
-        const bool read = section.status != IoStatus::Failed && readSettings(section, settings) &&
-                          registry_->readCount(section, count) != IoStatus::Failed &&
-                          !isFailed(section, kImportedKey);
-        if (read || tries == kTries) return read;
-        questions.wait();
+        return section.status != IoStatus::Failed && readSettings(section, settings) &&
+               registry_->readCount(section, count) != IoStatus::Failed && !isFailed(section, kImportedKey);
+    };
+    return comesToPass(read, questions);
+}
+
+/// Looks whether any of the files is there. False when it cannot be told of all of them.
+bool NoteStore::lookForFiles(bool& any) const {
+    any = false;
+    for (const TextView name : kLocalFiles) {
+        const IoStatus status = files_->data().files.length(name).status;
+        if (status == IoStatus::Failed) return false;
+        any = any || status == IoStatus::Done;
     }
-}
-
-/// Whether it can be told which of the files are there.
-bool NoteStore::filesCanBeSeen() const {
-    return std::none_of(std::begin(kLocalFiles), std::end(kLocalFiles), [this](TextView name) {
-        return files_->data().files.length(name).status == IoStatus::Failed;
-    });
-}
-
-bool NoteStore::anyLocalFile() const {
-    return std::any_of(std::begin(kLocalFiles), std::end(kLocalFiles),
-                       [this](TextView name) { return files_->data().exists(name); });
+    return true;
 }
 
 void NoteStore::deleteLocalFiles() {

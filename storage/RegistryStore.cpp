@@ -185,7 +185,7 @@ bool RegistryStore::clearOthers(int count) {
     const auto isSetting = [](TextView key) {
         const std::span<const SettingRow> rows = settingRows();
         return std::any_of(rows.begin(), rows.end(),
-                           [key](const SettingRow& row) { return lowered(row.key) == lowered(key); });
+                           [key](const SettingRow& row) { return isSameName(row.key, key); });
     };
     for (const auto& [key, text] : setting.values) {
         if (!isSetting(key) && !store.removeValue(kSettingSection, key)) return false;

@@ -28,21 +28,21 @@ public:
     /// The section that holds note `number`.
     int placeOf(int number) const { return places_.of(number); }
 
-    IoStatus load(int number, NoteRecord& record, DefaultSize size) const override;
-    Saved set(int number, NoteRecord& record, std::span<const NoteField> fields) override;
-    Saved create(int number, NoteRecord& record) override;
-    bool remove(int number, NoteList remaining, const GlobalSettings& settings) override;
+    [[nodiscard]] IoStatus load(int number, NoteRecord& record, DefaultSize size) const override;
+    [[nodiscard]] Saved set(int number, NoteRecord& record, std::span<const NoteField> fields) override;
+    [[nodiscard]] Saved create(int number, NoteRecord& record) override;
+    [[nodiscard]] bool remove(int number, NoteList remaining, const GlobalSettings& settings) override;
     void finishRemovals(NoteList notes, const GlobalSettings& settings) override;
     bool isUnfinished() const override { return places_.unfinished; }
-    bool replaceAll(NoteList notes, const GlobalSettings& settings) override;
-    bool storeCount(int count) override;
-    bool settle() override;
+    [[nodiscard]] bool replaceAll(NoteList notes, const GlobalSettings& settings) override;
+    [[nodiscard]] bool storeCount(int count) override;
+    [[nodiscard]] bool settle() override;
     bool hasPlace(int number) const override { return places_.of(number) <= kMaxNotes; }
     std::optional<std::size_t> limit(NoteField) const override { return std::nullopt; }
     std::optional<std::size_t> sizeOf(TextView text) const override { return text.size(); }
-    bool saveDraft(const Draft& draft) override;
-    bool dropDraft(int number) override;
-    FoundDrafts drafts(int count) override;
+    [[nodiscard]] bool saveDraft(const Draft& draft) override;
+    [[nodiscard]] bool dropDraft(int number) override;
+    [[nodiscard]] FoundDrafts drafts(int count) override;
 
 private:
     [[nodiscard]] bool makeDense(NoteList notes, const GlobalSettings& settings);

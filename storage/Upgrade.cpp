@@ -87,7 +87,8 @@ Upgraded finishInterrupted(const DataFiles& data, StoredHeader& stored) {
     if (old.status == IoStatus::Failed) return Upgraded::Failed;
     for (const OldLayout& layout : kOldLayouts) {
         const LengthResult fresh = data.files.length(layout.temporaryFile);
-        if (fresh.status != IoStatus::Done || fresh.bytes % kRecordLength != 0) continue;
+        if (fresh.status == IoStatus::Failed) return Upgraded::Failed;
+        if (fresh.status == IoStatus::Absent || fresh.bytes % kRecordLength != 0) continue;
         const bool only = old.status == IoStatus::Absent && stored.existed;
         const bool beside =
             stored.whole && isOldUnderNewHeader(stored.header, old.bytes, layout, fresh.bytes);

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
 #include <functional>
+#include <optional>
+#include <set>
 
 #include "tests/storage/Samples.h"
 
@@ -13,18 +16,31 @@
 struct Image {
     std::map<Text, std::string> files;
     std::vector<MemorySettings::Section> settings;
+
+    bool operator==(const Image&) const = default;
+};
+
+/// Counts reads or flushes, and lets one of them fail.
+struct Attempts {
+    int made = 0;
+    int failAt = -1;
+
+    bool next() { return made++ != failAt; }
 };
 
 struct Stores {
     MemoryFiles folder;
     MemorySettings registry;
     SharedChanges changes = std::make_shared<Changes>();
+    Attempts reads;
+    Attempts flushes;
 
     Stores() { share(); }
     explicit Stores(const Image& image) {
         share();
         folder.content = image.files;
         registry.content = image.settings;
+        folder.flushAll();
     }
     Stores(const Stores&) = delete;
     Stores& operator=(const Stores&) = delete;
@@ -47,6 +63,9 @@ private:
     void share() {
         folder.changes = changes;
         registry.changes = changes;
+        folder.mayRead = [this](TextView) { return reads.next(); };
+        registry.mayRead = folder.mayRead;
+        folder.mayFlush = [this](TextView) { return flushes.next(); };
     }
 };
 
@@ -73,27 +92,110 @@ struct Program {
         state = store.start(settings, questions);
         if (!state.usable) return;
         notes.resize(static_cast<std::size_t>(state.Count));
+        fitLists();
         for (std::size_t i = 0; i < notes.size(); ++i)
             store.load(static_cast<int>(i) + 1, notes[i], settings);
         store.settle(pointersTo(notes), settings);
+        finishDrafts();
     }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
+    // What the user does, as the notes on the desk hand it on.
+
     bool set(int number, std::span<const NoteField> fields) {
-        return store.set(number, notes[static_cast<std::size_t>(number - 1)], fields);
+        std::set<NoteField>& owed = at(unsaved, number);
+        owed.insert(fields.begin(), fields.end());
+        const std::vector<NoteField> all(owed.begin(), owed.end());
+        const bool done = store.set(number, at(notes, number), all);
+        if (done) owed.clear();
+        return done;
+    }
+    bool edit(int number, const Text& body) {
+        at(notes, number).Nota = body;
+        return set(number, kBody);
     }
     bool create(const NoteRecord& note) {
         notes.push_back(note);
-        return store.create(static_cast<int>(notes.size()), notes.back());
+        fitLists();
+        const bool done = store.create(static_cast<int>(notes.size()), notes.back());
+        if (!done) {
+            const std::vector<NoteField> all = everyField();
+            unsaved.back().insert(all.begin(), all.end());
+        }
+        return done;
     }
     bool remove(int number) {
         notes.erase(notes.begin() + (number - 1));
+        typed.erase(typed.begin() + (number - 1));
+        unsaved.erase(unsaved.begin() + (number - 1));
         return store.remove(number, pointersTo(notes), settings);
     }
     bool switchTo(StoreKind kind) {
         return store.switchTo(kind, pointersTo(notes), settings) == Switched::Done;
     }
+    /// What stands in the open editor of a body.
+    void type(int number, const Text& text) {
+        at(typed, number) = text;
+        store.saveDraft(number, false, text);
+    }
+    void escape(int number) {
+        at(typed, number).reset();
+        store.dropDraft(number);
+    }
+    void enter(int number) {
+        const Text text = at(typed, number).value();
+        at(typed, number).reset();
+        if (edit(number, text)) store.dropDraft(number);
+    }
+    /// What every command and Exit begin with.
+    void commit() {
+        store.settle(pointersTo(notes), settings);
+        for (int number = 1; number <= static_cast<int>(notes.size()); ++number) {
+            if (at(typed, number)) enter(number);
+            if (!at(unsaved, number).empty()) set(number, {});
+        }
+    }
+    /// What comes with time: notes that could not be read are read again.
+    void readAgain() {
+        for (int number = 1; number <= static_cast<int>(notes.size()); ++number) {
+            if (at(notes, number).readOnly) store.load(number, at(notes, number), settings);
+        }
+        finishDrafts();
+    }
+
+    /// The notes that a start has to find: what is on screen, and in its open editors.
+    std::vector<NoteRecord> wanted() const {
+        std::vector<NoteRecord> result;
+        for (std::size_t i = 0; i < notes.size(); ++i) {
+            result.push_back(storeFree(notes[i]));
+            if (typed[i]) result.back().Nota = *typed[i];
+        }
+        return result;
+    }
+
+private:
+    static constexpr NoteField kBody[] = {NoteField::Nota};
+
+    template <class Item>
+    static Item& at(std::vector<Item>& list, int number) {
+        return list[static_cast<std::size_t>(number - 1)];
+    }
+    void fitLists() {
+        typed.resize(notes.size());
+        unsaved.resize(notes.size());
+    }
+    void finishDrafts() {
+        for (const Draft& draft : store.takeDrafts(pointersTo(notes)).drafts) {
+            NoteRecord& note = at(notes, draft.number);
+            (draft.title ? note.Titolo : note.Nota) = draft.text;
+            const NoteField field = draft.title ? NoteField::Titolo : NoteField::Nota;
+            if (set(draft.number, std::span(&field, 1))) store.dropDraft(draft.number);
+        }
+    }
+
+    std::vector<std::optional<Text>> typed;    ///< by note
+    std::vector<std::set<NoteField>> unsaved;  ///< by note
 };
 
 inline void Stores::seed(bool useRegistry, const std::vector<NoteRecord>& notes) {
@@ -142,20 +244,84 @@ inline std::vector<NoteRecord> foundIn(const Image& image, bool deleteLeftOver =
     return found;
 }
 
+/// Images that were looked at already, with what a start finds there for either answer about left-over files.
+/// Most points of an operation look alike to many others.
+class Finds {
+public:
+    const std::vector<NoteRecord>& in(const Image& image, bool deleteLeftOver) {
+        const auto known = std::find_if(finds_.begin(), finds_.end(), [&](const Find& find) {
+            return find.deleteLeftOver == deleteLeftOver && find.image == image;
+        });
+        if (known != finds_.end()) return known->notes;
+        finds_.push_back({image, deleteLeftOver, foundIn(image, deleteLeftOver)});
+        return finds_.back().notes;
+    }
+
+private:
+    struct Find {
+        Image image;
+        bool deleteLeftOver;
+        std::vector<NoteRecord> notes;
+    };
+    std::deque<Find> finds_;
+};
+
 struct Tally {
     int killed = 0;
     int failed = 0;
+    int unread = 0;
+    int powerCuts = 0;
     int lost = 0;
 };
 inline Tally tally;
+
+/// A kind of call that fails once.
+struct Failing {
+    const char* name;
+    std::function<void(Stores&, int number)> fail;  ///< lets the call of that number from now on fail
+    std::function<bool(Stores&)> end;               ///< no more of that; whether the call was made
+    int Tally::*tried;
+};
+
+inline const Failing kFailingWrite{
+    "write", [](Stores& stores, int number) { stores.changes->failAt = stores.changes->made + number; },
+    [](Stores& stores) { return stores.changes->made > std::exchange(stores.changes->failAt, -1); },
+    &Tally::failed};
+inline const Failing kFailingFlush{
+    "flush", [](Stores& stores, int number) { stores.flushes.failAt = stores.flushes.made + number; },
+    [](Stores& stores) { return stores.flushes.made > std::exchange(stores.flushes.failAt, -1); },
+    &Tally::failed};
+inline const Failing kFailingRead{
+    "read", [](Stores& stores, int number) { stores.reads.failAt = stores.reads.made + number; },
+    [](Stores& stores) { return stores.reads.made > std::exchange(stores.reads.failAt, -1); },
+    &Tally::unread};
+
+/// What the power going at any moment of `run` may leave, each image once.
+inline std::vector<Image> everyPowerCut(Stores& stores, const std::function<void()>& run) {
+    std::vector<Image> images;
+    const auto look = [&] {
+        for (std::map<Text, std::string>& files : stores.folder.afterPowerCut()) {
+            Image image{std::move(files), stores.registry.content};
+            if (std::find(images.begin(), images.end(), image) == images.end())
+                images.push_back(std::move(image));
+        }
+    };
+    stores.changes->before = look;
+    stores.folder.beforeFlush = look;
+    run();
+    look();
+    stores.changes->before = [] {};
+    stores.folder.beforeFlush = [] {};
+    return images;
+}
 
 /// Prints at the end of the run what was tried.
 class Counted : public testing::Environment {
 public:
     void TearDown() override {
-        if (tally.killed + tally.failed == 0) return;
-        std::printf("%d points killed, %d calls failed, %d notes lost\n", tally.killed, tally.failed,
-                    tally.lost);
+        if (tally.killed + tally.failed + tally.unread + tally.powerCuts == 0) return;
+        std::printf("%d points killed, %d writes and %d reads failed, %d power cuts, %d notes lost\n",
+                    tally.killed, tally.failed, tally.unread, tally.powerCuts, tally.lost);
     }
 };
 inline const testing::Environment* const kCounted = testing::AddGlobalTestEnvironment(new Counted);

@@ -106,7 +106,7 @@ TEST(MutatedStores, LocalFiles) {
         std::vector<NoteRecord> whole;
         for (int i = 0; i < kNotes; ++i) {
             whole.push_back(variety()[dice.roll(64)]);
-            AppendRecordPair(westernPage(), dat, memo, whole.back());
+            EXPECT_TRUE(AppendRecordPair(westernPage(), dat, memo, whole.back()));
         }
         const std::string header = encodeHeader({kNotes, 0, kProgramVersion});
         auto& content = stores.folder.content;
@@ -180,7 +180,7 @@ TEST(MutatedStores, FilesOfOlderReleases) {
         std::string dat;
         std::string memo;
         for (int i = 0; i < kNotes; ++i)
-            AppendRecordPair(westernPage(), dat, memo, variety()[dice.roll(64)]);
+            EXPECT_TRUE(AppendRecordPair(westernPage(), dat, memo, variety()[dice.roll(64)]));
         std::string old;
         for (int number = 1; number <= kNotes; ++number)
             old += recordOf(dat, number, kRecordLength).substr(0, length);

@@ -17,6 +17,7 @@ void require(bool condition) {
 void readHeader(std::string_view bytes) {
     DataHeader header;
     if (!decodeHeader(bytes, header)) return;
+    header.version = kProgramVersion;
     DataHeader again;
     require(decodeHeader(encodeHeader(header), again) && again.count == header.count && again.flag == 0);
 }

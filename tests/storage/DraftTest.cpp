@@ -30,6 +30,13 @@ TEST(Drafts, WithAnyByteChangedAreNone) {
     }
 }
 
+TEST(Drafts, TheOneOfAnEarlierBuildIsRead) {
+    constexpr char kOld[] = "KTMP\7\0\0\0\1\0\0\0\x67\x12\0\0\3\0\0\0h\0a\0l\0\106\145\205\056";
+    const std::string old(kOld, sizeof(kOld) - 1);
+    EXPECT_EQ(decodeDrafts(old), (std::vector<Draft>{{7, true, u"hal", 4711}}));
+    EXPECT_TRUE(decodeDrafts(old + old).empty());
+}
+
 TEST(Drafts, OfAnyOtherLengthAreNone) {
     const std::string whole = encodeDrafts(three());
     for (std::size_t length = 0; length < whole.size(); ++length)

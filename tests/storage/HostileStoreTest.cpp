@@ -24,7 +24,7 @@ void workThrough(Desk& desk) {
     }
     notes.erase(notes.begin());
     const std::vector<NoteRecord*> remaining = pointersTo(notes);
-    desk.store.remove(1, remaining, desk.global);
+    EXPECT_TRUE(desk.store.remove(1, remaining, desk.global));
     EXPECT_LE(desk.file(kMemoFile).size(), 200 * kMemoLength);
 }
 

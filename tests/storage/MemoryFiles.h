@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -17,27 +18,21 @@ struct MemoryFiles {
     std::set<Text> kept;    ///< files that cannot be removed or replaced, only written
     /// Asked ahead of every read; false lets it fail.
     std::function<bool(TextView name)> mayRead = [](TextView) { return true; };
+    /// Asked ahead of every flush; false lets it fail.
+    std::function<bool(TextView name)> mayFlush = [](TextView) { return true; };
     std::vector<unsigned> waits;  ///< what the commands allowed for waiting, in ms
 
-    /// The files as they may stand after a power cut at this moment: what was not flushed is there, or is
-    /// not, or only the length of its file is.
+    /// The files as they may stand after a power cut at this moment. Of what was written to a file and not
+    /// flushed there is all or nothing, the beginning, any single write or only the new length.
     std::vector<std::map<Text, std::string>> afterPowerCut() const {
         std::vector<std::map<Text, std::string>> images{{}};
         for (const auto& [name, bytes] : content) {
-            const auto flushed = disk.find(name);
-            const std::string old = flushed == disk.end() ? std::string() : flushed->second;
-            std::vector<std::string> kinds{bytes};
-            if (old != bytes) {
-                kinds.push_back(old);
-                std::string stretched = old;
-                stretched.resize(bytes.size(), '\0');
-                kinds.push_back(stretched);
-            }
+            const std::vector<std::optional<std::string>> kinds = afterPowerCut(name, bytes);
             std::vector<std::map<Text, std::string>> next;
             for (const auto& image : images) {
-                for (const std::string& kind : kinds) {
+                for (const std::optional<std::string>& kind : kinds) {
                     next.push_back(image);
-                    next.back()[name] = kind;
+                    if (kind) next.back()[name] = *kind;
                 }
             }
             images = std::move(next);
@@ -45,8 +40,25 @@ struct MemoryFiles {
         return images;
     }
     /// From here on all that stands is on the disk.
-    void flushAll() { disk = content; }
-    std::map<Text, std::string> disk;  ///< what a power cut leaves in any case
+    void flushAll() {
+        disk = content;
+        unflushed.clear();
+    }
+
+    /// Puts bytes into a file or, without any, cuts it there.
+    struct Write {
+        std::size_t at = 0;
+        std::optional<std::string> bytes;
+
+        void to(std::string& file) const {
+            if (!bytes) return file.resize(at, '\0');
+            if (file.size() < at + bytes->size()) file.resize(at + bytes->size(), '\0');
+            file.replace(at, bytes->size(), *bytes);
+        }
+    };
+    std::map<Text, std::string> disk;              ///< what a power cut leaves in any case
+    std::map<Text, std::vector<Write>> unflushed;  ///< what it may take away
+    std::function<void()> beforeFlush = [] {};     ///< looks at the folder ahead of each flush
     SharedChanges changes = std::make_shared<Changes>();
 
     /// Valid as long as this folder.
@@ -68,40 +80,38 @@ struct MemoryFiles {
         };
         files.write = [this](TextView name, std::uint64_t offset, std::string_view bytes) {
             if (!changes->next() || offset > kFullAt) return false;
-            std::string& file = content[Text(name)];
-            const auto at = static_cast<std::size_t>(offset);
-            if (file.size() < at + bytes.size()) file.resize(at + bytes.size(), '\0');
-            file.replace(at, bytes.size(), bytes);
+            change(Text(name), {static_cast<std::size_t>(offset), std::string(bytes)});
             return true;
         };
         files.flush = [this](TextView name) {
             if (!content.contains(Text(name))) return false;
-            disk[Text(name)] = content[Text(name)];
+            beforeFlush();
+            if (!mayFlush(name)) return false;
+            flushed(Text(name));
             return true;
         };
         files.replace = [this](TextView name, std::string_view bytes, Flush flush) {
             if (!changes->next() || kept.contains(Text(name))) return false;
             content[Text(name)] = bytes;
-            if (flush == Flush::Yes) disk[Text(name)] = content[Text(name)];
+            unflushed[Text(name)] = {{0, std::string(bytes)}, {bytes.size(), std::nullopt}};
+            if (flush == Flush::Yes) flushed(Text(name));
             return true;
         };
         files.rename = [this](TextView from, TextView to) {
             if (!changes->next() || !content.contains(Text(from))) return false;
             content[Text(to)] = content[Text(from)];
-            content.erase(Text(from));
-            disk[Text(to)] = content[Text(to)];
-            disk.erase(Text(from));
+            forget(Text(from));
+            flushed(Text(to));
             return true;
         };
         files.cut = [this](TextView name, std::uint64_t length) {
             if (!changes->next() || !content.contains(Text(name))) return false;
-            content[Text(name)].resize(static_cast<std::size_t>(length), '\0');
+            change(Text(name), {static_cast<std::size_t>(length), std::nullopt});
             return true;
         };
         files.remove = [this](TextView name) {
             if (!changes->next() || kept.contains(Text(name))) return false;
-            content.erase(Text(name));
-            disk.erase(Text(name));
+            forget(Text(name));
             return true;
         };
         files.mayWait = [this](unsigned ms) { waits.push_back(ms); };
@@ -109,5 +119,45 @@ struct MemoryFiles {
     }
 
 private:
+    /// What may stand of one file; none: nothing, not even its name.
+    std::vector<std::optional<std::string>> afterPowerCut(const Text& name, const std::string& bytes) const {
+        std::vector<std::optional<std::string>> kinds{bytes};
+        const auto pending = unflushed.find(name);
+        if (pending == unflushed.end()) return kinds;
+        const auto found = disk.find(name);
+        const std::string old = found == disk.end() ? std::string() : found->second;
+        if (found == disk.end()) kinds.emplace_back(std::nullopt);
+        std::string beginning = old;
+        std::string stretched = old;
+        if (stretched.size() < bytes.size()) stretched.resize(bytes.size(), '\0');
+        kinds.emplace_back(stretched);
+        for (const Write& write : pending->second) {
+            kinds.emplace_back(beginning);
+            write.to(beginning);
+            std::string single = old;
+            write.to(single);
+            kinds.emplace_back(single);
+        }
+        std::vector<std::optional<std::string>> different;
+        for (std::optional<std::string>& kind : kinds) {
+            if (std::find(different.begin(), different.end(), kind) == different.end())
+                different.push_back(std::move(kind));
+        }
+        return different;
+    }
+    void change(const Text& name, Write write) {
+        write.to(content[name]);
+        unflushed[name].push_back(std::move(write));
+    }
+    void flushed(const Text& name) {
+        disk[name] = content[name];
+        unflushed.erase(name);
+    }
+    void forget(const Text& name) {
+        content.erase(name);
+        disk.erase(name);
+        unflushed.erase(name);
+    }
+
     static constexpr std::uint64_t kFullAt = 16U << 20;  ///< a write that far out finds no room
 };

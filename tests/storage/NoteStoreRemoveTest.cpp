@@ -427,6 +427,27 @@ TEST(RemoveNoteFromFiles, DropsBodiesThatNobodyPointsTo) {
     removal.expectDense();
 }
 
+TEST(RemoveNoteFromFiles, WhereTheRecordsWereLostWritesTheOthersFromMemory) {
+    for (const std::size_t left : {std::size_t{0}, kRecordLength - 1, 2 * kRecordLength + 5}) {
+        for (const bool memoToo : {false, true}) {
+            Removal removal(false, 4, 2);
+            std::string& records = removal.desk.file(kNoteFile);
+            records.resize(left);
+            if (left == 0) removal.desk.folder.content.erase(Text(kNoteFile));
+            if (memoToo) removal.desk.folder.content.erase(Text(kMemoFile));
+            EXPECT_TRUE(removal.run());
+            const std::vector<NoteRecord> found = removal.found();
+            ASSERT_EQ(found.size(), 3U) << left;
+            for (std::size_t i = 0; i < found.size(); ++i) {
+                NoteRecord wanted = storeFree(removal.remaining[i]);
+                // A record that is still whole points to the body that was lost with MEMO.
+                if (memoToo && (i + 2) * kRecordLength <= left && i == 0) wanted.Nota.clear();
+                EXPECT_EQ(found[i], wanted) << left << memoToo;
+            }
+        }
+    }
+}
+
 TEST(RemoveNoteFromFiles, CarriesANoteThatCouldNotBeReadAlong) {
     Removal removal(false, 3, 1);
     removal.remaining[0] = NoteRecord();

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
+#include <set>
 
 #include "tests/storage/Samples.h"
 
@@ -12,9 +14,11 @@ namespace {
 struct Start {
     Desk desk{false};
     std::optional<bool> answerDelete = false;
-    bool othersUseIt = false;
+    std::set<StoreKind> heldElsewhere;  ///< stores that another session works on
+    std::function<void()> wait = [] {};
     int questions = 0;
     int failures = 0;
+    int refusals = 0;          ///< how often the user was told that another session holds a store
     int unreadable = 0;        ///< how often the user was told that something cannot be read
     std::vector<Text> copies;  ///< of damaged files
     GlobalSettings settings;
@@ -25,7 +29,8 @@ struct Start {
 
     void run() {
         desk.store = NoteStore(desk.parts());
-        desk.store.claim = [this](StoreKind) { return !othersUseIt; };
+        desk.store.claim = [this](StoreKind kind) { return !heldElsewhere.contains(kind); };
+        desk.store.heldElsewhere = [this] { ++refusals; };
         settings = GlobalSettings();
         StartQuestions asked;
         asked.deleteLocalFiles = [this] {
@@ -34,6 +39,7 @@ struct Start {
         };
         asked.saveFailed = [this] { ++failures; };
         asked.cannotRead = [this] { ++unreadable; };
+        asked.wait = [this] { wait(); };
         asked.damaged = [this](const std::vector<Text>& names) { copies = names; };
         state = desk.store.start(settings, asked);
     }
@@ -226,16 +232,190 @@ TEST(LeftOverFiles, AnswerNoBringsOlderFilesUpToDateFirst) {
     EXPECT_EQ(start.state.Count, 2);
 }
 
-TEST(LeftOverFiles, AnswerNoIsRefusedWhileAnotherSessionUsesThem) {
-    Start start;
-    start.seedFiles(sampleNotes(2));
-    start.set(u"UseRegistry", u"True");
-    start.othersUseIt = true;
-    const auto before = start.desk.folder.content;
+TEST(LeftOverFiles, NeitherAnswerTouchesThemWhileAnotherSessionUsesThem) {
+    for (const bool answer : {false, true}) {
+        Start start;
+        start.seedFiles(sampleNotes(2));
+        start.run();  // every default is there
+        start.set(u"UseRegistry", u"True");
+        start.heldElsewhere = {StoreKind::Files};
+        start.answerDelete = answer;
+        const auto before = start.desk.folder.content;
+        const auto settings = start.desk.settings.content;
+        start.run();
+        EXPECT_EQ(start.questions, 1);
+        EXPECT_TRUE(start.state.busy);
+        EXPECT_EQ(start.refusals, 1);
+        EXPECT_EQ(start.desk.folder.content, before);
+        EXPECT_EQ(start.desk.settings.content, settings);
+    }
+}
+
+// --- What cannot be read ---------------------------------------------------------------------------------
+
+/// Everything that a start has to know, each taken away from it.
+std::vector<std::function<void(Start&)>> unreadable() {
+    std::vector<std::function<void(Start&)>> ways{
+        [](Start& start) { start.desk.settings.locked.insert(Text(kSettingSection)); }};
+    for (const TextView key :
+         {u"UseRegistry", u"count", u"ImportDAT", u"places", u"AlignAll", u"EasyAlign", u"RestoreWhenPlay",
+          u"DontDeleteWhenPlay", u"defaultwidth", u"defaultheight"}) {
+        ways.emplace_back([key](Start& start) {
+            if (start.desk.settings.find(kSettingSection, key) == nullptr) start.set(key, u"1");
+            start.desk.settings.unreadable.insert({Text(kSettingSection), Text(key)});
+        });
+    }
+    for (const TextView name : {kHeaderFile, kNoteFile, kMemoFile})
+        ways.emplace_back([name](Start& start) { start.desk.folder.unseen.insert(Text(name)); });
+    return ways;
+}
+
+/// A desk of three notes that has been started before.
+void seedSettled(Start& start, bool useRegistry) {
+    if (useRegistry) {
+        start.set(u"UseRegistry", u"True");
+        start.seedRegistry(sampleNotes(3));
+    } else {
+        start.seedFiles(sampleNotes(3));
+    }
     start.run();
-    EXPECT_FALSE(start.state.usable);
-    EXPECT_EQ(start.stored(u"UseRegistry"), u"True");
-    EXPECT_EQ(start.desk.folder.content, before);
+}
+
+TEST(UnreadableStart, EndsInOneBoxAndHasWrittenNothing) {
+    for (const bool useRegistry : {false, true}) {
+        int number = 0;
+        for (const auto& takeAway : unreadable()) {
+            SCOPED_TRACE(std::to_string(number++) + (useRegistry ? " in the registry" : " in files"));
+            Start start;
+            seedSettled(start, useRegistry);
+            takeAway(start);
+            const auto files = start.desk.folder.content;
+            const auto settings = start.desk.settings.content;
+            int waits = 0;
+            start.wait = [&waits] { ++waits; };
+            start.run();
+            EXPECT_FALSE(start.state.usable);
+            EXPECT_EQ(start.unreadable, 1);
+            EXPECT_EQ(start.questions + start.failures + start.refusals, 0);
+            EXPECT_GE(waits, 10) << "about a second, 50 ms at a time";
+            EXPECT_LE(waits, 20);
+            EXPECT_EQ(start.desk.folder.content, files);
+            EXPECT_EQ(start.desk.settings.content, settings);
+        }
+    }
+}
+
+TEST(UnreadableStart, GoesOnWhenItCanReadAgainInTime) {
+    for (const bool useRegistry : {false, true}) {
+        for (const auto& takeAway : unreadable()) {
+            Start start;
+            seedSettled(start, useRegistry);
+            takeAway(start);
+            int waits = 0;
+            start.wait = [&] {
+                if (++waits < 10) return;
+                start.desk.settings.locked.clear();
+                start.desk.settings.unreadable.clear();
+                start.desk.folder.unseen.clear();
+            };
+            start.run();
+            EXPECT_TRUE(start.state.usable);
+            EXPECT_EQ(start.unreadable + start.failures + start.questions, 0);
+            EXPECT_EQ(start.inRegistry(), useRegistry);
+            EXPECT_EQ(start.state.Count, 3);
+            EXPECT_EQ(waits, 10);
+        }
+    }
+}
+
+TEST(UnreadableStart, OfTheRegistryAsksNothingAboutFilesThatCannotBeSeen) {
+    Start start;
+    seedSettled(start, true);
+    int reads = 0;
+    start.desk.folder.mayRead = [&reads](TextView) { return ++reads > 3; };
+    start.run();
+    EXPECT_EQ(start.questions, 0);
+    EXPECT_TRUE(start.state.usable);
+}
+
+// --- What an earlier run left ------------------------------------------------------------------------------
+
+TEST(LeftOverTemporaries, OfWritesThatWereKilledGoInEitherStore) {
+    for (const bool useRegistry : {false, true}) {
+        Start start;
+        seedSettled(start, useRegistry);
+        const auto before = start.desk.folder.content;
+        for (const TextView name : {u"MEMO.tmp", u"KARDEL.DAT.tmp", u"KARDEL.TMP.tmp"})
+            start.desk.file(name) = "half";
+        start.run();
+        EXPECT_EQ(start.desk.folder.content, before);
+        EXPECT_EQ(start.questions, 0);
+    }
+}
+
+TEST(LeftOverTemporaries, OfFilesThatAnotherSessionWritesStay) {
+    Start start;
+    seedSettled(start, true);
+    start.desk.file(u"MEMO.tmp") = "half";
+    start.heldElsewhere = {StoreKind::Files};
+    start.run();
+    EXPECT_TRUE(start.state.usable);
+    EXPECT_EQ(start.refusals, 0);
+    EXPECT_TRUE(start.desk.hasFile(u"MEMO.tmp"));
+}
+
+/// Where the three notes of `seedSettled` stand after a deletion that was never ended, in a registry that
+/// counts `counted` of them.
+TEST(StalePlaces, NeverActOnALaterNumberOfNotes) {
+    for (const TextView list : {u"9 1 2", u"2 1 3", u"4 1 2 3 4 5", u"rubbish"}) {
+        Start start;
+        seedSettled(start, true);
+        start.set(u"places", Text(list));
+        start.run();
+        EXPECT_EQ(start.state.Count, 3) << std::string(list.begin(), list.end());
+        EXPECT_EQ(start.stored(u"places"), u"(none)");
+        std::vector<NoteRecord> two = start.desk.loadAll();
+        two.pop_back();
+        EXPECT_TRUE(start.desk.store.remove(3, pointersTo(two), start.settings));
+        start.run();
+        EXPECT_EQ(start.state.Count, 2);
+        NoteRecord second;
+        EXPECT_TRUE(start.desk.store.load(2, second, start.settings));
+        EXPECT_EQ(second.Titolo, u"Title 2");
+    }
+}
+
+TEST(StalePlaces, ThatTheRegistryKeptGoBeforeTheNumberOfNotesChanges) {
+    Start start;
+    seedSettled(start, true);
+    start.set(u"places", u"4 1 3 4");
+    start.desk.settings.changes->failAt = start.desk.settings.changes->made;  // the list stays for now
+    start.set(u"count", u"6");
+    start.run();
+    EXPECT_EQ(start.stored(u"places"), u"4 1 3 4");
+    start.desk.settings.changes->failAt = -1;
+    NoteRecord seventh = sampleNotes(7).back();
+    EXPECT_TRUE(start.desk.store.create(7, seventh));
+    EXPECT_EQ(start.stored(u"places"), u"(none)");
+}
+
+TEST(UnreadableStart, WithoutTheRecordsForOnceBlanksNoBody) {
+    Start start;
+    start.seedFiles(sampleNotes(3));
+    const std::string records = start.desk.file(kNoteFile);
+    start.desk.folder.content.erase(Text(kNoteFile));
+    start.run();
+    EXPECT_EQ(start.state.Count, 1);
+    EXPECT_EQ(start.failures, 0);
+    // The file comes back, as from a drive that was away.
+    start.desk.file(kNoteFile) = records;
+    start.desk.file(kHeaderFile) = encodeHeader({3, 0, kProgramVersion});
+    start.run();
+    for (int number = 1; number <= 3; ++number) {
+        NoteRecord note;
+        EXPECT_TRUE(start.desk.store.load(number, note, start.settings));
+        EXPECT_EQ(note.Nota, sampleNotes(3)[static_cast<std::size_t>(number - 1)].Nota);
+    }
 }
 
 TEST(RegistryMode, StrayFilesOfNoKnownLayoutDoNotStopTheStart) {
@@ -348,6 +528,41 @@ TEST(Import, StaysInTheRegistryWhenTheFilesCannotBeWritten) {
     EXPECT_EQ(start.failures, 1);
     EXPECT_EQ(start.stored(u"count"), u"3");
     EXPECT_EQ(start.stored(u"ImportDAT"), u"(none)");
+}
+
+TEST(Import, OfFiftyBehindANoteIsRefusedAndTheRegistryStays) {
+    Start start;
+    std::vector<NoteRecord> mine = sampleNotes(1);
+    mine[0].Titolo = u"mine";
+    mine[0].Nota = u"my own body";
+    start.seedFiles(mine);
+    start.seedRegistry(sampleNotes(kMaxNotes));
+    const auto files = start.desk.folder.content;
+    start.run();
+    EXPECT_TRUE(start.inRegistry());
+    EXPECT_EQ(start.state.Count, kMaxNotes);
+    EXPECT_EQ(start.failures, 1);
+    EXPECT_EQ(start.stored(u"count"), u"50");
+    EXPECT_EQ(start.stored(u"ImportDAT"), u"(none)");
+    EXPECT_EQ(start.desk.folder.content, files);
+    NoteRecord last;
+    EXPECT_TRUE(start.desk.store.load(kMaxNotes, last, start.settings));
+    EXPECT_EQ(last.Titolo, u"Title 50");
+}
+
+TEST(Import, OfTheNoteThatIsThereKeepsTheFilesForm) {
+    for (const bool title : {false, true}) {
+        Start start;
+        std::vector<NoteRecord> one = sampleNotes(1);
+        start.seedRegistry(one);
+        (title ? one[0].Titolo : one[0].Nota) = u"edited before the power went";
+        start.seedFiles(one);
+        start.run();
+        EXPECT_EQ(start.state.Count, 1);
+        NoteRecord note;
+        EXPECT_TRUE(start.desk.store.load(1, note, start.settings));
+        EXPECT_EQ(storeFree(note), storeFree(one[0]));
+    }
 }
 
 TEST(Import, EndlessCountEndsAtFifty) {

@@ -34,7 +34,7 @@ void live(Desk& desk, std::vector<NoteRecord>& notes) {
     EXPECT_TRUE(desk.store.create(static_cast<int>(notes.size()), notes.back()));
     notes.erase(notes.begin() + 2);
     const std::vector<NoteRecord*> remaining = pointersTo(notes);
-    desk.store.remove(3, remaining, desk.global);
+    EXPECT_TRUE(desk.store.remove(3, remaining, desk.global));
 }
 
 // --- To the files ----------------------------------------------------------------------------------------
@@ -207,6 +207,47 @@ TEST(SwitchToRegistry, RefusesWhileANoteCannotBeRead) {
     desk.folder.locked.clear();
     EXPECT_TRUE(desk.toRegistry(notes));
     EXPECT_EQ(desk.settings.text(u"kardel-2", u"Titolo"), u"Title 2");
+}
+
+TEST(SwitchToRegistry, NeedsNoFolderThatCanBeWritten) {
+    for (const bool headerOnly : {true, false}) {
+        Desk desk(false);
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        desk.createAll(notes);
+        desk.folder.changes = std::make_shared<Changes>();
+        (headerOnly ? desk.folder.changes->failAt : desk.folder.changes->made) = 0;
+        desk.folder.changes->allFail = !headerOnly;
+        EXPECT_TRUE(desk.toRegistry(notes));
+        EXPECT_EQ(desk.told, 0);
+        EXPECT_EQ(desk.settings.text(u"setting", u"UseRegistry"), u"True");
+        EXPECT_EQ(desk.settings.text(u"setting", u"count"), u"3");
+        desk.open(true);
+        EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
+    }
+}
+
+TEST(Switch, IsRefusedWhileAnotherSessionHoldsTheStoreAndWritesNothing) {
+    for (const bool toRegistry : {false, true}) {
+        Desk desk(!toRegistry);
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        desk.createAll(notes);
+        const StoreKind wanted = toRegistry ? StoreKind::Registry : StoreKind::Files;
+        int told = 0;
+        std::vector<StoreKind> asked;
+        desk.store.claim = [&](StoreKind kind) {
+            asked.push_back(kind);
+            return false;
+        };
+        desk.store.heldElsewhere = [&told] { ++told; };
+        desk.changes->made = 0;
+        EXPECT_FALSE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+        EXPECT_EQ(asked, std::vector<StoreKind>{wanted});
+        EXPECT_EQ(told, 1);
+        EXPECT_EQ(desk.told, 0) << "the other message says it all";
+        EXPECT_EQ(desk.changes->made, 0);
+        desk.store.claim = [](StoreKind) { return true; };
+        EXPECT_TRUE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+    }
 }
 
 // --- There and back in one run ---------------------------------------------------------------------------

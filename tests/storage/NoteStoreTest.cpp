@@ -159,6 +159,108 @@ TEST_P(EitherStore, AFailedCreationIsTold) {
     EXPECT_EQ(desk.told, 1);
 }
 
+// --- Drafts ----------------------------------------------------------------------------------------------
+
+/// What a start finds typed.
+std::vector<Text> typedIn(Desk& desk, bool useRegistry) {
+    desk.open(useRegistry);
+    std::vector<NoteRecord> notes = desk.loadAll();
+    std::vector<Text> typed;
+    for (const Draft& draft : desk.store.takeDrafts(pointersTo(notes)).drafts)
+        typed.push_back(draft.text);
+    return typed;
+}
+
+TEST_P(EitherStore, DraftsOfSeveralNotesNeverMeet) {
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    desk.createAll(notes);
+    desk.store.saveDraft(1, false, u"one");
+    desk.store.saveDraft(3, true, u"three");
+    desk.store.saveDraft(1, false, u"one and more");
+    EXPECT_EQ(typedIn(desk, inRegistry()).size(), 2U);
+    desk.open(inRegistry());
+    notes = desk.loadAll();
+    const std::vector<Draft> drafts = desk.store.takeDrafts(pointersTo(notes)).drafts;
+    ASSERT_EQ(drafts.size(), 2U);
+    for (const Draft& draft : drafts)
+        EXPECT_EQ(draft.text, draft.number == 1 ? u"one and more" : u"three");
+    EXPECT_TRUE(desk.store.takeDrafts(pointersTo(notes)).drafts.empty()) << "handed out once";
+    desk.store.dropDraft(3);
+    EXPECT_EQ(typedIn(desk, inRegistry()), std::vector<Text>{u"one and more"});
+}
+
+TEST_P(EitherStore, ADraftThatCannotBeDroppedNeverComesBack) {
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    desk.createAll(notes);
+    desk.store.saveDraft(2, false, u"dropped");
+    // The file cannot be touched at all, or the value not be removed.
+    const SharedChanges refusing = std::make_shared<Changes>();
+    refusing->allFail = true;
+    if (inRegistry()) {
+        desk.changes->failAt = desk.changes->made;
+    } else {
+        desk.folder.changes = refusing;
+    }
+    desk.store.dropDraft(2);
+    EXPECT_NE(desk.settings.text(u"setting", u"dropped"), u"(none)");
+    const auto held = desk.folder.content;
+    EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
+    // And where the file was held over that start, too, the one after it.
+    if (!inRegistry()) desk.folder.content = held;
+    EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
+    // The same words typed anew are a draft like any other once the old one is gone.
+    desk.open(inRegistry());
+    notes = desk.loadAll();
+    static_cast<void>(desk.store.takeDrafts(pointersTo(notes)));
+    desk.store.settle(pointersTo(notes), desk.global);
+    EXPECT_EQ(desk.settings.text(u"setting", u"dropped"), u"(none)");
+    desk.store.saveDraft(2, false, u"dropped");
+    EXPECT_EQ(typedIn(desk, inRegistry()), std::vector<Text>{u"dropped"});
+}
+
+TEST_P(EitherStore, ADraftIsGoneAlsoWhereItsFileMayNotBeDeleted) {
+    std::vector<NoteRecord> notes = sampleNotes(1);
+    desk.createAll(notes);
+    desk.store.saveDraft(1, false, u"dropped");
+    desk.folder.kept.insert(Text(kDraftFile));
+    desk.store.dropDraft(1);
+    EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
+    EXPECT_EQ(desk.settings.text(u"setting", u"dropped"), u"(none)");
+}
+
+TEST_P(EitherStore, OfDraftsEveryOtherOneGoesThroughToTheDisk) {
+    std::vector<NoteRecord> notes = sampleNotes(1);
+    desk.createAll(notes);
+    desk.folder.waits.clear();
+    int flushed = 0;
+    for (int second = 0; second < 6; ++second) {
+        desk.store.saveDraft(1, false, u"typed for " + decimal(second));
+        flushed += desk.folder.unflushed.contains(Text(kDraftFile)) ? 0 : 1;
+    }
+    EXPECT_EQ(flushed, inRegistry() ? 6 : 3);
+    EXPECT_EQ(desk.folder.waits, std::vector<unsigned>(6, 0)) << "nobody who types waits for a file";
+}
+
+// --- Patience --------------------------------------------------------------------------------------------
+
+TEST_P(EitherStore, ACommandOnAllNotesWaitsForFilesOnce) {
+    std::vector<NoteRecord> notes = sampleNotes(kMaxNotes);
+    desk.createAll(notes);
+    desk.folder.waits.clear();
+    {
+        const NoteStore::Command command(desk.store);
+        for (int number = 1; number <= kMaxNotes; ++number) {
+            NoteRecord& note = notes[static_cast<std::size_t>(number - 1)];
+            note.iconized = true;
+            EXPECT_TRUE(desk.store.set(number, note, {NoteField::Iconized}));
+        }
+        desk.store.settle(pointersTo(notes), desk.global);
+    }
+    EXPECT_EQ(desk.folder.waits, std::vector<unsigned>{1000});
+    EXPECT_TRUE(desk.store.set(1, notes[0], {NoteField::Iconized}));
+    EXPECT_EQ(desk.folder.waits.size(), 2U) << "the next command has patience of its own";
+}
+
 // --- The registry ----------------------------------------------------------------------------------------
 
 TEST(NoteStoreInRegistry, ANewNoteInheritsNothingFromALeftOverSection) {

@@ -227,6 +227,35 @@ TEST_F(RegistryStoreTest, WeekdaysOfAnotherLocaleReadAsFalse) {
     EXPECT_EQ(same.weekdays, note.weekdays);
 }
 
+TEST_F(RegistryStoreTest, WeekdaysOfAnyScriptAreFoundWithoutCase) {
+    RegistryNotes russian = store;
+    russian.weekdayKeys = {u"w.\u041F\u043D", u"w.\u0412\u0442", u"w.\u0421\u0440", u"w.\u0427\u0442",
+                           u"w.\u041F\u0442", u"w.\u0421\u0431", u"w.\u0412\u0441"};
+    NoteRecord note;
+    note.weekdays[0] = true;
+    ASSERT_TRUE(russian.SaveNoteToRegistry(1, note));
+    // Another version of Windows calls the days by small letters.
+    for (Text& key : russian.weekdayKeys)
+        key = lowered(key);
+    ASSERT_EQ(russian.weekdayKeys[0], u"w.\u043F\u043D");
+    NoteRecord read;
+    EXPECT_EQ(russian.LoadNoteFromRegistry(0, read, 1, 1), IoStatus::Done);
+    EXPECT_EQ(read.weekdays, note.weekdays);
+    const std::size_t values = memory.find(u"kardel-1")->values.size();
+    ASSERT_TRUE(russian.SaveNoteToRegistry(1, read));
+    EXPECT_EQ(memory.find(u"kardel-1")->values.size(), values) << "no day twice";
+}
+
+TEST_F(RegistryStoreTest, SectionsThatCouldNotAllBeListedAreLeftToTheNextTime) {
+    for (const TextView section : {u"kardel-1", u"kardel-2"})
+        memory.put(section, u"a", u"b");
+    memory.namesFail = true;
+    EXPECT_FALSE(store.removeBeyond(1));
+    memory.namesFail = false;
+    EXPECT_TRUE(store.removeBeyond(1));
+    EXPECT_EQ(memory.find(u"kardel-2"), nullptr);
+}
+
 TEST_F(RegistryStoreTest, OnlyNoteSectionsAreNotes) {
     EXPECT_TRUE(isNoteSection(u"kardel-1"));
     EXPECT_TRUE(isNoteSection(u"Kardel-99999"));
