@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/TestCodePages.h"
+
 namespace {
 
 /// A code page like that of old Japanese systems: ASCII in one byte, U+3042 in the two bytes 0x82 0xA0.
@@ -50,6 +52,12 @@ TEST(EncodeField, NeverCutsBetweenTheBytesOfOneCharacter) {
     EXPECT_EQ(field.bytes, "abc ");
     EXPECT_TRUE(field.cut);
     EXPECT_EQ(decodeField(kDouble, field.bytes), u"abc");
+}
+
+TEST(EncodeField, CutsBesideAHalfPairThatIsFollowedByAnotherLetter) {
+    // The first code unit beyond the second halves of pairs belongs to no pair.
+    EXPECT_NE(encodeField(utf8Page(), u"ab\xD83D\uE000", 5).bytes, "ab   ") << "the half alone has room";
+    EXPECT_EQ(encodeField(utf8Page(), u"ab\xD83D\xDFFF", 5).bytes, "ab   ");
 }
 
 TEST(EncodeField, ReportsCharactersOutsideTheCodePage) {

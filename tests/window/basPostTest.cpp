@@ -2,10 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cwchar>
+#include <functional>
 #include <utility>
 
 #include "resources/resource.h"
+#include "tests/core/EveryPoint.h"
 #include "tests/window/CollectionDesk.h"
 #include "tests/window/Script.h"
 
@@ -361,6 +362,45 @@ TEST_P(Collection, BothAlignmentsStoredAsOnAreBothCheckedAndGrey) {
 
 // --- Use local files ---------------------------------------------------------------------------------------
 
+/// The dialog is shown with this title.
+Script::Condition titled(fmsg& dialog, TextView title) {
+    return [&dialog, title] {
+        return dialog.open() && IsWindowVisible(dialog.hwnd) != FALSE && windowText(dialog.hwnd) == title;
+    };
+}
+
+Script::Action pressing(fmsg& dialog, int button) {
+    return [&dialog, button] { PostMessageW(GetDlgItem(dialog.hwnd, button), BM_CLICK, 0, 0); };
+}
+
+TEST_P(Collection, ANoteThatGoesWhileTheSwitchIsAskedForIsWrittenToNeitherStore) {
+    std::vector<NoteRecord> notes = manyNotes(3);
+    notes[0].alarmdate = u"15/06/2026";
+    notes[0].alarmtime = u"12:00:10";
+    const auto desk = run(notes);
+    desk->registry.put(u"setting", u"UseRegistry", boolText(GetParam()));
+    fmsg& dialog = desk->desk->dialog;
+    {
+        Script script(dialog);
+        const TextView title = GetParam() ? u"Use the local files?" : u"Don't use the local files?";
+        script.when(titled(dialog, title), [&] {
+            desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
+            desk->note(1).tmr_Timer();
+            desk->desk->ToggleHideAll();  // silences the note, which goes with its only alarm
+            pressing(dialog, ID_BTN1)();
+        });
+        desk->desk->SwitchStore();
+    }
+    pumpPending();
+    ASSERT_EQ(desk->desk->Count(), 2);
+    std::vector<NoteRecord> shown;
+    for (const fpost* note : desk->desk->Notes)
+        shown.push_back(storeFree(note->record));
+    for (const bool deleteLeftOver : {false, true})
+        EXPECT_EQ(foundIn({desk->folder.content, desk->registry.content}, deleteLeftOver), shown);
+    EXPECT_EQ(desk->registry.text(u"setting", u"UseRegistry"), boolText(!GetParam()));
+}
+
 TEST(CollectionRegistry, ARefusedWriteOfAnUnchangedValueLeavesTheStoreChosen) {
     TestNotes desk(true, manyNotes(2), [] {
         GlobalSettings settings;
@@ -368,30 +408,39 @@ TEST(CollectionRegistry, ARefusedWriteOfAnUnchangedValueLeavesTheStoreChosen) {
         return settings;
     }());
     fmsg& dialog = desk.desk->dialog;
-    const auto shown = [&dialog](const wchar_t* title) {
-        return [&dialog, title] {
-            return dialog.open() && IsWindowVisible(dialog.hwnd) != FALSE &&
-                   windowText(dialog.hwnd) == Text(title, title + std::wcslen(title));
-        };
-    };
-    const auto press = [&dialog](int button) {
-        return [&dialog, button] { PostMessageW(GetDlgItem(dialog.hwnd, button), BM_CLICK, 0, 0); };
-    };
     {
         Script script(dialog);
-        script.when(shown(L"Use the local files?"), press(ID_BTN2));  // Cancel: the entry stays checked
+        script.when(titled(dialog, u"Use the local files?"),
+                    pressing(dialog, ID_BTN2));  // Cancel: the entry stays checked
         desk.desk->SwitchStore();
     }
     {
         const FullDisk fullDisk(desk);
         Script script(dialog);
-        script.when(shown(L"Don't use the local files?"), press(ID_BTN1));
-        script.when(shown(L"Kardel"), press(ID_BTN1));  // the memo could not be saved
+        script.when(titled(dialog, u"Don't use the local files?"), pressing(dialog, ID_BTN1));
+        script.when(titled(dialog, u"Kardel"), pressing(dialog, ID_BTN1));  // the memo could not be saved
         desk.desk->SwitchStore();
         pumpPending();
     }
     desk.note(1).DeleteForm(true);  // writes the settings again
     EXPECT_EQ(desk.registry.text(u"setting", u"UseRegistry"), u"True");
+}
+
+TEST_P(Collection, ACommandOnAllNotesWaitsForHeldFilesOnce) {
+    const auto desk = run(manyNotes(kMaxNotes));
+    basPost& all = *desk->desk;
+    const std::vector<std::function<void()>> commands{
+        [&] { all.ToggleIconizeAll(); }, [&] { all.ToggleIconizeAll(); }, [&] { all.ToggleHideAll(); },
+        [&] { all.ToggleHideAll(); },    [&] { all.ToggleAlignAll(); },   [&] { all.AutoPosition(); },
+        [&] { all.CommitEdits(); }};
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+        desk->folder.waits.clear();
+        commands[i]();
+        EXPECT_EQ(desk->folder.waits, std::vector<unsigned>{1000}) << "command " << i;
+    }
+    desk->folder.waits.clear();
+    all.EndSession();
+    EXPECT_EQ(desk->folder.waits, std::vector<unsigned>{500}) << "asked and ended: a second for a log-off";
 }
 
 // --- Open -------------------------------------------------------------------------------------------------

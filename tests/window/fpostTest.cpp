@@ -1,6 +1,8 @@
 // A note's window: its parts, colours and sizes, what the mouse and the system do to it, and what it stores.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "resources/resource.h"
 #include "support/Messages.h"
 #include "tests/window/TestNotes.h"
@@ -352,6 +354,30 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNeverWrittenBack) {
     EXPECT_EQ(desk->stored(1).x, 1500);
     EXPECT_EQ(desk->stored(1).Titolo, u"a");
     EXPECT_EQ(desk->stored(1).Nota, u"body of a");
+}
+
+TEST_P(NoteWindow, NoteThatCouldNotBeReadTakesNoAlarmColourOrMoveAndSaysSo) {
+    const auto desk = run({plainNote(u"a")});
+    desk->folder.locked.insert(Text(kNoteFile));
+    desk->registry.locked.insert(u"kardel-1");
+    desk->killAndRestart();
+    int asked = 0;
+    desk->desk->host.ask = [&asked](const Text&, long, const Text&) { return ++asked, IDOK; };
+    fpost& note = desk->note(1);
+    const NoteRecord before = note.record;
+    const RECT at = rectOf(note.hwnd);
+    const std::vector<std::function<void()>> changes{
+        [&] { note.mnuAlarm(); }, [&] { note.mnuColor(); }, [&] { note.toggleTopmost(); },
+        [&] { note.toggleIconized(); }, [&] { note.place.moveStep(1, 0); }};
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        changes[i]();
+        EXPECT_EQ(asked, static_cast<int>(i) + 1);
+        EXPECT_FALSE(desk->desk->dialog.open());
+    }
+    EXPECT_EQ(note.record, before);
+    const RECT now = rectOf(note.hwnd);
+    EXPECT_TRUE(EqualRect(&now, &at) != FALSE);
+    EXPECT_FALSE(note.alarm.isCounting());
 }
 
 TEST_P(NoteWindow, NotesThatCouldNotBeReadAppearOnceTheyCan) {

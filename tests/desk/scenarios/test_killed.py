@@ -67,3 +67,20 @@ def test_escape_leaves_neither_draft_nor_text(desk, store):
     assert draft(store, 1) == b""
     kardel.kill()
     assert desk.run().note("first").body == "one"
+
+
+def test_what_escape_dropped_stays_dropped_although_its_file_was_held(desk):
+    store = Store(desk, "files")
+    store.seed(NOTES)
+    kardel = desk.run()
+    note = kardel.note("first")
+    note.edit()
+    desk.type("never mind")
+    desk.wait(lambda: draft(store, 1), 5, "the draft")
+    with desk.held("KARDEL.TMP"):
+        desk.key("Escape")
+        desk.wait(lambda: not note.editing, 5, "the edit to end")
+        assert kardel.exit() == 0
+    assert desk.run().note("first").body == "one"
+    assert store.notes()[0]["Nota"] == "one"
+    desk.wait(lambda: draft(store, 1) == b"", 5, "the draft to go")

@@ -95,6 +95,27 @@ TEST_F(WinFiles, AFileHeldForGoodFailsAfterAboutASecond) {
     EXPECT_LE(lasted, 10000U);
 }
 
+TEST_F(WinFiles, AllCallsOfACommandShareItsPatience) {
+    files.write(u"F", 0, "abc");
+    files.write(u"G", 0, "abc");
+    const UniqueHandle first = folder.hold(u"F", GENERIC_READ, 0);
+    const UniqueHandle second = folder.hold(u"G", GENERIC_READ, 0);
+    ASSERT_TRUE(first != nullptr && second != nullptr);
+    const auto lasted = [this](int calls) {
+        const ULONGLONG begin = GetTickCount64();
+        for (int i = 0; i < calls; ++i) {
+            EXPECT_FALSE(files.write(i % 2 == 0 ? u"F" : u"G", 0, "x"));
+            EXPECT_FALSE(files.replace(u"F", "x", Flush::Yes));
+            EXPECT_EQ(files.read(u"G", 0, 1).status, IoStatus::Failed);
+        }
+        return GetTickCount64() - begin;
+    };
+    files.mayWait(600);
+    EXPECT_GE(lasted(1), 500U);
+    // Each of these would wait as long by itself: half a minute.
+    EXPECT_LE(lasted(20), 10000U);
+}
+
 TEST_F(WinFiles, NothingIsWrittenOverAFileHeldForGood) {
     files.write(u"F", 0, "abc");
     UniqueHandle holder = folder.hold(u"F", GENERIC_READ, FILE_SHARE_READ);
