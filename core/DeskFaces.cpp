@@ -33,8 +33,8 @@ DeskForNotes::DeskForNotes(basPost& desk) : desk_(desk) {
     };
 }
 
-bool DeskForNotes::newNote() {
-    return desk_.NewNote();
+void DeskForNotes::newNote() {
+    static_cast<void>(desk_.NewNote());
 }
 
 void DeskForNotes::hideAll(bool hidden) {
@@ -127,7 +127,7 @@ HWND DeskForTray::openBox() const {
 }
 
 void DeskForTray::newNote() {
-    desk_.NewNote();
+    static_cast<void>(desk_.NewNote());
 }
 
 void DeskForTray::hideAll(bool hidden) {

@@ -12,7 +12,7 @@ class DeskForNotes final : public NoteHost {
 public:
     explicit DeskForNotes(basPost& desk);
 
-    bool newNote() override;
+    void newNote() override;
     void hideAll(bool hidden) override;
     void iconizeAll(bool iconized) override;
     void exitProgram() override;

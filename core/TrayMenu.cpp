@@ -7,67 +7,85 @@
 
 static_assert(IDM_DYN_LAST - IDM_DYN + 1 == kTrayItems);
 
-std::vector<TrayMenuItem> trayMenu(const TrayMenuState& state) {
-    std::vector<TrayMenuItem> items(kTrayItems);
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        items[i].id = IDM_DYN + static_cast<unsigned>(i);
-        items[i].caption = u"-";
-        items[i].separator = true;
-    }
-    const auto set = [&items, &state](int index, const char16_t* caption, bool enabled,
-                                      bool checked = false) {
-        TrayMenuItem& item = items[static_cast<std::size_t>(index)];
-        // What changes notes or opens a window would pull them away under the question that is open.
-        const bool always = index == tray::kHideAll || index == tray::kExit;
-        item.caption = caption;
-        item.separator = false;
-        item.enabled = enabled && (always || !state.dialogOpen);
-        item.checked = checked;
+namespace {
+
+constexpr std::intptr_t kSaidAllHidden = 1;
+constexpr std::intptr_t kSaidAllIconized = 2;
+
+}  // namespace
+
+Menu trayMenu(const TrayMenuState& state, TrayCommands& desk) {
+    const auto run = [&desk](void (TrayCommands::*command)()) {
+        return [&desk, command] { (desk.*command)(); };
     };
+    const auto turn = [&desk](void (TrayCommands::*command)(bool), bool on) {
+        return [&desk, command, on] { (desk.*command)(on); };
+    };
+    using Do = TrayCommands;
     const bool anyNote = state.notes > 0;
-    set(tray::kNew, u"New Kardel", true);
-    set(tray::kHideAll, state.allHidden ? u"Show All" : u"Hide All", anyNote);
-    set(tray::kIconizeAll, state.allIconized ? u"Restore All" : u"Iconize All", anyNote);
-    // Each excludes the other; with both on, from two runs, neither can be changed.
-    set(tray::kAlignAll, u"Automatic position", anyNote && !state.easyAlign, state.alignAll);
-    set(tray::kEasyAlign, u"Easy alignment", !state.alignAll, state.easyAlign);
-    set(tray::kLocalFiles, u"Use local files", true, state.localFiles);
-    set(tray::kQuickHelp, u"Quick Help\tF1", false);
-    set(tray::kAbout, u"About...", true);
-    set(tray::kExit, u"Exit", true);
-    items[tray::kQuickHelp].visible = false;
-    items[tray::kHideAll].isDefault = true;
-    return items;
+    // What changes notes or opens a window would pull them away under the question that is open.
+    const bool free = !state.dialogOpen;
+    // Automatic position and easy alignment exclude each other; with both on, from two runs, neither can be
+    // changed.
+    return {
+        {.id = IDM_DYN, .caption = u"New Kardel", .action = run(&Do::newNote), .enabled = free},
+        separatorRow(IDM_DYN + 1),
+        {.id = IDM_DYN + 2,
+         .caption = state.allHidden ? u"Show All" : u"Hide All",
+         .action = turn(&Do::hideAll, !state.allHidden),
+         .enabled = anyNote,
+         .isDefault = true},
+        {.id = IDM_DYN + 3,
+         .caption = state.allIconized ? u"Restore All" : u"Iconize All",
+         .action = turn(&Do::iconizeAll, !state.allIconized),
+         .enabled = anyNote && free},
+        separatorRow(IDM_DYN + 4),
+        {.id = IDM_DYN + 5,
+         .caption = u"Automatic position",
+         .action = run(&Do::toggleAlignAll),
+         .enabled = anyNote && !state.easyAlign && free,
+         .checked = state.alignAll},
+        {.id = IDM_DYN + 6,
+         .caption = u"Easy alignment",
+         .action = run(&Do::toggleEasyAlign),
+         .enabled = !state.alignAll && free,
+         .checked = state.easyAlign},
+        separatorRow(IDM_DYN + 7),
+        {.id = IDM_DYN + 8,
+         .caption = u"Use local files",
+         .action = run(&Do::switchStore),
+         .enabled = free,
+         .checked = state.localFiles},
+        separatorRow(IDM_DYN + 9),
+        {.id = IDM_DYN + 10, .caption = u"Quick Help\tF1", .shown = false, .enabled = false},
+        {.id = IDM_DYN + 11, .caption = u"About...", .action = run(&Do::about), .enabled = free},
+        separatorRow(IDM_DYN + 12),
+        {.id = IDM_DYN + 13, .caption = u"Exit", .action = run(&Do::exitProgram)},
+    };
 }
 
-bool trayCommandAllowed(const TrayMenuState& state, int index) {
-    if (index < 0 || index >= kTrayItems) return false;
-    const TrayMenuItem item = trayMenu(state)[static_cast<std::size_t>(index)];
-    return item.visible && item.enabled && !item.separator;
-}
-
-std::vector<TrayMenuItem> openMenu(const std::vector<Text>& titles, const TrayMenuState& state) {
-    std::vector<TrayMenuItem> items;
+Menu openMenu(const std::vector<Text>& titles, const TrayMenuState& state, TrayCommands& desk) {
+    Menu menu;
     for (const Text& title : titles) {
-        const auto slot = static_cast<int>(items.size());
-        TrayMenuItem entry;
-        entry.id = IDM_DYN2 + static_cast<unsigned>(slot);
-        entry.caption = openCaption(title, slot + 1);
-        entry.enabled = openAllowed(state, slot);
-        items.push_back(entry);
+        const auto slot = static_cast<int>(menu.size());
+        menu.push_back({.id = IDM_DYN2 + static_cast<unsigned>(slot),
+                        .caption = openCaption(title, slot + 1),
+                        .action = [&desk, slot] { desk.openNote(slot); },
+                        .enabled = slot < state.notes && !state.dialogOpen});
     }
-    if (items.empty()) {
-        TrayMenuItem none;
-        none.id = IDM_DYN2;
-        none.caption = u"(none)";
-        none.enabled = false;
-        items.push_back(none);
-    }
-    return items;
+    if (menu.empty()) menu.push_back({.id = IDM_DYN2, .caption = u"(none)", .enabled = false});
+    return menu;
 }
 
-bool openAllowed(const TrayMenuState& state, int slot) {
-    return slot >= 0 && slot < state.notes && !state.dialogOpen;
+std::intptr_t said(const TrayMenuState& state) {
+    return (state.allHidden ? kSaidAllHidden : 0) | (state.allIconized ? kSaidAllIconized : 0);
+}
+
+TrayMenuState asSaid(const TrayMenuState& now, std::intptr_t said) {
+    TrayMenuState state = now;
+    state.allHidden = (said & kSaidAllHidden) != 0;
+    state.allIconized = (said & kSaidAllIconized) != 0;
+    return state;
 }
 
 Text numberTitle(int number) {

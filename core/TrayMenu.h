@@ -1,26 +1,14 @@
-// The tray's menu as data: computed from the collection at the moment of use, so that what is greyed or
-// hidden can neither be chosen nor sent.
+// The menu of the tray icon: one row per command, with its state computed from the collection at the moment
+// of use.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
-#include "support/Text.h"
+#include "support/Menu.h"
 
 inline constexpr int kTrayItems = 14;
-
-/// Places of the commands in the menu; the numbers between are separators.
-namespace tray {
-inline constexpr int kNew = 0;
-inline constexpr int kHideAll = 2;
-inline constexpr int kIconizeAll = 3;
-inline constexpr int kAlignAll = 5;
-inline constexpr int kEasyAlign = 6;
-inline constexpr int kLocalFiles = 8;
-inline constexpr int kQuickHelp = 10;
-inline constexpr int kAbout = 11;
-inline constexpr int kExit = 13;
-}  // namespace tray
 
 /// What the menu depends on.
 struct TrayMenuState {
@@ -33,28 +21,36 @@ struct TrayMenuState {
     bool dialogOpen = false;  ///< a question, message or editor waits for the user
 };
 
-struct TrayMenuItem {
-    unsigned id = 0;  ///< command id; separators have one too, which does nothing
-    Text caption;
-    bool separator = false;  ///< its caption is "-"; a note may be titled so too
-    bool visible = true;
-    bool enabled = true;
-    bool checked = false;
-    bool isDefault = false;  ///< drawn bold: what a click on the icon does
+/// What the commands do.
+class TrayCommands {
+public:
+    virtual ~TrayCommands() = default;
+    virtual void newNote() = 0;
+    /// Hide All, or Show All when false.
+    virtual void hideAll(bool hidden) = 0;
+    /// Iconize All, or Restore All when false.
+    virtual void iconizeAll(bool iconized) = 0;
+    virtual void toggleAlignAll() = 0;
+    virtual void toggleEasyAlign() = 0;
+    virtual void switchStore() = 0;
+    virtual void about() = 0;
+    virtual void exitProgram() = 0;
+    /// `slot` 0..49, only of a note that exists.
+    virtual void openNote(int slot) = 0;
 };
 
-/// The commands in their order, item i with the id IDM_DYN + i.
-std::vector<TrayMenuItem> trayMenu(const TrayMenuState& state);
+/// The commands in their order, row i with the id IDM_DYN + i, separators included. `desk` outlives what is
+/// done with them.
+Menu trayMenu(const TrayMenuState& state, TrayCommands& desk);
 
-/// Whether command `index` may run now. False for separators and anything outside the menu.
-bool trayCommandAllowed(const TrayMenuState& state, int index);
+/// The "Open" submenu: an entry per note, in the order of their numbers, with the ids IDM_DYN2 and up;
+/// without notes a grey "(none)".
+Menu openMenu(const std::vector<Text>& titles, const TrayMenuState& state, TrayCommands& desk);
 
-/// The "Open" submenu: an entry a note, in the order of their numbers, with the ids IDM_DYN2 and up; without
-/// notes a grey "(none)".
-std::vector<TrayMenuItem> openMenu(const std::vector<Text>& titles, const TrayMenuState& state);
-
-/// Whether the note of `slot` may be opened now. False for a slot without a note.
-bool openAllowed(const TrayMenuState& state, int slot);
+/// What the menu says of things that can turn while it is open, as a number that goes with a message; and the
+/// state of a menu that still says so.
+std::intptr_t said(const TrayMenuState& state);
+TrayMenuState asSaid(const TrayMenuState& now, std::intptr_t said);
 
 /// What a note is called by its number: "- 7 -".
 Text numberTitle(int number);

@@ -22,7 +22,7 @@ struct basPost {
 
     /// Makes note `Count` + 1, stores and shows it. False at the limit and when Windows refuses the window
     /// (the user is told), and while a dialog is open.
-    bool NewNote();
+    [[nodiscard]] bool NewNote();
     /// "Hide All" / "Show All". Showing also reopens closed notes.
     void ToggleHideAll() { HideAll(!AllHidden()); }
     void HideAll(bool hidden);
@@ -53,11 +53,11 @@ struct basPost {
     void EndSession();
 
     /// Creates the hidden tray window, which owns the dialog. The icon comes later.
-    bool createTray();
+    [[nodiscard]] bool createTray();
     /// Creates the windows of notes 1..`count` from the store and shows those that are not closed.
     /// False when the program ends meanwhile, and, after telling the user, when Windows has no room for them
     /// all: going on with some of them would make the next new note overwrite one that is not there.
-    bool LoadNotes(int count);
+    [[nodiscard]] bool LoadNotes(int count);
     /// Destroys every window of the program, also those of notes that were just deleted.
     void Teardown();
 
@@ -110,7 +110,7 @@ private:
     std::vector<fpost*> placeInColumns();
     NoteRecord freshRecord(int number) const;
     /// False when Windows has no room for one more.
-    bool openNotes(int count);
+    [[nodiscard]] bool openNotes(int count);
     void finishDrafts();
     /// A note that another program held at the start takes the place of its blank stand-in.
     void readAgain();

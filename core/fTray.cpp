@@ -9,6 +9,7 @@
 #include "storage/bas_LogError.h"
 #include "support/Handles.h"
 #include "support/Messages.h"
+#include "support/PopupMenu.h"
 #include "support/SystemLibrary.h"
 
 static_assert(IDM_DYN2_LAST - IDM_DYN2 + 1 == kMaxNotes);
@@ -18,47 +19,9 @@ namespace {
 constexpr const char16_t* kClass = u"ThunderRT6FormDC";
 constexpr const char16_t* kTitle = u"kardel:trayicon";
 
-/// What each place in the menu does; null for separators and the hidden help.
-constexpr void (TrayHost::*kActions[kTrayItems])() = {
-    &TrayHost::newNote,          // 0
-    nullptr,                     // separator
-    nullptr,                     // Hide All: what it does depends on what it said
-    nullptr,                     // Iconize All, likewise
-    nullptr,                     // separator
-    &TrayHost::toggleAlignAll,   // 5
-    &TrayHost::toggleEasyAlign,  // 6
-    nullptr,                     // separator
-    &TrayHost::switchStore,      // 8
-    nullptr,                     // separator
-    nullptr,                     // the hidden help
-    &TrayHost::about,            // 11
-    nullptr,                     // separator
-    &TrayHost::exitProgram,      // 13
-};
-
-// What the menu said when it was open, in the second word of kChosen.
-constexpr LPARAM kSaidHidden = 1;
-constexpr LPARAM kSaidIconized = 2;
-
 constexpr UINT kIconRetry = 250;  // ms between two tries for the icon
 
 constexpr LPARAM kAfterMenu = 1;  ///< second word of a message that has waited for a menu to go
-
-void append(HMENU menu, const TrayMenuItem& item) {
-    if (!item.visible) return;
-    UINT flags = item.separator ? MF_SEPARATOR : MF_STRING;
-    if (!item.enabled) flags |= MF_GRAYED;
-    if (item.checked) flags |= MF_CHECKED;
-    AppendMenuW(menu, flags, item.id, wide(item.caption));
-    if (item.isDefault) SetMenuDefaultItem(menu, item.id, FALSE);
-}
-
-UniqueMenu filledMenu(const std::vector<TrayMenuItem>& items) {
-    UniqueMenu menu(CreatePopupMenu());
-    for (const TrayMenuItem& item : items)
-        append(menu.get(), item);
-    return menu;
-}
 
 }  // namespace
 
@@ -184,13 +147,9 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_COMMAND:
             onCommand(LOWORD(wp), host->state());
             return 0;
-        case posted::kChosen: {
-            TrayMenuState said = host->state();
-            said.allHidden = (lp & kSaidHidden) != 0;
-            said.allIconized = (lp & kSaidIconized) != 0;
-            onCommand(LOWORD(wp), said);
+        case posted::kChosen:
+            onCommand(LOWORD(wp), asSaid(host->state(), lp));
             return 0;
-        }
         case posted::kSaveFailed:
             host->showSaveFailure();
             return 0;
@@ -264,51 +223,29 @@ void fTray::onSecondStart() {
 
 void fTray::popUp() {
     const TrayMenuState state = host->state();
-    UniqueMenu list = filledMenu(openMenu(host->titles(), state));
-    const UniqueMenu mnupop(CreatePopupMenu());
-    // The submenu belongs to the menu from here on and goes with it.
-    const bool taken = AppendMenuW(mnupop.get(), MF_POPUP | MF_STRING, reinterpret_cast<UINT_PTR>(list.get()),
-                                   L"Open") != FALSE;
-    if (taken) static_cast<void>(list.release());
-    for (const TrayMenuItem& item : trayMenu(state))
-        append(mnupop.get(), item);
-
-    POINT mouse{};
-    GetCursorPos(&mouse);
+    Menu mnupop = {{.caption = u"Open", .items = openMenu(host->titles(), state, *host)}};
+    for (MenuRow& row : trayMenu(state, *host))
+        mnupop.push_back(std::move(row));
     const HWND window = hwnd;
-    SetForegroundWindow(window);  // otherwise a click elsewhere would not close the menu
-    const BOOL chosen =
-        TrackPopupMenu(mnupop.get(), TPM_RIGHTBUTTON | TPM_RETURNCMD, mouse.x, mouse.y, 0, window, nullptr);
-    PostMessageW(window, WM_NULL, 0, 0);  // otherwise the next menu would close at once
+    trackMenu(window, mnupop, said(state));
     // Who closes the menu by a click elsewhere has chosen where to go on; who does not returns to the
     // question.
     const HWND box = host->openBox();
     if (box != nullptr && GetForegroundWindow() == window) SetForegroundWindow(box);
-    // A note that rang while the menu was open has turned the captions since: what the user read counts.
-    const LPARAM said = (state.allHidden ? kSaidHidden : 0) | (state.allIconized ? kSaidIconized : 0);
-    if (chosen != 0) PostMessageW(window, posted::kChosen, static_cast<WPARAM>(chosen), said);
 }
 
-void fTray::onCommand(unsigned id, const TrayMenuState& said) {
-    if (id >= IDM_DYN && id <= IDM_DYN_LAST) run(static_cast<int>(id - IDM_DYN), said);
-    if (id >= IDM_DYN2 && id <= IDM_DYN2_LAST) mnuDyn2_Click(static_cast<int>(id - IDM_DYN2));
+void fTray::onCommand(unsigned id, const TrayMenuState& read) {
+    const TrayMenuState state = host->state();
+    if (id >= IDM_DYN && id <= IDM_DYN_LAST) answer(trayMenu(state, *host), trayMenu(read, *host), id);
+    if (id < IDM_DYN2 || id > IDM_DYN2_LAST) return;
+    const Menu open = openMenu(host->titles(), state, *host);
+    answer(open, open, id);
 }
 
 void fTray::mnuDyn_Click(int Index) {
-    run(Index, host->state());
-}
-
-void fTray::run(int Index, const TrayMenuState& said) {
-    if (!trayCommandAllowed(host->state(), Index)) return;
-    if (Index == tray::kHideAll) {
-        host->hideAll(!said.allHidden);
-    } else if (Index == tray::kIconizeAll) {
-        host->iconizeAll(!said.allIconized);
-    } else if (const auto action = kActions[Index]; action != nullptr) {
-        (host->*action)();
-    }
+    if (Index >= 0 && Index < kTrayItems) onCommand(IDM_DYN + static_cast<unsigned>(Index), host->state());
 }
 
 void fTray::mnuDyn2_Click(int Index) {
-    if (openAllowed(host->state(), Index)) host->openNote(Index);
+    if (Index >= 0 && Index < kMaxNotes) onCommand(IDM_DYN2 + static_cast<unsigned>(Index), host->state());
 }

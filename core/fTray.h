@@ -12,9 +12,8 @@
 void allowFromBelow(HWND window, UINT message);
 
 /// What the tray asks of the collection.
-class TrayHost {
+class TrayHost : public TrayCommands {
 public:
-    virtual ~TrayHost() = default;
     virtual TrayMenuState state() const = 0;
     /// Of every note, in the order of their numbers.
     virtual std::vector<Text> titles() const = 0;
@@ -22,19 +21,6 @@ public:
     virtual HWND openBox() const = 0;
     /// Windows' own filter of messages; a test looks on.
     virtual void letThrough(HWND window, UINT message) { allowFromBelow(window, message); }
-
-    virtual void newNote() = 0;
-    /// Hide All, or Show All when false.
-    virtual void hideAll(bool hidden) = 0;
-    /// Iconize All, or Restore All when false.
-    virtual void iconizeAll(bool iconized) = 0;
-    virtual void toggleAlignAll() = 0;
-    virtual void toggleEasyAlign() = 0;
-    virtual void switchStore() = 0;
-    virtual void about() = 0;
-    virtual void exitProgram() = 0;
-    /// `slot` 0..49, only of a note that exists.
-    virtual void openNote(int slot) = 0;
 
     /// A click on the icon: ends an open dialog, then Hide All / Show All.
     virtual void defaultAction() = 0;
@@ -90,8 +76,8 @@ private:
     void onSecondStart();
     void ensureIcon();
     bool waitsForMenu(UINT message, WPARAM wp, LPARAM lp) const;
-    void onCommand(unsigned id, const TrayMenuState& said);
-    void run(int Index, const TrayMenuState& said);
+    /// Runs a command as the menu put it when the user read it.
+    void onCommand(unsigned id, const TrayMenuState& read);
     void popUp();
 
     WNDPROC savedProcedure_ = nullptr;  ///< null when none is replaced

@@ -20,8 +20,8 @@ public:
     NoteHost& operator=(const NoteHost&) = delete;
     virtual ~NoteHost() = default;
 
-    /// Makes and shows a note. False at the limit.
-    virtual bool newNote() = 0;
+    /// Makes and shows a note, unless there are as many as there can be: the user is told so.
+    virtual void newNote() = 0;
     /// Hide All, or Show All when false.
     virtual void hideAll(bool hidden) = 0;
     /// Iconize All, or Restore All when false.

@@ -32,7 +32,7 @@ struct Row {
 constexpr Row kRows[] = {
     {kDelete, Held::Nothing, When::NotEditing, NoteAction::Delete},
     {'N', Held::Ctrl, When::NotResizing, NoteAction::New},
-    {kMenuKey, Held::Any, When::Always, NoteAction::Menu},
+    {kMenuKey, Held::Any, When::Always, NoteAction::OpenMenu},
     {kF2, Held::Nothing, When::NotResizing, NoteAction::Edit},
     {kF2, Held::Shift, When::NotResizing, NoteAction::EditTitle},
     {kF4, Held::Nothing, When::NotResizing, NoteAction::Alarm},

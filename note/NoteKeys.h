@@ -22,7 +22,7 @@ enum class NoteAction : unsigned char {
     None,
     Delete,
     New,
-    Menu,
+    OpenMenu,
     Edit,       ///< the text; on a note that is shrunk to its title, the title
     EditTitle,  ///< the title, also on a normal note
     Alarm,

@@ -6,83 +6,87 @@
 
 namespace {
 
-const NoteMenuItem kSeparator{};
+constexpr std::intptr_t kSaidIconized = 1;
+constexpr std::intptr_t kSaidAllHidden = 2;
+constexpr std::intptr_t kSaidAllIconized = 4;
 
-NoteMenuItem& itemOf(std::vector<NoteMenuItem>& items, unsigned id) {
-    return *std::find_if(items.begin(), items.end(), [id](const NoteMenuItem& i) { return i.id == id; });
+MenuRow& rowOf(Menu& menu, unsigned id) {
+    return *std::find_if(menu.begin(), menu.end(), [id](const MenuRow& row) { return row.id == id; });
 }
 
 /// `FlagReset` true: the menu of a normal note; false: of an iconized one.
-void ResetIconizeFormMenu(std::vector<NoteMenuItem>& items, bool FlagReset) {
-    itemOf(items, IDM_EDIT).caption = FlagReset ? u"&Edit\tF2" : u"&Edit title\tF2";
-    itemOf(items, IDM_ICONIZE).caption = FlagReset ? u"Iconize" : u"Restore";
-    itemOf(items, IDM_RESIZE).enabled = FlagReset;
+void ResetIconizeFormMenu(Menu& menu, bool FlagReset) {
+    rowOf(menu, IDM_EDIT).caption = FlagReset ? u"&Edit\tF2" : u"&Edit title\tF2";
+    rowOf(menu, IDM_ICONIZE).caption = FlagReset ? u"Iconize" : u"Restore";
+    rowOf(menu, IDM_RESIZE).enabled = FlagReset;
 }
 
-void ResetHideAllFormMenu(std::vector<NoteMenuItem>& items, bool FlagReset) {
-    itemOf(items, IDM_HIDEALL).caption = FlagReset ? u"Hide All" : u"Show All";
+void ResetHideAllFormMenu(Menu& menu, bool FlagReset) {
+    rowOf(menu, IDM_HIDEALL).caption = FlagReset ? u"Hide All" : u"Show All";
 }
 
-void ResetIconizeAllFormMenu(std::vector<NoteMenuItem>& items, bool FlagReset) {
-    itemOf(items, IDM_ICONIZEALL).caption = FlagReset ? u"Iconize All" : u"Restore All";
-}
-
-void setAlarmItems(std::vector<NoteMenuItem>& items, const NoteMenuInput& input) {
-    NoteMenuItem& keep = itemOf(items, IDM_DONTDELETE);
-    keep.visible = input.alarmValid && !input.alarmPast && input.alarmOneOff;
-    keep.checked = input.dontDeleteWhenPlay;
-    NoteMenuItem& restore = itemOf(items, IDM_REWHENPLAY);
-    restore.visible = input.alarmValid && input.iconized;
-    restore.checked = input.restoreWhenPlay;
+void ResetIconizeAllFormMenu(Menu& menu, bool FlagReset) {
+    rowOf(menu, IDM_ICONIZEALL).caption = FlagReset ? u"Iconize All" : u"Restore All";
 }
 
 }  // namespace
 
-std::vector<NoteMenuItem> noteMenu(const NoteMenuInput& input) {
-    std::vector<NoteMenuItem> items = {
-        {IDM_NEW, u"&New Kardel\tCTRL+N"},
-        kSeparator,
-        {IDM_EDIT, {}},
-        {IDM_COLOR, u"Back color"},
-        kSeparator,
-        {IDM_ALARM, u"Set alarm\tF4"},
-        {IDM_REWHENPLAY, u"Restore when elapsed"},
-        kSeparator,
-        {IDM_CLOSE, u"Close"},
-        {IDM_DELETE, u"&Delete\tCANC"},
-        {IDM_DONTDELETE, u"Don't delete when elapsed"},
-        kSeparator,
-        {IDM_TOPMOST, u"Always on Top"},
-        {IDM_RESIZE, u"&Resize"},
-        {IDM_ICONIZE, {}},
-        kSeparator,
-        {IDM_HIDEALL, {}},
-        {IDM_ICONIZEALL, {}},
-        kSeparator,
-        {IDM_EXIT, u"Exit"},
+Menu noteMenu(const NoteMenuInput& input, NoteMenuFace& note) {
+    const auto run = [&note](void (NoteMenuFace::*command)()) {
+        return [&note, command] { (note.*command)(); };
     };
-    ResetIconizeFormMenu(items, !input.iconized);
-    ResetHideAllFormMenu(items, !input.allHidden);
-    ResetIconizeAllFormMenu(items, !input.allIconized);
-    setAlarmItems(items, input);
-    itemOf(items, IDM_TOPMOST).checked = input.topmost;
-    itemOf(items, IDM_RESIZE).checked = input.resizeMode;
-    return items;
+    const auto turn = [&note](void (NoteMenuFace::*command)(bool), bool on) {
+        return [&note, command, on] { (note.*command)(on); };
+    };
+    using Do = NoteMenuFace;
+    Menu menu = {
+        {.id = IDM_NEW, .caption = u"&New Kardel\tCTRL+N", .action = run(&Do::mnuNew)},
+        separatorRow(),
+        {.id = IDM_EDIT, .action = run(&Do::mnuEdit)},
+        {.id = IDM_COLOR, .caption = u"Back color", .action = run(&Do::mnuColor)},
+        separatorRow(),
+        {.id = IDM_ALARM, .caption = u"Set alarm\tF4", .action = run(&Do::mnuAlarm)},
+        {.id = IDM_REWHENPLAY,
+         .caption = u"Restore when elapsed",
+         .action = run(&Do::mnuRewhenplay),
+         .shown = input.alarmValid && input.iconized,
+         .checked = input.restoreWhenPlay},
+        separatorRow(),
+        {.id = IDM_CLOSE, .caption = u"Close", .action = run(&Do::mnuClose)},
+        {.id = IDM_DELETE, .caption = u"&Delete\tCANC", .action = run(&Do::mnuDelete)},
+        {.id = IDM_DONTDELETE,
+         .caption = u"Don't delete when elapsed",
+         .action = run(&Do::mnuDontDelete),
+         .shown = input.alarmValid && !input.alarmPast && input.alarmOneOff,
+         .checked = input.dontDeleteWhenPlay},
+        separatorRow(),
+        {.id = IDM_TOPMOST,
+         .caption = u"Always on Top",
+         .action = run(&Do::mnuTopmost),
+         .checked = input.topmost},
+        {.id = IDM_RESIZE, .caption = u"&Resize", .action = run(&Do::mnuResize), .checked = input.resizeMode},
+        {.id = IDM_ICONIZE, .action = turn(&Do::mnuIconize, !input.iconized)},
+        separatorRow(),
+        {.id = IDM_HIDEALL, .action = turn(&Do::mnuHideAll, !input.allHidden)},
+        {.id = IDM_ICONIZEALL, .action = turn(&Do::mnuIconizeAll, !input.allIconized)},
+        separatorRow(),
+        {.id = IDM_EXIT, .caption = u"Exit", .action = run(&Do::mnuExit)},
+    };
+    ResetIconizeFormMenu(menu, !input.iconized);
+    ResetHideAllFormMenu(menu, !input.allHidden);
+    ResetIconizeAllFormMenu(menu, !input.allIconized);
+    return menu;
 }
 
-std::vector<NoteMenuItem> visibleItems(const std::vector<NoteMenuItem>& items) {
-    std::vector<NoteMenuItem> shown;
-    for (const NoteMenuItem& item : items) {
-        const bool separator = item.id == 0;
-        const bool afterItem = !shown.empty() && shown.back().id != 0;
-        if (separator ? afterItem : item.visible) shown.push_back(item);
-    }
-    if (!shown.empty() && shown.back().id == 0) shown.pop_back();
-    return shown;
+std::intptr_t said(const NoteMenuInput& input) {
+    return (input.iconized ? kSaidIconized : 0) | (input.allHidden ? kSaidAllHidden : 0) |
+           (input.allIconized ? kSaidAllIconized : 0);
 }
 
-bool commandAllowed(const std::vector<NoteMenuItem>& items, unsigned id) {
-    return std::any_of(items.begin(), items.end(), [id](const NoteMenuItem& item) {
-        return item.id == id && id != 0 && item.visible && item.enabled;
-    });
+NoteMenuInput asSaid(const NoteMenuInput& now, std::intptr_t said) {
+    NoteMenuInput input = now;
+    input.iconized = (said & kSaidIconized) != 0;
+    input.allHidden = (said & kSaidAllHidden) != 0;
+    input.allIconized = (said & kSaidAllIconized) != 0;
+    return input;
 }

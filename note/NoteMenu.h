@@ -1,18 +1,16 @@
-// The note's context menu as data: one row a command, its state computed from the note at the moment of use,
-// so that what is greyed or hidden can neither be chosen nor sent.
+// The context menu of a note: one row per command, with its state computed from the note at the moment of
+// use.
 #pragma once
 
-#include <vector>
+#include <cstdint>
 
-#include "support/Text.h"
+#include "support/Menu.h"
 
 /// What the menu depends on.
 struct NoteMenuInput {
     bool iconized = false;
     bool topmost = false;
     bool resizeMode = false;
-    bool bodyBeingEdited = false;
-    bool titleBeingEdited = false;
     bool alarmValid = false;   ///< the alarm's date and time are valid
     bool alarmPast = false;    ///< its moment is over
     bool alarmOneOff = false;  ///< neither weekday, repeat nor pattern
@@ -22,19 +20,31 @@ struct NoteMenuInput {
     bool allIconized = false;
 };
 
-struct NoteMenuItem {
-    unsigned id = 0;  ///< 0: a separator
-    Text caption;
-    bool visible = true;
-    bool enabled = true;
-    bool checked = false;
+/// What the commands do.
+class NoteMenuFace {
+public:
+    virtual ~NoteMenuFace() = default;
+    virtual void mnuNew() = 0;
+    virtual void mnuEdit() = 0;
+    virtual void mnuColor() = 0;
+    virtual void mnuAlarm() = 0;
+    virtual void mnuRewhenplay() = 0;
+    virtual void mnuClose() = 0;
+    virtual void mnuDelete() = 0;
+    virtual void mnuDontDelete() = 0;
+    virtual void mnuTopmost() = 0;
+    virtual void mnuResize() = 0;
+    /// Iconizes the note, or restores it when false.
+    virtual void mnuIconize(bool iconized) = 0;
+    virtual void mnuHideAll(bool hidden) = 0;
+    virtual void mnuIconizeAll(bool iconized) = 0;
+    virtual void mnuExit() = 0;
 };
 
-/// All items in their order, separators included, in their present state.
-std::vector<NoteMenuItem> noteMenu(const NoteMenuInput& input);
+/// All rows in their order, as they are now. `note` outlives what is done with them.
+Menu noteMenu(const NoteMenuInput& input, NoteMenuFace& note);
 
-/// The visible ones, without leading, trailing or doubled separators.
-std::vector<NoteMenuItem> visibleItems(const std::vector<NoteMenuItem>& items);
-
-/// Whether a command may run now.
-bool commandAllowed(const std::vector<NoteMenuItem>& items, unsigned id);
+/// What the menu says of things that can turn while it is open, as a number that goes with a message; and the
+/// input of a menu that still says so.
+std::intptr_t said(const NoteMenuInput& input);
+NoteMenuInput asSaid(const NoteMenuInput& now, std::intptr_t said);

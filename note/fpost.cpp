@@ -387,29 +387,26 @@ std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
         case WM_SETCURSOR:
             return onDisabledPress(lp);
         case WM_KEYDOWN:
-            if (!onKeyDown(wp, (HIWORD(lp) & KF_REPEAT) != 0)) return {};
+            if (!commands.onKeyDown(wp, (HIWORD(lp) & KF_REPEAT) != 0)) return {};
             return 0;
         case WM_KEYUP:
         case WM_KILLFOCUS:
             place.mover.endKeys();
             return {};
         case WM_SYSKEYDOWN:
-            if (!onSystemKeyDown(wp)) return {};
+            if (!commands.onSystemKeyDown(wp)) return {};
             return 0;
         case WM_CONTEXTMENU:  // the menu key was answered when it went down
             return 0;
         case WM_COMMAND:
             if (lp != 0) {
                 editor.onNotice(HIWORD(wp));
-            } else if (endOpenMenu()) {
-                // A box that opens inside the menu's loop would lie below the menu, which has the mouse.
-                postChosen(LOWORD(wp), menuInput(alarm.rule));
             } else {
-                command(LOWORD(wp));
+                commands.onCommand(LOWORD(wp));
             }
             return 0;
         case posted::kChosen:
-            onChosen(LOWORD(wp), lp);
+            commands.onChosen(LOWORD(wp), lp);
             return 0;
         default:
             return {};

@@ -8,11 +8,11 @@
 
 #include "alarm/Ringing.h"
 #include "note/NoteColor.h"
+#include "note/NoteCommands.h"
 #include "note/NoteEditor.h"
 #include "note/NoteHost.h"
 #include "note/NoteLayout.h"
 #include "note/NoteLook.h"
-#include "note/NoteMenu.h"
 #include "note/NotePainter.h"
 #include "note/NotePlace.h"
 #include "note/NoteRinging.h"
@@ -66,14 +66,10 @@ struct fpost final : private NoteEditorHost {
     void ArmAfterLoad();
     /// Places and fills the time strip, or hides it when there is nothing to count.
     void ShowAlarmStrip();
-    /// Shows when it rings instead of the time left, or the other way round.
-    void swapStrip();
     /// A tick of the countdown, which comes every kAlarmTick as long as the alarm wants it.
     void tmr_Timer() { alarm.tick(host->now()); }
     /// Lets the user edit the alarm; what is confirmed is stored. The note may be gone when it returns.
     void mnuAlarm();
-    /// Turns a flag of all notes over and stores it under its key in section "setting".
-    void toggleSetting(bool GlobalSettings::*flag, Setting setting);
 
     // --- For screen readers (fpostSpeech.cpp) -------------------------------------------------------------
     Spoken spoken() const;
@@ -81,25 +77,8 @@ struct fpost final : private NoteEditorHost {
     /// The answer to WM_GETOBJECT, sent to the note or to one of its parts.
     LRESULT answerSpoken(HWND window, WPARAM wp, LPARAM lp) const;
 
-    // --- Menu and keys (fpostMenu.cpp) --------------------------------------------------------------------
     /// Shows the menu where the mouse is. The note may be gone when it returns.
-    void OpenMenu();
-    NoteMenuInput menuInput(const AlarmRule& rule) const;
-    /// The alarm as the store holds it at this moment; the one in memory when it cannot be read.
-    AlarmRule storedAlarm() const;
-    /// Runs a command of the menu. `said`: what the menu was filled from when the user read it.
-    void command(unsigned id) { command(id, menuInput(alarm.rule)); }
-    void command(unsigned id, const NoteMenuInput& said);
-    /// Runs it from a message of its own, once the menu that is open is gone.
-    void postChosen(unsigned id, const NoteMenuInput& said) const;
-    void onChosen(unsigned id, LPARAM said);
-    /// A key on the note or one of its editors, `repeated` by the keyboard as long as it is held. True when
-    /// it was the note's.
-    bool onKeyDown(WPARAM key, bool repeated = false);
-    /// The same for F10 and keys that go with Alt, which Windows tells apart.
-    bool onSystemKeyDown(WPARAM key);
-    /// Gives the keyboard to the next visible note, in the order of their numbers, or to the one before.
-    void goToNote(int step);
+    void OpenMenu() { commands.OpenMenu(); }
 
     // --- Editing (fpostEdit.cpp) --------------------------------------------------------------------------
     /// Opens the editor of the text, or of the title, and gives it the keyboard; any other edit ends. Nothing
@@ -118,6 +97,9 @@ struct fpost final : private NoteEditorHost {
     /// What stands in the open editor, if any, goes into the draft before long.
     void draftSoon() { editor.draftSoon(); }
     bool bodyBeingEdited() const { return editor.edits(Edited::Body); }
+    bool isEditing() const { return editor.isOpen(); }
+    /// Whether an edit ended within the last second.
+    bool justEdited() const;
     bool titleBeingEdited() const { return editor.edits(Edited::Title); }
     /// The editors, null while they do not exist.
     HWND txtNota() const { return editor.window(Edited::Body); }
@@ -181,6 +163,7 @@ struct fpost final : private NoteEditorHost {
     NoteRinging ringing{*this};
     Ringing alarm{ringing};
     NotePlace place{*this};
+    NoteCommands commands{*this};
 
     bool Help = false;          ///< shows the built-in help instead of a stored note
     bool beingDeleted = false;  ///< out of the collection; only its window still goes
@@ -238,8 +221,6 @@ private:
     void wantTips();
     void fillTip(NMHDR& header) const;
     void showIconized();
-    /// Whether an edit ended within the last second.
-    bool justEdited() const;
 
     LONG laidWidth = 0;  ///< client size in pixels that the parts are laid out for
     LONG laidHeight = 0;

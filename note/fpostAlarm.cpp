@@ -37,12 +37,6 @@ void fpost::ShowAlarmStrip() {
     ShowWindow(pic_time, shown ? SW_SHOWNA : SW_HIDE);
 }
 
-void fpost::swapStrip() {
-    if (IsWindowVisible(pic_time) == FALSE) return;
-    alarm.ShowCountdown = !alarm.ShowCountdown;
-    setWindowText(pic_time, alarm.stripText(host->now()));
-}
-
 void fpost::mnuAlarm() {
     if (host->dialog->open() || refusesChange()) return;
     const NoteWatch watch(*this);

@@ -76,6 +76,11 @@ void fpost::CommitEdits() {
     editor.end(true);
 }
 
+bool fpost::justEdited() const {
+    constexpr std::uint64_t kLately = 1000;
+    return editEnded && host->uptime() - *editEnded < kLately;
+}
+
 bool fpost::keepEdit(Edited what, const Text& text) {
     if (what == Edited::Title) {
         const bool kept = storeTitle(text);
@@ -116,7 +121,8 @@ bool fpost::fits(Edited what, const Text& text) const {
 // --- Keys -------------------------------------------------------------------------------------------------
 
 bool fpost::keyOfNote(UINT message, WPARAM key, LPARAM how) {
-    return message == WM_SYSKEYDOWN ? onSystemKeyDown(key) : onKeyDown(key, (HIWORD(how) & KF_REPEAT) != 0);
+    return message == WM_SYSKEYDOWN ? commands.onSystemKeyDown(key)
+                                    : commands.onKeyDown(key, (HIWORD(how) & KF_REPEAT) != 0);
 }
 
 // --- Fitting the window to its text -----------------------------------------------------------------------

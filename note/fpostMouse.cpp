@@ -75,7 +75,7 @@ void fpost::pressStrip(const Press& press) {
     } else if (press.leftDown) {
         DragWindow();
     } else if (press.rightDown) {
-        swapStrip();
+        commands.swapStrip();
     }
 }
 

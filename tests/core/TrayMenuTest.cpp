@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "resources/resource.h"
+#include "tests/core/FakeTray.h"
 
 namespace {
 
@@ -12,7 +13,20 @@ TrayMenuState someNotes() {
     return state;
 }
 
-TrayMenuItem item(const TrayMenuState& state, int index) {
+/// The menus for looks: what their entries would do is of no interest.
+FakeTray nobody;
+Menu trayMenu(const TrayMenuState& state) {
+    return ::trayMenu(state, nobody);
+}
+Menu openMenu(const std::vector<Text>& titles, const TrayMenuState& state) {
+    return ::openMenu(titles, state, nobody);
+}
+
+bool trayCommandAllowed(const TrayMenuState& state, int index) {
+    return isAllowed(trayMenu(state), IDM_DYN + static_cast<unsigned>(index));
+}
+
+MenuRow item(const TrayMenuState& state, int index) {
     return trayMenu(state).at(static_cast<std::size_t>(index));
 }
 
@@ -40,7 +54,7 @@ TEST(TrayMenu, HasItsFourteenEntriesInOrder) {
                                         u"About...",
                                         u"-",
                                         u"Exit"};
-    const std::vector<TrayMenuItem> items = trayMenu(someNotes());
+    const Menu items = trayMenu(someNotes());
     ASSERT_EQ(items.size(), expected.size());
     for (std::size_t i = 0; i < items.size(); ++i) {
         EXPECT_EQ(items[i].caption, expected[i]) << i;
@@ -50,12 +64,12 @@ TEST(TrayMenu, HasItsFourteenEntriesInOrder) {
 }
 
 TEST(TrayMenu, NeverShowsQuickHelp) {
-    EXPECT_FALSE(item(someNotes(), 10).visible);
+    EXPECT_FALSE(item(someNotes(), 10).shown);
     EXPECT_FALSE(item(someNotes(), 10).enabled);
 }
 
 TEST(TrayMenu, ShowsHideAllBoldAndNothingElse) {
-    for (const TrayMenuItem& entry : trayMenu(someNotes())) {
+    for (const MenuRow& entry : trayMenu(someNotes())) {
         EXPECT_EQ(entry.isDefault, entry.id == IDM_DYN + 2) << entry.id;
     }
 }
@@ -114,7 +128,40 @@ TEST(TrayMenu, OnlyHideAllAndExitRunWhileAQuestionIsOpen) {
     TrayMenuState state = someNotes();
     state.dialogOpen = true;
     EXPECT_EQ(allowed(state), (std::vector<int>{2, 13}));
-    EXPECT_FALSE(openAllowed(state, 0));
+    EXPECT_FALSE(isAllowed(openMenu({u"Milk"}, state), IDM_DYN2));
+}
+
+TEST(TrayMenu, EveryEntryDoesWhatItSays) {
+    TrayMenuState turned = someNotes();
+    turned.allHidden = turned.allIconized = true;
+    const auto calls = [](const TrayMenuState& state) {
+        FakeTray desk;
+        const Menu menu = ::trayMenu(state, desk);
+        for (unsigned i = 0; i < kTrayItems; ++i)
+            answer(menu, menu, IDM_DYN + i);
+        return desk.calls;
+    };
+    using Calls = std::vector<std::string>;
+    EXPECT_EQ(calls(someNotes()), (Calls{"new", "hide all", "iconize all", "align all", "easy align",
+                                         "switch store", "about", "exit"}));
+    EXPECT_EQ(calls(turned), (Calls{"new", "show all", "restore all", "align all", "easy align",
+                                    "switch store", "about", "exit"}));
+}
+
+TEST(TrayMenu, WhatItSaidGoesThroughAMessage) {
+    for (int bits = 0; bits < 4; ++bits) {
+        TrayMenuState state = someNotes();
+        state.allHidden = (bits & 1) != 0;
+        state.allIconized = (bits & 2) != 0;
+        TrayMenuState now;
+        now.notes = 7;
+        now.allHidden = !state.allHidden;
+        now.allIconized = !state.allIconized;
+        const TrayMenuState read = asSaid(now, said(state));
+        EXPECT_EQ(read.allHidden, state.allHidden) << bits;
+        EXPECT_EQ(read.allIconized, state.allIconized) << bits;
+        EXPECT_EQ(read.notes, 7) << "everything else is as it is now";
+    }
 }
 
 // --- Open -------------------------------------------------------------------------------------------------
@@ -122,7 +169,7 @@ TEST(TrayMenu, OnlyHideAllAndExitRunWhileAQuestionIsOpen) {
 TEST(OpenMenu, ListsEveryNoteByTitle) {
     TrayMenuState state;
     state.notes = 2;
-    const std::vector<TrayMenuItem> items = openMenu({u"Milk", u""}, state);
+    const Menu items = openMenu({u"Milk", u""}, state);
     ASSERT_EQ(items.size(), 2U);
     EXPECT_EQ(items[0].caption, u"Milk");
     EXPECT_EQ(items[0].id, 500U);
@@ -134,24 +181,25 @@ TEST(OpenMenu, ListsEveryNoteByTitle) {
 TEST(OpenMenu, ATitleOfOneHyphenIsAnEntryAndNoSeparator) {
     TrayMenuState state;
     state.notes = 1;
-    const TrayMenuItem entry = openMenu({u"-"}, state).at(0);
+    const MenuRow entry = openMenu({u"-"}, state).at(0);
     EXPECT_EQ(entry.caption, u"-");
     EXPECT_FALSE(entry.separator);
 }
 
 TEST(OpenMenu, SaysNoneWithoutNotes) {
-    const std::vector<TrayMenuItem> items = openMenu({}, TrayMenuState{});
+    const Menu items = openMenu({}, TrayMenuState{});
     ASSERT_EQ(items.size(), 1U);
     EXPECT_EQ(items[0].caption, u"(none)");
     EXPECT_FALSE(items[0].enabled);
-    EXPECT_FALSE(openAllowed(TrayMenuState{}, 0));
+    EXPECT_FALSE(isAllowed(items, IDM_DYN2));
 }
 
 TEST(OpenMenu, OpensOnlyNotesThatExist) {
-    EXPECT_TRUE(openAllowed(someNotes(), 0));
-    EXPECT_TRUE(openAllowed(someNotes(), 2));
-    EXPECT_FALSE(openAllowed(someNotes(), 3));
-    EXPECT_FALSE(openAllowed(someNotes(), -1));
+    FakeTray desk;
+    const Menu menu = ::openMenu({u"a", u"b", u"c"}, someNotes(), desk);
+    for (const unsigned id : {IDM_DYN2 + 0U, IDM_DYN2 + 2U, IDM_DYN2 + 3U, IDM_DYN2 - 1U})
+        answer(menu, menu, id);
+    EXPECT_EQ(desk.calls, (std::vector<std::string>{"open 0", "open 2"}));
 }
 
 struct Caption {

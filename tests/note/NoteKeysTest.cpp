@@ -37,7 +37,7 @@ TEST(NoteKeys, OfTheMenu) {
     EXPECT_EQ(plain(kF4), NoteAction::Alarm);
     for (const bool shift : {false, true}) {
         for (const bool control : {false, true})
-            EXPECT_EQ(noteAction({kMenuKey, shift, control}, kResting), NoteAction::Menu);
+            EXPECT_EQ(noteAction({kMenuKey, shift, control}, kResting), NoteAction::OpenMenu);
     }
 }
 
@@ -84,7 +84,7 @@ TEST(NoteKeys, WhileItIsResizedNoneOfThemDoesAnythingElseToTheNote) {
         EXPECT_EQ(plain(key, kResizing), NoteAction::None) << key << ", which is no arrow";
     EXPECT_EQ(withShift(kF2, kResizing), NoteAction::None);
     EXPECT_EQ(withCtrl('N', kResizing), NoteAction::None);
-    EXPECT_EQ(plain(kMenuKey, kResizing), NoteAction::Menu) << "which shows the mode and ends it";
+    EXPECT_EQ(plain(kMenuKey, kResizing), NoteAction::OpenMenu) << "which shows the mode and ends it";
     EXPECT_EQ(plain(kF6, kResizing), NoteAction::NextNote);
 }
 

@@ -3,10 +3,8 @@
 
 #include <vector>
 
-#include "core/TrayMenu.h"
-#include "note/NoteMenu.h"
 #include "support/Number.h"
-#include "tests/window/TestNotes.h"
+#include "tests/window/MenuDesk.h"
 
 inline std::vector<NoteRecord> manyNotes(int count) {
     std::vector<NoteRecord> notes;
@@ -24,20 +22,4 @@ inline int countedNotes(TestNotes& desk) {
     }
     const Text* const count = desk.registry.find(u"setting", u"count");
     return count == nullptr ? 0 : static_cast<int>(leadingInt32(*count));
-}
-
-inline bool trayAllows(const TestNotes& desk, int index) {
-    return trayCommandAllowed(desk.desk->trayState(), index);
-}
-
-inline Text trayCaption(const TestNotes& desk, int index) {
-    return trayMenu(desk.desk->trayState())[static_cast<std::size_t>(index)].caption;
-}
-
-/// A caption in a note's own menu.
-inline Text noteCaption(fpost& note, unsigned id) {
-    for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm.rule))) {
-        if (item.id == id) return item.caption;
-    }
-    return {};
 }

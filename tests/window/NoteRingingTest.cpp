@@ -7,6 +7,7 @@
 
 #include "resources/resource.h"
 #include "tests/window/AlarmDesk.h"
+#include "tests/window/MenuDesk.h"
 #include "tests/window/Script.h"
 
 namespace {
@@ -127,7 +128,7 @@ TEST_P(Alarm, TheWhiteOfTheFlashIsNeverStored) {
 
 TEST_P(Alarm, AnAlarmThatRingsOnceTakesItsNoteAlongWithoutAQuestion) {
     const auto desk = ringing({once(u"a")});
-    desk->desk->NewNote();
+    ASSERT_TRUE(desk->desk->NewNote());
     const HWND window = desk->note(1).hwnd;
     press(desk->note(1).pic_time);
     EXPECT_FALSE(desk->desk->dialog.open());
@@ -301,7 +302,7 @@ TEST_P(Alarm, ItIsAboveAllOtherNotesAsLongAsItRings) {
 TEST_P(Alarm, AlwaysOnTopMayBeChosenMeanwhile) {
     const auto desk = ringing({every(u"a", u"eachday")});
     fpost& note = desk->note(1);
-    EXPECT_FALSE(note.menuInput(note.alarm.rule).topmost) << "what the user chose";
+    EXPECT_FALSE(note.commands.input(note.alarm.rule).topmost) << "what the user chose";
     note.toggleTopmost();
     press(note.pic_time);
     EXPECT_TRUE(onTop(note));
@@ -420,7 +421,7 @@ TEST_P(Alarm, AHiddenNoteComesBackWithoutTakingTheKeyboard) {
     EXPECT_EQ(GetActiveWindow(), active);
     EXPECT_EQ(GetFocus(), other);
     EXPECT_FALSE(desk->desk->AllHidden());
-    EXPECT_EQ(trayMenu(desk->desk->trayState())[tray::kHideAll].caption, u"Hide All");
+    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Hide All");
     DestroyWindow(other);
 }
 
@@ -455,7 +456,7 @@ TEST_P(Alarm, AnIconizedNoteIsRestoredIfWantedAndGoesOnRinging) {
     EXPECT_FALSE(desk->stored(1).iconized);
     EXPECT_EQ(desk->stored(1).height, 2250);
     EXPECT_FALSE(desk->desk->AllIconized());
-    EXPECT_EQ(trayMenu(desk->desk->trayState())[tray::kIconizeAll].caption, u"Iconize All");
+    EXPECT_EQ(trayCaption(*desk, tray::kIconizeAll), u"Iconize All");
 }
 
 TEST_P(Alarm, AnIconizedNoteThatStaysSmallIsStoppedOnItsTitle) {

@@ -28,7 +28,7 @@ struct TestNotes {
         for (std::size_t i = 0; i < notes.size(); ++i) {
             EXPECT_TRUE(desk->store.create(static_cast<int>(i) + 1, notes[i]));
         }
-        desk->createTray();
+        EXPECT_TRUE(desk->createTray());
         open(static_cast<int>(notes.size()));
     }
     ~TestNotes() { desk->Teardown(); }
@@ -52,7 +52,7 @@ struct TestNotes {
         }
         desk = std::make_unique<basPost>();
         const int count = prepare(useRegistry, settings);
-        desk->createTray();
+        EXPECT_TRUE(desk->createTray());
         return count;
     }
 
@@ -87,7 +87,7 @@ private:
         return desk->store.begin(useRegistry ? StoreKind::Registry : StoreKind::Files);
     }
     void open(int count) {
-        desk->LoadNotes(count);
+        EXPECT_TRUE(desk->LoadNotes(count));
         pumpPending();
     }
 };

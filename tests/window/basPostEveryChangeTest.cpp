@@ -64,7 +64,7 @@ std::vector<Operation> operations() {
         {"closing", nothing, [](TestNotes& desk) { desk.note(4).CloseForm(); }},
         {"opening a closed one", [](TestNotes& desk) { desk.note(4).CloseForm(); },
          [](TestNotes& desk) { desk.desk->OpenNote(3); }},
-        {"new note", nothing, [](TestNotes& desk) { desk.desk->NewNote(); }},
+        {"new note", nothing, [](TestNotes& desk) { static_cast<void>(desk.desk->NewNote()); }},
         {"deleting the first", nothing, [](TestNotes& desk) { desk.note(1).DeleteForm(true); }, 1},
         {"deleting one in the middle", nothing, [](TestNotes& desk) { desk.note(2).DeleteForm(true); }, 2},
         {"deleting the last", nothing, [](TestNotes& desk) { desk.note(4).DeleteForm(true); }, 4},

@@ -140,12 +140,12 @@ TEST_P(NewNote, TheFirstNoteAfterAllWereDeletedEnablesTheCommandsAgain) {
     for (const int command : {tray::kHideAll, tray::kIconizeAll, tray::kAlignAll}) {
         EXPECT_FALSE(trayAllows(*desk, command)) << command;
     }
-    EXPECT_FALSE(openAllowed(desk->desk->trayState(), 0));
+    EXPECT_FALSE(trayOpens(*desk, 0));
     ASSERT_TRUE(desk->desk->NewNote());
     for (const int command : {tray::kHideAll, tray::kIconizeAll, tray::kAlignAll}) {
         EXPECT_TRUE(trayAllows(*desk, command)) << command;
     }
-    EXPECT_TRUE(openAllowed(desk->desk->trayState(), 0));
+    EXPECT_TRUE(trayOpens(*desk, 0));
     EXPECT_EQ(desk->stored(1).Titolo, u"- 1 -");
     EXPECT_EQ(desk->stored(1).Nota, u"");
 }

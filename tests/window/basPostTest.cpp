@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "resources/resource.h"
+#include "support/PopupMenu.h"
 #include "tests/core/EveryPoint.h"
 #include "tests/window/CollectionDesk.h"
 #include "tests/window/Script.h"
@@ -185,23 +186,23 @@ TEST_P(Collection, ACommandOfANotesMenuDoesWhatTheMenuSaid) {
     notes[0].alarmdate = u"15/06/2026";
     notes[0].alarmtime = u"12:00:10";
     const auto desk = run(notes, settings);
-    const NoteMenuInput own = desk->note(1).menuInput(desk->note(1).alarm.rule);
-    const NoteMenuInput others = desk->note(2).menuInput(desk->note(2).alarm.rule);
+    const NoteMenuInput own = desk->note(1).commands.input(desk->note(1).alarm.rule);
+    const NoteMenuInput others = desk->note(2).commands.input(desk->note(2).alarm.rule);
     ASSERT_TRUE(own.iconized && others.allIconized);
     // While the menu is open, the note rings and is restored for that.
     desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
     desk->note(1).tmr_Timer();
     ASSERT_FALSE(desk->note(1).Iconized());
-    desk->note(1).postChosen(IDM_ICONIZE, own);  // "Restore"
+    postChosen(desk->note(1).hwnd, IDM_ICONIZE, said(own));  // "Restore"
     pumpPending();
     ASSERT_EQ(desk->desk->Count(), 3) << "if it were iconized again, it would be silenced and deleted";
     EXPECT_FALSE(desk->note(1).Iconized());
     EXPECT_TRUE(desk->note(1).Alarming());
-    desk->note(2).postChosen(IDM_ICONIZEALL, others);  // "Restore All"
+    postChosen(desk->note(2).hwnd, IDM_ICONIZEALL, said(others));  // "Restore All"
     pumpPending();
     for (int n = 1; n <= 3; ++n)
         EXPECT_FALSE(desk->note(n).Iconized()) << n;
-    desk->note(2).postChosen(IDM_ICONIZE, desk->note(2).menuInput(desk->note(2).alarm.rule));
+    postChosen(desk->note(2).hwnd, IDM_ICONIZE, said(desk->note(2).commands.input(desk->note(2).alarm.rule)));
     pumpPending();
     EXPECT_TRUE(desk->note(2).Iconized());
 }
@@ -353,7 +354,7 @@ TEST_P(Collection, BothAlignmentsStoredAsOnAreBothCheckedAndGrey) {
     settings.AlignAll = true;
     settings.EasyAlign = true;
     const auto desk = run(manyNotes(2), settings);
-    const std::vector<TrayMenuItem> menu = trayMenu(desk->desk->trayState());
+    const Menu menu = shownTray(*desk);
     for (const int command : {tray::kAlignAll, tray::kEasyAlign}) {
         EXPECT_TRUE(menu[static_cast<std::size_t>(command)].checked) << command;
         EXPECT_FALSE(menu[static_cast<std::size_t>(command)].enabled) << command;
@@ -521,9 +522,9 @@ TEST_P(Collection, ASettingThatTheStoreRefusedIsStoredLater) {
     const auto desk = run({plainNote(u"a")});
     auto fullDisk = std::make_unique<FullDisk>(*desk);
     desk->desk->ToggleEasyAlign();
-    desk->note(1).toggleSetting(&GlobalSettings::RestoreWhenPlay, Setting::RestoreWhenPlay);
-    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, Setting::DontDeleteWhenPlay);
-    desk->note(1).toggleSetting(&GlobalSettings::DontDeleteWhenPlay, Setting::DontDeleteWhenPlay);
+    desk->note(1).commands.mnuRewhenplay();
+    desk->note(1).commands.mnuDontDelete();
+    desk->note(1).commands.mnuDontDelete();
     EXPECT_EQ(desk->registry.text(u"setting", u"EasyAlign"), u"(none)");
     fullDisk.reset();
     desk->desk->CommitEdits();

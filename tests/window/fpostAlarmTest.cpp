@@ -14,7 +14,7 @@ namespace {
 class AlarmEditor : public Alarm {
 protected:
     /// Opens the editor of note 1 and lets the script answer it.
-    static void edit(TestNotes& desk) { desk.note(1).command(IDM_ALARM); }
+    static void edit(TestNotes& desk) { desk.note(1).commands.run(IDM_ALARM); }
     static Script::Condition opened(TestNotes& desk) {
         return [&desk] {
             const HWND form = desk.desk->dialog.hwnd;

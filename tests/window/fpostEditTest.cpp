@@ -1,6 +1,6 @@
 // Editing a note in place: what each key and mouse press does to the text, the editor and the store.
 #include "resources/resource.h"
-#include "tests/window/TestNotes.h"
+#include "tests/window/MenuDesk.h"
 
 namespace {
 
@@ -147,7 +147,7 @@ TEST_P(NoteEditing, EnterKeepsTheTitleEverywhereItShows) {
     EXPECT_EQ(windowText(note.lbl), u"     new");
     EXPECT_EQ(windowText(note.hwnd), u"new");
     EXPECT_EQ(desk->stored(1).Titolo, u"new");
-    EXPECT_EQ(openMenu(desk->desk->titles(), desk->desk->trayState()).front().caption, u"new");
+    EXPECT_EQ(trayEntry(*desk, 0), u"new");
 }
 
 TEST_P(NoteEditing, EscKeepsTheOldTitleAndStoresNothing) {
@@ -186,7 +186,7 @@ TEST_P(NoteEditing, AnEmptyTitleLeavesOnlyItsIndentAndAnEmptyBodyNothing) {
     typeKey(note.txtTitle(), VK_RETURN, kReturn);
     EXPECT_EQ(windowText(note.lbl), u"     ");
     EXPECT_EQ(desk->stored(1).Titolo, u"");
-    EXPECT_EQ(openMenu(desk->desk->titles(), desk->desk->trayState()).front().caption, u"- 1 -");
+    EXPECT_EQ(trayEntry(*desk, 0), u"- 1 -");
     editBody(note, L"", 0, 0);
     typeKey(note.txtNota(), VK_RETURN, kReturn);
     EXPECT_EQ(windowText(note.nota), u"");

@@ -2,9 +2,8 @@
 #include <functional>
 #include <utility>
 
-#include "core/TrayMenu.h"
 #include "resources/resource.h"
-#include "tests/window/TestNotes.h"
+#include "tests/window/MenuDesk.h"
 
 namespace {
 
@@ -37,13 +36,6 @@ std::vector<Text> storedTitles(TestNotes& desk) {
     for (int number = 1; number <= desk.desk->Count(); ++number)
         titles.push_back(desk.stored(number).Titolo);
     return titles;
-}
-
-Text hideAllCaption(const fpost& note) {
-    for (const NoteMenuItem& item : noteMenu(note.menuInput(note.alarm.rule))) {
-        if (item.id == IDM_HIDEALL) return item.caption;
-    }
-    return {};
 }
 
 /// A note whose one-shot alarm is due ten seconds after the desk's clock.
@@ -120,11 +112,11 @@ TEST_P(NoteRemoval, OfTheLastNoteLeavesNothingToOpen) {
     const auto desk = run({plainNote(u"one")});
     answer(*desk, IDYES);
     desk->note(1).DeleteForm(false);
-    const std::vector<TrayMenuItem> open = openMenu(desk->desk->titles(), desk->desk->trayState());
+    const Menu open = shownNotes(*desk);
     ASSERT_EQ(open.size(), 1U);
     EXPECT_EQ(open[0].caption, u"(none)");
     EXPECT_FALSE(open[0].enabled);
-    EXPECT_FALSE(trayCommandAllowed(desk->desk->trayState(), tray::kHideAll));
+    EXPECT_FALSE(trayAllows(*desk, tray::kHideAll));
     EXPECT_FALSE(desk->desk->AllHidden() || desk->desk->AllIconized()) << "without notes, none is hidden";
     if (GetParam()) {
         EXPECT_EQ(desk->registry.find(u"kardel-1"), nullptr);
@@ -144,7 +136,7 @@ TEST_P(NoteRemoval, WhenOnlyClosedOrIconizedNotesRemainTheyAreOfferedTogether) {
     EXPECT_FALSE(desk->desk->AllHidden() || desk->desk->AllIconized());
     desk->note(1).DeleteForm(true);
     EXPECT_TRUE(desk->desk->AllHidden() && desk->desk->AllIconized());
-    EXPECT_EQ(hideAllCaption(desk->note(1)), u"Show All");
+    EXPECT_EQ(noteCaption(desk->note(1), IDM_HIDEALL), u"Show All");
 }
 
 TEST_P(NoteRemoval, WhatWasTypedIsKeptWhenTheQuestionIsAnsweredWithNo) {
@@ -243,11 +235,11 @@ TEST_P(NoteRemoval, ClosingTheLastVisibleNoteChangesEveryNotesHideAll) {
     SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_CLOSE, 0);
     EXPECT_FALSE(desk->note(1).visible());
     EXPECT_TRUE(desk->stored(1).closed);
-    EXPECT_EQ(hideAllCaption(desk->note(2)), u"Hide All");
+    EXPECT_EQ(noteCaption(desk->note(2), IDM_HIDEALL), u"Hide All");
     SendMessageW(desk->note(2).hwnd, WM_COMMAND, IDM_CLOSE, 0);
     for (const int number : {1, 2})
-        EXPECT_EQ(hideAllCaption(desk->note(number)), u"Show All") << number;
-    EXPECT_EQ(trayMenu(desk->desk->trayState())[tray::kHideAll].caption, u"Show All");
+        EXPECT_EQ(noteCaption(desk->note(number), IDM_HIDEALL), u"Show All") << number;
+    EXPECT_EQ(trayCaption(*desk, tray::kHideAll), u"Show All");
 }
 
 TEST_P(NoteRemoval, ClosingAndOpeningAgainCountsEachNoteOnce) {

@@ -89,7 +89,7 @@ TEST_P(NoteSize, TheArrowsResizeInTheResizeModeAndAreStoredAtOnce) {
     typeKey(note.hwnd, VK_RIGHT);
     EXPECT_EQ(note.pWidth(), 3000) << "nothing changes outside the mode";
     SendMessageW(note.hwnd, WM_COMMAND, IDM_RESIZE, 0);
-    EXPECT_TRUE(note.menuInput(note.alarm.rule).resizeMode);
+    EXPECT_TRUE(note.commands.input(note.alarm.rule).resizeMode);
     EXPECT_EQ(note.currentCursor, IDC_RESIZE_WIDTH);
     typeKey(note.hwnd, VK_RIGHT);
     EXPECT_EQ(desk->stored(1).width, 3030);
@@ -109,7 +109,7 @@ TEST_P(NoteSize, TheArrowsResizeInTheResizeModeAndAreStoredAtOnce) {
     EXPECT_EQ(desk->stored(1).width, 3180);
     EXPECT_EQ(desk->stored(1).height, 2100);
     typeKey(note.hwnd, VK_RETURN);
-    EXPECT_FALSE(note.place.resizer.isOn() || note.menuInput(note.alarm.rule).resizeMode);
+    EXPECT_FALSE(note.place.resizer.isOn() || note.commands.input(note.alarm.rule).resizeMode);
     typeKey(note.hwnd, VK_RIGHT);
     EXPECT_EQ(note.pWidth(), 3180);
 }
@@ -311,7 +311,7 @@ TEST_P(NoteSize, IconizingTheLastNoteChangesEveryCaption) {
     EXPECT_FALSE(desk->desk->AllIconized());
     desk->note(2).toggleIconized();
     EXPECT_TRUE(desk->desk->AllIconized());
-    EXPECT_TRUE(desk->note(1).menuInput(desk->note(1).alarm.rule).allIconized);
+    EXPECT_TRUE(desk->note(1).commands.input(desk->note(1).alarm.rule).allIconized);
     desk->note(1).toggleIconized();
     EXPECT_FALSE(desk->desk->AllIconized());
 }

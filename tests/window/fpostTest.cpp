@@ -145,9 +145,9 @@ TEST_P(NoteWindow, DeleteKeyBelongsToTheOpenEditor) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditForm();
-    EXPECT_FALSE(note.onKeyDown(VK_DELETE));
+    EXPECT_FALSE(note.commands.onKeyDown(VK_DELETE));
     note.EditCaption();
-    EXPECT_FALSE(note.onKeyDown(VK_DELETE));
+    EXPECT_FALSE(note.commands.onKeyDown(VK_DELETE));
     EXPECT_EQ(desk->desk->Count(), 1);
 }
 
@@ -156,7 +156,7 @@ TEST_P(NoteWindow, EditKeyInTheOpenEditorKeepsWhatWasTyped) {
     fpost& note = desk->note(1);
     note.EditForm();
     SetWindowTextW(note.txtNota(), L"typed");
-    EXPECT_TRUE(note.onKeyDown(VK_F2));
+    EXPECT_TRUE(note.commands.onKeyDown(VK_F2));
     EXPECT_TRUE(note.bodyBeingEdited());
     EXPECT_EQ(windowText(note.txtNota()), u"typed");
 }
@@ -186,10 +186,11 @@ TEST_P(NoteWindow, OpeningTheMenuLeavesTheAlarmCounting) {
     daily.interval = u"eachday";
     const auto desk = run({daily});
     fpost& note = desk->note(1);
-    EXPECT_TRUE(note.menuInput(note.storedAlarm()).alarmValid);
+    EXPECT_TRUE(note.commands.input(note.commands.storedAlarm()).alarmValid);
     EXPECT_EQ(note.alarm.rule.due, instantOf({2026, 6, 15}, {18, 0, 0}));
     desk->folder.locked.insert(Text(kNoteFile));
-    EXPECT_TRUE(note.menuInput(note.storedAlarm()).alarmValid) << "memory serves while the file is locked";
+    EXPECT_TRUE(note.commands.input(note.commands.storedAlarm()).alarmValid)
+        << "memory serves while the file is locked";
 }
 
 TEST_P(NoteWindow, CloseMessageIsIgnored) {
