@@ -66,7 +66,7 @@ void DeskForNotes::notesChanged() {
 }
 
 void DeskForNotes::countingChanged() {
-    desk_.CountingChanged();
+    desk_.ticks.countingChanged();
 }
 
 bool DeskForNotes::allHidden() const {

@@ -1,7 +1,6 @@
 #include "core/basPost.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "core/Columns.h"
@@ -103,7 +102,7 @@ std::vector<NoteRecord*> basPost::records() const {
 // --- Start ------------------------------------------------------------------------------------------------
 
 bool basPost::LoadNotes(int count) {
-    clock_.jump(host.now(), host.uptime());  // the alarms are armed by this clock
+    ticks.begin();  // the alarms are armed by this clock
     if (!openNotes(count)) {
         MsgBoxExt(u"Windows has no room for all notes now. Close some programs and start Kardel again.",
                   MB_ICONERROR);
@@ -114,7 +113,7 @@ bool basPost::LoadNotes(int count) {
     finishDrafts();
     localFilesMark = store.kind() == StoreKind::Files;
     state.onLoaded(counted());
-    CountingChanged();
+    ticks.countingChanged();
     if (settings.AlignAll) AutoPosition();
     return true;
 }
@@ -139,8 +138,8 @@ void basPost::finishDrafts() {
     const FoundDrafts found = store.takeDrafts(records());
     for (const Draft& draft : found.drafts) {
         fpost& note = *Notes[static_cast<std::size_t>(draft.number - 1)];
-        if (note.bodyBeingEdited() || note.titleBeingEdited()) continue;
-        if (note.finishEdit(draft.title, draft.text)) store.dropDraft(draft.number);
+        if (note.editing.isOpen()) continue;
+        if (note.editing.finishEdit(draft.title, draft.text)) store.dropDraft(draft.number);
     }
 }
 
@@ -183,120 +182,17 @@ bool basPost::NewNote() {
                   MB_ICONERROR);
         return false;
     }
-    if (!store.create(number, note->record)) note->oweEverything();
+    if (!store.create(number, note->record)) note->kept.oweEverything();
     Notes.push_back(note);
     Renumber();
     note->show(true);
     state.onNewNote();
     if (Count() >= 2 && settings.AlignAll) AutoPosition();
-    note->store({NoteField::Width, NoteField::Height, NoteField::X, NoteField::Y});
+    note->kept.save({NoteField::Width, NoteField::Height, NoteField::X, NoteField::Y});
     return true;
 }
 
-// --- All notes at once ------------------------------------------------------------------------------------
-
-void basPost::HideAll(bool hidden) {
-    if (Notes.empty()) return;
-    const NoteStore::Command command(store);
-    CommitEdits();
-    {
-        const Bulk bulk(*this);
-        const std::vector<fpost*> walk = Notes;
-        for (fpost* note : walk) {
-            if (!holds(note)) continue;  // silenced and gone with an earlier one
-            if (note->Alarming() && note->SoundStop()) continue;
-            if (hidden) {
-                note->hide();
-            } else {
-                reopen(*note);
-            }
-        }
-    }
-    state.onAllHidden(hidden, counted());
-    if (!AllHidden() && settings.AlignAll) AutoPosition();
-}
-
-void basPost::reopen(fpost& note) {
-    if (note.record.closed) {
-        note.record.closed = false;
-        note.store({NoteField::Closed});
-    }
-    // Place, size and z-order as they are stored: another program may have changed them meanwhile.
-    note.refresh({NoteField::Topmost, NoteField::X, NoteField::Y, NoteField::Width});
-    if (!note.record.iconized) note.refresh({NoteField::Height});
-    note.restoreIfMinimized();
-    note.place.goHome();
-    note.show(false);
-}
-
-void basPost::IconizeAll(bool iconized) {
-    if (Notes.empty()) return;
-    const NoteStore::Command command(store);
-    CommitEdits();
-    {
-        const Bulk bulk(*this);
-        const std::vector<fpost*> walk = Notes;
-        for (fpost* note : walk) {
-            if (!holds(note)) continue;
-            note->restoreIfMinimized();
-            if (note->record.iconized == iconized) continue;
-            note->record.iconized = iconized;
-            note->IconizeForm();
-            if (holds(note)) note->store({NoteField::Iconized});
-        }
-    }
-    state.onAllIconized(iconized, counted());
-    if (settings.AlignAll) AutoPosition();
-}
-
-void basPost::Realign() {
-    if (state.mayRealign() && settings.AlignAll) AutoPosition();
-}
-
-void basPost::AutoPosition() {
-    const NoteStore::Command command(store);
-    for (fpost* note : placeInColumns())
-        note->store({NoteField::X, NoteField::Y});
-}
-
-std::vector<fpost*> basPost::placeInColumns() {
-    const Bulk bulk(*this);  // placing notes must not ask for the next re-alignment
-    std::vector<ColumnNote> before;
-    for (fpost* note : Notes) {
-        note->restoreIfMinimized();
-        const PxRect at = note->place.area();
-        before.push_back({look.twips(at.left), look.twips(at.top), look.twips(at.width()),
-                          look.twips(at.height()), note->visible()});
-    }
-    const double twipsPerPixel = static_cast<double>(kTwipsPerInch) / look.dpi;
-    const std::vector<ColumnPlace> after = automaticPosition(before, GetWorkArea(), twipsPerPixel);
-    std::vector<fpost*> moved;
-    for (std::size_t i = 0; i < after.size(); ++i) {
-        if (!after[i].moved) continue;
-        fpost& note = *Notes[i];
-        if (note.record.x != after[i].left || note.record.y != after[i].top) moved.push_back(&note);
-        note.place.moveTo(Twips{after[i].left}, Twips{after[i].top});
-    }
-    return moved;
-}
-
-void basPost::ToggleAlignAll() {
-    const NoteStore::Command command(store);
-    settings.AlignAll = !settings.AlignAll;
-    store.storeSetting(Setting::AlignAll, settings);
-    if (settings.AlignAll) {
-        settings.EasyAlign = false;  // for this run: its key keeps what it holds
-        placeInColumns();
-    }
-    for (fpost* note : Notes)
-        note->store({NoteField::X, NoteField::Y});
-}
-
-void basPost::ToggleEasyAlign() {
-    settings.EasyAlign = !settings.EasyAlign;
-    store.storeSetting(Setting::EasyAlign, settings);
-    if (settings.EasyAlign) settings.AlignAll = false;  // for this run: its key keeps what it holds
-}
+// --- One note ---------------------------------------------------------------------------------------------
 
 void basPost::OpenNote(int slot) {
     if (slot < 0 || slot >= kMaxNotes) return;
@@ -304,7 +200,7 @@ void basPost::OpenNote(int slot) {
     if (note == nullptr) return;
     if (note->record.closed) {
         note->record.closed = false;
-        note->store({NoteField::Closed});
+        note->kept.save({NoteField::Closed});
     }
     state.onNoteShown();
     note->restoreIfMinimized();
@@ -322,89 +218,6 @@ void basPost::RemoveNote(fpost& note) {
     static_cast<void>(store.remove(number, remaining, settings));
     Renumber();
     state.onNoteRemoved(counted());
-}
-
-// --- Countdown --------------------------------------------------------------------------------------------
-
-void basPost::CountingChanged() {
-    const bool wanted = std::any_of(Notes.begin(), Notes.end(), [](const fpost* n) {
-        return n->alarm.wantsTicks() || n->record.readOnly;
-    });
-    if (wanted == ticking_) return;
-    ticking_ = wanted;
-    // One timer for all: with fifty of their own, the machine would be woken a hundred times a second.
-    if (wanted) {
-        startTicks();
-    } else {
-        KillTimer(tray.hwnd, IDT_ALARM);
-    }
-}
-
-void basPost::startTicks() {
-    ownTimer_ = startTimer(tray.hwnd, IDT_ALARM, kAlarmTick);
-    // Windows has no timer left for a window: the alarms must not depend on that.
-    if (!ownTimer_) postLater(tray.hwnd, WM_TIMER, IDT_ALARM, kAlarmTick);
-}
-
-void basPost::ClockSet() {
-    const Now now = host.now();
-    followClock(now, clock_.jump(now, host.uptime()) + std::exchange(untold_, 0));
-}
-
-void basPost::followClock(Now now, std::int64_t jump) {
-    if (jump == 0) return;
-    const std::vector<fpost*> walk = Notes;
-    for (fpost* note : walk) {
-        try {
-            if (holds(note)) note->alarm.clockSet(now, jump);
-        } catch (...) {
-            fpost::onEscaped(WM_TIMECHANGE);
-        }
-    }
-}
-
-void basPost::Tick() {
-    if (ticking_ && !ownTimer_) startTicks();
-    const Now now = host.now();
-    const std::int64_t jump = clock_.jump(now, host.uptime());
-    if (jump < 0) followClock(now, jump);
-    // A leap forward was a sleep, and what was missed rings, unless Windows says that the clock was set; that
-    // may come after this tick.
-    untold_ = std::max<std::int64_t>(jump, 0);
-    if (untold_ > 0) return;
-    const std::vector<fpost*> walk = Notes;
-    for (fpost* note : walk) {
-        try {
-            if (holds(note)) note->tmr_Timer();
-        } catch (...) {
-            fpost::onEscaped(WM_TIMER);  // one note's failure is not the others'
-        }
-    }
-    readAgain();
-}
-
-void basPost::readAgain() {
-    const auto unread = [](const fpost* note) { return note->record.readOnly; };
-    const auto isDue = [this] { return ++unreadTicks_ >= unreadWait_; };
-    if (dialog.open() || std::none_of(Notes.begin(), Notes.end(), unread) || !isDue()) return;
-    // What stays locked is asked for ever more rarely: each failure is a line of the log.
-    unreadTicks_ = 0;
-    unreadWait_ = std::min(2 * unreadWait_, kMostUnreadTicks);
-    for (fpost*& note : Notes) {
-        if (!unread(note)) continue;
-        NoteRecord record;
-        if (!store.load(note->number, record, settings)) return;
-        fpost* const whole = fpost::open(host, note->number, record);
-        if (whole == nullptr) return;
-        std::exchange(note, whole)->leave();
-        Renumber();
-        whole->ArmAfterLoad();
-        if (!whole->Closed() && !AllHidden()) whole->show(false);
-    }
-    finishDrafts();
-    NotesChanged();
-    CountingChanged();
-    Realign();
 }
 
 // --- Store switch -----------------------------------------------------------------------------------------
@@ -474,7 +287,7 @@ void basPost::CommitEdits() {
     for (fpost* note : walk) {
         if (!holds(note)) continue;
         note->CommitEdits();
-        note->storeUnsaved();
+        note->kept.saveAgain();
     }
 }
 

@@ -5,9 +5,9 @@
 #include <array>
 #include <vector>
 
-#include "core/ClockWatch.h"
 #include "core/DeskFaces.h"
 #include "core/DeskState.h"
+#include "core/DeskTicks.h"
 #include "core/TrayMenu.h"
 #include "core/fTray.h"
 #include "note/NoteHost.h"
@@ -38,11 +38,8 @@ struct basPost {
     void SwitchStore();
     /// Shows the note of a slot (0..49) in front, reopening it. An empty slot is ignored.
     void OpenNote(int slot);
-    /// A tick of every note that counts down, and from time to time one more try to read what could not be
-    /// read at the start.
-    void Tick();
-    /// Windows says that the clock was set: the alarms follow it.
-    void ClockSet();
+    void Tick() { ticks.tick(); }
+    void ClockSet() { ticks.clockSet(); }
     /// Takes a note out of collection and store and renumbers the rest. Its window goes by itself.
     void RemoveNote(fpost& note);
     /// Ends every open edit, keeping its text.
@@ -89,6 +86,7 @@ struct basPost {
     /// Starts a timer of a window: Windows' own, unless a test has another. False when there is none left.
     std::function<bool(HWND, UINT_PTR, UINT)> startTimer;
     DeskForNotes host{*this};
+    DeskTicks ticks{*this};
 
     std::vector<fpost*> Notes;                  ///< note n is Notes[n - 1]
     std::array<fpost*, kMaxNotes> NoteSlots{};  ///< the same, slot n - 1; null beyond the last note
@@ -97,14 +95,13 @@ struct basPost {
 
 private:
     friend DeskForNotes;
+    friend DeskTicks;
 
     void Renumber();
     DeskCount counted() const;
     /// Captions and flags after a note's title, closed or iconized state changed.
     void NotesChanged();
     void Realign();
-    /// Ticks come as long as a note counts down or waits to be read, and only then.
-    void CountingChanged();
     bool holds(const fpost* note) const;
     /// Gives those that are now at another place than stored.
     std::vector<fpost*> placeInColumns();
@@ -112,26 +109,11 @@ private:
     /// False when Windows has no room for one more.
     [[nodiscard]] bool openNotes(int count);
     void finishDrafts();
-    /// A note that another program held at the start takes the place of its blank stand-in.
-    void readAgain();
     /// Shows a note as the store has it; one that was closed is so no more.
     void reopen(fpost& note);
     std::vector<NoteRecord*> records() const;
 
-    /// Lets the alarms follow a clock that was set by `jump` seconds.
-    void followClock(Now now, std::int64_t jump);
-
-    /// Half-second ticks to the tray window, one way or another.
-    void startTicks();
-
     DeskForTray trayHost_{*this};
-    bool ticking_ = false;
-    bool ownTimer_ = false;  ///< the ticks come by a timer of the window
-    ClockWatch clock_;
-    std::int64_t untold_ = 0;  ///< seconds that the clock leapt forward, unless Windows says why
-    static constexpr int kMostUnreadTicks = 1024;  ///< under nine minutes
-    int unreadTicks_ = 0;                          ///< since the last try to read what could not be read
-    int unreadWait_ = 2;                           ///< ticks from one try to the next
     std::vector<Monitor> monitors_;
     bool failureShown_ = false;
     bool runningShown_ = false;

@@ -3,6 +3,7 @@
 #include "note/NoteKeys.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
+#include "support/Accessible.h"
 #include "support/PopupMenu.h"
 
 namespace {
@@ -42,7 +43,7 @@ AlarmRule NoteCommands::storedAlarm() const {
 void NoteCommands::OpenMenu() {
     if (note_.Help) return;
     note_.CommitEdits();
-    note_.applyTopmost();
+    note_.place.applyTopmost();
     // The menu shows what is stored, also when another program put it there.
     const NoteMenuInput now = input(storedAlarm());
     trackMenu(note_.hwnd, noteMenu(now, *this), said(now));
@@ -113,7 +114,11 @@ void NoteCommands::mnuDontDelete() {
 }
 
 void NoteCommands::mnuTopmost() {
-    note_.toggleTopmost();
+    if (note_.refusesChange()) return;
+    note_.record.topmost = !note_.record.topmost;
+    note_.place.applyTopmost();
+    tellNameChanged(note_.hwnd);
+    note_.kept.save({NoteField::Topmost});
 }
 
 void NoteCommands::mnuResize() {
@@ -160,8 +165,8 @@ bool NoteCommands::onKeyDown(WPARAM key, bool repeated) {
     if (note_.place.resizer.key(static_cast<unsigned>(key), isDown(VK_CONTROL))) return true;
     const NoteKey pressed{static_cast<unsigned>(key), isDown(VK_SHIFT), isDown(VK_CONTROL), isDown(VK_MENU),
                           repeated};
-    switch (noteAction(
-        pressed, {note_.isEditing(), note_.Alarming(), note_.place.resizer.isOn(), note_.justEdited()})) {
+    switch (noteAction(pressed, {note_.editing.isOpen(), note_.Alarming(), note_.place.resizer.isOn(),
+                                 note_.editing.justEnded()})) {
         case NoteAction::None:
             return false;
         case NoteAction::Delete:

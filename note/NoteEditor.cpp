@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "note/EditControl.h"
 #include "resources/resource.h"
 #include "storage/bas_LogError.h"
 #include "support/Accessible.h"
@@ -24,48 +25,12 @@ constexpr WPARAM kCanUndo = TRUE;
 constexpr Text::value_type kCutTitle[] = u"Not all of it was pasted";
 constexpr Text::value_type kCutText[] = u"The note can hold no more text.";
 
-HWND createEditor(HWND note, Edited what, const Text& text, const PxRect& at, HFONT font) {
-    const DWORD style = what == Edited::Body ? ES_MULTILINE | ES_AUTOVSCROLL : ES_AUTOHSCROLL;
-    const INT_PTR id = what == Edited::Body ? ID_TXTNOTA : ID_TXTTITLE;
-    const HWND editor = CreateWindowExW(0, L"EDIT", wide(text), WS_CHILD | WS_CLIPSIBLINGS | style, at.left,
-                                        at.top, at.width(), at.height(), note, reinterpret_cast<HMENU>(id),
-                                        GetModuleHandleW(nullptr), nullptr);
-    if (editor == nullptr) return nullptr;
-    SendMessageW(editor, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-    SendMessageW(editor, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
-    SendMessageW(editor, EM_SETLIMITTEXT, 0, 0);  // none of the control's own: the store's alone counts
-    return editor;
-}
-
-/// The clipboard's text, empty without one and while another program has the clipboard.
-Text clipboardText(HWND owner) {
-    if (OpenClipboard(owner) == FALSE) return {};
-    Text text;
-    // Also what was copied with letters and colours, from a web page for one, is there as plain text.
-    if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
-        if (const auto* const units = static_cast<const char16_t*>(GlobalLock(data))) {
-            text.assign(units, GlobalSize(data) / sizeof(char16_t));
-            GlobalUnlock(data);
-        }
-    }
-    CloseClipboard();
-    return text;
-}
-
 Text composed(HIMC context) {
     const LONG bytes = ImmGetCompositionStringW(context, GCS_COMPSTR, nullptr, 0);
     if (bytes <= 0) return {};
     Text text(static_cast<std::size_t>(bytes) / sizeof(char16_t), u'\0');
     ImmGetCompositionStringW(context, GCS_COMPSTR, text.data(), static_cast<DWORD>(bytes));
     return text;
-}
-
-int lineHeight(HWND editor) {
-    const WindowDc dc(editor);
-    const Selected font(dc, reinterpret_cast<HFONT>(SendMessageW(editor, WM_GETFONT, 0, 0)));
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc, &metrics);
-    return std::max(1, static_cast<int>(metrics.tmHeight));
 }
 
 }  // namespace
@@ -79,7 +44,7 @@ NoteEditor::~NoteEditor() {
 bool NoteEditor::open(Opening opening) {
     at_ = std::move(opening);
     const Text text = at_.what == Edited::Body ? withLineBreaks(at_.text) : at_.text;
-    window_ = createEditor(at_.note, at_.what, text, at_.place, at_.font);
+    window_ = createEditor(at_.note, at_.what == Edited::Body, text, at_.place, at_.font);
     if (window_ == nullptr) return false;
     SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     control_ = replaceProcedure(window_, procedure);
@@ -429,26 +394,4 @@ void NoteEditor::turnWheel(int delta) {
     const auto lines = static_cast<int>(pass(EM_GETLINECOUNT, 0, 0));
     const int to = scrolledTo(first, wheel_.turned(delta, notch), lines, onPage);
     if (to != first) pass(EM_LINESCROLL, 0, to - first);
-}
-
-// --- Line breaking ----------------------------------------------------------------------------------------
-
-Text wrappedText(HWND note, const Text& text, const PxRect& place, HFONT font) {
-    const HWND editor = createEditor(note, Edited::Body, withLineBreaks(text), place, font);
-    if (editor == nullptr) return text;
-    const auto lines = static_cast<int>(SendMessageW(editor, EM_GETLINECOUNT, 0, 0));
-    Text wrapped;
-    for (int line = 0; line < lines; ++line) {
-        const LRESULT start = SendMessageW(editor, EM_LINEINDEX, static_cast<WPARAM>(line), 0);
-        const auto length =
-            static_cast<std::size_t>(SendMessageW(editor, EM_LINELENGTH, static_cast<WPARAM>(start), 0));
-        Text words(length + 1, u'\0');
-        words[0] = static_cast<char16_t>(words.size());  // the control wants the room in the first character
-        const LRESULT copied = SendMessageW(editor, EM_GETLINE, static_cast<WPARAM>(line),
-                                            reinterpret_cast<LPARAM>(wideBuffer(words)));
-        if (line > 0) wrapped += u"\r\n";
-        wrapped += words.substr(0, static_cast<std::size_t>(copied));
-    }
-    DestroyWindow(editor);
-    return wrapped;
 }

@@ -49,7 +49,7 @@ public:
     };
     /// Makes the editor, with the caret at the end of the text and the keyboard. False when Windows refuses.
     /// No other edit of the note may be open.
-    bool open(Opening opening);
+    [[nodiscard]] bool open(Opening opening);
     /// Closes the editor. What stands in it is kept, with what an input method still composes, or dropped.
     /// The note may be gone when this returns: a message about a failed save lets others go on.
     void end(bool keep);
@@ -102,6 +102,3 @@ private:
     /// How many calls into the control run at this moment; it must not be destroyed inside one.
     std::shared_ptr<int> inside_ = std::make_shared<int>(0);
 };
-
-/// A text with a line break wherever an edit control of this place and font breaks it.
-Text wrappedText(HWND note, const Text& text, const PxRect& place, HFONT font);

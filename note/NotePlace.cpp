@@ -4,7 +4,9 @@
 #include <cmath>
 #include <utility>
 
+#include "note/bas_DialogColor.h"
 #include "note/bas_GetWorkArea.h"
+#include "note/fmsg.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
 #include "support/Accessible.h"
@@ -24,6 +26,10 @@ bool Pause(float Seconds) {
 bool isHeld(bool rightButton) {
     const bool swapped = GetSystemMetrics(SM_SWAPBUTTON) != 0;
     return GetAsyncKeyState(rightButton != swapped ? VK_RBUTTON : VK_LBUTTON) < 0;
+}
+
+bool isTopmost(HWND window) {
+    return (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
 }
 
 }  // namespace
@@ -133,6 +139,7 @@ void NotePlace::moveStep(int columns, int rows) {
 }
 
 void NotePlace::onPosition(const WINDOWPOS& changed) {
+    if ((changed.flags & SWP_NOZORDER) == 0) keepBelowDialogs();
     const bool moved = (changed.flags & SWP_NOMOVE) == 0;
     if (moved && !placing_ && note_.visible() && IsIconic(note_.hwnd) == FALSE) mover.onMoved(note_.hwnd);
 }
@@ -146,7 +153,7 @@ void NotePlace::storePlace() {
     if (note_.beingDeleted) return;
     takePlace();
     static_cast<void>(note_.host->store->storeCount(note_.host->count()));
-    note_.store({NoteField::X, NoteField::Y});
+    note_.kept.save({NoteField::X, NoteField::Y});
 }
 
 // --- Resizing ---------------------------------------------------------------------------------------------
@@ -187,7 +194,7 @@ void NotePlace::resize(Along along, Twips size) {
 }
 
 void NotePlace::storeSize() {
-    if (!note_.beingDeleted) note_.store({NoteField::Width, NoteField::Height});
+    if (!note_.beingDeleted) note_.kept.save({NoteField::Width, NoteField::Height});
 }
 
 bool NotePlace::isIconized() const {
@@ -228,4 +235,35 @@ ResizedNote::Hold NotePlace::waitOnGrip(bool rightButton) {
 
 void NotePlace::releaseGrip() {
     if (GetCapture() == note_.pic2) ReleaseCapture();
+}
+
+// --- In the stack of windows ------------------------------------------------------------------------------
+
+void NotePlace::applyTopmost() const {
+    // A note that is not on top and is not to be stays where it is among the others.
+    // One that rings is above the others until it is silent.
+    const bool wanted = note_.record.topmost || note_.Alarming();
+    if (!wanted && !isTopmost(note_.hwnd)) return;
+    // The keyboard stays where the user has it.
+    SetWindowPos(note_.hwnd, wanted ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+}
+
+void NotePlace::keepBelowDialogs() const {
+    if (!isTopmost(note_.hwnd)) return;  // every dialog is
+    struct Search {
+        HWND message;
+        std::vector<HWND> dialogs;  // from the front to the back
+
+        static BOOL CALLBACK add(HWND window, LPARAM param) noexcept {
+            auto& found = *reinterpret_cast<Search*>(param);
+            const bool isDialog = window == found.message || isSystemDialog(window);
+            if (isDialog && IsWindowVisible(window) != FALSE) found.dialogs.push_back(window);
+            return TRUE;
+        }
+    } search{note_.host->dialog->hwnd, {}};
+    EnumThreadWindows(GetCurrentThreadId(), Search::add, reinterpret_cast<LPARAM>(&search));
+    for (auto dialog = search.dialogs.rbegin(); dialog != search.dialogs.rend(); ++dialog) {
+        SetWindowPos(*dialog, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+    }
 }

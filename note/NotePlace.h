@@ -38,6 +38,9 @@ public:
     /// release.
     void moveStep(int columns, int rows);
 
+    /// Puts the note where it belongs in the stack of windows: on top or, when it was, no more.
+    void applyTopmost() const;
+
     bool isAtHome() const override;
     void takePlace() override;
     void storePlace() override;
@@ -59,6 +62,8 @@ public:
 private:
     NoteMover::Rules moveRules() const;
     void setCursor(int cursor);
+    /// Puts the dialogs that are open back above a note that came to the top of the stack.
+    void keepBelowDialogs() const;
 
     fpost& note_;
     bool placing_ = false;

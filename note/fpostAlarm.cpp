@@ -1,9 +1,8 @@
 // A note's alarm on screen and in the store. When it rings and what it does then is alarm/Ringing's to say.
-#include <algorithm>
-
 #include "note/fmsg.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
+#include "support/Accessible.h"
 
 namespace {
 
@@ -28,9 +27,9 @@ void fpost::ArmAfterLoad() {
 
 void fpost::ShowAlarmStrip() {
     // In an edit it would cover the last line; but while it rings there must be something to click.
-    const bool room = !bodyBeingEdited() || alarm.Alarming;
+    const bool room = !editing.bodyBeingEdited() || alarm.Alarming;
     const bool shown = alarm.wantsStrip() && !record.iconized && room && !Help;
-    if (shown && bodyBeingEdited()) {
+    if (shown && editing.bodyBeingEdited()) {
         SetWindowPos(pic_time, pic2, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
     setWindowText(pic_time, alarm.stripText(host->now()));
@@ -70,7 +69,7 @@ void NoteRinging::showColour(bool white) {
 void NoteRinging::raise() {
     // One that has the keyboard is in front already, and an edit in it goes on undisturbed: on a Wine desktop
     // a window that is raised while it is active loses the keyboard for a moment.
-    if (GetForegroundWindow() != note_.hwnd) note_.applyTopmost();
+    if (GetForegroundWindow() != note_.hwnd) note_.place.applyTopmost();
 }
 
 void NoteRinging::appear() {
@@ -80,9 +79,9 @@ void NoteRinging::appear() {
     if (restored) record.iconized = false;
     record.closed = false;
     if (restored && reopened) {
-        note_.store({NoteField::Iconized, NoteField::Closed});
+        note_.kept.save({NoteField::Iconized, NoteField::Closed});
     } else if (restored || reopened) {
-        note_.store({restored ? NoteField::Iconized : NoteField::Closed});
+        note_.kept.save({restored ? NoteField::Iconized : NoteField::Closed});
     }
     // Not through IconizeForm, which would silence the alarm that is just beginning.
     if (restored) note_.showIconized();
@@ -97,7 +96,7 @@ void NoteRinging::appear() {
 }
 
 void NoteRinging::settle() {
-    note_.applyTopmost();
+    note_.place.applyTopmost();
 }
 
 void NoteRinging::announce() {
@@ -129,22 +128,20 @@ void NoteRinging::store(AlarmFields fields) {
     storeRule(note_.record, note_.alarm.rule);
     switch (fields) {
         case AlarmFields::Everything:
-            note_.store(kAlarmFields);
+            note_.kept.save(kAlarmFields);
             break;
         case AlarmFields::DateAndTime:
-            note_.store({NoteField::AlarmDate, NoteField::AlarmTime});
+            note_.kept.save({NoteField::AlarmDate, NoteField::AlarmTime});
             break;
         case AlarmFields::Cleared:
-            note_.store(kClearedAlarmFields);
+            note_.kept.save(kClearedAlarmFields);
             break;
     }
 }
 
 void NoteRinging::takeStoredPattern(AlarmRule& rule) {
     // What the store has refused stands in memory alone.
-    const auto& unsaved = note_.unsaved;
-    const bool refused = std::find(unsaved.begin(), unsaved.end(), NoteField::Interval) != unsaved.end();
-    if (note_.record.readOnly || refused) return;
+    if (note_.record.readOnly || note_.kept.owes(NoteField::Interval)) return;
     NoteRecord stored = note_.record;
     if (!note_.host->store->refresh(note_.number, stored, kAlarmFields)) return;
     const AlarmRule kept = ruleFromRecord(stored);

@@ -20,7 +20,7 @@ void fpost::mnuColor() {
     if (!chosen || *chosen == kBlack) return;
     Backcol(static_cast<std::int32_t>(*chosen));
     ShowAlarmStrip();
-    store({NoteField::Backcolor});
+    kept.save({NoteField::Backcolor});
 }
 
 void fpost::CloseForm() {
@@ -31,7 +31,7 @@ void fpost::CloseForm() {
     place.resizer.setMode(false);
     record.closed = true;
     hide();
-    store({NoteField::Closed});
+    kept.save({NoteField::Closed});
     host->notesChanged();
     host->realign();
 }

@@ -254,11 +254,11 @@ void measureSaving(const Text& folder, bool useRegistry, const char* name, int r
             check(written, "the bare bytes were not written");
 
             note.EditForm();
-            SetWindowTextW(note.txtNota(), wide(text));
+            SetWindowTextW(note.editing.txtNota(), wide(text));
             pumpPending();
             desk.storedAt = 0;
             const double begun = clockNow();
-            pressEnter(note.txtNota());
+            pressEnter(note.editing.txtNota());
             check(desk.storedAt > begun, "Enter wrote nothing");
             pair.ours += desk.storedAt - begun;
             NoteRecord stored;

@@ -45,7 +45,7 @@ TEST(AccessibleNote, SaysItsTitleItsStateAndItsText) {
     desk.desk->settings.RestoreWhenPlay = true;
     letRing(desk);
     EXPECT_EQ(Ear(tea.hwnd).name(), u"Tea, alarm rings");
-    tea.toggleTopmost();
+    tea.commands.mnuTopmost();
     EXPECT_EQ(Ear(tea.hwnd).name(), u"Tea, alarm rings, always on top");
     tea.place.resizer.setMode(true);
     EXPECT_EQ(Ear(tea.hwnd).name(), u"Tea, alarm rings, always on top, being resized");
@@ -123,7 +123,7 @@ TEST(AccessibleNote, ThePicturesAndTheTextDoWhatTheyAreFor) {
     EXPECT_TRUE(note.place.resizer.isOn());
     EXPECT_TRUE(Ear(note.nota).press());
     pumpPending();
-    EXPECT_TRUE(note.bodyBeingEdited());
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
     EXPECT_FALSE(Ear(note.lbl).press());
 }
 
@@ -233,14 +233,14 @@ TEST(AccessibleNote, TheEditorsAreWindowsOwnControlsWithANameAdded) {
     fpost& note = desk.note(1);
     note.EditForm();
     EXPECT_EQ(book.written, 0) << "nobody is listening";
-    const HWND body = note.txtNota();
+    const HWND body = note.editing.txtNota();
     Ear(body).name();
     Ear(body).name();
     EXPECT_EQ(book.names[body], u"Text");
     EXPECT_EQ(book.written, 1);
     note.EditCaption();
     EXPECT_FALSE(book.names.contains(body)) << "gone with its window";
-    const HWND title = note.txtTitle();
+    const HWND title = note.editing.txtTitle();
     Ear(title).name();
     EXPECT_EQ(book.names[title], u"Title");
     desk.desk->Teardown();
@@ -268,7 +268,7 @@ TEST(AccessibleNote, ListenersHearOfWhatChanges) {
     const std::pair<const char*, std::function<void()>> changes[] = {
         {"iconized", [&] { note.toggleIconized(); }},
         {"restored", [&] { note.toggleIconized(); }},
-        {"on top", [&] { note.toggleTopmost(); }},
+        {"on top", [&] { note.commands.mnuTopmost(); }},
         {"resizing", [&] { note.place.resizer.setMode(true); }},
         {"rings", [&] { letRing(desk); }},
         {"stopped", [&] { note.SoundStop(); }},

@@ -212,7 +212,7 @@ TEST_P(Alarm, AStoreThatRefusesDoesNotStopItFromGoingOn) {
     }
     EXPECT_EQ(desk->note(1).alarm.rule.due, later(kSecondsPerDay));
     EXPECT_EQ(desk->note(2).alarm.rule.due, later(3600));
-    desk->note(2).toggleTopmost();  // the next save brings it in
+    desk->note(2).commands.mnuTopmost();  // the next save brings it in
     EXPECT_EQ(desk->stored(2).alarmtime, u"13:00:10");
 }
 
@@ -303,12 +303,12 @@ TEST_P(Alarm, AlwaysOnTopMayBeChosenMeanwhile) {
     const auto desk = ringing({every(u"a", u"eachday")});
     fpost& note = desk->note(1);
     EXPECT_FALSE(note.commands.input(note.alarm.rule).topmost) << "what the user chose";
-    note.toggleTopmost();
+    note.commands.mnuTopmost();
     press(note.pic_time);
     EXPECT_TRUE(onTop(note));
     desk->clock = {later(kSecondsPerDay), 0};
     tick(*desk);
-    note.toggleTopmost();
+    note.commands.mnuTopmost();
     EXPECT_TRUE(onTop(note)) << "it rings";
     press(note.pic_time);
     EXPECT_FALSE(onTop(note));
@@ -362,7 +362,7 @@ TEST_P(Alarm, WhileItsTextIsEditedTheStripComesUpToBePressed) {
     EXPECT_FALSE(stripShown(note)) << "it would cover the last line";
     desk->clock = {kDue, 0};
     tick(*desk);
-    EXPECT_TRUE(note.bodyBeingEdited);
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
     EXPECT_TRUE(pressable());
     note.SoundStop();
     EXPECT_FALSE(stripShown(note));
@@ -371,7 +371,7 @@ TEST_P(Alarm, WhileItsTextIsEditedTheStripComesUpToBePressed) {
     tick(*desk);
     note.EditForm();
     EXPECT_TRUE(pressable()) << "it rang already when the edit began";
-    SetWindowTextW(note.txtNota(), L"kept");
+    SetWindowTextW(note.editing.txtNota(), L"kept");
     press(note.pic_time);
     EXPECT_FALSE(note.Alarming());
     EXPECT_EQ(desk->stored(1).Nota, u"kept");
@@ -531,11 +531,11 @@ TEST_P(Alarm, ANoteBeingEditedRingsAndIsStoppedOnceTheTextIsKept) {
     const auto desk = run({every(u"a", u"eachday")});
     fpost& note = desk->note(1);
     note.EditForm();
-    SetWindowTextW(note.txtNota(), L"half a thought");
+    SetWindowTextW(note.editing.txtNota(), L"half a thought");
     desk->clock = {kDue, 0};
     tick(*desk);
     EXPECT_TRUE(note.Alarming());
-    EXPECT_TRUE(note.bodyBeingEdited());
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
     press(note.lbl);
     EXPECT_FALSE(note.Alarming());
     EXPECT_EQ(desk->stored(1).Nota, u"half a thought");

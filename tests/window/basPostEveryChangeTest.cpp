@@ -42,25 +42,25 @@ std::vector<Operation> operations() {
         {"edit of a body", nothing,
          [](TestNotes& desk) {
              desk.note(1).EditForm();
-             type(desk.note(1).txtNota(), L"another body");
+             type(desk.note(1).editing.txtNota(), L"another body");
              desk.note(1).SaveNote();
          }},
         {"edit of a title", nothing,
          [](TestNotes& desk) {
              desk.note(3).EditCaption();
-             type(desk.note(3).txtTitle(),
+             type(desk.note(3).editing.txtTitle(),
                   L"a title that is longer than its note is wide, so that the note grows");
              desk.note(3).SaveCaption(true);
          }},
         {"colour", nothing,
          [](TestNotes& desk) {
              desk.note(2).Backcol(0x00FF00);
-             desk.note(2).store({NoteField::Backcolor});
+             desk.note(2).kept.save({NoteField::Backcolor});
          }},
         {"resizing by key", [](TestNotes& desk) { desk.note(1).place.resizer.setMode(true); },
          [](TestNotes& desk) { desk.note(1).place.resizer.key(VK_RIGHT, false); }},
         {"iconizing one", nothing, [](TestNotes& desk) { desk.note(2).toggleIconized(); }},
-        {"always on top", nothing, [](TestNotes& desk) { desk.note(2).toggleTopmost(); }},
+        {"always on top", nothing, [](TestNotes& desk) { desk.note(2).commands.mnuTopmost(); }},
         {"closing", nothing, [](TestNotes& desk) { desk.note(4).CloseForm(); }},
         {"opening a closed one", [](TestNotes& desk) { desk.note(4).CloseForm(); },
          [](TestNotes& desk) { desk.desk->OpenNote(3); }},
@@ -103,7 +103,7 @@ std::vector<Operation> operations() {
         {"exit with an open editor",
          [](TestNotes& desk) {
              desk.note(1).EditForm();
-             type(desk.note(1).txtNota(), L"typed until the end");
+             type(desk.note(1).editing.txtNota(), L"typed until the end");
          },
          [](TestNotes& desk) {
              desk.desk->ExitProgram();
@@ -112,7 +112,7 @@ std::vector<Operation> operations() {
         {"end of the session with an open editor",
          [](TestNotes& desk) {
              desk.note(1).EditCaption();
-             type(desk.note(1).txtTitle(), L"typed until the end");
+             type(desk.note(1).editing.txtTitle(), L"typed until the end");
          },
          [](TestNotes& desk) { desk.desk->EndSession(); }},
     };

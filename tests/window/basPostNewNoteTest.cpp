@@ -205,10 +205,10 @@ TEST_P(NewNote, ANewNoteAfterADeletionCoversNoOther) {
 TEST_P(NewNote, ANewNoteEndsTheEditThatIsOpenAndKeepsItsText) {
     const auto desk = run({plainNote(u"a")});
     desk->note(1).EditForm();
-    SetWindowTextW(desk->note(1).txtNota(), L"half a thought");
+    SetWindowTextW(desk->note(1).editing.txtNota(), L"half a thought");
     ASSERT_TRUE(desk->desk->NewNote());
     EXPECT_EQ(desk->stored(1).Nota, u"half a thought");
-    EXPECT_FALSE(desk->note(1).bodyBeingEdited());
+    EXPECT_FALSE(desk->note(1).editing.bodyBeingEdited());
 }
 
 TEST(NewNoteRegistry, ALeftOverSectionLendsNothingToANewNote) {

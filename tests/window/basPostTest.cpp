@@ -107,7 +107,7 @@ TEST(CollectionRegistry, FieldsMissingAtShowAllReadAsTheirFallbacks) {
 TEST_P(Collection, HideAllKeepsTheTextBeingTyped) {
     const auto desk = run({plainNote(u"a")});
     desk->note(1).EditForm();
-    SetWindowTextW(desk->note(1).txtNota(), L"typed");
+    SetWindowTextW(desk->note(1).editing.txtNota(), L"typed");
     desk->desk->ToggleHideAll();
     EXPECT_EQ(desk->stored(1).Nota, u"typed");
     EXPECT_FALSE(desk->note(1).visible());
@@ -538,7 +538,7 @@ TEST_P(Collection, ASettingThatTheStoreRefusedIsStoredLater) {
 TEST_P(Collection, TheEndOfTheSessionKeepsTextAndARingingNote) {
     const auto desk = ringing(GetParam(), false);
     desk->note(2).EditForm();
-    SetWindowTextW(desk->note(2).txtNota(), L"typed at log-off");
+    SetWindowTextW(desk->note(2).editing.txtNota(), L"typed at log-off");
     EXPECT_EQ(SendMessageW(desk->desk->tray.hwnd, WM_QUERYENDSESSION, 0, 0), TRUE);
     SendMessageW(desk->desk->tray.hwnd, WM_ENDSESSION, TRUE, 0);
     EXPECT_EQ(desk->stored(2).Nota, u"typed at log-off");
@@ -551,7 +551,7 @@ TEST_P(Collection, ASaveThatFailsAtLogOffIsToldOnlyWhenTheSessionGoesOn) {
     const auto desk = run({plainNote(u"a")});
     const HWND tray = desk->desk->tray.hwnd;
     desk->note(1).EditForm();
-    SetWindowTextW(desk->note(1).txtNota(), L"typed at log-off");
+    SetWindowTextW(desk->note(1).editing.txtNota(), L"typed at log-off");
     {
         const FullDisk full(*desk);
         EXPECT_EQ(SendMessageW(tray, WM_QUERYENDSESSION, 0, 0), TRUE);

@@ -57,7 +57,7 @@ struct OpenEdit : testing::TestWithParam<bool> {
     }
     void typeInBody(int number) {
         desk.note(number).EditForm();
-        type(desk.note(number).txtNota(), u", and more");
+        type(desk.note(number).editing.txtNota(), u", and more");
     }
 
     Image image() const { return {desk.folder.content, desk.registry.content}; }
@@ -103,7 +103,7 @@ TEST_P(OpenEdit, OfABodySurvivesTheProgram) {
 
 TEST_P(OpenEdit, OfATitleSurvivesTheProgram) {
     desk.note(1).EditCaption();
-    type(desk.note(1).txtTitle(), u" new");
+    type(desk.note(1).editing.txtTitle(), u" new");
     desk.killAndRestart();
     EXPECT_EQ(desk.stored(1).Titolo, u"a new");
     EXPECT_EQ(desk.note(1).Titolo(), u"a new");
@@ -123,7 +123,7 @@ TEST_P(OpenEdit, LeavesNoDraftWhenItEndsEitherWay) {
     EXPECT_FALSE(hasDraft()) << "no draft may come later";
     for (const bool apply : {true, false}) {
         desk.note(1).EditCaption();
-        type(desk.note(1).txtTitle(), u"!");
+        type(desk.note(1).editing.txtTitle(), u"!");
         EXPECT_TRUE(hasDraft());
         desk.note(1).SaveCaption(apply);
         EXPECT_FALSE(hasDraft());

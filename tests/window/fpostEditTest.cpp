@@ -21,8 +21,8 @@ std::pair<DWORD, DWORD> selection(HWND editor) {
 /// Opens the body's editor and gives it this text and this selection.
 void editBody(fpost& note, const wchar_t* text, int from, int to) {
     note.EditForm();
-    SetWindowTextW(note.txtNota(), text);
-    SendMessageW(note.txtNota(), EM_SETSEL, static_cast<WPARAM>(from), to);
+    SetWindowTextW(note.editing.txtNota(), text);
+    SendMessageW(note.editing.txtNota(), EM_SETSEL, static_cast<WPARAM>(from), to);
 }
 
 // --- Keys -------------------------------------------------------------------------------------------------
@@ -31,10 +31,10 @@ TEST_P(NoteEditing, EnterKeepsTheBodyAndClosesItsEditor) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     editBody(note, L"typed", 2, 2);
-    EXPECT_TRUE(IsWindowVisible(note.txtNota()));
-    typeKey(note.txtNota(), VK_RETURN, kReturn);
-    EXPECT_FALSE(note.bodyBeingEdited());
-    EXPECT_FALSE(IsWindowVisible(note.txtNota()));
+    EXPECT_TRUE(IsWindowVisible(note.editing.txtNota()));
+    typeKey(note.editing.txtNota(), VK_RETURN, kReturn);
+    EXPECT_FALSE(note.editing.bodyBeingEdited());
+    EXPECT_FALSE(IsWindowVisible(note.editing.txtNota()));
     EXPECT_EQ(windowText(note.nota), u"typed");
     EXPECT_EQ(desk->stored(1).Nota, u"typed");
 }
@@ -45,17 +45,17 @@ TEST_P(NoteEditing, ShiftAndCtrlEnterBreakTheLineAtTheCaret) {
     editBody(note, L"ab", 1, 1);
     {
         const HeldKeys held({VK_SHIFT});
-        typeKey(note.txtNota(), VK_RETURN, kReturn);
+        typeKey(note.editing.txtNota(), VK_RETURN, kReturn);
     }
-    EXPECT_EQ(windowText(note.txtNota()), u"a\r\nb");
-    EXPECT_EQ(selection(note.txtNota()), std::make_pair(DWORD{3}, DWORD{3}));
+    EXPECT_EQ(windowText(note.editing.txtNota()), u"a\r\nb");
+    EXPECT_EQ(selection(note.editing.txtNota()), std::make_pair(DWORD{3}, DWORD{3}));
     {
         const HeldKeys held({VK_CONTROL});
-        typeKey(note.txtNota(), VK_RETURN, kLineFeed);
+        typeKey(note.editing.txtNota(), VK_RETURN, kLineFeed);
     }
-    EXPECT_EQ(windowText(note.txtNota()), u"a\r\n\r\n\r\nb");
-    EXPECT_EQ(selection(note.txtNota()), std::make_pair(DWORD{7}, DWORD{7}));
-    EXPECT_TRUE(note.bodyBeingEdited());
+    EXPECT_EQ(windowText(note.editing.txtNota()), u"a\r\n\r\n\r\nb");
+    EXPECT_EQ(selection(note.editing.txtNota()), std::make_pair(DWORD{7}, DWORD{7}));
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
     EXPECT_EQ(desk->stored(1).Nota, u"body of a") << "kept only when the editor closes";
     note.SaveNote();
     EXPECT_EQ(desk->stored(1).Nota, u"a\r\n\r\n\r\nb");
@@ -67,11 +67,11 @@ TEST_P(NoteEditing, ALineBreakReplacesTheSelectionAndCanBeUndone) {
     editBody(note, L"one two", 3, 7);
     {
         const HeldKeys held({VK_SHIFT});
-        typeKey(note.txtNota(), VK_RETURN, kReturn);
+        typeKey(note.editing.txtNota(), VK_RETURN, kReturn);
     }
-    EXPECT_EQ(windowText(note.txtNota()), u"one\r\n");
-    SendMessageW(note.txtNota(), EM_UNDO, 0, 0);
-    EXPECT_EQ(windowText(note.txtNota()), u"one two");
+    EXPECT_EQ(windowText(note.editing.txtNota()), u"one\r\n");
+    SendMessageW(note.editing.txtNota(), EM_UNDO, 0, 0);
+    EXPECT_EQ(windowText(note.editing.txtNota()), u"one two");
 }
 
 TEST_P(NoteEditing, EscLeavesTheOldBodyVisibleAndStoresNothing) {
@@ -79,13 +79,14 @@ TEST_P(NoteEditing, EscLeavesTheOldBodyVisibleAndStoresNothing) {
     fpost& note = desk->note(1);
     const int before = changesOf(*desk);
     editBody(note, L"not to be kept", 0, 0);
-    typeKey(note.txtNota(), VK_ESCAPE, kEscape);
-    EXPECT_FALSE(note.bodyBeingEdited());
-    EXPECT_FALSE(IsWindowVisible(note.txtNota()));
+    typeKey(note.editing.txtNota(), VK_ESCAPE, kEscape);
+    EXPECT_FALSE(note.editing.bodyBeingEdited());
+    EXPECT_FALSE(IsWindowVisible(note.editing.txtNota()));
     EXPECT_EQ(windowText(note.nota), u"body of a");
     EXPECT_EQ(changesOf(*desk), before);
     note.EditForm();
-    EXPECT_EQ(windowText(note.txtNota()), u"body of a") << "the next edit begins with the note's text";
+    EXPECT_EQ(windowText(note.editing.txtNota()), u"body of a")
+        << "the next edit begins with the note's text";
 }
 
 TEST_P(NoteEditing, AKeyThatTypedNothingLeavesTheNextLetterALetter) {
@@ -93,32 +94,32 @@ TEST_P(NoteEditing, AKeyThatTypedNothingLeavesTheNextLetterALetter) {
     fpost& note = desk->note(1);
     editBody(note, L"", 0, 0);
     for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_ESCAPE}}) {
-        SendMessageW(note.txtNota(), WM_KEYDOWN, key, 0);
-        SendMessageW(note.txtNota(), WM_CHAR, L'x', 0);
-        ASSERT_TRUE(note.bodyBeingEdited()) << key;
-        typeKey(note.txtNota(), key);
-        ASSERT_TRUE(note.bodyBeingEdited()) << key;
+        SendMessageW(note.editing.txtNota(), WM_KEYDOWN, key, 0);
+        SendMessageW(note.editing.txtNota(), WM_CHAR, L'x', 0);
+        ASSERT_TRUE(note.editing.bodyBeingEdited()) << key;
+        typeKey(note.editing.txtNota(), key);
+        ASSERT_TRUE(note.editing.bodyBeingEdited()) << key;
     }
-    EXPECT_EQ(windowText(note.txtNota()), u"xx");
-    SendMessageW(note.txtNota(), WM_CHAR, kEscape, 0);
-    EXPECT_TRUE(note.bodyBeingEdited()) << "no key typed it";
+    EXPECT_EQ(windowText(note.editing.txtNota()), u"xx");
+    SendMessageW(note.editing.txtNota(), WM_CHAR, kEscape, 0);
+    EXPECT_TRUE(note.editing.bodyBeingEdited()) << "no key typed it";
 }
 
 TEST_P(NoteEditing, EnterOfAnInputMethodBelongsToItsComposition) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     editBody(note, L"text", 4, 4);
-    typeKey(note.txtNota(), VK_PROCESSKEY, kReturn);
-    typeKey(note.txtNota(), VK_PROCESSKEY, kEscape);
-    EXPECT_TRUE(note.bodyBeingEdited());
+    typeKey(note.editing.txtNota(), VK_PROCESSKEY, kReturn);
+    typeKey(note.editing.txtNota(), VK_PROCESSKEY, kEscape);
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
 }
 
 TEST_P(NoteEditing, CtrlASelectsEverything) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     editBody(note, L"one\r\ntwo", 2, 2);
-    SendMessageW(note.txtNota(), WM_CHAR, 1, 0);
-    EXPECT_EQ(selection(note.txtNota()), std::make_pair(DWORD{0}, DWORD{8}));
+    SendMessageW(note.editing.txtNota(), WM_CHAR, 1, 0);
+    EXPECT_EQ(selection(note.editing.txtNota()), std::make_pair(DWORD{0}, DWORD{8}));
 }
 
 // --- The title --------------------------------------------------------------------------------------------
@@ -127,10 +128,10 @@ TEST_P(NoteEditing, TheTitlesEditorFillsTheRoomBesideTheDeletePicture) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditCaption();
-    EXPECT_EQ(windowText(note.txtTitle()), u"a");
-    EXPECT_EQ(selection(note.txtTitle()), std::make_pair(DWORD{1}, DWORD{1}));
+    EXPECT_EQ(windowText(note.editing.txtTitle()), u"a");
+    EXPECT_EQ(selection(note.editing.txtTitle()), std::make_pair(DWORD{1}, DWORD{1}));
     EXPECT_FALSE(IsWindowVisible(note.lbl2) || IsWindowVisible(note.pic));
-    const RECT editor = rectOf(note.txtTitle());
+    const RECT editor = rectOf(note.editing.txtTitle());
     const RECT picture = rectOf(note.pic);
     EXPECT_EQ(picture.left - editor.right, desk->desk->look.px(design::kTitleGap));
     EXPECT_EQ(editor.left - rectOf(note.lbl).left, desk->desk->look.px(design::kLeadWidth));
@@ -140,9 +141,9 @@ TEST_P(NoteEditing, EnterKeepsTheTitleEverywhereItShows) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditCaption();
-    SetWindowTextW(note.txtTitle(), L"new");
-    typeKey(note.txtTitle(), VK_RETURN, kReturn);
-    EXPECT_FALSE(note.titleBeingEdited() || IsWindowVisible(note.txtTitle()));
+    SetWindowTextW(note.editing.txtTitle(), L"new");
+    typeKey(note.editing.txtTitle(), VK_RETURN, kReturn);
+    EXPECT_FALSE(note.editing.titleBeingEdited() || IsWindowVisible(note.editing.txtTitle()));
     EXPECT_TRUE(IsWindowVisible(note.lbl2) && IsWindowVisible(note.pic) && IsWindowVisible(note.pic2));
     EXPECT_EQ(windowText(note.lbl), u"     new");
     EXPECT_EQ(windowText(note.hwnd), u"new");
@@ -155,9 +156,9 @@ TEST_P(NoteEditing, EscKeepsTheOldTitleAndStoresNothing) {
     fpost& note = desk->note(1);
     const int before = changesOf(*desk);
     note.EditCaption();
-    SetWindowTextW(note.txtTitle(), L"not to be kept");
-    typeKey(note.txtTitle(), VK_ESCAPE, kEscape);
-    EXPECT_FALSE(note.titleBeingEdited() || IsWindowVisible(note.txtTitle()));
+    SetWindowTextW(note.editing.txtTitle(), L"not to be kept");
+    typeKey(note.editing.txtTitle(), VK_ESCAPE, kEscape);
+    EXPECT_FALSE(note.editing.titleBeingEdited() || IsWindowVisible(note.editing.txtTitle()));
     EXPECT_TRUE(IsWindowVisible(note.lbl2) && IsWindowVisible(note.pic));
     EXPECT_EQ(windowText(note.lbl), u"     a");
     EXPECT_EQ(changesOf(*desk), before);
@@ -167,14 +168,14 @@ TEST_P(NoteEditing, TheTitleEndsWithACharacterThatNoKeyTyped) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditCaption();
-    SetWindowTextW(note.txtTitle(), L"dictated");
-    SendMessageW(note.txtTitle(), WM_CHAR, kReturn, 0);
-    EXPECT_FALSE(note.titleBeingEdited() || IsWindowVisible(note.txtTitle()));
+    SetWindowTextW(note.editing.txtTitle(), L"dictated");
+    SendMessageW(note.editing.txtTitle(), WM_CHAR, kReturn, 0);
+    EXPECT_FALSE(note.editing.titleBeingEdited() || IsWindowVisible(note.editing.txtTitle()));
     EXPECT_EQ(desk->stored(1).Titolo, u"dictated");
     note.EditCaption();
-    SetWindowTextW(note.txtTitle(), L"not to be kept");
-    SendMessageW(note.txtTitle(), WM_CHAR, kEscape, 0);
-    EXPECT_FALSE(note.titleBeingEdited() || IsWindowVisible(note.txtTitle()));
+    SetWindowTextW(note.editing.txtTitle(), L"not to be kept");
+    SendMessageW(note.editing.txtTitle(), WM_CHAR, kEscape, 0);
+    EXPECT_FALSE(note.editing.titleBeingEdited() || IsWindowVisible(note.editing.txtTitle()));
     EXPECT_EQ(desk->stored(1).Titolo, u"dictated");
 }
 
@@ -182,13 +183,13 @@ TEST_P(NoteEditing, AnEmptyTitleLeavesOnlyItsIndentAndAnEmptyBodyNothing) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditCaption();
-    SetWindowTextW(note.txtTitle(), L"");
-    typeKey(note.txtTitle(), VK_RETURN, kReturn);
+    SetWindowTextW(note.editing.txtTitle(), L"");
+    typeKey(note.editing.txtTitle(), VK_RETURN, kReturn);
     EXPECT_EQ(windowText(note.lbl), u"     ");
     EXPECT_EQ(desk->stored(1).Titolo, u"");
     EXPECT_EQ(trayEntry(*desk, 0), u"- 1 -");
     editBody(note, L"", 0, 0);
-    typeKey(note.txtNota(), VK_RETURN, kReturn);
+    typeKey(note.editing.txtNota(), VK_RETURN, kReturn);
     EXPECT_EQ(windowText(note.nota), u"");
     EXPECT_EQ(desk->stored(1).Nota, u"");
 }
@@ -199,8 +200,8 @@ TEST_P(NoteEditing, AnIconizedNoteOpensItsTitle) {
     const auto desk = run({iconized});
     fpost& note = desk->note(1);
     typeKey(note.hwnd, VK_F2);
-    EXPECT_TRUE(note.titleBeingEdited());
-    EXPECT_FALSE(note.bodyBeingEdited());
+    EXPECT_TRUE(note.editing.titleBeingEdited());
+    EXPECT_FALSE(note.editing.bodyBeingEdited());
     EXPECT_FALSE(IsWindowVisible(note.pic2)) << "the grip would cover the end of the title";
     note.SaveCaption(false);
     EXPECT_TRUE(IsWindowVisible(note.pic2));
@@ -218,18 +219,20 @@ TEST_P(NoteEditing, APressOnAnyPartKeepsWhatIsBeingEditedBeforeItDoesAnythingEls
     for (const HWND part : {note.lbl, note.lbl2, note.pic, note.pic2, note.pic_time}) {
         const Text typed = u"typed " + decimal(++round);
         note.EditForm();
-        setWindowText(note.txtNota(), typed);
+        setWindowText(note.editing.txtNota(), typed);
         click(*desk, part, 225, 255);  // outside every hot area
         EXPECT_EQ(desk->stored(1).Nota, typed) << GetDlgCtrlID(part);
-        EXPECT_FALSE(note.bodyBeingEdited() || IsWindowVisible(note.txtNota())) << GetDlgCtrlID(part);
+        EXPECT_FALSE(note.editing.bodyBeingEdited() || IsWindowVisible(note.editing.txtNota()))
+            << GetDlgCtrlID(part);
     }
     for (const HWND part : {note.lbl, note.nota, note.pic2, note.pic_time}) {
         const Text typed = u"title " + decimal(++round);
         note.EditCaption();
-        setWindowText(note.txtTitle(), typed);
+        setWindowText(note.editing.txtTitle(), typed);
         click(*desk, part, 225, 255);
         EXPECT_EQ(desk->stored(1).Titolo, typed) << GetDlgCtrlID(part);
-        EXPECT_FALSE(note.titleBeingEdited() || IsWindowVisible(note.txtTitle())) << GetDlgCtrlID(part);
+        EXPECT_FALSE(note.editing.titleBeingEdited() || IsWindowVisible(note.editing.txtTitle()))
+            << GetDlgCtrlID(part);
     }
 }
 
@@ -240,10 +243,10 @@ TEST_P(NoteEditing, LosingTheKeyboardKeepsWhatWasTyped) {
     SetFocus(desk->note(2).hwnd);
     EXPECT_EQ(desk->stored(1).Nota, u"typed");
     note.EditCaption();
-    SetWindowTextW(note.txtTitle(), L"renamed");
+    SetWindowTextW(note.editing.txtTitle(), L"renamed");
     SetFocus(desk->note(2).hwnd);
     EXPECT_EQ(desk->stored(1).Titolo, u"renamed");
-    EXPECT_FALSE(note.bodyBeingEdited() || note.titleBeingEdited());
+    EXPECT_FALSE(note.editing.bodyBeingEdited() || note.editing.titleBeingEdited());
 }
 
 TEST_P(NoteEditing, TheTwoEditorsAreNeverOpenAtOnce) {
@@ -251,13 +254,13 @@ TEST_P(NoteEditing, TheTwoEditorsAreNeverOpenAtOnce) {
     fpost& note = desk->note(1);
     editBody(note, L"typed", 0, 0);
     note.EditCaption();
-    EXPECT_TRUE(note.titleBeingEdited());
-    EXPECT_FALSE(note.bodyBeingEdited() || IsWindowVisible(note.txtNota()));
+    EXPECT_TRUE(note.editing.titleBeingEdited());
+    EXPECT_FALSE(note.editing.bodyBeingEdited() || IsWindowVisible(note.editing.txtNota()));
     EXPECT_EQ(desk->stored(1).Nota, u"typed");
-    SetWindowTextW(note.txtTitle(), L"renamed");
+    SetWindowTextW(note.editing.txtTitle(), L"renamed");
     note.EditForm();
-    EXPECT_TRUE(note.bodyBeingEdited());
-    EXPECT_FALSE(note.titleBeingEdited() || IsWindowVisible(note.txtTitle()));
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
+    EXPECT_FALSE(note.editing.titleBeingEdited() || IsWindowVisible(note.editing.txtTitle()));
     EXPECT_EQ(desk->stored(1).Titolo, u"renamed");
 }
 
@@ -271,15 +274,15 @@ TEST_P(NoteEditing, EveryCommandKeepsTheOpenEditFirst) {
         const Text typed = u"typed " + decimal(++round);
         if (note.record.iconized) {
             note.EditCaption();
-            setWindowText(note.txtTitle(), typed);
+            setWindowText(note.editing.txtTitle(), typed);
         } else {
             note.EditForm();
-            setWindowText(note.txtNota(), typed);
+            setWindowText(note.editing.txtNota(), typed);
         }
-        const bool title = note.titleBeingEdited();
+        const bool title = note.editing.titleBeingEdited();
         SendMessageW(note.hwnd, WM_COMMAND, id, 0);
         EXPECT_EQ(title ? desk->stored(1).Titolo : desk->stored(1).Nota, typed) << id;
-        EXPECT_FALSE(note.bodyBeingEdited() || note.titleBeingEdited()) << id;
+        EXPECT_FALSE(note.editing.bodyBeingEdited() || note.editing.titleBeingEdited()) << id;
         if (!note.visible()) note.show(true);
     }
 }
@@ -290,8 +293,8 @@ TEST_P(NoteEditing, AnEditEndsTheResizeModeSoThatTheArrowsMoveTheCaret) {
     note.place.resizer.setMode(true);
     editBody(note, L"typed", 5, 5);
     EXPECT_FALSE(note.place.resizer.isOn());
-    typeKey(note.txtNota(), VK_LEFT);
-    EXPECT_EQ(selection(note.txtNota()).first, 4U);
+    typeKey(note.editing.txtNota(), VK_LEFT);
+    EXPECT_EQ(selection(note.editing.txtNota()).first, 4U);
     EXPECT_EQ(note.pWidth(), 3000);
 }
 
@@ -304,11 +307,11 @@ TEST_P(NoteEditing, LineBreaksFromElsewhereAreShownAndWrittenBackOnlyWhenEdited)
     fpost& note = desk->note(1);
     EXPECT_EQ(windowText(note.nota), u"one\r\ntwo\r\nthree");
     note.EditForm();
-    EXPECT_EQ(SendMessageW(note.txtNota(), EM_GETLINECOUNT, 0, 0), 3);
+    EXPECT_EQ(SendMessageW(note.editing.txtNota(), EM_GETLINECOUNT, 0, 0), 3);
     note.SaveNote();
     EXPECT_EQ(desk->stored(1).Nota, record.Nota);
     note.EditForm();
-    SendMessageW(note.txtNota(), WM_CHAR, L'!', 0);
+    SendMessageW(note.editing.txtNota(), WM_CHAR, L'!', 0);
     note.SaveNote();
     EXPECT_EQ(desk->stored(1).Nota, u"one\r\ntwo\r\nthree!");
 }
@@ -317,7 +320,7 @@ TEST_P(NoteEditing, TheGripDoesNotLieOverTheTextThatIsTyped) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditForm();
-    const RECT editor = rectOf(note.txtNota());
+    const RECT editor = rectOf(note.editing.txtNota());
     const RECT grip = rectOf(note.pic2);
     ASSERT_LT(grip.left, editor.right);
     ASSERT_LT(grip.top, editor.bottom);
@@ -325,8 +328,8 @@ TEST_P(NoteEditing, TheGripDoesNotLieOverTheTextThatIsTyped) {
     for (const int height : {2250, 1800, 3000}) {
         note.pHeight(height);
         RECT text{};
-        SendMessageW(note.txtNota(), EM_GETRECT, 0, reinterpret_cast<LPARAM>(&text));
-        EXPECT_LE(rectOf(note.txtNota()).top + text.bottom, rectOf(note.pic2).top) << height;
+        SendMessageW(note.editing.txtNota(), EM_GETRECT, 0, reinterpret_cast<LPARAM>(&text));
+        EXPECT_LE(rectOf(note.editing.txtNota()).top + text.bottom, rectOf(note.pic2).top) << height;
         EXPECT_GT(text.bottom, 40) << height;
     }
 }
@@ -342,7 +345,7 @@ TEST_P(NoteEditing, TheTimeStripMakesRoomForTheEditorAndComesBack) {
     for (const WPARAM key : {kReturn, kEscape}) {
         note.EditForm();
         EXPECT_FALSE(IsWindowVisible(note.pic_time)) << "it would cover the last line";
-        typeKey(note.txtNota(), key, key);
+        typeKey(note.editing.txtNota(), key, key);
         EXPECT_TRUE(IsWindowVisible(note.pic_time));
         EXPECT_EQ(windowText(note.pic_time), u"6:00:00") << "a pattern goes on counting to its next date";
     }

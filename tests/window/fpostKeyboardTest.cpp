@@ -136,8 +136,8 @@ TEST_P(Keyboard, InTheEditorTheArrowsBelongToTheText) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditForm();
-    hold(note.txtNota(), VK_LEFT, 2);
-    EXPECT_TRUE(note.bodyBeingEdited());
+    hold(note.editing.txtNota(), VK_LEFT, 2);
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
     EXPECT_EQ(note.place.Left(), 1500);
 }
 
@@ -147,13 +147,13 @@ TEST_P(Keyboard, ShiftF2EditsTheTitleOfANormalNote) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     hold(note.hwnd, VK_F2, 1, {VK_SHIFT});
-    ASSERT_TRUE(note.titleBeingEdited());
-    EXPECT_TRUE(IsWindowVisible(note.txtTitle()));
-    SetWindowTextW(note.txtTitle(), L"b");
-    typeKey(note.txtTitle(), VK_RETURN, VK_RETURN);
+    ASSERT_TRUE(note.editing.titleBeingEdited());
+    EXPECT_TRUE(IsWindowVisible(note.editing.txtTitle()));
+    SetWindowTextW(note.editing.txtTitle(), L"b");
+    typeKey(note.editing.txtTitle(), VK_RETURN, VK_RETURN);
     EXPECT_EQ(desk->stored(1).Titolo, u"b");
     hold(note.hwnd, VK_F2, 1, {});
-    EXPECT_TRUE(note.bodyBeingEdited()) << "F2 alone edits the text";
+    EXPECT_TRUE(note.editing.bodyBeingEdited()) << "F2 alone edits the text";
 }
 
 TEST_P(Keyboard, ShiftF4ShowsWhenItRingsAndTheTimeLeftAgain) {
@@ -196,13 +196,13 @@ TEST_P(Keyboard, AKeyThatWasMeantForTheEditDeletesNoNote) {
         } else {
             note.EditForm();
         }
-        const HWND editor = title ? note.txtTitle() : note.txtNota();
+        const HWND editor = title ? note.editing.txtTitle() : note.editing.txtNota();
         SetWindowTextW(editor, L"kept");
         desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 5});
         desk->desk->Tick();
         ASSERT_TRUE(note.Alarming());
         typeKey(editor, VK_RETURN, VK_RETURN);
-        ASSERT_FALSE(note.bodyBeingEdited() || note.titleBeingEdited());
+        ASSERT_FALSE(note.editing.bodyBeingEdited() || note.editing.titleBeingEdited());
         typeKey(note.hwnd, VK_ESCAPE);
         desk->clock.ms = 999;
         typeKey(note.hwnd, VK_ESCAPE);
@@ -244,11 +244,11 @@ TEST_P(Keyboard, TheResizeModeHasTheKeyboardToItself) {
     fpost& note = desk->note(1);
     note.place.resizer.setMode(true);
     typeKey(note.hwnd, VK_F2);
-    EXPECT_FALSE(note.bodyBeingEdited());
+    EXPECT_FALSE(note.editing.bodyBeingEdited());
     EXPECT_TRUE(note.place.resizer.isOn());
     typeKey(note.hwnd, VK_RETURN);
     typeKey(note.hwnd, VK_F2);
-    EXPECT_TRUE(note.bodyBeingEdited());
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
 }
 
 // --- From note to note ------------------------------------------------------------------------------------
@@ -282,9 +282,9 @@ TEST_P(Keyboard, GoingToAnotherNoteKeepsWhatWasTyped) {
     const auto desk = run({plainNote(u"a"), plainNote(u"b")});
     desk->note(1).show(true);
     desk->note(1).EditForm();
-    SetWindowTextW(desk->note(1).txtNota(), L"typed");
-    hold(desk->note(1).txtNota(), VK_TAB, 1);
-    EXPECT_FALSE(desk->note(1).bodyBeingEdited());
+    SetWindowTextW(desk->note(1).editing.txtNota(), L"typed");
+    hold(desk->note(1).editing.txtNota(), VK_TAB, 1);
+    EXPECT_FALSE(desk->note(1).editing.bodyBeingEdited());
     EXPECT_EQ(desk->stored(1).Nota, u"typed");
     EXPECT_EQ(GetFocus(), desk->note(2).hwnd);
 }

@@ -101,7 +101,7 @@ TEST_P(NoteRemoval, TheNotesBehindMoveDownAndGoOnInTheirNewPlaces) {
         EXPECT_EQ(desk->folder.content[Text(kNoteFile)].size(), 3 * kRecordLength);
     }
     third.EditForm();
-    SetWindowTextW(third.txtNota(), L"typed after it moved");
+    SetWindowTextW(third.editing.txtNota(), L"typed after it moved");
     third.SaveNote();
     EXPECT_EQ(desk->stored(2).Nota, u"typed after it moved");
     EXPECT_EQ(desk->stored(1).Nota, u"body of one");
@@ -143,7 +143,7 @@ TEST_P(NoteRemoval, WhatWasTypedIsKeptWhenTheQuestionIsAnsweredWithNo) {
     const auto desk = run({plainNote(u"one")});
     answer(*desk, IDNO);
     desk->note(1).EditCaption();
-    SetWindowTextW(desk->note(1).txtTitle(), L"renamed");
+    SetWindowTextW(desk->note(1).editing.txtTitle(), L"renamed");
     SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_DELETE, 0);
     EXPECT_EQ(asked, u"Are you sure you want to delete the kardel titled ''renamed'' ?");
     EXPECT_EQ(desk->stored(1).Titolo, u"renamed");
@@ -160,7 +160,7 @@ TEST_P(NoteRemoval, ThatTheStoreRefusesTakesTheNoteAwayAndLeavesTheOthersWritabl
     EXPECT_EQ(desk->desk->Count(), 3);
     fpost& third = desk->note(2);
     third.EditForm();
-    SetWindowTextW(third.txtNota(), L"typed afterwards");
+    SetWindowTextW(third.editing.txtNota(), L"typed afterwards");
     third.SaveNote();
     EXPECT_EQ(desk->stored(2).Nota, u"typed afterwards");
     EXPECT_EQ(desk->stored(3).Nota, u"body of four");

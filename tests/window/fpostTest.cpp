@@ -155,26 +155,26 @@ TEST_P(NoteWindow, EditKeyInTheOpenEditorKeepsWhatWasTyped) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditForm();
-    SetWindowTextW(note.txtNota(), L"typed");
+    SetWindowTextW(note.editing.txtNota(), L"typed");
     EXPECT_TRUE(note.commands.onKeyDown(VK_F2));
-    EXPECT_TRUE(note.bodyBeingEdited());
-    EXPECT_EQ(windowText(note.txtNota()), u"typed");
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
+    EXPECT_EQ(windowText(note.editing.txtNota()), u"typed");
 }
 
 TEST_P(NoteWindow, WhatTheStoreCannotKeepCannotBeTyped) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.EditForm();
-    SetWindowTextW(note.txtNota(), wide(Text(1023, u'x')));
-    SendMessageW(note.txtNota(), EM_SETSEL, 1023, 1023);
+    SetWindowTextW(note.editing.txtNota(), wide(Text(1023, u'x')));
+    SendMessageW(note.editing.txtNota(), EM_SETSEL, 1023, 1023);
     for (const WPARAM letter : {L'y', L'z'})
-        SendMessageW(note.txtNota(), WM_CHAR, letter, 0);
+        SendMessageW(note.editing.txtNota(), WM_CHAR, letter, 0);
     note.EditCaption();
     EXPECT_EQ(desk->stored(1).Nota, Text(1023, u'x') + (GetParam() ? u"yz" : u"y"));
-    SetWindowTextW(note.txtTitle(), wide(Text(127, u'x')));
-    SendMessageW(note.txtTitle(), EM_SETSEL, 127, 127);
+    SetWindowTextW(note.editing.txtTitle(), wide(Text(127, u'x')));
+    SendMessageW(note.editing.txtTitle(), EM_SETSEL, 127, 127);
     for (const WPARAM letter : {L'y', L'z'})
-        SendMessageW(note.txtTitle(), WM_CHAR, letter, 0);
+        SendMessageW(note.editing.txtTitle(), WM_CHAR, letter, 0);
     note.SaveCaption(true);
     EXPECT_EQ(desk->stored(1).Titolo, Text(127, u'x') + (GetParam() ? u"yz" : u"y"));
 }
@@ -203,16 +203,16 @@ TEST_P(NoteWindow, CloseMessageIsIgnored) {
 TEST_P(NoteWindow, PartsHaveTheirIdsAndTexts) {
     const auto desk = run({plainNote(u"title")});
     fpost& note = desk->note(1);
-    EXPECT_EQ(note.txtNota(), nullptr);
-    EXPECT_EQ(note.txtTitle(), nullptr);
+    EXPECT_EQ(note.editing.txtNota(), nullptr);
+    EXPECT_EQ(note.editing.txtTitle(), nullptr);
     note.EditForm();
-    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTNOTA), note.txtNota());
-    EXPECT_NE(note.txtNota(), nullptr);
-    EXPECT_EQ(note.txtTitle(), nullptr);
+    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTNOTA), note.editing.txtNota());
+    EXPECT_NE(note.editing.txtNota(), nullptr);
+    EXPECT_EQ(note.editing.txtTitle(), nullptr);
     note.EditCaption();
-    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTTITLE), note.txtTitle());
-    EXPECT_NE(note.txtTitle(), nullptr);
-    EXPECT_EQ(note.txtNota(), nullptr);
+    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTTITLE), note.editing.txtTitle());
+    EXPECT_NE(note.editing.txtTitle(), nullptr);
+    EXPECT_EQ(note.editing.txtNota(), nullptr);
     note.SaveCaption(false);
     EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTTITLE), nullptr);
     const std::pair<HWND, int> parts[] = {{note.lbl, ID_LBL},   {note.lbl2, ID_LBL2},
@@ -292,7 +292,7 @@ TEST_P(NoteWindow, FailedSaveKeepsTheTextAndTheNextSaveTriesAgain) {
     fpost& note = desk->note(1);
     auto fullDisk = std::make_unique<FullDisk>(*desk);
     note.EditForm();
-    SetWindowTextW(note.txtNota(), L"typed while the disk was full");
+    SetWindowTextW(note.editing.txtNota(), L"typed while the disk was full");
     note.SaveNote();
     EXPECT_TRUE(tookFailureReport(desk->desk->tray.hwnd));
     EXPECT_EQ(windowText(note.nota), u"typed while the disk was full");
@@ -309,9 +309,9 @@ TEST_P(NoteWindow, ExitTriesOnceMoreWhatTheStoreRefused) {
     fpost& note = desk->note(1);
     auto fullDisk = std::make_unique<FullDisk>(*desk);
     note.EditForm();
-    SetWindowTextW(note.txtNota(), L"typed while the disk was full");
+    SetWindowTextW(note.editing.txtNota(), L"typed while the disk was full");
     note.SaveNote();
-    note.toggleTopmost();
+    note.commands.mnuTopmost();
     fullDisk.reset();
     desk->desk->CommitEdits();
     EXPECT_EQ(desk->stored(1).Nota, u"typed while the disk was full");
@@ -323,7 +323,7 @@ TEST_P(NoteWindow, NoteWhoseCreationFailedIsCountedOnceASaveWorks) {
     auto fullDisk = std::make_unique<FullDisk>(*desk);
     ASSERT_TRUE(desk->desk->NewNote());
     fullDisk.reset();
-    desk->note(2).toggleTopmost();
+    desk->note(2).commands.mnuTopmost();
     EXPECT_EQ(desk->stored(2).Titolo, u"- 2 -");
     DataHeader header;
     if (GetParam()) {
@@ -351,7 +351,7 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNeverWrittenBack) {
     desk->folder.locked.clear();
     desk->registry.locked.clear();
     desk->note(1).place.moveTo(Twips{4500}, Twips{4500});
-    desk->note(1).store({NoteField::X, NoteField::Y, NoteField::Titolo, NoteField::Nota});
+    desk->note(1).kept.save({NoteField::X, NoteField::Y, NoteField::Titolo, NoteField::Nota});
     EXPECT_EQ(desk->stored(1).x, 1500);
     EXPECT_EQ(desk->stored(1).Titolo, u"a");
     EXPECT_EQ(desk->stored(1).Nota, u"body of a");
@@ -368,7 +368,7 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadTakesNoAlarmColourOrMoveAndSaysSo) {
     const NoteRecord before = note.record;
     const RECT at = rectOf(note.hwnd);
     const std::vector<std::function<void()>> changes{
-        [&] { note.mnuAlarm(); }, [&] { note.mnuColor(); }, [&] { note.toggleTopmost(); },
+        [&] { note.mnuAlarm(); }, [&] { note.mnuColor(); }, [&] { note.commands.mnuTopmost(); },
         [&] { note.toggleIconized(); }, [&] { note.place.moveStep(1, 0); }};
     for (std::size_t i = 0; i < changes.size(); ++i) {
         changes[i]();
@@ -417,7 +417,7 @@ TEST_P(NoteWindow, NotesThatCouldNotBeReadAppearOnceTheyCan) {
     EXPECT_TRUE(desk->note(1).visible() && desk->note(2).visible());
     EXPECT_FALSE(desk->note(3).visible());
     desk->note(1).place.moveTo(Twips{6000}, Twips{6000});
-    desk->note(1).store({NoteField::X});
+    desk->note(1).kept.save({NoteField::X});
     EXPECT_EQ(desk->stored(1).x, 6000);
 }
 
@@ -522,15 +522,15 @@ TEST_P(NoteWindow, LongTitleWidensTheNoteUpToTheScreen) {
 TEST_P(NoteWindow, FitsWidthAndHeightToTheBody) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
-    note.FitWidth();
-    note.FitHeight();
+    note.editing.FitWidth();
+    note.editing.FitHeight();
     EXPECT_EQ(desk->stored(1).width, 3000) << "a short body does not need more room";
     EXPECT_EQ(desk->stored(1).height, 2250);
     note.record.Nota = u"one line that is certainly wider than two hundred pixels of a note";
-    note.FitWidth();
+    note.editing.FitWidth();
     EXPECT_GT(desk->stored(1).width, 3000);
     note.record.Nota = u"1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n10\r\n11\r\n12";
-    note.FitHeight();
+    note.editing.FitHeight();
     EXPECT_GT(desk->stored(1).height, 2250);
 }
 
@@ -538,12 +538,12 @@ TEST_P(NoteWindow, WrappedTextBreaksWhereTheNoteDoes) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
     note.record.Nota = u"some words that do not fit on one line of this narrow note\r\nend";
-    const Text wrapped = note.WrappedText();
+    const Text wrapped = note.editing.WrappedText();
     EXPECT_NE(wrapped.find(u"\r\n"), wrapped.rfind(u"\r\n"));
     EXPECT_EQ(replaced(replaced(wrapped, u"\r\n", u""), u" ", u""),
               replaced(replaced(note.record.Nota, u"\r\n", u""), u" ", u""));
     note.record.Nota.clear();
-    EXPECT_EQ(note.WrappedText(), u"");
+    EXPECT_EQ(note.editing.WrappedText(), u"");
 }
 
 }  // namespace

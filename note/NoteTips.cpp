@@ -1,4 +1,5 @@
-// Tooltips of the pictures: what a press on them does.
+#include "note/NoteTips.h"
+
 #include "note/fpost.h"
 // Needs windows.h before it.
 #include <commctrl.h>
@@ -20,26 +21,26 @@ void addTip(HWND tips, HWND part, UINT_PTR tip, const HotArea& area, const NoteL
 
 }  // namespace
 
-void fpost::wantTips() {
-    if (tips != nullptr) return;
-    // Made when the mouse first comes over a picture: fifty notes at log-on need none.
-    tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
-                           CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, hwnd, nullptr,
-                           GetModuleHandleW(nullptr), nullptr);
-    if (tips == nullptr) return;
-    addTip(tips, lbl2, kTipIconize, design::kIconizeButton, *host->look);
-    addTip(tips, lbl2, kTipClose, design::kCloseButton, *host->look);
-    addTip(tips, pic, kTipDelete, design::kDeleteButton, *host->look);
-    addTip(tips, pic2, kTipWidth, design::kWidthArrow, *host->look);
-    addTip(tips, pic2, kTipHeight, design::kHeightArrow, *host->look);
+void NoteTips::want(const fpost& note) {
+    if (window_ != nullptr) return;
+    window_ = CreateWindowExW(
+        WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
+        CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, note.hwnd, nullptr, GetModuleHandleW(nullptr), nullptr);
+    if (window_ == nullptr) return;
+    const NoteLook& look = *note.host->look;
+    addTip(window_, note.lbl2, kTipIconize, design::kIconizeButton, look);
+    addTip(window_, note.lbl2, kTipClose, design::kCloseButton, look);
+    addTip(window_, note.pic, kTipDelete, design::kDeleteButton, look);
+    addTip(window_, note.pic2, kTipWidth, design::kWidthArrow, look);
+    addTip(window_, note.pic2, kTipHeight, design::kHeightArrow, look);
 }
 
-void fpost::fillTip(NMHDR& header) const {
+void NoteTips::fill(const fpost& note, NMHDR& header) {
     if (header.code != TTN_GETDISPINFOW) return;
     Text text;
     switch (header.idFrom) {
         case kTipIconize:
-            text = record.iconized ? u"Restore" : u"Iconize";
+            text = note.record.iconized ? u"Restore" : u"Iconize";
             break;
         case kTipClose:
             text = u"Close";
@@ -51,7 +52,7 @@ void fpost::fillTip(NMHDR& header) const {
             text = u"Wider; with Shift or the right button narrower";
             break;
         case kTipHeight:
-            if (!record.iconized) text = u"Taller; with Shift or the right button shorter";
+            if (!note.record.iconized) text = u"Taller; with Shift or the right button shorter";
             break;
         default:
             break;

@@ -1,0 +1,61 @@
+// The edits of a note's text and title, as far as they are the note's own: what is shown meanwhile, what
+// becomes of the text, and how the window fits it. The edit itself is NoteEditor's.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "note/NoteEditor.h"
+
+struct fpost;
+
+class NoteEditing final : public NoteEditorHost {
+public:
+    explicit NoteEditing(fpost& note) : note_(note) {}
+
+    /// Opens the editor and gives it the keyboard; any other edit ends. Nothing on a note that could not be
+    /// read.
+    void open(Edited what);
+    /// Ends the edit of this, if it is open. The note may be gone when it returns.
+    void end(Edited what, bool keep);
+    /// Ends whichever edit is open, keeping its text.
+    void commit() { editor_.end(true); }
+    bool isOpen() const { return editor_.isOpen(); }
+    bool bodyBeingEdited() const { return editor_.edits(Edited::Body); }
+    bool titleBeingEdited() const { return editor_.edits(Edited::Title); }
+    /// Whether an edit ended within the last second.
+    bool justEnded() const;
+    /// The editors, null while they do not exist.
+    HWND txtNota() const { return editor_.window(Edited::Body); }
+    HWND txtTitle() const { return editor_.window(Edited::Title); }
+    void place(const NoteRects& at) const;
+    void onNotice(unsigned code) { editor_.onNotice(code); }
+
+    /// Completes an edit that the last run left unfinished. False when its text could not be stored.
+    [[nodiscard]] bool finishEdit(bool title, const Text& text);
+
+    /// Makes the note as wide as its title needs, at most as the screen, and stores the width.
+    void CheckTitleWidth();
+    /// The same for the widest line of the text, and for its height.
+    void FitWidth();
+    void FitHeight();
+    /// The text with a line break wherever its label breaks it.
+    Text WrappedText() const;
+
+    bool fits(Edited what, const Text& text) const override;
+    bool keepEdit(Edited what, const Text& text) override;
+    void editClosed(Edited what) override;
+    bool keyOfNote(UINT message, WPARAM key, LPARAM how) override;
+    void saveDraft(Edited what, const Text& text) override;
+    void dropDraft() override;
+
+private:
+    /// The title and the width that it may need are stored in one go.
+    [[nodiscard]] bool storeTitle(const Text& title);
+    /// Whether the window had to grow.
+    bool widenToTitle();
+
+    fpost& note_;
+    NoteEditor editor_;
+    std::optional<std::uint64_t> ended_;  ///< when the last edit did, by the desk's uptime
+};
