@@ -200,6 +200,31 @@ TEST_P(EveryOperation, OverAPowerCutLeavesEachNoteAsItWasAtSomeMoment) {
     });
 }
 
+TEST_P(EveryOperation, ADeletionThatFollowsARefusedOneMayBeKilledToo) {
+    Finds finds;
+    for (int number = 0;; ++number) {
+        SCOPED_TRACE("write " + std::to_string(number) + " refused");
+        Stores stores;
+        seed(stores, {"", {}});
+        Program program(stores);
+        History history;
+        history.add(program.wanted());
+        kFailingWrite.fail(stores, number);
+        program.remove(2);
+        const bool reached = kFailingWrite.end(stores);
+        history.add(program.wanted());
+        const std::vector<Image> points = everyPoint(stores, [&] { program.remove(1); });
+        history.add(program.wanted());
+        for (std::size_t point = 0; point < points.size(); ++point) {
+            SCOPED_TRACE(at(1, point, false));
+            history.expectFromThen(finds.in(points[point], false));
+            ++tally.killed;
+        }
+        EXPECT_EQ(finds.in(points.back(), false), program.wanted());
+        if (!reached) break;
+    }
+}
+
 /// Does an operation once for every call that may fail, and looks at what comes of it: as if the program were
 /// killed right after it, and after it had its next chance.
 void failedAnywhere(const Operation& operation, const Failing& failing,

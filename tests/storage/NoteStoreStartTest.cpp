@@ -364,8 +364,6 @@ TEST(LeftOverTemporaries, OfFilesThatAnotherSessionWritesStay) {
     EXPECT_TRUE(start.desk.hasFile(u"MEMO.tmp"));
 }
 
-/// Where the three notes of `seedSettled` stand after a deletion that was never ended, in a registry that
-/// counts `counted` of them.
 TEST(StalePlaces, NeverActOnALaterNumberOfNotes) {
     for (const TextView list : {u"9 1 2", u"2 1 3", u"4 1 2 3 4 5", u"rubbish"}) {
         Start start;
