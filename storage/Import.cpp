@@ -108,6 +108,7 @@ Imported importRegistryNotes(FileStore& files, const RegistryStore& registry, in
     // One of them would have to go without a word.
     if (keep && notes.size() == static_cast<std::size_t>(kMaxNotes)) return Imported::Refused;
     std::vector<NoteRecord*> all;
+    all.reserve(notes.size());
     for (NoteRecord& note : notes)
         all.push_back(&note);
     FileImages images = imagesOf(data.page, all);
