@@ -1,11 +1,13 @@
 """The random user without hands: he sends his commands, texts and keys as messages, as other programs can, so that
 nothing that the window manager does can get in his way."""
 
+import contextlib
 import datetime
 
 from .app import WM_COMMAND, Dialog
 from .desk_model import ONCE, Alarm
 from .ids import part_id
+from .probe import ProbeError
 from .random_user import RandomUser
 
 WM_KEYDOWN, WM_CHAR, WM_HSCROLL, WM_LBUTTONDOWN, WM_RBUTTONDOWN, WM_RBUTTONUP = 0x100, 0x102, 0x114, 0x201, 0x204, 0x205
@@ -63,8 +65,10 @@ class SteadyUser(RandomUser):
 
     @staticmethod
     def _press(editor, key: int) -> None:
-        editor.send(WM_KEYDOWN, key)
-        editor.send(WM_CHAR, key)
+        """A key for an editor, which goes with the edit: it may be gone before the key, or before its character."""
+        with contextlib.suppress(ProbeError):
+            editor.send(WM_KEYDOWN, key)
+            editor.send(WM_CHAR, key)
 
     def _open_editor(self, note, name: str):
         """Opens the body or the title."""
@@ -77,11 +81,16 @@ class SteadyUser(RandomUser):
                 title.send(message, 0, 0x00050028)
         return window, window.part(name)
 
+    def _put(self, editor, text: str) -> None:
+        """Replaces the text of an editor, unless the edit has ended."""
+        with contextlib.suppress(ProbeError):
+            self.desk.probe.ask("settext", editor.hwnd, text)
+
     def _fill(self, note, name: str, text: str, end) -> None:
         """Puts a text into an editor and ends the edit; does so again if the edit ended before the text was there."""
         for _ in range(TRIES):
             window, editor = self._open_editor(note, name)
-            self.desk.probe.ask("settext", editor.hwnd, text)
+            self._put(editor, text)
             end(editor)
             self.desk.wait(lambda: not window.exists or not window.editing, 10, "the edit to end")
             if (window.title if name == "txtTitle" else window.body) == text:
@@ -114,7 +123,7 @@ class SteadyUser(RandomUser):
     def escape(self) -> None:
         note = self._any(self._full)
         window, editor = self._open_editor(note, "txtNota")
-        self.desk.probe.ask("settext", editor.hwnd, "never mind")
+        self._put(editor, "never mind")
         left_open = editor.visible
         self._press(editor, VK_ESCAPE)
         self.desk.wait(lambda: not window.editing, 10, "the edit to be left")
@@ -122,14 +131,23 @@ class SteadyUser(RandomUser):
             self._say("(too late)")  # the editor had closed, which keeps the text
             note.body = "never mind"
 
+    def _close(self, window, editor) -> None:
+        """Leaves an edit without its text, if there still is one."""
+        self._press(editor, VK_ESCAPE)
+        self.desk.wait(lambda: not window.editing, 10, "the edit to be left")
+
     def _write_body(self, note):
         text = note.body[:200] + self._words()
         for _ in range(TRIES):
             window, editor = self._open_editor(note, "txtNota")
-            self.desk.probe.ask("settext", editor.hwnd, text[1:])
-            editor.send(WM_CHAR, ord(text[0]))  # a key at the caret, which is at the beginning; it causes the draft
-            if editor.visible:
+            self._put(editor, text[1:])
+            with contextlib.suppress(ProbeError):
+                editor.send(WM_CHAR, ord(text[0]))  # a key at the caret, at the beginning; it causes the draft
+            if editor.visible and editor.text == text:
                 return window, text
+            self._say("(again)")
+            self._close(window, editor)
+            note.body = window.body
         return None
 
     def resize_by_key(self) -> None:
