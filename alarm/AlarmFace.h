@@ -35,7 +35,7 @@ struct AlarmFace {
     AlarmFace& operator=(const AlarmFace&) = delete;
 
     /// Puts the controls on `form`, hidden, with the rule in them. False when Windows refuses.
-    bool create(HWND form, const DialogGrid& grid, const AlarmRule& rule, Now now);
+    [[nodiscard]] bool create(HWND form, const DialogGrid& grid, const AlarmRule& rule, Now now);
     /// Shows the controls or hides them all; what they hold stays.
     void show(bool shown) const;
     /// Places the controls and answers the client size in pixels that they take.

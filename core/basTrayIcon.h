@@ -5,11 +5,11 @@
 
 /// Adds the icon; its mouse messages go to the window `tray` as WM_TRAYICON. False when it is there already
 /// or the shell is not ready.
-bool TrayIconAdd(HWND tray);
+[[nodiscard]] bool TrayIconAdd(HWND tray);
 
 /// For the start: also true when the icon is there already. The shell may report a time-out although it did
 /// add the icon, and every later try to add it would fail.
-bool TrayIconEnsure(HWND tray);
+[[nodiscard]] bool TrayIconEnsure(HWND tray);
 
 /// Removes the icon. False when there was none.
 bool TrayIconDelete(HWND tray);

@@ -46,10 +46,10 @@ struct fTray {
 
     /// Creates the hidden window, without icon and title yet; `desk` outlives it. False when Windows refuses
     /// twice; the log says why.
-    bool create(TrayHost& desk);
+    [[nodiscard]] bool create(TrayHost& desk);
     /// Adds the icon and, the first time, takes the window procedure over and sets the title by which a
     /// second start finds this copy. False while the shell is not ready.
-    bool addIcon();
+    [[nodiscard]] bool addIcon();
     /// Removes icon and window. Harmless without them.
     void destroy();
 
@@ -70,7 +70,7 @@ struct fTray {
 private:
     static LRESULT CALLBACK trayProc(HWND window, UINT message, WPARAM wp, LPARAM lp) noexcept;
     LRESULT onTrayMessage(UINT message, WPARAM wp, LPARAM lp);
-    bool TrayHook(HWND tray);
+    [[nodiscard]] bool TrayHook(HWND tray);
     void TrayUnhook(HWND tray);
     void onIcon(UINT mouseMessage);
     void onSecondStart();

@@ -302,13 +302,12 @@ TextView NoteEditor::fitting(const Text& text, TextRange selected, const Text& i
                        [this](const Text& whole) { return at_.host->fits(at_.what, whole); });
 }
 
-bool NoteEditor::insert(const Text& text) {
+void NoteEditor::insert(const Text& text) {
     if (fitting(windowText(window_), selection(), text).size() < text.size()) {
         MessageBeep(MB_OK);
-        return false;
+        return;
     }
     pass(EM_REPLACESEL, kCanUndo, reinterpret_cast<LPARAM>(wide(text)));
-    return true;
 }
 
 void NoteEditor::paste() {

@@ -83,7 +83,7 @@ private:
     TextRange selection() const;
     TextView fitting(const Text& text, TextRange selected, const Text& inserted) const;
     /// In place of the selection, all of it or, with a beep, nothing.
-    bool insert(const Text& text);
+    void insert(const Text& text);
     LRESULT replaceSelection(WPARAM canUndo, LPARAM text);
     LRESULT replaceAll(LPARAM text);
     void writeDraft();

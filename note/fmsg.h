@@ -84,7 +84,7 @@ private:
     void disableNotes();
     void enableNotes();
 
-    bool createWindow();
+    [[nodiscard]] bool createWindow();
     void createMessageControls();
     void showMessageControls(bool shown) const;
     void layoutMessage(const Face& face);
