@@ -38,49 +38,49 @@ RULE_GOAL = 1000      # nanoseconds
 INTRODUCTION = """\
 # Benchmarks
 
-`./bench` measures and prints this page; `./bench --write` keeps it here. Nothing in the tests depends on these times.
+`./bench` measures and prints this page; `./bench --write` stores it here. No test depends on these times.
 
 The *reference* is a bare program (`tests/bench/reference.cpp`) that creates, shows and paints 50 windows of the same
-sizes with the same eight children each, and the same titles and bodies, and hides, shows, shrinks and places them on
-command. It carries Kardel's manifest, since that decides which of Windows' edit controls the children are. It has no
-store, no tray icon, no settings. *Bare windows* (`tests/bench/windows.cpp`) are 50 borderless windows of the same sizes
-without any children, each painted in one go with the same title and body. The *bare step* beside single steps of Kardel is what `tests/bench/bare.cpp` does.
+sizes with the same eight children, titles and bodies, and hides, shows, shrinks and places them on command. It has
+Kardel's manifest, because that decides which of Windows' edit controls the children are, but no store, tray icon or
+settings. *Bare windows* (`tests/bench/windows.cpp`) are 50 borderless windows of the same sizes without any children,
+each painted in one go with the same title and body. The *bare step*, with which a single step of Kardel is compared, is
+in `tests/bench/bare.cpp`.
 """
 
 METHOD = """\
 ## How it is measured
 
-- One virtual screen of 1280 x 1024 with a window manager, a tray panel and the resource property that every desktop
-  session has (without it Wine looks for a file on disk whenever a font is selected), one Wine session that is already
-  up, the 64-bit build. Reference and program run in turn: {warm_up} pair dropped as warm-up, {pairs} pairs measured for each
-  store.
-- A start begins when the process is created. It ends when 50 windows of a note's size are mapped (counted by the
-  X server's own events; no window list is polled) **and** the picture has changed for the last time: the X server
+- There is one virtual screen of 1280 x 1024 with a window manager, a tray panel and the resource property that every
+  desktop session has (without it Wine looks for a file on disk whenever a font is selected), and one Wine session that
+  is already running. The 64-bit build is measured. Reference and program run in turn: {warm_up} pair is dropped as
+  warm-up, and {pairs} pairs are measured for each store.
+- A start begins when the process is created. It ends when 50 windows of a note's size are mapped (counted by the X
+  server's own events; no window list is polled) **and** the picture has changed for the last time: the X server
   reports every change of its pixels (the DAMAGE extension), and the last report before {quiet} seconds without one is
-  the end. For both programs alike this is what a user would call "everything is there". After the clock has
-  stopped, the picture is checked: each of the 50 notes shows its colour and something written on it.
+  the end. For both programs this is what a user would call "everything is there". After the clock has stopped, the
+  picture is checked: each of the 50 notes shows its colour with something written on it.
 - A command is timed from the message that gives it to the last change of a window or of the picture before
-  {command_quiet} seconds without one. After each, the windows of both programs stand in the same places. Kardel's time
-  includes what it stores.
+  {command_quiet} seconds without one. After each command, the windows of both programs are at the same places. Kardel's
+  time includes what it stores.
 - A ratio is the median of the ratios of all pairs, with the quartiles in brackets; times are medians.
-- CPU is user and system time of the process itself; behind the plus sign stands what Wine's server spent meanwhile,
-  which does every window and registry call. The CPU ratio is that of both together. On a machine that has other work
-  it is steadier than the time, which the goal is about.
-- Private memory is what the process alone has written (its private dirty pages) when the start is over. Memory in all is
-  the sum of its pages {memory_after:g} seconds after the start began, a page that several processes have counted by its
-  part (PSS): it falls a little where other programs use the same libraries.
-- Single steps run inside a program made of Kardel's own code (`tests/bench/inside.cpp`), {rounds} samples each, in turn
-  with their bare counterparts. A drag is the real one, with the snapping on and no edge near: all notes are looked at.
-  The bare message goes to a window that leaves it to the system. Linear growth: what a note adds from 25 to 50, over
-  what it adds from 10 to 25. From Enter to the store ends when the store's own write of the body has returned; the
-  bare step takes the text from an edit control, hides it, shows the text in a label and writes the same bytes; Kardel
-  writes before it shows. A tick is one of all 50 notes, divided by 50; where the second has changed, every strip is
-  drawn anew. The bare tick sets and draws a label, or is a message that nobody answers.
-- The countdown runs in the real program: {slices} slices of {slice:g} seconds. How often a program wakes up is counted by
-  the system, over all its threads: a timer that runs for nothing would show.
-- Rules are timed in a native, optimised program (`tests/bench/rules.cpp`); beside the hundred years stands a rule that
-  missed one step.
-- The programs are ended from outside; the next start waits until their windows and the tray icon are gone.
+- CPU is user and system time of the process itself. After the plus sign comes what Wine's server, which handles every
+  window and registry call, has spent meanwhile; the CPU ratio is that of both together. On a machine with other work
+  it is steadier than the time, for which the goal is set.
+- Private memory is what only the process itself has written (its private dirty pages) at the end of the start. Memory
+  in all is the sum of its pages {memory_after:g} seconds after the start began, where a page of several processes counts
+  by its part (PSS); it is a little lower when other programs use the same libraries.
+- Single steps run inside a program made of Kardel's own code (`tests/bench/inside.cpp`), with {rounds} samples each, in
+  turn with their bare counterparts. A drag is a real one, with snapping on and no edge near, so that all notes are
+  looked at. The bare message goes to a window that leaves it to the system. Linear growth compares what a note adds from
+  25 to 50 notes with what it adds from 10 to 25. From Enter to the store ends when the store's own write of the body has
+  returned; the bare step takes the text from an edit control, hides it, shows the text in a label and writes the same
+  bytes, while Kardel writes before it shows. A tick is that of all 50 notes, divided by 50; when the second has changed,
+  every strip is drawn again. The bare tick sets and draws a label, or is a message that nobody answers.
+- The countdown runs in the real program, in {slices} slices of {slice:g} seconds. How often a program wakes up is counted
+  by the system over all its threads, so that a timer that runs for nothing would show.
+- Rules are timed in a native, optimised program (`tests/bench/rules.cpp`), and compared with a rule that missed one step.
+- The programs are ended from outside, and the next start waits until their windows and the tray icon are gone.
 """
 
 
