@@ -8,8 +8,8 @@
 
 namespace {
 
-// Bytes are put together by hand: records have odd offsets and no padding, and their order of bytes does not
-// depend on the machine.
+// Bytes are put together by hand, because records have odd offsets, no padding, and a byte order that does
+// not depend on the machine.
 template <class Unsigned>
 void putNumber(std::string& bytes, std::size_t at, Unsigned number) {
     for (std::size_t i = 0; i < sizeof(number); ++i) {
@@ -61,7 +61,7 @@ std::string encodeHeader(const DataHeader& header) {
 
 bool decodeHeader(std::string_view bytes, DataHeader& header) {
     if (bytes.size() < kHeaderLength) return false;
-    // What a power cut may leave of a file that was just made.
+    // What a power cut may leave of a file that has just been made.
     if (bytes.find_first_not_of('\0') >= kHeaderLength) return false;
     header.count = getInt32(bytes, 0);
     header.flag = getInt16(bytes, 4);
@@ -161,7 +161,7 @@ IoStatus DataFiles::ReadHeader(DataHeader& header, bool UseRegistry, bool& exist
         return IoStatus::Absent;
     }
     const LengthResult notes = files.length(kNoteFile);
-    // A header that counts too few would hide notes for good: better none than a guess.
+    // A header that counts too few would hide notes for good, so none is written on a guess.
     if (notes.status == IoStatus::Failed) return IoStatus::Failed;
     constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
     fresh.count = static_cast<std::int32_t>(std::clamp<std::uint64_t>(notes.bytes / kRecordLength, 1, kMost));

@@ -1,5 +1,6 @@
 // The three local files: KARDEL.HDR (one header record), KARDEL.DAT (one 215-byte record per note) and MEMO
-// (one 1024-byte record per body). All numbers little-endian, texts in the ANSI code page padded with blanks.
+// (one 1024-byte record per body). All numbers are little-endian, all texts are in the ANSI code page and
+// padded with blanks.
 #pragma once
 
 #include <cstddef>
@@ -31,12 +32,12 @@ static_assert(kProgramVersion >= 1.25F);
 
 struct DataHeader {
     std::int32_t count = 1;  ///< number of note records
-    std::int16_t flag = 0;   ///< stored as 0 whatever it is; nothing reads the stored one
+    std::int16_t flag = 0;   ///< always stored as 0; the stored value is never used
     float version = kProgramVersion;
 };
 
 std::string encodeHeader(const DataHeader& header);
-/// False unless `bytes` are all ten bytes of a header, and not just zeros.
+/// False unless `bytes` has all ten bytes of a header, which are not just zeros.
 bool decodeHeader(std::string_view bytes, DataHeader& header);
 
 struct EncodedRecord {
@@ -45,25 +46,25 @@ struct EncodedRecord {
     bool unmappable = false;  ///< the latter
 };
 EncodedRecord encodeRecord(const CodePage& page, const NoteRecord& record);
-/// Reads as many fields as `bytes` has; the missing rest reads as zero bytes. The body is not in there.
+/// Reads as many fields as `bytes` has; what is missing reads as zero bytes. The body is not part of it.
 NoteRecord decodeRecord(const CodePage& page, std::string_view bytes);
 
 /// Puts one field of `record` into the bytes of a record; all others stay as they are. The body has no place
-/// there and is skipped.
+/// in it and is skipped.
 void encodeFieldInto(const CodePage& page, const NoteRecord& record, NoteField field, EncodedRecord& into);
 
-/// The number of the body's record within a record's bytes.
+/// The number of the body's record, from a record's bytes.
 std::int32_t memoNumberOf(std::string_view bytes);
 void setMemoNumber(std::string& bytes, std::int32_t number);
 
-/// What a new record holds before any field is set: blank texts, MEMO number 1, the design colour.
+/// A new record before any field is set: blank texts, MEMO number 1, the design colour.
 void ClearNoteRecord(NoteRecord& record);
 
 struct MemoResult {
     bool done = false;
     bool lost = false;              ///< the body was cut or holds characters outside the code page
     bool unmappable = false;        ///< the latter
-    std::int32_t recordNumber = 0;  ///< the record that holds the body now
+    std::int32_t recordNumber = 0;  ///< the record that now holds the body
 };
 
 /// Record access to the files. No file stays open between calls.
@@ -71,25 +72,25 @@ struct DataFiles {
     Files files;
     CodePage page;
 
-    /// Reads the header. Absent file: in registry mode `header` becomes a fresh one in memory only, with the
-    /// flag -1; otherwise a header is created, and beside an existing KARDEL.DAT it counts that file's
-    /// records. Failed, or less than a whole header: `header` is untouched. `existed` tells whether there was
-    /// a file.
+    /// Reads the header. If there is no file, `header` becomes a fresh one: in registry mode in memory only,
+    /// with the flag -1; otherwise it is also written, and counts the records of KARDEL.DAT if that exists.
+    /// Failed, or less than a whole header: `header` is untouched. `existed` says whether there was a file.
     [[nodiscard]] IoStatus ReadHeader(DataHeader& header, bool UseRegistry, bool& existed) const;
     /// Writes the header with the running program's version and the flag 0; on the disk when this returns.
     [[nodiscard]] bool WriteHeader(DataHeader& header) const;
 
-    /// Record numbers begin at 1. A record beyond the end of the file, or of a file that is not there, reads
-    /// as zero bytes with status Absent.
+    /// Record numbers begin at 1. A record beyond the end of the file, or of a missing file, reads as zero
+    /// bytes with status Absent.
     IoStatus GetNoteRecord(int recordNumber, NoteRecord& record) const;
-    /// `lost` tells whether a text was cut or holds characters outside the code page.
+    /// `lost` says whether a text was cut or holds characters outside the code page.
     [[nodiscard]] bool PutNoteRecord(int recordNumber, const NoteRecord& record, bool* lost = nullptr) const;
 
-    /// The same as bytes, always kRecordLength of them when read, for changes that leave all else alone.
+    /// The same as bytes, always kRecordLength of them when read, for changes that leave everything else
+    /// alone.
     IoStatus GetRecordBytes(int recordNumber, std::string& bytes) const;
     [[nodiscard]] bool PutRecordBytes(int recordNumber, std::string_view bytes) const;
 
-    /// The body without trailing blanks; a number outside the file reads as "" with status Absent.
+    /// The body without trailing blanks. A number outside the file reads as "" with status Absent.
     IoStatus ReadMemo(std::int32_t recordNumber, Text& body) const;
     /// Writes a body padded or cut to 1024 bytes. A number below 1 or beyond the record after the last
     /// appends a record; the number used is in the result.
@@ -105,12 +106,12 @@ struct DataFiles {
     bool exists(TextView name) const;
 };
 
-/// Adds one note to the images of both files that are being built: the body goes to the end of `memoImage`,
-/// its record number into the record, the record to the end of `datImage`. True unless text was lost.
+/// Adds one note to the images of both files while they are built: the body goes to the end of `memoImage`,
+/// its record number into the record, and the record to the end of `datImage`. True unless text was lost.
 [[nodiscard]] bool AppendRecordPair(const CodePage& page, std::string& datImage, std::string& memoImage,
                                     NoteRecord record);
 
 /// Fills a record (and its body, in `Nota`) from the note's section in the settings store. `slot` is 0..49. A
-/// size that is missing there is 0; the days of a pattern stay only where its kind uses them. Failed:
-/// `record` is untouched.
+/// missing size is 0; the days of a pattern are kept only if its kind uses them. Failed: `record` is
+/// untouched.
 IoStatus CopyRegistryNoteToRecord(const RegistryNotes& registry, int slot, NoteRecord& record);

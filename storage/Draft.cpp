@@ -6,8 +6,9 @@
 
 namespace {
 
-// Kind of file, number of entries; for each: note number, editor, mark of the stored note, number of UTF-16
-// units, the units; last a check over all of it. Numbers of 4 bytes, little-endian.
+// Kind of file and number of entries; for each entry the note number, the editor, the mark of the stored
+// note, the number of UTF-16 units, and the units; at the end a checksum of everything. Numbers have 4 bytes,
+// little-endian.
 constexpr std::string_view kKind = "KTM2";
 /// The same with one entry and no number of them, from when all notes shared one draft.
 constexpr std::string_view kSingleKind = "KTMP";
@@ -23,7 +24,7 @@ public:
     void add(TextView text) {
         for (const char16_t c : text)
             add(unsigned{c});
-        add(0x10000U);  // no text has it: where one ends and the next begins
+        add(0x10000U);  // occurs in no text, so it separates two texts
     }
     std::uint32_t value() const { return hash_; }
 
@@ -50,7 +51,7 @@ std::uint32_t numberAt(std::string_view bytes, std::size_t at) {
     return value;
 }
 
-/// Takes a number off the front; none when the bytes are over.
+/// Takes a number off the front; none when there are no bytes left.
 std::optional<std::uint32_t> takeNumber(std::string_view& bytes) {
     if (bytes.size() < kNumberBytes) return std::nullopt;
     const std::uint32_t number = numberAt(bytes, 0);

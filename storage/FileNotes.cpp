@@ -20,7 +20,7 @@ bool isIn(const std::vector<std::int32_t>& numbers, std::int64_t number) {
 }
 
 /// Writes a body into a record at the end that no other note points to. `taken` are the other notes' numbers:
-/// where MEMO was lost or cut, they point behind its end, and the body must not become theirs.
+/// if MEMO was lost or cut, they point beyond its end, and this body must not become theirs.
 MemoResult appendMemo(const DataFiles& data, const std::vector<std::int32_t>& taken, TextView body) {
     const LengthResult length = data.files.length(kMemoFile);
     if (length.status == IoStatus::Failed) return {};
@@ -37,7 +37,7 @@ MemoResult appendMemo(const DataFiles& data, const std::vector<std::int32_t>& ta
 }
 
 /// Writes the body of note `number`, which points to MEMO record `current`: there, or into a new record when
-/// that number is none of MEMO's or another note has it too. Whose body it was first, nobody knows.
+/// MEMO has no such record or another note points to it as well (whose body it was first is unknown).
 MemoResult writeBody(const DataFiles& data, int number, std::int32_t current, TextView body) {
     std::optional<std::vector<std::int32_t>> others = storedMemoNumbers(data);
     const LengthResult memos = data.memoRecords();
@@ -107,8 +107,8 @@ Saved setInFiles(const DataFiles& data, int number, NoteRecord& record, std::spa
     save.done = true;
     const bool body = std::find(fields.begin(), fields.end(), NoteField::Nota) != fields.end();
     if (fresh || body) {
-        // The body first: a record must never point to one that is not there. Where the record changes too, a
-        // place of its own: with the record it takes force, all or nothing.
+        // The body comes first, because a record must never point to one that is not there. If the record
+        // changes too, the body gets a new place, so that both take effect together with the record.
         const std::int32_t place = stored.bytes == before ? memoNumberOf(stored.bytes) : 0;
         const MemoResult written = writeBody(data, number, place, record.Nota);
         save.done = written.done && (written.recordNumber == place || data.files.flush(kMemoFile));
@@ -126,7 +126,7 @@ Saved createInFiles(const DataFiles& data, int number, NoteRecord& record) {
     Saved save;
     std::optional<std::vector<std::int32_t>> numbers = storedMemoNumbers(data);
     if (!numbers) return save;
-    // Records from `number` on are left-overs: their bodies are nobody's.
+    // Records from `number` on are left over, and their bodies belong to no note.
     numbers->resize(std::min(numbers->size(), static_cast<std::size_t>(number - 1)));
     const MemoResult body = appendMemo(data, *numbers, record.Nota);
     if (!body.done || !data.files.flush(kMemoFile)) return save;
@@ -161,7 +161,7 @@ bool makeRecordsDense(const DataFiles& data, std::span<NoteRecord* const> notes,
             image += read.bytes.substr(static_cast<std::size_t>(place - 1) * kRecordLength, kRecordLength);
             continue;
         }
-        // The file was lost or cut since it was read: what is on screen is all there is of the note.
+        // The file was lost or cut after it was read: the note only exists on screen.
         NoteRecord& note = *notes[static_cast<std::size_t>(number - 1)];
         if (note.readOnly) return false;
         const MemoResult body = appendMemo(data, taken, note.Nota);
@@ -205,7 +205,8 @@ void compactMemo(const DataFiles& data, std::span<NoteRecord* const> notes) {
         ReadResult body = data.files.read(kMemoFile, at(last), kMemoLength);
         if (body.status != IoStatus::Done) return;
         body.bytes.resize(kMemoLength, ' ');
-        // On the disk before a record points there, and the record before its old place is used again.
+        // The body must be on the disk before a record points to it, and the record before the body's old
+        // place is used again.
         if (!data.files.write(kMemoFile, at(gap), body.bytes) || !data.files.flush(kMemoFile)) return;
         if (!repoint(data, image, last, gap, notes) || !data.files.flush(kNoteFile)) return;
     }

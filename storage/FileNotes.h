@@ -1,5 +1,5 @@
-// The notes in the local files: a record each in KARDEL.DAT, which points to the body's record in MEMO. At
-// every instant each record points to its own note's body, whatever is ended or refused half-way.
+// The notes in the local files: each has a record in KARDEL.DAT, which points to the body's record in MEMO.
+// Each record points to its own note's body at every instant, whatever is interrupted or refused half-way.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ struct FileImages {
 };
 FileImages imagesOf(const CodePage& page, std::span<NoteRecord* const> notes);
 
-/// A record that holds nothing at all: the file ends before it, or only zero bytes stand there.
+/// Whether a record holds nothing at all: the file ends before it, or there are only zero bytes.
 bool isZeroRecord(std::string_view bytes);
 
 /// The MEMO numbers of all notes; empty when they cannot be read.
@@ -29,23 +29,22 @@ std::optional<std::vector<std::int32_t>> storedMemoNumbers(const DataFiles& data
 
 struct Saved {
     bool done = false;
-    bool unmappable = false;  ///< some letters have no place in the code page
+    bool unmappable = false;  ///< some letters are not in the code page
 };
 
-/// Writes fields of a note into record `number` (from 1). What the record holds beside them stays as it is,
-/// byte for byte. `record.memo` follows.
+/// Writes fields of a note into record `number` (from 1). Everything else in the record stays as it is, byte
+/// for byte. `record.memo` is updated.
 [[nodiscard]] Saved setInFiles(const DataFiles& data, int number, NoteRecord& record,
                                std::span<const NoteField> fields);
 
-/// Writes a note with a body of its own behind the others, as record `number`.
+/// Writes a note as record `number`, with a body of its own after all others.
 [[nodiscard]] Saved createInFiles(const DataFiles& data, int number, NoteRecord& record);
 
-/// Brings KARDEL.DAT to the notes that remain, in one step: those that it still holds as they stand there,
-/// any other one from memory. False when something is left to do; the notes are found through `places` all
-/// the same.
+/// Reduces KARDEL.DAT to the remaining notes in one step: those that it still holds are taken from there, any
+/// others from memory. False when something is left to do; the notes are still found through `places`.
 [[nodiscard]] bool makeRecordsDense(const DataFiles& data, std::span<NoteRecord* const> notes,
                                     NotePlaces& places);
 
-/// Leaves no record in MEMO that no note points to: the last one moves into a free place, then the file is
-/// cut. At every instant each note points to its own body; what is left undone is done the next time.
+/// Removes the records of MEMO that no note points to: the last record moves into a free place, then the file
+/// is cut. Each note points to its own body at every instant; what is left undone is done the next time.
 void compactMemo(const DataFiles& data, std::span<NoteRecord* const> notes);

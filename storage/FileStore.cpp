@@ -35,7 +35,7 @@ IoStatus FileStore::readCount(IoStatus headerRead, int& count) {
 bool FileStore::createFirst() {
     NoteRecord first;
     ClearNoteRecord(first);
-    // Where KARDEL.DAT alone is away, its bodies must be there when it comes back.
+    // If only KARDEL.DAT is missing, its bodies must be there when it comes back.
     const LengthResult memo = data_.files.length(kMemoFile);
     if (memo.status == IoStatus::Failed) return false;
     const MemoResult body = data_.WriteMemo(memo.bytes == 0 ? 1 : 0, u"");
@@ -54,7 +54,7 @@ IoStatus FileStore::load(int number, NoteRecord& record, DefaultSize size) const
         ClearNoteRecord(loaded);
         loaded.width = size.width;
         loaded.height = size.height;
-        // The first body may still be the first note's; any other one would be borrowed.
+        // The first body may still be the first note's; any other one would belong to another note.
         const std::optional<std::vector<std::int32_t>> numbers = storedMemoNumbers(data_);
         if (!numbers) return IoStatus::Failed;
         if (place > 1 || std::find(numbers->begin(), numbers->end(), loaded.memo) != numbers->end())
@@ -74,7 +74,7 @@ Saved FileStore::set(int number, NoteRecord& record, std::span<const NoteField> 
 Saved FileStore::create(int number, NoteRecord& record) {
     const int place = places_.of(number);
     Saved saved = createInFiles(data_, place, record);
-    // A note that is not counted would be missing at the next start, however often it is saved.
+    // A note that is not counted would be missing at the next start, however often it had been saved.
     header_.count = place;
     headerOwed_ = true;
     saved.done = saved.done && writeHeader();
@@ -108,7 +108,7 @@ bool FileStore::makeDense(NoteList notes) {
 bool FileStore::replaceAll(NoteList notes, const GlobalSettings&) {
     const FileImages images = imagesOf(data_.page, notes);
     if (images.lost) return false;
-    // Records of an earlier time must not find the new bodies.
+    // Old records must not point to the new bodies.
     if (!data_.files.remove(kNoteFile)) return false;
     header_.count = static_cast<std::int32_t>(notes.size());
     bool done = notes.empty() ? data_.files.remove(kMemoFile)
@@ -123,7 +123,7 @@ bool FileStore::replaceAll(NoteList notes, const GlobalSettings&) {
 }
 
 bool FileStore::storeCount(int) {
-    return true;  // the header has it, and follows every new and every deleted note
+    return true;  // the header has it, and is written with every new and every deleted note
 }
 
 bool FileStore::settle() {
@@ -151,7 +151,7 @@ std::optional<std::size_t> FileStore::sizeOf(TextView text) const {
 bool FileStore::saveDraft(const Draft& draft) {
     std::erase_if(drafts_, [&](const Draft& other) { return other.number == draft.number; });
     drafts_.push_back(draft);
-    // They come once a second while somebody types; every other one goes through to the disk.
+    // While somebody is typing, one comes every second; every other one is flushed to the disk.
     flushNextDraft_ = !flushNextDraft_;
     return writeDrafts(flushNextDraft_ ? Flush::No : Flush::Yes);
 }
@@ -159,8 +159,8 @@ bool FileStore::saveDraft(const Draft& draft) {
 bool FileStore::dropDraft(int number) {
     const auto dropped = std::erase_if(drafts_, [&](const Draft& draft) { return draft.number == number; });
     if (dropped == 0 && !draftsOwed_) return true;
-    // The note may have just taken the text over: until that is on the disk, the draft is all that a power
-    // cut leaves of it.
+    // The note may just have taken the text over: until that is on the disk, a power cut leaves only the
+    // draft.
     static_cast<void>(data_.files.flush(kMemoFile));
     static_cast<void>(data_.files.flush(kNoteFile));
     return writeDrafts(drafts_.empty() ? Flush::No : Flush::Yes);
@@ -170,7 +170,7 @@ bool FileStore::writeDrafts(Flush flush) {
     const std::string bytes = encodeDrafts(drafts_);
     bool done =
         drafts_.empty() ? data_.files.remove(kDraftFile) : data_.files.replace(kDraftFile, bytes, flush);
-    // A program that lets nobody delete or replace the file may still let it be written.
+    // A program that keeps others from deleting or replacing the file may still let them write to it.
     if (!done && data_.files.length(kDraftFile).status == IoStatus::Done) {
         done = data_.files.write(kDraftFile, 0, bytes) && data_.files.cut(kDraftFile, bytes.size());
     }

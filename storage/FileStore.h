@@ -1,5 +1,4 @@
-// The notes in the local files of the program's folder, with their count in the header and their drafts in a
-// file of their own.
+// The local files as a store: the notes, their number in the header, and their drafts in a separate file.
 #pragma once
 
 #include "storage/NotePlaces.h"
@@ -9,17 +8,17 @@ class FileStore final : public Store {
 public:
     FileStore(const Files& files, const CodePage& page) : data_{files, page} {}
 
-    /// The header as the start finds it; see DataFiles::ReadHeader. Failed, or shorter than a header: nothing
-    /// is known of the number of notes.
+    /// Reads the header at a start; see DataFiles::ReadHeader. Failed, or shorter than a header: the number
+    /// of notes is unknown.
     [[nodiscard]] IoStatus readHeader(bool useRegistry);
-    /// The number of notes: what the header says, but never more than there are records. At least 1. Failed:
-    /// `count` is untouched.
+    /// The number of notes: the header's, but no more than there are records. At least 1. Failed: `count` is
+    /// untouched.
     [[nodiscard]] IoStatus readCount(IoStatus headerRead, int& count);
-    /// Without KARDEL.DAT: the very first note. False when it could not be written.
+    /// Creates the very first note if there is no KARDEL.DAT. False when it could not be written.
     [[nodiscard]] bool createFirst();
-    /// Writes the header with the count that is known; a refusal is owed.
+    /// Writes the header with the known count; when it is refused, it is written later.
     [[nodiscard]] bool writeHeader();
-    /// The number of notes, before it is written.
+    /// Sets the number of notes, without writing it.
     void count(int notes) { header_.count = notes; }
 
     const DataFiles& data() const { return data_; }
@@ -48,8 +47,8 @@ private:
     DataFiles data_;
     DataHeader header_;
     NotePlaces places_;        ///< of the notes in KARDEL.DAT
-    bool headerOwed_ = false;  ///< the header on the disk does not say what `header_` does
+    bool headerOwed_ = false;  ///< the header on the disk differs from `header_`
     std::vector<Draft> drafts_;
-    bool draftsOwed_ = false;  ///< their file does not hold what `drafts_` does
+    bool draftsOwed_ = false;  ///< their file differs from `drafts_`
     bool flushNextDraft_ = true;
 };

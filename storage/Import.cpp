@@ -49,14 +49,14 @@ bool holdsBytes(const DataFiles& data, TextView name, std::uint64_t at, const st
     return read.status == IoStatus::Done && read.bytes == bytes;
 }
 
-/// Puts a file back as it was read.
+/// Restores a file as it was read.
 void putBack(const DataFiles& data, TextView name, const ReadResult& before) {
     if (before.status == IoStatus::Absent) static_cast<void>(data.files.remove(name));
     if (before.status == IoStatus::Done)
         static_cast<void>(data.files.replace(name, before.bytes, Flush::Yes));
 }
 
-/// Puts a copy behind the note that stays, and its bodies behind the `bodies` that MEMO has.
+/// Puts a copy after the note that stays, and its bodies after the `bodies` that MEMO has.
 void putBehind(FileImages& images, std::string_view datBefore, std::int32_t bodies) {
     for (std::size_t at = 0; at < images.dat.size(); at += kRecordLength) {
         std::string record = images.dat.substr(at, kRecordLength);
@@ -68,8 +68,8 @@ void putBehind(FileImages& images, std::string_view datBefore, std::int32_t bodi
     images.dat.insert(0, first);
 }
 
-/// Writes a copy, its bodies at `memoAt` of a MEMO that is `kept`, and the header's count. True only when all
-/// of it has been read back.
+/// Writes a copy with its bodies at `memoAt`, in a MEMO that may be `kept`, and the header's count. True only
+/// when all of it has been read back.
 bool writeCopy(FileStore& store, const FileImages& images, bool kept, std::uint64_t memoAt) {
     const DataFiles& data = store.data();
     const bool bodies = kept ? data.files.write(kMemoFile, memoAt, images.memo) && data.files.flush(kMemoFile)
@@ -105,7 +105,7 @@ Imported importRegistryNotes(FileStore& files, const RegistryStore& registry, in
     // Both stores were kept in step, and the last change did not reach both.
     if (keep && notes.size() == 1 && isOneNote(first, throughFiles(data.page, notes.front())))
         return Imported::Nothing;
-    // One of them would have to go without a word.
+    // One of them would have to be dropped silently.
     if (keep && notes.size() == static_cast<std::size_t>(kMaxNotes)) return Imported::Refused;
     std::vector<NoteRecord*> all;
     all.reserve(notes.size());

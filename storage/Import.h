@@ -7,12 +7,12 @@
 enum class Imported {
     Nothing,  ///< the registry holds no notes
     Done,
-    DoneCut,  ///< all are there, but a text had to be cut or holds letters that the files have no code for
+    DoneCut,  ///< all are there, but a text had to be cut or has letters that the files cannot hold
     Refused,  ///< the files are as they were
 };
 
-/// Copies the registry's notes (at most 50) into the local files, behind a first note that is not empty. Done
-/// only when everything has been read back from the files. Refused, with nothing changed, when a note cannot
-/// be read, the files cannot be written or the note that is there leaves no room for all of them.
+/// Copies the registry's notes (at most 50) into the local files, after a first note that is not empty. Done
+/// only when everything has been read back from the files. Refused, and nothing changed, when a note cannot
+/// be read, the files cannot be written, or the note that is there leaves no room for all of them.
 [[nodiscard]] Imported importRegistryNotes(FileStore& files, const RegistryStore& registry,
                                            int registryCount);

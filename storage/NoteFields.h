@@ -1,4 +1,4 @@
-// The one table that knows every stored field: its key, its text form, and its place in the 215-byte record.
+// The one table of all stored fields: their keys, their text forms and their places in the 215-byte record.
 #pragma once
 
 #include <cstddef>
@@ -57,24 +57,25 @@ const NoteFieldRow& rowOf(NoteField field);
 /// All fields, to store a note whole.
 std::vector<NoteField> everyField();
 
-/// What "alarmdate" holds instead of a date when the rule recurs by pattern.
+/// The content of "alarmdate" in place of a date when the rule recurs by pattern.
 inline constexpr TextView kPatternDate = u"*";
 
 inline constexpr TextView kEachDay = u"eachday";
 inline constexpr TextView kEachMonth = u"eachmonth";
 inline constexpr TextView kEachYear = u"eachyear";
 
-/// The kind that a stored interval names anywhere in it, or empty.
+/// The kind named anywhere in a stored interval, or empty.
 TextView intervalKind(TextView stored);
 
 /// Whether the note's alarm has no fixed date: it recurs by an interval kind or on weekdays alone.
 bool recursByPattern(const NoteRecord& record);
 
-/// The note with its rule as both stores keep it: "*" for a pattern, and no pattern beside a fixed date.
+/// The note with its rule in the form in which both stores keep it: "*" for a pattern, and no pattern beside
+/// a fixed date.
 NoteRecord withStoredRule(NoteRecord record);
 
-/// The fields that have to be stored when those of `fields` changed: a fixed date takes the values of an
-/// earlier pattern with it.
+/// The fields that have to be stored when `fields` have changed: a fixed date also clears the values of an
+/// earlier pattern.
 std::vector<NoteField> storedTogether(const NoteRecord& record, std::span<const NoteField> fields);
 
 /// The fields of the alarm, in the order in which they are stored when a rule is set, and when it is cleared.
@@ -87,6 +88,6 @@ inline constexpr NoteField kClearedAlarmFields[] = {
     NoteField::AlarmTime,         NoteField::AlarmDate,        NoteField::AlarmWeekday,
     NoteField::AlarmRepeatNumber, NoteField::AlarmRepeatEvery, NoteField::Mute,
     NoteField::Interval,          NoteField::AlarmDay,         NoteField::AlarmDayMonth};
-/// Those that say how an alarm recurs by pattern.
+/// The fields that say how an alarm recurs by pattern.
 inline constexpr NoteField kPatternFields[] = {NoteField::Interval, NoteField::AlarmDay,
                                                NoteField::AlarmDayMonth};

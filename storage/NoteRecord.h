@@ -39,7 +39,7 @@ struct NoteRecord {
 
     /// Local files only: number of the body's record in MEMO, 0 when it has none yet.
     std::int32_t memo = 0;
-    /// The note could not be read whole: nothing of it is written back during this run.
+    /// The note could not be read completely: nothing of it is written back during this run.
     bool readOnly = false;
 
     bool operator==(const NoteRecord&) const = default;

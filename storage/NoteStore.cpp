@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Names, by their marks, drafts that were dropped and could not be removed. A start ignores them.
+/// Lists the marks of drafts that were dropped but could not be removed. A start ignores them.
 constexpr TextView kDroppedKey = u"dropped";
 
 DefaultSize sizeOf(const GlobalSettings& settings) {
@@ -107,7 +107,7 @@ bool NoteStore::write(int number, const std::function<Saved(Store&)>& save) {
 bool NoteStore::set(int number, NoteRecord& record, std::span<const NoteField> fields) {
     if (record.readOnly) return false;
     const bool done = write(number, [&](Store& store) { return store.set(number, record, fields); });
-    // A new note that is stored at last is still missing at the next start while it is not counted.
+    // A new note that has finally been stored would still be missing at the next start until it is counted.
     if (done) static_cast<void>(settleStores());
     return done;
 }
@@ -126,7 +126,7 @@ bool NoteStore::remove(int number, NoteList remaining, const GlobalSettings& set
     return done;
 }
 
-/// The drafts of the notes behind one that goes get their new numbers.
+/// Gives the drafts of the notes behind a removed one their new numbers.
 void NoteStore::forget(int number) {
     std::map<int, Draft> left;
     for (auto& [at, draft] : drafts_) {
@@ -206,7 +206,7 @@ void NoteStore::dropDraft(int number) {
     for (Store* const store : kept_)
         done = store->dropDraft(number) && done;
     if (done) return;
-    // Until the store lets it go, the settings say that it counts for nothing.
+    // Until the store can remove it, the settings say that it is void.
     dropped_.push_back(draftMark(draft));
     droppedListStands_ = true;
     static_cast<void>(
@@ -227,7 +227,7 @@ FoundDrafts NoteStore::takeDrafts(NoteList notes) {
         if (taken_.contains(draftMark(draft))) continue;
         const bool unread = draft.number <= static_cast<int>(notes.size()) &&
                             notes[static_cast<std::size_t>(draft.number - 1)]->readOnly;
-        if (unread) continue;  // its time comes when the note can be read
+        if (unread) continue;  // it waits until the note can be read
         const int number = names(dropped.text, draftMark(draft)) ? 0 : noteOf(draft, marks);
         if (number == 0) {
             dropDraft(draft.number);
@@ -238,7 +238,7 @@ FoundDrafts NoteStore::takeDrafts(NoteList notes) {
         wanted.back().number = number;
     }
     if (dropped.status == IoStatus::Done) droppedListStands_ = true;
-    // A list that is damaged, or names no note, goes at once.
+    // A list that is damaged or fits no draft is removed at once.
     if (found.status == IoStatus::Done) static_cast<void>(settleStores());
     return {found.status, std::move(wanted)};
 }

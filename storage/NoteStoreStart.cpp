@@ -1,4 +1,4 @@
-// What a start settles before any note is there: the settings, the store in force, the number of notes.
+// What a start settles before any note is loaded: the settings, the store in force, the number of notes.
 #include <algorithm>
 
 #include "storage/Import.h"
@@ -16,7 +16,7 @@ bool isFailed(const SectionResult& section, TextView key) {
     return valueOf(section, key).status == IoStatus::Failed;
 }
 
-/// Tries until it succeeds, for about a second.
+/// Tries for about a second, until it succeeds.
 bool comesToPass(const std::function<bool()>& attempt, const StartQuestions& questions) {
     for (int tries = 1; tries < kTries; ++tries) {
         if (attempt()) return true;
@@ -92,8 +92,8 @@ StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& ques
         registry_->dropStaleList();
     } else {
         if (stored.UseRegistry) {
-            // A header that cannot be read says nothing about the number of notes; a wrong one would hide
-            // them.
+            // A header that cannot be read says nothing about the number of notes, and a wrong number would
+            // hide some.
             if (headerRead != IoStatus::Failed) static_cast<void>(files_->writeHeader());
             settings.UseRegistry = false;
             storeSetting(Setting::UseRegistry, settings);
@@ -107,7 +107,7 @@ StartState NoteStore::start(GlobalSettings& settings, const StartQuestions& ques
     return state;
 }
 
-/// Reads section "setting". False when something of it that counts cannot be read.
+/// Reads section "setting". False when something in it that matters cannot be read.
 bool NoteStore::readSetting(SectionResult& section, GlobalSettings& settings,
                             const StartQuestions& questions) const {
     const auto read = [&] {
@@ -119,7 +119,7 @@ bool NoteStore::readSetting(SectionResult& section, GlobalSettings& settings,
     return comesToPass(read, questions);
 }
 
-/// Looks whether any of the files is there. False when it cannot be told of all of them.
+/// Checks whether any of the files is there. False when that is uncertain for one of them.
 bool NoteStore::lookForFiles(bool& any) const {
     any = false;
     for (const TextView name : kLocalFiles) {
@@ -136,7 +136,7 @@ void NoteStore::deleteLocalFiles() {
     }
 }
 
-/// Removes what writes that were ended half-way left in the folder.
+/// Removes what interrupted writes have left in the folder.
 void NoteStore::removeTemporaries(StoreKind kind) {
     const bool ours = kind == StoreKind::Files;
     const Files& files = files_->data().files;
@@ -145,7 +145,7 @@ void NoteStore::removeTemporaries(StoreKind kind) {
     };
     constexpr TextView kReplaced[] = {kNoteFile, kHeaderFile, kMemoFile, kDraftFile};
     if (std::none_of(std::begin(kReplaced), std::end(kReplaced), isLeft)) return;
-    if (!mayUse(StoreKind::Files, false)) return;  // another session may be writing them just now
+    if (!mayUse(StoreKind::Files, false)) return;  // another session may be writing them
     for (const TextView name : kReplaced) {
         if (isLeft(name)) static_cast<void>(files.remove(temporaryName(name)));
     }
@@ -162,8 +162,8 @@ bool NoteStore::upgrade(const StartQuestions& questions) {
     return false;
 }
 
-/// The registry's notes go into local files that hold no more than one note, once. When that fails the
-/// registry stays the store of this run: its notes must not be cut off.
+/// Copies the registry's notes, once, into local files with no more than one note. When that fails the
+/// registry stays the store of this run, so that its notes can still be reached.
 bool NoteStore::importOnce(const SectionResult& section, StartState& state, const StartQuestions& questions) {
     const SettingResult counted = valueOf(section, kCountKey);
     int registryCount = 0;

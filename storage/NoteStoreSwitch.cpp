@@ -28,9 +28,9 @@ bool NoteStore::copyTo(StoreKind kind, NoteList notes, const GlobalSettings& set
     for (NoteRecord& copy : copies)
         all.push_back(&copy);
     if (!isKept && kind == StoreKind::Files) {
-        // Ended on the way, the next start finds files beside the registry and may be told to go on with
-        // them. Until the records stand, which comes last, it then has to copy the registry's notes once
-        // more.
+        // When the program is killed on the way, the next start finds files beside the registry and may be
+        // told to use them. Until the records are complete, which is the last step, it then has to copy the
+        // registry's notes again.
         if (!dropSetting(registry_->notes().settings, kSettingSection, kImportedKey)) return false;
     }
     if (anew) {
@@ -39,13 +39,14 @@ bool NoteStore::copyTo(StoreKind kind, NoteList notes, const GlobalSettings& set
         for (std::size_t i = 0; i < notes.size(); ++i)
             notes[i]->memo = copies[i].memo;
     } else {
-        // In step already: what was refused meanwhile is written, and what is missing is not chosen.
+        // Both are in step already: what was refused meanwhile is written, and a store that still lacks
+        // something is not chosen.
         target.finishRemovals(all, settings);
         if (target.isUnfinished() || !target.storeCount(static_cast<int>(notes.size()))) return false;
     }
     if (!isKept) {
         kept_.push_back(&target);
-        // The edits that are open have their drafts in it, too.
+        // It must have the drafts of the open edits, too.
         for (const auto& [number, draft] : drafts_)
             static_cast<void>(target.saveDraft(draft));
     }
@@ -57,13 +58,14 @@ bool NoteStore::storeChoice(StoreKind kind, GlobalSettings& settings) {
     GlobalSettings chosen = settings;
     chosen.UseRegistry = kind == StoreKind::Registry;
     if (kind == StoreKind::Files) {
-        // The files hold everything: the next start must not copy the registry's notes once more.
+        // The files hold everything, so the next start must not copy the registry's notes again.
         if (!saveSetting(stored, kSettingSection, kImportedKey, u"1")) return false;
     } else if (kept_.size() > 1) {
-        // For the version it holds. Nobody is kept from the registry by files that cannot be written.
+        // Only for the version in it. Files that cannot be written keep nobody from choosing the registry.
         static_cast<void>(files_->writeHeader());
     }
-    // One value, and the last: either choice is stored, and both stores hold every note.
+    // A single value, written last: at every instant one choice or the other is stored, and both stores hold
+    // every note.
     const SettingRow& row = rowOf(Setting::UseRegistry);
     if (!saveSetting(stored, kSettingSection, row.key, row.write(chosen))) return false;
     owedSettings_.erase(Setting::UseRegistry);

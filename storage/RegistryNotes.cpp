@@ -10,7 +10,7 @@ namespace {
 
 constexpr TextView kSectionPrefix = u"kardel-";
 
-/// The note number of a section, or 0 when it is no note's.
+/// The note number of a section, or 0 when it is not that of a note.
 std::int32_t numberOf(TextView section) {
     if (!isSameName(section.substr(0, kSectionPrefix.size()), kSectionPrefix)) return 0;
     const TextView digits = section.substr(kSectionPrefix.size());
@@ -27,8 +27,8 @@ ValueChange changeOf(const RegistryNotes& notes, const NoteRecord& record, NoteF
     return {notes.keyOf(field), rowOf(field).write(record)};
 }
 
-/// Every field of a note as its section holds it. `weeklyInterval`: a weekly rule has no kind of its own, and
-/// what stands in its section stays unless this says otherwise.
+/// Every field of a note as its section holds it. `weeklyInterval`: a weekly rule has no interval kind, and
+/// the one in its section stays unless this replaces it.
 std::vector<ValueChange> wholeNote(const RegistryNotes& notes, const NoteRecord& record,
                                    bool weeklyInterval) {
     const NoteRecord stored = withStoredRule(record);

@@ -1,5 +1,5 @@
-// Notes as sections "kardel-1" .. "kardel-50" of the settings store: one section each, whole or field by
-// field.
+// Notes as sections "kardel-1" .. "kardel-50" of the settings store, one per note, read and written whole or
+// field by field.
 #pragma once
 
 #include <array>
@@ -11,10 +11,10 @@
 /// Section of note `number` (1..50).
 Text noteSection(int number);
 
-/// Whether a section holds a note (any number), so that stale ones are found too.
+/// Whether a section is that of a note, of any number, so that stale ones are found, too.
 bool isNoteSection(TextView section);
 
-/// Name of the value in a note's section that keeps what stands in its open editor.
+/// Name of the value in a note's section that holds the text of its open editor.
 inline constexpr TextView kDraftKey = u"draft";
 
 struct RegistryNotes {
@@ -32,11 +32,11 @@ struct RegistryNotes {
                                                 std::int32_t defaultHeight) const;
     /// Writes the whole record into the section of note `number`, in the store's fixed order.
     [[nodiscard]] bool SaveNoteToRegistry(int number, const NoteRecord& record) const;
-    /// The same for a section that may hold anything: nothing but the record is left in it.
+    /// The same for a section that may hold anything: only the record is left in it.
     [[nodiscard]] bool replaceNote(int number, const NoteRecord& record) const;
-    /// Writes single fields. A date that is no pattern also drops the pattern's own values.
+    /// Writes single fields. A date that is not a pattern also removes the pattern's values.
     [[nodiscard]] bool set(int number, const NoteRecord& record, std::span<const NoteField> fields) const;
-    /// Moves the note of section `from` to section `to`, whose own note goes, with the draft of an open edit.
+    /// Moves the note of section `from`, and the draft of an open edit, to section `to`, whose own note goes.
     [[nodiscard]] bool moveNote(int from, int to, const NoteRecord& record) const;
     /// Copies a section value by value, for a note that could not be read.
     [[nodiscard]] bool copySection(int from, int to) const;

@@ -43,7 +43,7 @@ bool RegistryStore::removeCount() {
 
 bool RegistryStore::storeCount(int count) {
     countOwed_ = count;
-    // A list that was written for another number of notes must not be taken for one of this number.
+    // A list that was written for another number of notes must not be used for this one.
     if (listStands_ && !dropList()) return false;
     const int last = count > 0 ? places_.of(count) : 0;
     if (!saveSetting(notes_.settings, kSettingSection, kCountKey, decimal(last))) return false;
@@ -82,7 +82,7 @@ Saved RegistryStore::set(int number, NoteRecord& record, std::span<const NoteFie
 }
 
 Saved RegistryStore::create(int number, NoteRecord& record) {
-    // A left-over section of that number would lend the new note its alarm or hide it.
+    // A left-over section with that number would give the new note its alarm, or hide it.
     const int place = places_.of(number);
     const bool cleared = notes_.removeNote(place);
     const bool saved = notes_.SaveNoteToRegistry(place, record);
@@ -98,10 +98,10 @@ void RegistryStore::finishRemovals(NoteList notes, const GlobalSettings& setting
     if (places_.unfinished) static_cast<void>(makeDense(notes, settings));
 }
 
-/// Note by note, so that each one is whole in at least one section at every instant: the section that a note
-/// moves into holds a removed note or one that stands in the section before already. The registry is told
-/// where each note stands before its former section is written over, so that a start can go on with it. A
-/// note that cannot be moved ends it there, as the next step would take that note's only section.
+/// Note by note, so that each one is complete in at least one section at every instant: the section that a
+/// note moves into holds a removed note, or one that has already been moved. Where each note is gets stored
+/// before its former section is written over, so that a start can resume. A note that cannot be moved stops
+/// this, since the next step would overwrite that note's only section.
 bool RegistryStore::moveSections(NoteList notes) {
     const int left = static_cast<int>(notes.size());
     const auto noteAt = [notes](int at) -> const NoteRecord& {
@@ -116,7 +116,7 @@ bool RegistryStore::moveSections(NoteList notes) {
     const SettingResult stored = notes_.settings.get(kSettingSection, kCountKey);
     if (stored.status == IoStatus::Failed) return false;
     const int counted = leadingInt32(stored.text);
-    // An older list must not stand beside the number of notes that is written next.
+    // An older list must not remain beside the number of notes that is written next.
     bool told = false;
     if (listStands_) {
         if (!writeList(places_, counted)) return false;
@@ -130,7 +130,8 @@ bool RegistryStore::moveSections(NoteList notes) {
                                                         : notes_.moveNote(from, to, noteAt(to)));
         NotePlaces next = places_;
         next.moved[static_cast<std::size_t>(to - 1)] = to;
-        // Not told, the note goes on in its former section: there the next start would look for it.
+        // Its new place could not be stored, so the note stays in its former section, where the next start
+        // would look for it.
         if (!moved || !writeList(next, counted)) return false;
         places_ = std::move(next);
     }
@@ -141,7 +142,7 @@ bool RegistryStore::moveSections(NoteList notes) {
 bool RegistryStore::makeDense(NoteList notes, const GlobalSettings& settings) {
     if (!moveSections(notes)) return false;
     const int left = static_cast<int>(notes.size());
-    // While the count is the old one, the last section must stand: it would come back as an empty note.
+    // As long as the count is the old one, the last section must stay, or an empty note would appear there.
     if (!writeSetting(settings, left) || !dropList()) return false;
     const bool removed = notes_.removeNote(left + 1);
     if (!notes_.removeBeyond(left) || !removed) return false;
@@ -152,11 +153,11 @@ bool RegistryStore::makeDense(NoteList notes, const GlobalSettings& settings) {
 bool RegistryStore::replaceAll(NoteList notes, const GlobalSettings& settings) {
     const int count = static_cast<int>(notes.size());
     if (settings.UseRegistry) {
-        // What stands here is the only copy: each note is written over itself, and nothing goes before.
+        // This is the only copy: each note is written over itself, and nothing is removed before.
         finishRemovals(notes, settings);
         if (places_.unfinished) return false;
     } else {
-        // Without a count nothing that stands here is taken for a note: an interrupted copy has none.
+        // Without a count no section is taken for a note: after an interrupted copy there are none.
         if (!removeCount() || !dropList()) return false;
         places_.settled();
     }
@@ -170,7 +171,7 @@ bool RegistryStore::replaceAll(NoteList notes, const GlobalSettings& settings) {
     return writeSetting(settings, count) && notes_.removeBeyond(count);
 }
 
-/// Removes all that the application's key holds beside the settings and notes 1..`count`.
+/// Removes everything from the application's key except the settings and notes 1..`count`.
 bool RegistryStore::clearOthers(int count) {
     const Settings& store = notes_.settings;
     std::set<Text> kept{Text(kSettingSection)};
@@ -219,7 +220,7 @@ FoundDrafts RegistryStore::drafts(int count) {
     FoundDrafts found{IoStatus::Done, {}};
     for (int number = 1; number <= count; ++number) {
         const SettingResult value = notes_.settings.get(noteSection(places_.of(number)), kDraftKey);
-        // A note that cannot be read now keeps its draft for the next time.
+        // A note that cannot be read now keeps its draft until next time.
         if (value.status != IoStatus::Done) continue;
         if (std::optional<Draft> draft = parseDraft(value.text, number)) {
             found.drafts.push_back(std::move(*draft));

@@ -1,5 +1,5 @@
-// The notes in the registry: a section each, their number in section "setting", and there too, while a
-// removal is under way, the list of the sections that still hold notes.
+// The registry as a store: each note has a section. Section "setting" has their number and, during a removal,
+// the list of the sections that still hold notes.
 #pragma once
 
 #include <set>
@@ -13,15 +13,15 @@ public:
     RegistryStore(const Settings& settings, const std::array<Text, kWeekdays>& weekdayKeys)
         : notes_{settings, weekdayKeys} {}
 
-    /// The number of notes (1 and up) by section "setting", as it was just read; takes up a removal that the
-    /// last run left unfinished. Failed: `count` is untouched. Writes nothing.
+    /// Takes the number of notes (at least 1) from section "setting", which was just read, and resumes a
+    /// removal that the last run left unfinished. Failed: `count` is untouched. Writes nothing.
     [[nodiscard]] IoStatus readCount(const SectionResult& setting, int& count);
-    /// Removes a list of sections that belongs to no removal under way. What is refused is tried again before
-    /// the next count is stored.
+    /// Removes a list of sections that belongs to no unfinished removal. When that is refused, it is tried
+    /// again before the next count is stored.
     void dropStaleList();
-    /// The same where the registry is not the store: its list counts for nothing.
+    /// The same when the registry is not the store in force, where any list is void.
     void forgetList();
-    /// Removes the count: the registry is no store any more.
+    /// Removes the count, after which the registry holds no notes.
     [[nodiscard]] bool removeCount();
 
     const RegistryNotes& notes() const { return notes_; }
@@ -55,6 +55,6 @@ private:
     RegistryNotes notes_;
     NotePlaces places_;         ///< of the notes in the sections
     bool listStands_ = false;   ///< section "setting" holds a list of places, or may do so
-    int countOwed_ = 0;         ///< the number of notes that a refused write left unstored; 0: none
+    int countOwed_ = 0;         ///< a number of notes that could not be stored; 0: none
     std::set<int> draftsOwed_;  ///< sections whose draft could not be dropped
 };

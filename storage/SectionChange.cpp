@@ -9,7 +9,7 @@ namespace {
 
 constexpr TextView kPendingKey = u"pending";
 
-/// A text behind its length.
+/// A text with its length before it.
 void append(Text& list, TextView text) {
     list += decimal(static_cast<std::int64_t>(text.size())) + u":";
     list += text;
@@ -31,7 +31,7 @@ bool isKey(const ValueChange& change, TextView key) {
     return isSameName(change.key, key);
 }
 
-/// The changes of before that the later ones leave standing, then the later ones.
+/// The earlier changes that the later ones do not override, then the later ones.
 std::vector<ValueChange> merged(std::vector<ValueChange> earlier, std::vector<ValueChange> later) {
     std::erase_if(earlier, [&](const ValueChange& change) {
         return std::any_of(later.begin(), later.end(),
@@ -56,7 +56,7 @@ bool changeSection(const Settings& settings, TextView section, std::vector<Value
     if (left.status == IoStatus::Failed) return false;
     if (const auto earlier = parsePending(left.text)) changes = merged(*earlier, std::move(changes));
     const bool listed = changes.size() > 1;
-    // The list ahead of what it lists, all in one opening of the section.
+    // First the list, then what it lists, in one opening of the section.
     std::vector<KeyText> written;
     if (listed) written.emplace_back(kPendingKey, pendingText(changes));
     for (const ValueChange& change : changes) {

@@ -1,5 +1,5 @@
 // The per-user settings store of the application: sections of named texts. Windows keeps it in the registry
-// (`userSettings`), tests in memory; every change of it goes through here.
+// (`userSettings`), tests keep it in memory; every change goes through here.
 #pragma once
 
 #include <functional>
@@ -20,7 +20,7 @@ struct SettingResult {
 struct SectionResult {
     IoStatus status = IoStatus::Failed;  ///< Absent: no such section
     std::vector<KeyText> values;
-    std::vector<Text> unreadable;  ///< keys of values that are no texts or numbers, or could not be read
+    std::vector<Text> unreadable;  ///< keys of values of another type, or that could not be read
 };
 
 struct SectionNames {
@@ -29,11 +29,11 @@ struct SectionNames {
 };
 
 struct Settings {
-    /// A text or a number (as its decimal text). Failed: it could not be read, or is of another kind.
+    /// Reads a text or a number (as its decimal text). Failed: it could not be read, or is of another type.
     std::function<SettingResult(TextView section, TextView key)> get;
-    /// Every value of a section, read in one go.
+    /// Reads every value of a section in one go.
     std::function<SectionResult(TextView section)> readSection;
-    /// Writes the values in their order; false when one could not be written.
+    /// Writes the values in order; false when one could not be written.
     std::function<bool(TextView section, std::span<const KeyText> values)> set;
     std::function<bool(TextView section, TextView key)> removeValue;
     std::function<bool(TextView section)> removeSection;

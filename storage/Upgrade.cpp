@@ -8,9 +8,9 @@
 
 namespace {
 
-/// An older layout: a beginning of the present record.
+/// An older layout, which is the beginning of the present record.
 struct OldLayout {
-    float below;  ///< header versions below this, and not below the row before, have it
+    float below;  ///< header versions below this one, but not below the previous row's, have this layout
     std::size_t recordLength;
     TextView temporaryFile;
 };
@@ -18,7 +18,7 @@ constexpr std::array<OldLayout, 3> kOldLayouts{
     {{1.21F, 195, u"KARDEL121.DAT"}, {1.22F, 197, u"KARDEL122.DAT"}, {1.25F, 201, u"KARDEL125.DAT"}}};
 
 constexpr std::size_t kRepeatUnitOffset = 199;
-constexpr std::size_t kMostBytes = kRecordLength * 65536;  // far beyond 50 notes; a damaged length ends here
+constexpr std::size_t kMostBytes = kRecordLength * 65536;  // far more than 50 notes; bounds a damaged length
 
 const OldLayout* layoutOf(float version) {
     for (const OldLayout& layout : kOldLayouts) {
@@ -27,7 +27,8 @@ const OldLayout* layoutOf(float version) {
     return nullptr;
 }
 
-/// The layout of a file whose header is lost, from its length; the present one is tried first by the caller.
+/// The layout of a file whose header is lost, judged by its length; the caller tries the present layout
+/// first.
 const OldLayout* layoutOfLength(std::uint64_t length) {
     for (const OldLayout& layout : kOldLayouts) {
         if (length % layout.recordLength == 0) return &layout;
@@ -35,7 +36,8 @@ const OldLayout* layoutOfLength(std::uint64_t length) {
     return nullptr;
 }
 
-/// The present records for old ones. A short last record is filled with zero bytes, so that none is dropped.
+/// Turns old records into present ones. A short last record is filled with zero bytes, so that none is
+/// dropped.
 std::string converted(std::string_view old, std::size_t recordLength) {
     std::string image;
     for (std::size_t at = 0; at < old.size(); at += recordLength) {
@@ -55,7 +57,7 @@ std::uint64_t recordsIn(std::uint64_t length, std::size_t recordLength) {
 struct StoredHeader {
     bool existed = false;
     bool whole = false;    ///< all of its bytes could be read, and the version is a number
-    bool damaged = false;  ///< it could be read, and says nothing
+    bool damaged = false;  ///< it could be read, but makes no sense
     DataHeader header;
 };
 
@@ -70,8 +72,8 @@ StoredHeader storedHeader(const Files& files) {
     return stored;
 }
 
-/// Whether the header claims the present layout over records of an old one, whose new form has `freshBytes`.
-/// The two are told apart by the file's length or, where that fits both, by the number of notes.
+/// Whether the header claims the present layout although the records have an old one, whose new form has
+/// `freshBytes`. The file's length decides or, if it fits both, the number of notes.
 bool isOldUnderNewHeader(const DataHeader& header, std::uint64_t bytes, const OldLayout& layout,
                          std::uint64_t freshBytes) {
     const std::uint64_t records = recordsIn(bytes, layout.recordLength);
@@ -80,8 +82,8 @@ bool isOldUnderNewHeader(const DataHeader& header, std::uint64_t bytes, const Ol
     return bytes % kRecordLength != 0 || header.count == static_cast<std::int64_t>(records);
 }
 
-/// The last step of an upgrade that was interrupted before it: the new file is complete beside the old one,
-/// or the only one. NotNeeded: there was no such upgrade.
+/// Does the last step of an upgrade that was interrupted before it: the new file is complete, beside the old
+/// one or alone. NotNeeded: there was no such upgrade.
 Upgraded finishInterrupted(const DataFiles& data, StoredHeader& stored) {
     const LengthResult old = data.files.length(kNoteFile);
     if (old.status == IoStatus::Failed) return Upgraded::Failed;
@@ -110,7 +112,7 @@ Upgraded convert(const DataFiles& data, DataHeader header, const OldLayout& layo
     return Upgraded::Done;
 }
 
-/// The first copy of a file that was made of the same content, or that is still to be made.
+/// The name for a copy of a file: that of an existing copy with the same content, or else the first free one.
 struct Copy {
     Text name;
     bool stands = false;
@@ -144,7 +146,7 @@ bool keepCopies(const Files& files, std::vector<Text>& copies) {
     return true;
 }
 
-/// Files whose header says nothing beside records that are not of the present layout.
+/// Handles files whose header makes no sense, with records that do not have the present layout.
 Upgraded mend(const DataFiles& data, StoredHeader stored, std::uint64_t length, std::vector<Text>& copies) {
     const OldLayout* const layout = layoutOfLength(length);
     if (!stored.existed && layout != nullptr) {
@@ -173,10 +175,10 @@ Upgraded UpgradeDataFiles(const DataFiles& data, std::vector<Text>& copies) {
     const bool isPresent = length.status == IoStatus::Absent || length.bytes % kRecordLength == 0;
 
     if (!stored.whole) {
-        // Taking present records for old ones would destroy them.
+        // Treating present records as old ones would destroy them.
         if (isPresent) return Upgraded::NotNeeded;
         if (!stored.existed || stored.damaged) return mend(data, stored, length.bytes, copies);
-        // It cannot be read now. Records that can only be old ones would be written over as something else.
+        // It cannot be read now. Records that can only be old ones would be overwritten in another layout.
         return layoutOfLength(length.bytes) != nullptr ? Upgraded::Failed : Upgraded::NotNeeded;
     }
     const OldLayout* const layout = layoutOf(stored.header.version);

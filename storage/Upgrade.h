@@ -1,4 +1,4 @@
-// Data files of older releases, brought up to the present record in place, and damaged ones made readable.
+// Brings data files of older releases up to the present record, in place, and makes damaged ones readable.
 #pragma once
 
 #include <vector>
@@ -6,15 +6,15 @@
 #include "storage/DataFiles.h"
 
 enum class Upgraded {
-    NotNeeded,  ///< the files are of the present layout, or there are none
+    NotNeeded,  ///< the files have the present layout, or there are none
     Done,
     Failed,  ///< the files cannot be read or written; they are as they were and must be left alone
 };
 
-/// Rewrites KARDEL.DAT when the header says that an older release wrote it, through a temporary file that is
-/// put in place in one step; finishes an upgrade that was interrupted. Where the header is missing or
-/// damaged, the length tells the layout. A length that fits none is that of a damaged file: its whole records
-/// in the present layout stay. What is damaged is copied as it was found before anything is written; `copies`
-/// receives the names of copies that were made. MEMO is never touched. Nothing is created where there are no
-/// files.
+/// Rewrites KARDEL.DAT when the header says that an older release wrote it, through a temporary file that
+/// replaces it in one step, or finishes an upgrade that was interrupted. If the header is missing or damaged,
+/// the file's length decides which layout it has. A length that fits no layout means that the file is
+/// damaged: its whole records in the present layout stay. Damaged files are copied as they were found before
+/// anything is written; `copies` receives the names of the copies. MEMO is never touched, and nothing is
+/// created where there are no files.
 [[nodiscard]] Upgraded UpgradeDataFiles(const DataFiles& data, std::vector<Text>& copies);

@@ -16,23 +16,23 @@ bool isAbsent(DWORD error) {
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
-/// Backup programs and virus scanners hold a file for moments.
+/// Backup programs and virus scanners keep files open for short moments.
 bool isHeld(DWORD error) {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
-/// While another program has the file open, putting a new one in its place or removing it is denied.
+/// While another program has a file open, replacing or removing it is denied.
 bool isHeldOrDenied(DWORD error) {
     return isHeld(error) || error == ERROR_ACCESS_DENIED;
 }
 
-/// The time that is left for waiting. It is one for all files and calls: whoever stores fifty notes in a file
-/// that somebody holds waits for it once, not fifty times.
+/// The time that is left for waiting, shared by all files and calls, so that storing fifty notes in a locked
+/// file means waiting once and not fifty times.
 class Patience {
 public:
     void allow(unsigned ms) { left_ = ms; }
 
-    /// Runs `step`, which answers an error code, until it succeeds, fails for good or the time is over.
+    /// Runs `step`, which returns an error code, until it succeeds, fails for good, or the time is over.
     template <class Step, class Again>
     DWORD retried(Step step, Again again) {
         for (;;) {
@@ -47,7 +47,7 @@ private:
     DWORD left_ = 1000;  // ms
 };
 
-/// The full path, in the form without a limit of length where it needs it.
+/// The full path, if necessary in the form without a length limit.
 Text pathOf(const Text& folder, TextView name) {
     Text path = folder + Text(name);
     if (path.size() < MAX_PATH || path.starts_with(u"\\\\?\\")) return path;
@@ -102,12 +102,12 @@ IoStatus statusOf(DWORD error) {
     return isAbsent(error) ? IoStatus::Absent : IoStatus::Failed;
 }
 
-/// One file of the folder, and the patience that all of them share.
+/// One file of the folder, with the waiting time that all files share.
 struct NamedFile {
     Text path;
     Patience& patience;
 
-    /// Whether it is worth trying again. A file that is just being deleted denies everything, even a look at
+    /// Whether it is worth trying again. A file that is just being deleted denies everything, even reading
     /// its attributes; one that the user may not write does not.
     bool passes(DWORD error) const {
         if (error == ERROR_ACCESS_DENIED) return ExistFile(path) == IoStatus::Failed;
@@ -134,7 +134,7 @@ ReadResult readFile(const NamedFile& named, std::uint64_t offset, std::size_t si
 LengthResult lengthOfFile(const NamedFile& named) {
     LARGE_INTEGER size{};
     const DWORD error = named.retried([&]() -> DWORD {
-        const IoStatus there = ExistFile(named.path);  // a folder of that name is no file either
+        const IoStatus there = ExistFile(named.path);  // a folder of that name is not a file, either
         if (there != IoStatus::Done) return there == IoStatus::Absent ? ERROR_FILE_NOT_FOUND : GetLastError();
         UniqueHandle file;
         const DWORD code = open(named.path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, file);
@@ -189,7 +189,8 @@ bool replaceFile(const NamedFile& named, const Text& temporary, std::string_view
         DWORD code = open(temporary, GENERIC_WRITE, CREATE_ALWAYS, file);
         if (code == ERROR_SUCCESS) code = writeAll(file, bytes);
         if (code != ERROR_SUCCESS || flush == Flush::No) return code;
-        // On the disk before the name changes: a power cut must not leave an empty file under it.
+        // It must be on the disk before the name changes, so that a power cut leaves no empty file under that
+        // name.
         return FlushFileBuffers(file.get()) != FALSE ? ERROR_SUCCESS : GetLastError();
     });
     const bool done = error == ERROR_SUCCESS && moveFile(temporary, named.path, flush, named.patience);

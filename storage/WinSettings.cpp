@@ -17,7 +17,7 @@ Text applicationPath() {
     return Text(kAllApplications) + u"\\" + Text(kApplication);
 }
 
-/// An empty name would mean the application's own key, one with a backslash some other key.
+/// An empty name would mean the application's own key, and one with a backslash some other key.
 bool isSection(TextView section) {
     return !section.empty() && section.find(u'\\') == TextView::npos;
 }
@@ -35,7 +35,7 @@ IoStatus statusOf(LSTATUS code) {
     return isAbsent(code) ? IoStatus::Absent : IoStatus::Failed;
 }
 
-/// Logs what is no plain absence.
+/// Logs every failure but plain absence.
 void report(TextView procedure, TextView doing, TextView name, LSTATUS code) {
     if (statusOf(code) != IoStatus::Failed) return;
     WriteLog(procedure, Text(doing) + u" ''" + Text(name) + u"'' failure.", code);
@@ -64,8 +64,8 @@ SettingResult getSetting(TextView section, TextView key) {
     return result;
 }
 
-/// One value of an open key: its name, and its data as far as it is a text or a number. The room for name and
-/// data (characters and bytes) grows as needed.
+/// One value of an open key: its name, and its data if that is a text or a number. The room for name and data
+/// (characters and bytes) grows as needed.
 LSTATUS enumValue(HKEY key, DWORD index, Text& name, std::optional<Text>& value) {
     Text data(1024, u'\0');
     name.assign(256, u'\0');

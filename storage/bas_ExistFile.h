@@ -3,5 +3,5 @@
 
 #include "storage/Files.h"
 
-/// Done for a file, Absent for a folder or nothing, Failed when Windows does not tell.
+/// Done for a file, Absent for a folder or nothing, Failed when Windows cannot say.
 IoStatus ExistFile(const Text& path);

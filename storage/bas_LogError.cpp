@@ -28,7 +28,7 @@ Text withBackslash(Text folder) {
     return folder;
 }
 
-constexpr LONGLONG kLongest = 1 << 20;  // bytes; a failure that repeats itself must not fill the disk
+constexpr LONGLONG kLongest = 1 << 20;  // bytes; a failure that repeats must not fill the disk
 
 UniqueHandle openLog(const Text& path, DWORD access, DWORD disposition) {
     const HANDLE handle = CreateFileW(wide(path), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
@@ -91,7 +91,7 @@ void WriteLog(TextView procedure, TextView message, std::int64_t errorNumber, Te
     if (!FolderExists(folder)) CreateDirectoryW(wide(folder), nullptr);
     appendLine(folder + name, logLine(logPlace, localNow(), procedure, message, errorNumber, detail));
 } catch (...) {
-    // A failure to report a failure ends here: the caller has its own to deal with.
+    // A failure to report a failure ends here, as the caller has its own to deal with.
     return;
 }
 

@@ -1,4 +1,4 @@
-// The error log: one line a failure, appended to a text file beside the program.
+// The error log: one line per failure, appended to a text file beside the program.
 #pragma once
 
 #include <cstdint>
@@ -6,8 +6,8 @@
 #include "support/DateTime.h"
 #include "support/Text.h"
 
-/// Where the log goes. Empty fields mean: the program's folder, its file name in capitals with ".log", no
-/// tag.
+/// Where the log goes. Empty fields stand for the program's folder, its file name in capitals with ".log",
+/// and no tag.
 struct LogPlace {
     Text folder;
     Text name;
@@ -19,7 +19,7 @@ extern LogPlace logPlace;
 Text logLine(const LogPlace& place, Now now, TextView procedure, TextView message, std::int64_t errorNumber,
              TextView detail);
 
-/// Appends a line; a log of a megabyte loses its older half first. Creates the folder (one level) when it is
+/// Appends a line; a log of a megabyte loses its older half first. Creates the folder (one level) if it is
 /// missing. Never fails: a line that cannot be written is lost.
 void WriteLog(TextView procedure, TextView message, std::int64_t errorNumber, TextView detail = {});
 

@@ -16,7 +16,7 @@ void report(TextView beginning, const Text& name, LSTATUS code) {
     WriteLog(kProcedure, Text(beginning) + u" ''" + name + u"'' failure.", code);
 }
 
-/// Exactly one backslash between the names of a path, none around it.
+/// Joins a path with exactly one backslash between the names and none around it.
 Text tidied(const Text& path) {
     Text result;
     for (const char16_t c : path) {
@@ -131,7 +131,7 @@ RegTextResult queryText(HKEY key, const Text& valueName) {
         const LSTATUS code = RegQueryValueExW(key, wide(valueName), nullptr, &type,
                                               reinterpret_cast<BYTE*>(text.data()), &bytes);
         if (code == ERROR_MORE_DATA) {
-            // Another program may lengthen the value meanwhile: asked again until it fits.
+            // Another program may lengthen the value meanwhile, so this is repeated until it fits.
             text.resize(bytes / sizeof(char16_t) + 1);
             continue;
         }

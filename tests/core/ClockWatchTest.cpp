@@ -1,4 +1,4 @@
-// A clock that was set is told from one that ran on.
+// A clock that was set is distinguished from one that ran on.
 #include "core/ClockWatch.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ Now clockAt(std::int64_t seconds, int ms = 0) {
     return {{kStart + seconds}, ms};
 }
 
-TEST(ClockWatch, TheFirstLookSaysNothing) {
+TEST(ClockWatch, ReportsNothingAtFirst) {
     ClockWatch watch;
     EXPECT_EQ(watch.jump(clockAt(0), 5000), 0);
 }
@@ -24,7 +24,7 @@ TEST(ClockWatch, AClockThatRanOnWasNotSet) {
     EXPECT_EQ(watch.jump(clockAt(8 * 3600 + 1, 999), 5000 + 8 * 3600 * 1000), 0) << "a small correction";
 }
 
-TEST(ClockWatch, AClockThatWasSetSaysByHowMuchAndOnce) {
+TEST(ClockWatch, ReportsOnceByHowMuchTheClockWasSet) {
     ClockWatch watch;
     watch.jump(clockAt(0), 5000);
     EXPECT_EQ(watch.jump(clockAt(-3600), 5000), -3600);

@@ -96,8 +96,7 @@ TEST(Columns, FollowsTheScaleOfTheScreen) {
 
 // --- A second model ---------------------------------------------------------------------------------------
 
-/// A column as somebody with scissors would make it: the notes it takes are collected first, placed
-/// afterwards.
+/// A column made in another way: its notes are collected first and placed afterwards.
 struct Column {
     std::deque<std::size_t> members;
     double used = 0;  ///< twips from the top of the screen to the end of its last note
@@ -184,7 +183,7 @@ TEST(Columns, AgreesWithTheSecondModelOnTenThousandDesks) {
             if (places[i].left != notes[0].left) ++columnsBegun;
         }
     }
-    // The desks were worth the trouble.
+    // The desks must have covered all cases.
     EXPECT_GT(placed, 100000U);
     EXPECT_GT(columnsBegun, 50000U);
 }
@@ -202,14 +201,14 @@ TEST(Cascade, EachNoteBeginsAStepFurtherDownAndRight) {
     EXPECT_EQ(fresh(1), (PxCorner{40, 20}));
     EXPECT_EQ(fresh(2), (PxCorner{64, 44}));
     EXPECT_EQ(fresh(15), (PxCorner{40 + 14 * 24, 20 + 14 * 24}));
-    EXPECT_EQ(fresh(16), (PxCorner{40, 20})) << "the next would not lie on the desk as a whole";
+    EXPECT_EQ(fresh(16), (PxCorner{40, 20})) << "the next one would not be completely on the desk";
 }
 
-TEST(Cascade, AStepOnWhichANoteLiesIsLeftOut) {
+TEST(Cascade, AStepWithANoteIsSkipped) {
     EXPECT_EQ(fresh(1, {{40, 20}}), (PxCorner{64, 44}));
     EXPECT_EQ(fresh(2, {{64, 44}, {88, 68}}), (PxCorner{112, 92}));
-    EXPECT_EQ(fresh(2, {{64, 45}, {63, 44}}), (PxCorner{64, 44})) << "only where nothing of it could be seen";
-    EXPECT_EQ(fresh(15, {{376, 356}}), (PxCorner{40, 20})) << "behind the last step comes the first";
+    EXPECT_EQ(fresh(2, {{64, 45}, {63, 44}}), (PxCorner{64, 44})) << "only where it would hide the old note";
+    EXPECT_EQ(fresh(15, {{376, 356}}), (PxCorner{40, 20})) << "after the last step comes the first";
 }
 
 TEST(Cascade, WithEveryStepTakenTheNumberDecides) {

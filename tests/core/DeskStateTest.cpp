@@ -4,7 +4,7 @@
 
 namespace {
 
-/// A desk of `notes`, all of them shown unless told, none iconized.
+/// A desk of `notes`, by default all of them shown, none iconized.
 DeskCount count(int notes, int shown, int iconized = 0) {
     return {notes, shown, iconized};
 }
@@ -68,21 +68,21 @@ TEST(DeskState, AHiddenDeskOfWhichOneNoteIsOpenedIsHiddenAgainWithoutIt) {
         } else {
             state.onNoteChanged(count(3, 0));
         }
-        EXPECT_TRUE(state.allHidden()) << "nothing is in sight: Show All is what is left to do";
+        EXPECT_TRUE(state.allHidden()) << "no note is visible: only Show All makes sense";
     }
 }
 
-TEST(DeskState, TheLastNoteInSightDecides) {
+TEST(DeskState, TheLastVisibleNoteDecides) {
     DeskState state = loaded(count(3, 3));
     state.onNoteChanged(count(3, 1));
     EXPECT_FALSE(state.allHidden());
     state.onNoteChanged(count(3, 0));
     EXPECT_TRUE(state.allHidden());
     state.onNoteChanged(count(3, 1));
-    EXPECT_TRUE(state.allHidden()) << "a note that comes to sight says so itself";
+    EXPECT_TRUE(state.allHidden()) << "a note that appears reports that itself";
 }
 
-TEST(DeskState, ASingleNoteIsIconizedForItself) {
+TEST(DeskState, IconizingASingleNoteIsNotIconizingAll) {
     DeskState state = loaded(count(1, 1));
     state.onNoteChanged(count(1, 1, 1));
     EXPECT_FALSE(state.allIconized());
@@ -100,14 +100,14 @@ TEST(DeskState, RemovingTheOddOneMakesTheRestAlike) {
     EXPECT_TRUE(state.allHidden());
     EXPECT_TRUE(state.allIconized());
     state.onNoteRemoved(count(0, 0, 0));
-    EXPECT_FALSE(state.allHidden()) << "of no notes, none is hidden";
+    EXPECT_FALSE(state.allHidden()) << "without notes, none is hidden";
     EXPECT_FALSE(state.allIconized());
 }
 
-TEST(DeskState, ACommandOnAllIsJudgedAtItsEnd) {
+TEST(DeskState, ACommandOnAllNotesIsJudgedAtItsEnd) {
     DeskState state = loaded(count(3, 3, 1));
     EXPECT_TRUE(state.beginBulk());
-    EXPECT_FALSE(state.beginBulk()) << "one within the other";
+    EXPECT_FALSE(state.beginBulk()) << "one inside the other";
     state.onNoteChanged(count(3, 0, 3));
     EXPECT_FALSE(state.allHidden());
     EXPECT_FALSE(state.allIconized());
@@ -129,9 +129,9 @@ TEST(DeskState, ACommandOnAllIsJudgedAtItsEnd) {
     EXPECT_FALSE(state.allIconized());
 }
 
-TEST(DeskState, OfNoNotesNoneIsHidden) {
+TEST(DeskState, WithoutNotesNoneIsHidden) {
     DeskState state = loaded(count(1, 1));
-    state.onAllHidden(true, count(0, 0));  // the last one rang, and went with its alarm
+    state.onAllHidden(true, count(0, 0));  // the last one rang and went with its alarm
     state.onAllIconized(true, count(0, 0));
     EXPECT_FALSE(state.allHidden());
     EXPECT_FALSE(state.allIconized());

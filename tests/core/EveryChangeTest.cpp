@@ -1,5 +1,5 @@
-// Every set of fields that is stored in one go, ended and disturbed at every single change of a store: what
-// the next start finds.
+// What the next start finds when storing any set of fields in one go is killed or refused at any single
+// change of a store.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,7 +12,7 @@ class EveryChange : public testing::TestWithParam<bool> {
 protected:
     static std::vector<NoteRecord> notes() { return sampleNotes(4); }
 
-    /// Ends the program ahead of every change of `run`, and checks what the next start finds.
+    /// Kills the program before every change of `run`, and checks what the next start finds.
     static void endedAnywhere(const std::function<void(Stores&)>& seed,
                               const std::function<void(Program&)>& run,
                               const std::function<void(const std::vector<NoteRecord>&)>& check) {
@@ -56,7 +56,7 @@ std::vector<Fields> storedTogether() {
     return sets;
 }
 
-/// Note 1 with every field other than it was.
+/// Note 1 with every field changed.
 NoteRecord changed(NoteRecord note) {
     const NoteRecord other = sampleNotes(2)[note.alarmdate == kPatternDate ? 0 : 1];
     const NoteRecord old = note;
@@ -75,7 +75,7 @@ NoteRecord changed(NoteRecord note) {
     return note;
 }
 
-TEST_P(EveryChange, AnEditIsDoneWholeOrNotAtAllAndTouchesNothingElse) {
+TEST_P(EveryChange, AnEditIsDoneCompletelyOrNotAtAllAndTouchesNothingElse) {
     for (const Fields& fields : storedTogether()) {
         for (const std::size_t at : {0U, 1U, 3U}) {
             std::vector<NoteRecord> before;
@@ -104,7 +104,7 @@ TEST_P(EveryChange, AnEditIsDoneWholeOrNotAtAllAndTouchesNothingElse) {
 
 // --- Refused changes --------------------------------------------------------------------------------------
 
-/// Lets each change of `run` fail once in a program of its own; `check` gets the program afterwards.
+/// Lets each change of `run` fail once in a separate program; `check` gets that program afterwards.
 void failedAnywhere(const std::function<void(Stores&)>& seed, const std::function<bool(Program&)>& run,
                     const std::function<void(Program&)>& check) {
     for (int at = 0;; ++at) {

@@ -1,7 +1,7 @@
-// What the user does with notes and stores, in a row, and disturbed at every single point: the program is
-// ended ahead of each write, each write, each flush and each read fails once, the power goes. At every next
-// start, however its question about left-over files is answered, each note is as it was before the act that
-// was disturbed or as it was to be; none is lost, doubled or blank.
+// What the user does with notes and stores, one thing after the other, disturbed at every single point: the
+// program is killed before each write; each write, each flush and each read fails once; the power fails. At
+// the next start, however its question about left-over files is answered, each note is either as it was
+// before the disturbed act or as it should become, and none is lost, doubled or blank.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,7 +19,7 @@ struct Operation {
     const char* name;
     std::vector<Act> acts;
     int notes = 3;          ///< on the desk before it
-    bool imported = false;  ///< "ImportDAT" stands from an earlier time
+    bool imported = false;  ///< "ImportDAT" is there from an earlier run
 };
 
 NoteRecord newNote() {
@@ -118,12 +118,12 @@ class History {
 public:
     void add(const Desk& desk) { desks_.push_back(desk); }
 
-    /// As before the last act, or as after it.
+    /// Whether the notes are as before the last act, or as after it.
     void expectBeforeOrAfter(const Desk& found) const {
         const bool known = found == desks_.back() || found == desks_[desks_.size() - 2];
         if (!known) lost(found);
     }
-    /// The notes of some moment, each as it was at some moment.
+    /// Whether these are the notes of some moment, each as it was at some moment.
     void expectFromThen(const Desk& found) const {
         const bool known = std::any_of(desks_.begin(), desks_.end(), [&](const Desk& desk) {
             return std::equal(
@@ -151,7 +151,7 @@ std::string at(std::size_t act, std::size_t point, bool deleteLeftOver) {
            (deleteLeftOver ? ", left-over files go" : "");
 }
 
-TEST_P(EveryOperation, EndedAheadOfAnyWriteIsDoneOrNot) {
+TEST_P(EveryOperation, KilledBeforeAnyWriteIsDoneOrNot) {
     forEach([](const Operation& operation) {
         Stores stores;
         seed(stores, operation);
@@ -176,7 +176,7 @@ TEST_P(EveryOperation, EndedAheadOfAnyWriteIsDoneOrNot) {
     });
 }
 
-TEST_P(EveryOperation, OverAPowerCutLeavesEachNoteAsItWasAtSomeMoment) {
+TEST_P(EveryOperation, InterruptedByAPowerCutLeavesEachNoteAsItWasAtSomeMoment) {
     forEach([](const Operation& operation) {
         Stores stores;
         seed(stores, operation);
@@ -225,8 +225,8 @@ TEST_P(EveryOperation, ADeletionThatFollowsARefusedOneMayBeKilledToo) {
     }
 }
 
-/// Does an operation once for every call that may fail, and looks at what comes of it: as if the program were
-/// killed right after it, and after it had its next chance.
+/// Does an operation once for every call that may fail, and checks the result: when the program is killed
+/// right afterwards, and after it has had its next chance.
 void failedAnywhere(const Operation& operation, const Failing& failing,
                     const std::function<void(Stores&, const Operation&)>& seed) {
     Finds finds;

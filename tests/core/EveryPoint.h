@@ -1,4 +1,4 @@
-// The stores at every single change that an operation makes, and what a start over them finds.
+// The stores before every single change that an operation makes, and what a start over them finds.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 #include "tests/storage/Samples.h"
 
-/// Both stores as they stand at one moment.
+/// Both stores at one moment.
 struct Image {
     std::map<Text, std::string> files;
     std::vector<MemorySettings::Section> settings;
@@ -56,7 +56,7 @@ struct Stores {
     }
     void seedFiles(const std::vector<NoteRecord>& notes) { seedNotes(StoreKind::Files, notes); }
     void seedRegistry(const std::vector<NoteRecord>& notes) { seedNotes(StoreKind::Registry, notes); }
-    /// A settled desk of `notes` in one store, as an earlier start left it.
+    /// A desk of `notes` in one store, as an earlier start left it.
     void seed(bool useRegistry, const std::vector<NoteRecord>& notes);
 
 private:
@@ -69,7 +69,7 @@ private:
     }
 };
 
-/// The program over the stores, without its windows.
+/// The program over these stores, without its windows.
 struct Program {
     Stores& stores;
     NoteStore store;
@@ -77,7 +77,7 @@ struct Program {
     StartState state;
     std::vector<NoteRecord> notes;
     int told = 0;   ///< how often the user was told that something could not be saved
-    int asked = 0;  ///< how often about left-over files
+    int asked = 0;  ///< how often the user was asked about left-over files
 
     explicit Program(Stores& over, bool deleteLeftOver = false) : stores(over) {
         store.connect(stores.parts());
@@ -101,7 +101,7 @@ struct Program {
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    // What the user does, as the notes on the desk hand it on.
+    // What the user does, in the way the notes on the desk pass it on.
 
     bool set(int number, std::span<const NoteField> fields) {
         std::set<NoteField>& owed = at(unsaved, number);
@@ -134,7 +134,7 @@ struct Program {
     bool switchTo(StoreKind kind) {
         return store.switchTo(kind, pointersTo(notes), settings) == Switched::Done;
     }
-    /// What stands in the open editor of a body.
+    /// The text in the open editor of a body.
     void type(int number, const Text& text) {
         at(typed, number) = text;
         store.saveDraft(number, false, text);
@@ -148,7 +148,7 @@ struct Program {
         at(typed, number).reset();
         if (edit(number, text)) store.dropDraft(number);
     }
-    /// What every command and Exit begin with.
+    /// What every command, and Exit, does first.
     void commit() {
         store.settle(pointersTo(notes), settings);
         for (int number = 1; number <= static_cast<int>(notes.size()); ++number) {
@@ -156,7 +156,7 @@ struct Program {
             if (!at(unsaved, number).empty()) set(number, {});
         }
     }
-    /// What comes with time: notes that could not be read are read again.
+    /// What happens after a while: notes that could not be read are read again.
     void readAgain() {
         for (int number = 1; number <= static_cast<int>(notes.size()); ++number) {
             if (at(notes, number).readOnly) store.load(number, at(notes, number), settings);
@@ -164,7 +164,7 @@ struct Program {
         finishDrafts();
     }
 
-    /// The notes that a start has to find: what is on screen, and in its open editors.
+    /// The notes that a start has to find: those on screen, with the texts in open editors.
     std::vector<NoteRecord> wanted() const {
         std::vector<NoteRecord> result;
         for (std::size_t i = 0; i < notes.size(); ++i) {
@@ -208,7 +208,7 @@ inline void Stores::seed(bool useRegistry, const std::vector<NoteRecord>& notes)
     const Program settled(*this);
 }
 
-/// The stores ahead of each change that `run` makes, and after the last.
+/// The stores before each change that `run` makes, and after the last one.
 inline std::vector<Image> everyPoint(Changes& changes, const std::function<Image()>& image,
                                      const std::function<void()>& run) {
     std::vector<Image> points;
@@ -244,8 +244,8 @@ inline std::vector<NoteRecord> foundIn(const Image& image, bool deleteLeftOver =
     return found;
 }
 
-/// Images that were looked at already, with what a start finds there for either answer about left-over files.
-/// Most points of an operation look alike to many others.
+/// Images that have been tried already, with what a start finds there for either answer about left-over
+/// files. Many points of an operation have the same image.
 class Finds {
 public:
     const std::vector<NoteRecord>& in(const Image& image, bool deleteLeftOver) {
@@ -275,11 +275,11 @@ struct Tally {
 };
 inline Tally tally;
 
-/// A kind of call that fails once.
+/// A kind of call, one of which fails.
 struct Failing {
     const char* name;
-    std::function<void(Stores&, int number)> fail;  ///< lets the call of that number from now on fail
-    std::function<bool(Stores&)> end;               ///< no more of that; whether the call was made
+    std::function<void(Stores&, int number)> fail;  ///< lets that call, counted from now on, fail
+    std::function<bool(Stores&)> end;               ///< stops that; returns whether the call was made
     int Tally::*tried;
 };
 
@@ -296,7 +296,7 @@ inline const Failing kFailingRead{
     [](Stores& stores) { return stores.reads.made > std::exchange(stores.reads.failAt, -1); },
     &Tally::unread};
 
-/// What the power going at any moment of `run` may leave, each image once.
+/// What a power cut at any moment of `run` may leave, each image once.
 inline std::vector<Image> everyPowerCut(Stores& stores, const std::function<void()>& run) {
     std::vector<Image> images;
     const auto look = [&] {
@@ -315,7 +315,7 @@ inline std::vector<Image> everyPowerCut(Stores& stores, const std::function<void
     return images;
 }
 
-/// Prints at the end of the run what was tried.
+/// Prints at the end of the run how much was tried.
 class Counted : public testing::Environment {
 public:
     void TearDown() override {

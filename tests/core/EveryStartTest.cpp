@@ -1,5 +1,5 @@
-// A start, disturbed at every single point: the program is ended ahead of each write, each write, each flush
-// and each read fails once, the power goes. What that start shows and what the next one finds.
+// A start, disturbed at every single point: the program is killed before each write; each write, each flush
+// and each read fails once; the power fails. Checks what that start shows and what the next one finds.
 #include <gtest/gtest.h>
 
 #include "tests/core/EveryPoint.h"
@@ -8,10 +8,10 @@ namespace {
 
 using Desk = std::vector<NoteRecord>;
 
-/// Looks at the notes of a start; `refused`: of one in which something failed.
+/// Checks the notes of a start; `refused`: something failed in it.
 using StartCheck = std::function<void(const Desk& found, bool refused)>;
 
-/// A start, and what it has to find.
+/// A start, and what it must find.
 struct Start {
     std::function<void(Stores&)> seed;
     bool deleteLeftOver;  ///< the answer about left-over files
@@ -67,7 +67,7 @@ void failedAnywhere(const Start& start, const Failing& failing) {
     }
 }
 
-/// A start in every way it may be disturbed.
+/// Disturbs a start in every possible way.
 void disturbedAnywhere(const Start& start) {
     endedAnywhere(start);
     cutAnywhere(start);
@@ -75,7 +75,7 @@ void disturbedAnywhere(const Start& start) {
         failedAnywhere(start, failing);
 }
 
-/// The same for many notes, of which every read would take a while.
+/// The same for many notes, where trying every read would take too long.
 void writesDisturbed(const Start& start) {
     endedAnywhere(start);
     failedAnywhere(start, kFailingWrite);
@@ -103,7 +103,7 @@ TEST(EveryStart, TheImportNeitherLosesNorDoublesANote) {
                 stores.seedRegistry(all);
             };
             const auto check = [&](const Desk& found, bool refused) {
-                // Where the copy was refused, the registry's notes are the desk of that run.
+                // If the copy was refused, the desk of that run has the registry's notes.
                 EXPECT_TRUE(found == wanted || (refused && found == storeFree(all)))
                     << testing::PrintToString(found);
             };
@@ -112,7 +112,7 @@ TEST(EveryStart, TheImportNeitherLosesNorDoublesANote) {
     }
 }
 
-TEST(EveryStart, LeftOverFilesGoOrStayWhole) {
+TEST(EveryStart, LeftOverFilesAreDeletedOrStayComplete) {
     for (const bool deleteThem : {false, true}) {
         const Desk inFiles = sampleNotes(3);
         Desk inRegistry = sampleNotes(5);
@@ -162,7 +162,7 @@ TEST(EveryStart, TheUpgradeOfEveryOlderLayoutKeepsEveryNote) {
         const auto seed = [&](Stores& into) { seedOlder(into, plain, layout.first, layout.second); };
         const auto check = [&](const Desk& found, bool) { EXPECT_EQ(found, storeFree(plain)); };
         disturbedAnywhere({seed, false, check});
-        // Again where the records are old ones still and the header says already that they are not.
+        // Again with records that are still old ones although the header already says otherwise.
         Stores stores;
         seed(stores);
         std::vector<Image> points = everyPoint(stores, [&] { const Program program(stores); });
@@ -190,7 +190,7 @@ TEST(EveryStart, FilesWithoutTheirHeaderAreCounted) {
     }
 }
 
-TEST(EveryStart, ADeletionThatWasKilledHalfWayIsEnded) {
+TEST(EveryStart, ADeletionThatWasKilledHalfWayIsFinished) {
     const Desk all = sampleNotes(4);
     Desk wanted = storeFree(all);
     wanted.erase(wanted.begin());
@@ -202,7 +202,7 @@ TEST(EveryStart, ADeletionThatWasKilledHalfWayIsEnded) {
     disturbedAnywhere({leave(killed), false, [&](const Desk& found, bool) { EXPECT_EQ(found, wanted); }});
 }
 
-TEST(EveryStart, DraftsOfAProgramThatWasKilledAreTakenOver) {
+TEST(EveryStart, DraftsOfAKilledProgramAreUsed) {
     for (const bool useRegistry : {false, true}) {
         const Desk all = sampleNotes(3);
         Desk wanted = storeFree(all);

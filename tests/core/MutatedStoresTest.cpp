@@ -1,5 +1,5 @@
-// Whole stores with something wrong in them, by the hundred thousand: every start gets through, and what was
-// not damaged is shown and kept as it was.
+// A hundred thousand whole stores with something wrong in them: every start succeeds, and what was not
+// damaged is shown and kept as it was.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -12,21 +12,22 @@ namespace {
 
 constexpr int kNotes = 4;
 
-/// How many stores are tried; another number may be set from outside.
+/// How many stores are tried; the environment can set another number.
 int rounds() {
     constexpr int kUsually = 100000;
     const char* const wanted = std::getenv("KARDEL_STORES");
     return wanted == nullptr ? kUsually : std::atoi(wanted);
 }
 
-/// Notes of all kinds of text and rule, made once.
+/// Notes with all kinds of texts and rules, made once.
 const std::vector<NoteRecord>& variety() {
     static const std::vector<NoteRecord> notes = [] {
         Dice dice(61);
         std::vector<NoteRecord> made;
         for (int i = 0; i < 64; ++i) {
             made.push_back(randomNote(dice, westernPage()));
-            // Long bodies are the costly part of a store, and no likelier to be read wrongly than short ones.
+            // Long bodies are the expensive part of a store, and no more likely to be read wrongly than short
+            // ones.
             if (i % 8 != 0) made.back().Nota = withoutTrailingBlanks(made.back().Nota.substr(0, 40));
         }
         return made;
@@ -64,7 +65,7 @@ void mutate(Dice& dice, std::string& bytes) {
     }
 }
 
-/// What a start does with the notes beyond reading them: their rules move on to their next occurrences.
+/// What a start does with the notes after reading them: their rules move on to their next occurrences.
 void arm(Program& program) {
     const Now now{instantOf({2026, 6, 15}, {12, 0, 0}), 0};
     for (NoteRecord& note : program.notes) {
@@ -73,7 +74,7 @@ void arm(Program& program) {
     }
 }
 
-/// Fails when what was done since took over a second of work.
+/// Fails when the work since then took over a second.
 struct Stopwatch {
     std::clock_t begun = std::clock();
     ~Stopwatch() { EXPECT_LT(std::clock() - begun, CLOCKS_PER_SEC); }
@@ -121,7 +122,7 @@ TEST(MutatedStores, LocalFiles) {
         }
         std::string& records = content[Text(kNoteFile)];
         if (dice.roll(8) == 0 && records.size() >= kRecordLength) {
-            // One note points to another's body, to none or to one behind the last.
+            // One note points to another one's body, to no body or to one beyond the last.
             std::string first = records.substr(0, kRecordLength);
             setMemoNumber(first, static_cast<std::int32_t>(dice.roll(kNotes + 3)));
             records.replace(0, kRecordLength, first);
@@ -131,7 +132,7 @@ TEST(MutatedStores, LocalFiles) {
             const auto found = files.find(Text(name));
             return found == files.end() ? std::string() : recordOf(found->second, number, length);
         };
-        // Whole records of a file whose header is whole are read as they are, whatever stands around them.
+        // If the header is whole, whole records are read as they are, whatever is around them.
         const auto found = damaged.find(Text(kHeaderFile));
         const bool counted = found != damaged.end() && found->second.starts_with(header);
         const auto isFine = [&](int number) {
@@ -152,7 +153,7 @@ TEST(MutatedStores, LocalFiles) {
                       storeFree(whole[static_cast<std::size_t>(number - 1)]));
         }
         arm(program);
-        // Work on one note, the damaged ones among them, leaves every other fine one alone.
+        // Work on one note, even a damaged one, leaves all other sound ones alone.
         const int edited = 1 + static_cast<int>(dice.roll(static_cast<std::uint32_t>(program.state.Count)));
         program.notes[static_cast<std::size_t>(edited - 1)].Nota = u"edited";
         const std::vector<NoteField> body{NoteField::Nota};
@@ -202,7 +203,7 @@ TEST(MutatedStores, FilesOfOlderReleases) {
         }
         arm(program);
         const std::string& mutated = damaged.at(Text(kNoteFile));
-        // A file that happens to hold whole records of the present layout is taken for one.
+        // A file that happens to hold whole records of the present layout counts as one.
         if (!headerWhole || mutated.size() % kRecordLength == 0) continue;
         for (int number = 1; number <= kNotes; ++number) {
             if (recordOf(mutated, number, length) != recordOf(old, number, length)) continue;
@@ -252,7 +253,7 @@ TEST(MutatedStores, Registry) {
             if (section.values.empty()) continue;
             const std::size_t at = dice.roll(static_cast<std::uint32_t>(section.values.size()));
             const bool store = section.name == u"setting" && section.values[at].first == u"UseRegistry";
-            if (store) continue;  // the other store is another test's
+            if (store) continue;  // the other store belongs to another test
             if (dice.roll(10) == 0) {
                 section.values.erase(section.values.begin() + static_cast<std::ptrdiff_t>(at));
             } else {

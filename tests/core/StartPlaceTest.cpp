@@ -15,7 +15,7 @@ TEST(StartPlace, InsideAZipIsBelowTheTemporaryFolder) {
     EXPECT_TRUE(inTemp(u"C:\\Users\\anna\\AppData\\Local\\Temp\\Temp1_kardel.zip\\"));
     EXPECT_TRUE(inTemp(u"c:\\users\\ANNA\\appdata\\local\\TEMP\\7zO4A\\"));
     EXPECT_TRUE(inTemp(u"\\\\?\\C:\\Temp\\x\\", u"\\\\?\\C:\\Temp"));
-    EXPECT_TRUE(inTemp(kTemp)) << "and the folder itself";
+    EXPECT_TRUE(inTemp(kTemp)) << "so is the folder itself";
     EXPECT_TRUE(inTemp(u"D:\\T\\a\\", u"D:\\T\\\\"));
 }
 
@@ -26,7 +26,7 @@ TEST(StartPlace, EverywhereElseTheProgramMayStay) {
     EXPECT_FALSE(inTemp(u"D:\\Users\\anna\\AppData\\Local\\Temp\\x\\"));
 }
 
-TEST(StartPlace, ATemporaryFolderThatHoldsEverythingIsNone) {
+TEST(StartPlace, ATemporaryFolderThatHoldsEverythingDoesNotCount) {
     EXPECT_FALSE(inTemp(u"C:\\Tools\\", u"C:\\"));
     EXPECT_FALSE(inTemp(u"\\\\?\\C:\\Tools\\", u"\\\\?\\C:\\"));
     EXPECT_FALSE(inTemp(u"C:\\Users\\anna\\Kardel\\", u"C:\\Users\\anna"));

@@ -92,7 +92,7 @@ TEST(TrayMenu, CaptionsFollowTheDesk) {
 TEST(TrayMenu, WithoutNotesThereIsNothingToHideIconizeOrPlace) {
     EXPECT_EQ(allowed(TrayMenuState{}), (std::vector<int>{0, 6, 8, 11, 13}));
     TrayMenuState first;
-    first.notes = 1;  // the first new note brings the three back
+    first.notes = 1;  // the first new note enables the three again
     EXPECT_EQ(allowed(first), (std::vector<int>{0, 2, 3, 5, 6, 8, 11, 13}));
 }
 
@@ -178,7 +178,7 @@ TEST(OpenMenu, ListsEveryNoteByTitle) {
     EXPECT_EQ(items[1].id, 501U);
 }
 
-TEST(OpenMenu, ATitleOfOneHyphenIsAnEntryAndNoSeparator) {
+TEST(OpenMenu, ATitleOfOneHyphenIsAnEntryAndNotASeparator) {
     TrayMenuState state;
     state.notes = 1;
     const MenuRow entry = openMenu({u"-"}, state).at(0);

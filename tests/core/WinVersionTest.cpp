@@ -61,12 +61,12 @@ TEST(WinVersion, EveryWindowsActsOnExactlyOneKindOfClick) {
     }
 }
 
-TEST(WinVersion, AServerActsAsTheClientOfItsTime) {
+TEST(WinVersion, AServerActsLikeTheClientOfItsTime) {
     EXPECT_STREQ(classified({2, 6, 1, 7601, true}).name, "Windows 7");
     EXPECT_STREQ(classified({2, 10, 0, 17763, true}).name, "Windows 10");
 }
 
-TEST(WinVersion, WhatIsUnknownCountsAsNewest) {
+TEST(WinVersion, AnUnknownVersionCountsAsTheNewest) {
     const WinVersion unknown[] = {
         {}, {2, 10, 1, 30000, false}, {2, 12, 0, 40000, false}, {3, 1, 0, 0, false}, {2, 6, 4, 9841, false}};
     for (const WinVersion& version : unknown) {

@@ -1,10 +1,10 @@
-// Counts what is changed in the stores of a test, and lets one change fail or end the program.
+// Counts the changes in a test's stores, and lets one of them fail or end the program.
 #pragma once
 
 #include <functional>
 #include <memory>
 
-/// Thrown where the program ends in the middle of its work: the change at hand does not happen any more.
+/// Thrown where the program ends in the middle of its work, before the change is made.
 struct ProgramEnd {};
 
 struct Changes {
@@ -12,9 +12,9 @@ struct Changes {
     int endAt = -1;   ///< number of the change (from 0) at which the program ends
     int failAt = -1;  ///< number of the change that fails
     bool allFail = false;
-    std::function<void()> before = [] {};  ///< looks at the stores as they stand ahead of each change
+    std::function<void()> before = [] {};  ///< looks at the stores before each change
 
-    /// Called before every change: false when it fails.
+    /// Called before every change; false when it has to fail.
     bool next() {
         before();
         if (made == endAt) throw ProgramEnd();

@@ -33,7 +33,7 @@ TEST_F(DataFilesTest, AHeaderIsReadBack) {
     EXPECT_EQ(header.version, 1.25F);
 }
 
-TEST_F(DataFilesTest, LessThanAWholeHeaderIsNone) {
+TEST_F(DataFilesTest, LessThanAWholeHeaderIsNoHeader) {
     for (std::size_t length = 0; length < kHeaderLength; ++length) {
         DataHeader header;
         header.count = 77;
@@ -42,7 +42,7 @@ TEST_F(DataFilesTest, LessThanAWholeHeaderIsNone) {
     }
 }
 
-/// A record in which every field differs from its neighbours.
+/// A record in which every field differs from those next to it.
 std::string handWrittenRecord() {
     std::string bytes =
         "*         "        // alarm date
@@ -129,7 +129,7 @@ TEST_F(DataFilesTest, RandomRecordsComeBackWholeInEveryCodePage) {
     }
 }
 
-TEST_F(DataFilesTest, OneFieldIsPutIntoARecordAndNoOtherByteMoves) {
+TEST_F(DataFilesTest, PuttingOneFieldIntoARecordChangesNoOtherByte) {
     Dice dice(3);
     for (const NoteFieldRow& row : noteFields()) {
         EncodedRecord encoded;
@@ -155,7 +155,7 @@ TEST_F(DataFilesTest, TheKindIsFoundAnywhereInTheIntervalField) {
     EXPECT_EQ(decodeRecord(westernPage(), bytes).interval, u"eachday");
 }
 
-TEST_F(DataFilesTest, ATitleIsCutAtItsWidthAndSaysSo) {
+TEST_F(DataFilesTest, ATitleIsCutAtItsWidthAndThatIsReported) {
     NoteRecord note;
     note.Titolo = Text(128, u'x');
     EXPECT_FALSE(encodeRecord(westernPage(), note).lost);
@@ -174,7 +174,7 @@ TEST_F(DataFilesTest, ADoubleByteCharacterIsNeverCutInHalf) {
     EXPECT_EQ(cut.bytes[57 + 127], ' ');
 }
 
-TEST_F(DataFilesTest, ACharacterOutsideTheCodePageIsTold) {
+TEST_F(DataFilesTest, ACharacterOutsideTheCodePageIsReported) {
     NoteRecord note;
     note.Titolo = u"\u0416";
     const EncodedRecord encoded = encodeRecord(westernPage(), note);
@@ -354,7 +354,7 @@ TEST_F(DataFilesTest, ABodyNumberOutsideTheFileReadsAsNothing) {
     }
 }
 
-TEST_F(DataFilesTest, ABodyThatCannotBeWrittenIsTold) {
+TEST_F(DataFilesTest, ABodyThatCannotBeWrittenIsReported) {
     folder.changes->allFail = true;
     EXPECT_FALSE(data.WriteMemo(1, u"body").done);
     folder.changes->allFail = false;
@@ -372,7 +372,7 @@ TEST_F(DataFilesTest, DeletingTheDataFilesLeavesTheHeader) {
     EXPECT_FALSE(data.exists(kMemoFile));
 }
 
-TEST_F(DataFilesTest, AFileThatCannotBeSeenIsNotTakenForNone) {
+TEST_F(DataFilesTest, AFileThatCannotBeSeenDoesNotCountAsMissing) {
     folder.unseen.insert(Text(kNoteFile));
     EXPECT_TRUE(data.exists(kNoteFile));
 }
@@ -388,7 +388,7 @@ TEST_F(DataFilesTest, AShortLastRecordCountsAsANoteButNotAsABody) {
     }
 }
 
-TEST_F(DataFilesTest, PairsOfAnImagePointToTheirOwnBodies) {
+TEST_F(DataFilesTest, RecordsOfAnImagePointToTheirOwnBodies) {
     std::string dat;
     std::string memo;
     for (NoteRecord note : sampleNotes(3))
@@ -435,7 +435,7 @@ TEST_F(CopyFromRegistry, KeepsTheDaysThatThePatternUses) {
     EXPECT_EQ(copied(u"").alarmdaymonth, u"");
 }
 
-TEST_F(CopyFromRegistry, AMissingSizeStaysTheDefaultAndAMissingColourTheDesigns) {
+TEST_F(CopyFromRegistry, AMissingSizeOrColourStaysTheDefault) {
     NoteRecord note;
     EXPECT_EQ(CopyRegistryNoteToRecord(registry, 0, note), IoStatus::Absent);
     EXPECT_EQ(note.width, 0);

@@ -19,7 +19,7 @@ TEST(Drafts, ReadAsTheyWereWritten) {
         EXPECT_EQ(decodeDrafts(encodeDrafts(drafts)), drafts);
 }
 
-TEST(Drafts, WithAnyByteChangedAreNone) {
+TEST(Drafts, AreIgnoredWithAnyByteChanged) {
     const std::string whole = encodeDrafts(three());
     for (std::size_t at = 0; at < whole.size(); ++at) {
         for (int bit = 0; bit < 8; ++bit) {
@@ -30,14 +30,14 @@ TEST(Drafts, WithAnyByteChangedAreNone) {
     }
 }
 
-TEST(Drafts, TheOneOfAnEarlierBuildIsRead) {
+TEST(Drafts, OfAnEarlierBuildAreRead) {
     constexpr char kOld[] = "KTMP\7\0\0\0\1\0\0\0\x67\x12\0\0\3\0\0\0h\0a\0l\0\106\145\205\056";
     const std::string old(kOld, sizeof(kOld) - 1);
     EXPECT_EQ(decodeDrafts(old), (std::vector<Draft>{{7, true, u"hal", 4711}}));
     EXPECT_TRUE(decodeDrafts(old + old).empty());
 }
 
-TEST(Drafts, OfAnyOtherLengthAreNone) {
+TEST(Drafts, AreIgnoredWithAnyOtherLength) {
     const std::string whole = encodeDrafts(three());
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_TRUE(decodeDrafts(whole.substr(0, length)).empty()) << length;
@@ -45,7 +45,7 @@ TEST(Drafts, OfAnyOtherLengthAreNone) {
     EXPECT_TRUE(decodeDrafts(whole + whole).empty());
 }
 
-TEST(Drafts, OfANumberThatNoNoteHasAreNone) {
+TEST(Drafts, AreIgnoredWithANumberThatNoNoteHas) {
     for (const int number : {0, -1, 51}) {
         Draft draft = sample();
         draft.number = number;
@@ -61,7 +61,7 @@ TEST(DraftText, ReadsAsItWasWritten) {
     }
 }
 
-TEST(DraftText, ThatIsDamagedIsNone) {
+TEST(DraftText, IsIgnoredWhenDamaged) {
     for (const TextView text : {u"", u"t", u"t ", u"t12", u"x12 text", u"t-1 text", u"t4294967296 text",
                                 u"t1a text", u"12 text", u" t12 text"}) {
         EXPECT_FALSE(parseDraft(text, 1).has_value()) << std::string(text.begin(), text.end());
@@ -69,7 +69,7 @@ TEST(DraftText, ThatIsDamagedIsNone) {
     EXPECT_TRUE(parseDraft(u"b4294967295 ", 1).has_value());
 }
 
-TEST(Draft, MarksANoteByWhatIsStoredOfItsTexts) {
+TEST(Draft, MarksANoteByItsStoredTexts) {
     NoteRecord note;
     note.Titolo = u"ab";
     note.Nota = u"c";
@@ -82,7 +82,7 @@ TEST(Draft, MarksANoteByWhatIsStoredOfItsTexts) {
     EXPECT_EQ(storedMark(note), storedMark(other));
 }
 
-TEST(Draft, IsToldFromAnotherByItsText) {
+TEST(Draft, DiffersFromAnotherByItsText) {
     Draft other = sample();
     EXPECT_EQ(draftMark(other), draftMark(sample()));
     other.text += u"!";
@@ -92,7 +92,7 @@ TEST(Draft, IsToldFromAnotherByItsText) {
     EXPECT_NE(draftMark(other), draftMark(sample()));
 }
 
-TEST(Draft, BelongsToItsNoteAlsoWhereADeletionMovedIt) {
+TEST(Draft, BelongsToItsNoteEvenAfterADeletionHasMovedIt) {
     Draft draft = sample();
     draft.number = 3;
     draft.stored = 30;
@@ -100,7 +100,7 @@ TEST(Draft, BelongsToItsNoteAlsoWhereADeletionMovedIt) {
     EXPECT_EQ(owner({10, 20, 30, 40}), 3);
     EXPECT_EQ(owner({20, 30, 40}), 2) << "note 1 was deleted";
     EXPECT_EQ(owner({10, 30}), 2) << "it is the last one now";
-    EXPECT_EQ(owner({30, 30, 30, 30}), 3) << "of notes that are alike, the one with its number";
+    EXPECT_EQ(owner({30, 30, 30, 30}), 3) << "of identical notes, the one with its number";
     EXPECT_EQ(owner({10, 20, 31, 30}), 0) << "no deletion moves a note back";
     EXPECT_EQ(owner({}), 0);
 }

@@ -20,7 +20,7 @@ TEST(GlobalSettings, AreWrittenAsWordsAndWholeNumbers) {
     EXPECT_EQ(settingValues(settings), expected);
 }
 
-/// What a stored text makes of a default size.
+/// The default size that results from a stored text.
 float widthOf(TextView stored) {
     MemorySettings memory;
     memory.put(u"setting", u"DefaultWidth", Text(stored));
@@ -29,7 +29,7 @@ float widthOf(TextView stored) {
     return settings.DefaultWidth;
 }
 
-TEST(GlobalSettings, ADefaultSizeOfZeroOrNoneIsTheBuiltInOne) {
+TEST(GlobalSettings, ADefaultSizeOfZeroOrAMissingOneIsTheBuiltInOne) {
     EXPECT_EQ(widthOf(u""), 2910.0F);
     EXPECT_EQ(widthOf(u"0"), 2910.0F);
     EXPECT_EQ(widthOf(u"wide"), 2910.0F);
@@ -46,7 +46,7 @@ TEST(GlobalSettings, ADefaultSizeBeyondAllNumbersStaysFinite) {
     EXPECT_EQ(widthOf(u"1e-300"), kDefaultWidth);
 }
 
-TEST(GlobalSettings, OneThatCannotBeReadIsNoDefault) {
+TEST(GlobalSettings, OneThatCannotBeReadIsNotReplacedByItsDefault) {
     for (const SettingRow& row : settingRows()) {
         MemorySettings memory;
         memory.put(u"setting", u"AlignAll", u"True");
@@ -55,11 +55,11 @@ TEST(GlobalSettings, OneThatCannotBeReadIsNoDefault) {
         GlobalSettings settings;
         settings.DefaultHeight = 4711;
         EXPECT_FALSE(readSettings(memory.settings().readSection(u"setting"), settings));
-        EXPECT_EQ(settings.DefaultHeight, 4711.0F) << "nothing of it is taken over";
+        EXPECT_EQ(settings.DefaultHeight, 4711.0F) << "nothing may be taken over";
     }
 }
 
-TEST(Settings, AMissingValueIsToldFromOneThatCannotBeRead) {
+TEST(Settings, AMissingValueDiffersFromOneThatCannotBeRead) {
     MemorySettings memory;
     memory.put(u"setting", u"Count", u"4");
     memory.put(u"setting", u"empty", u"");
@@ -75,7 +75,7 @@ TEST(Settings, AMissingValueIsToldFromOneThatCannotBeRead) {
     EXPECT_EQ(valueOf(memory.settings().readSection(u"setting"), u"count").status, IoStatus::Failed);
 }
 
-TEST(Settings, OneValueIsSavedAndAFailureTold) {
+TEST(Settings, OneValueIsSavedAndAFailureReported) {
     MemorySettings memory;
     EXPECT_TRUE(saveSetting(memory.settings(), u"setting", u"count", u"4"));
     EXPECT_EQ(memory.text(u"setting", u"count"), u"4");

@@ -1,4 +1,4 @@
-// Damaged, cut and hostile stores: every start gets through, and work goes on.
+// Damaged, cut and hostile stores: every start succeeds, and work goes on.
 #include <gtest/gtest.h>
 
 #include "tests/storage/Samples.h"
@@ -61,7 +61,7 @@ TEST(HostileFiles, BodiesOfEveryLength) {
             const Text body = u"Body " + decimal(static_cast<int>(i) + 1) + u"\r\nsecond line";
             const std::size_t begin = i * kMemoLength;
             const std::size_t there = length < begin ? 0 : length - begin;
-            // What is left of a body is shown, less the blanks at its end.
+            // What is left of a body is shown, without the blanks at its end.
             EXPECT_EQ(loaded[i].Nota, withoutTrailingBlanks(TextView(body).substr(0, there))) << length;
         }
         if (length % 64 <= 1) workThrough(desk);
@@ -152,7 +152,7 @@ TEST(HostileRegistry, RandomTextsInEveryValue) {
         EXPECT_GE(note.alarmweekday, 0);
         EXPECT_LE(note.alarmweekday, 8);
         EXPECT_EQ(note.Titolo, store.settings.get(u"kardel-1", u"Titolo").text);
-        // What was read is written in its plain form, and from then on nothing changes any more.
+        // What was read is written in its canonical form, and does not change after that.
         ASSERT_TRUE(desk.store.set(1, note, everyField()));
         NoteRecord once;
         ASSERT_TRUE(desk.store.load(1, once, desk.global));

@@ -14,16 +14,16 @@
 struct MemoryFiles {
     std::map<Text, std::string> content;
     std::set<Text> locked;  ///< files that cannot be read
-    std::set<Text> unseen;  ///< files of which not even this can be told: whether they are there
-    std::set<Text> kept;    ///< files that cannot be removed or replaced, only written
-    /// Asked ahead of every read; false lets it fail.
+    std::set<Text> unseen;  ///< files that may or may not be there: nobody can tell
+    std::set<Text> kept;    ///< files that can be written to, but not removed or replaced
+    /// Called before every read; false lets it fail.
     std::function<bool(TextView name)> mayRead = [](TextView) { return true; };
-    /// Asked ahead of every flush; false lets it fail.
+    /// Called before every flush; false lets it fail.
     std::function<bool(TextView name)> mayFlush = [](TextView) { return true; };
-    std::vector<unsigned> waits;  ///< what the commands allowed for waiting, in ms
+    std::vector<unsigned> waits;  ///< how long the commands allowed it to wait, in ms
 
-    /// The files as they may stand after a power cut at this moment. Of what was written to a file and not
-    /// flushed there is all or nothing, the beginning, any single write or only the new length.
+    /// The files as a power cut at this moment may leave them. Of what was written to a file but not flushed,
+    /// there is everything, nothing, the beginning, any single write, or only the new length.
     std::vector<std::map<Text, std::string>> afterPowerCut() const {
         std::vector<std::map<Text, std::string>> images{{}};
         for (const auto& [name, bytes] : content) {
@@ -39,13 +39,13 @@ struct MemoryFiles {
         }
         return images;
     }
-    /// From here on all that stands is on the disk.
+    /// From here on everything written so far is on the disk.
     void flushAll() {
         disk = content;
         unflushed.clear();
     }
 
-    /// Puts bytes into a file or, without any, cuts it there.
+    /// Puts bytes into a file or, without bytes, cuts it there.
     struct Write {
         std::size_t at = 0;
         std::optional<std::string> bytes;
@@ -56,12 +56,12 @@ struct MemoryFiles {
             file.replace(at, bytes->size(), *bytes);
         }
     };
-    std::map<Text, std::string> disk;              ///< what a power cut leaves in any case
-    std::map<Text, std::vector<Write>> unflushed;  ///< what it may take away
-    std::function<void()> beforeFlush = [] {};     ///< looks at the folder ahead of each flush
+    std::map<Text, std::string> disk;              ///< what survives a power cut in any case
+    std::map<Text, std::vector<Write>> unflushed;  ///< what a power cut may take away
+    std::function<void()> beforeFlush = [] {};     ///< looks at the folder before each flush
     SharedChanges changes = std::make_shared<Changes>();
 
-    /// Valid as long as this folder.
+    /// Valid as long as this folder exists.
     Files files() {
         Files files;
         files.read = [this](TextView name, std::uint64_t offset, std::size_t size) -> ReadResult {
@@ -119,7 +119,7 @@ struct MemoryFiles {
     }
 
 private:
-    /// What may stand of one file; none: nothing, not even its name.
+    /// What may be left of one file; none: not even its name.
     std::vector<std::optional<std::string>> afterPowerCut(const Text& name, const std::string& bytes) const {
         std::vector<std::optional<std::string>> kinds{bytes};
         const auto pending = unflushed.find(name);
@@ -159,5 +159,5 @@ private:
         unflushed.erase(name);
     }
 
-    static constexpr std::uint64_t kFullAt = 16U << 20;  ///< a write that far out finds no room
+    static constexpr std::uint64_t kFullAt = 16U << 20;  ///< a write beyond this finds no room
 };

@@ -15,10 +15,10 @@ struct MemorySettings {
     };
     std::vector<Section> content;
     std::set<Text> locked;                       ///< sections that cannot be read
-    std::set<std::pair<Text, Text>> unreadable;  ///< values (section and key) that are of another kind
+    std::set<std::pair<Text, Text>> unreadable;  ///< values (section and key) of another type
     std::set<Text> writeProtected;               ///< sections that no value can be written to
-    bool namesFail = false;                      ///< the sections cannot be listed to the end
-    /// Asked ahead of every read; false lets it fail.
+    bool namesFail = false;                      ///< the list of sections breaks off
+    /// Called before every read; false lets it fail.
     std::function<bool(TextView section)> mayRead = [](TextView) { return true; };
     SharedChanges changes = std::make_shared<Changes>();
 
@@ -52,7 +52,7 @@ struct MemorySettings {
         find(section)->values.emplace_back(key, text);
     }
 
-    /// Valid as long as this store.
+    /// Valid as long as this store exists.
     Settings settings() {
         Settings settings;
         settings.get = [this](TextView section, TextView key) -> SettingResult {

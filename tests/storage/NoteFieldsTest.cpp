@@ -54,7 +54,7 @@ TEST(NoteFields, NumbersSaturateAndWordsReadAsZero) {
     EXPECT_EQ(note.alarmrepeatnumber, 32767);
 }
 
-TEST(NoteFields, AWeekdayThatIsNoneReadsAsNoWeekday) {
+TEST(NoteFields, AnImpossibleWeekdayReadsAsNoWeekday) {
     NoteRecord note;
     for (const TextView text : {u"9", u"-3", u"32767", u"99999"}) {
         note.alarmweekday = 5;
@@ -65,7 +65,7 @@ TEST(NoteFields, AWeekdayThatIsNoneReadsAsNoWeekday) {
     EXPECT_EQ(note.alarmweekday, 8);
 }
 
-TEST(NoteFields, AnEmptyColourLeavesTheNoteItsOwn) {
+TEST(NoteFields, AnEmptyColourLeavesTheNotesOwn) {
     NoteRecord note;
     note.backcolor = 255;
     rowOf(NoteField::Backcolor).read(note, u"");

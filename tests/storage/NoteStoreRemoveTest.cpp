@@ -10,13 +10,13 @@ namespace {
 
 constexpr int kMostNotes = 6;
 
-/// A desk of notes from which one is to go.
+/// A desk of notes, one of which is to be removed.
 struct Removal {
     Desk desk;
     bool inRegistry;
     int number;
     std::vector<NoteRecord> notes;      ///< as loaded
-    std::vector<NoteRecord> remaining;  ///< without the one that goes
+    std::vector<NoteRecord> remaining;  ///< without the one that is removed
 
     Removal(bool registry, int total, int which) : desk(registry), inRegistry(registry), number(which) {
         std::vector<NoteRecord> made = sampleNotes(total);
@@ -79,7 +79,7 @@ struct Removal {
     }
 };
 
-/// Runs the removal and ends the program at that change. False when it was through before.
+/// Runs the removal and ends the program at that change. False when it was finished before.
 bool endedAt(Removal& removal, int at) {
     removal.desk.changes->endAt = at;
     try {
@@ -115,7 +115,7 @@ TEST_P(RemoveNote, LeavesTheOthersInOrderWithoutAGap) {
     });
 }
 
-TEST_P(RemoveNote, EndedAtAnyPointLosesNoOtherNote) {
+TEST_P(RemoveNote, KilledAtAnyPointLosesNoOtherNote) {
     forEveryNote([&](int total, int number) {
         for (int at = 0;; ++at) {
             Removal removal(GetParam(), total, number);
@@ -126,7 +126,7 @@ TEST_P(RemoveNote, EndedAtAnyPointLosesNoOtherNote) {
     });
 }
 
-TEST_P(RemoveNote, WithOneFailedChangeLosesNoOtherNoteEvenWhenTheyAreEditedAfterwards) {
+TEST_P(RemoveNote, WithOneFailedChangeLosesNoOtherNoteEvenIfTheyAreEditedAfterwards) {
     forEveryNote([&](int total, int number) {
         for (int at = 0;; ++at) {
             Removal removal(GetParam(), total, number);
@@ -145,7 +145,7 @@ TEST_P(RemoveNote, WithOneFailedChangeLosesNoOtherNoteEvenWhenTheyAreEditedAfter
     });
 }
 
-TEST_P(RemoveNote, AfterAnInterruptionTheNextDeletionLeavesADenseStore) {
+TEST_P(RemoveNote, AfterAnInterruptionTheNextDeletionLeavesNoGaps) {
     for (int at = 0; at < 40; ++at) {
         Removal removal(GetParam(), 4, 2);
         endedAt(removal, at);
@@ -154,7 +154,7 @@ TEST_P(RemoveNote, AfterAnInterruptionTheNextDeletionLeavesADenseStore) {
         removal.number = 1;
         removal.remaining.assign(removal.notes.begin() + 1, removal.notes.end());
         EXPECT_TRUE(removal.run());
-        // The interruption may have left a note half moved; its rule is completed when it is saved.
+        // The interruption may have left a note half moved, whose rule is completed when it is saved.
         const std::vector<NoteRecord> found = removal.found();
         ASSERT_EQ(found.size(), removal.remaining.size());
         for (std::size_t i = 0; i < found.size(); ++i) {
@@ -165,14 +165,14 @@ TEST_P(RemoveNote, AfterAnInterruptionTheNextDeletionLeavesADenseStore) {
     }
 }
 
-TEST_P(RemoveNote, ThatCannotBeDoneAtAllIsToldAndChangesNothing) {
+TEST_P(RemoveNote, ChangesNothingAndTellsTheUserWhenItCannotBeDoneAtAll) {
     Removal removal(GetParam(), 4, 2);
     const auto filesBefore = removal.desk.folder.content;
     removal.desk.changes->allFail = true;
     EXPECT_FALSE(removal.run());
     EXPECT_EQ(removal.desk.told, 1);
     EXPECT_EQ(removal.desk.folder.content, filesBefore);
-    // The others go on under their new numbers, each where it stands.
+    // The others go on under their new numbers, each in its old place.
     for (int number = 1; number <= 3; ++number) {
         NoteRecord loaded;
         EXPECT_TRUE(removal.desk.store.load(number, loaded, removal.desk.global));
@@ -181,7 +181,7 @@ TEST_P(RemoveNote, ThatCannotBeDoneAtAllIsToldAndChangesNothing) {
     removal.expectNoneLost("nothing could be changed");
 }
 
-TEST_P(RemoveNote, ThatCouldNotBeDoneIsDoneLater) {
+TEST_P(RemoveNote, IsDoneLaterWhenItCouldNotBeDone) {
     Removal removal(GetParam(), 4, 2);
     removal.desk.changes->allFail = true;
     EXPECT_FALSE(removal.run());
@@ -191,7 +191,7 @@ TEST_P(RemoveNote, ThatCouldNotBeDoneIsDoneLater) {
     removal.expectDense();
 }
 
-TEST_P(RemoveNote, OfAllButOneUnderAFullDiskKeepsTheOneInItsPlace) {
+TEST_P(RemoveNote, OfAllButOneOnAFullDiskKeepsThatOneInItsPlace) {
     Removal removal(GetParam(), 5, 4);
     removal.desk.changes->allFail = true;
     EXPECT_FALSE(removal.run());
@@ -205,14 +205,14 @@ TEST_P(RemoveNote, OfAllButOneUnderAFullDiskKeepsTheOneInItsPlace) {
     EXPECT_EQ(last.Titolo, u"Title 3");
     last.Nota = u"edited meanwhile";
     EXPECT_TRUE(removal.desk.store.set(1, last, {NoteField::Nota}));
-    // The store is the one of five notes still, the edit in its right place.
+    // The store still has its five notes, with the edit in the right place.
     const std::vector<NoteRecord> found = removal.found();
     ASSERT_EQ(found.size(), 5U);
     EXPECT_EQ(found[2], storeFree(last));
     EXPECT_EQ(found[1], storeFree(removal.notes[1]));
 }
 
-TEST_P(RemoveNote, ThatCouldNotBeDoneKeepsTheLastPlaceFromANewNote) {
+TEST_P(RemoveNote, WhileUnfinishedGivesNoNewNoteAPlaceBeyondTheLast) {
     Desk desk(GetParam());
     std::vector<NoteRecord> notes = sampleNotes(kMaxNotes);
     desk.createAll(notes);
@@ -224,7 +224,7 @@ TEST_P(RemoveNote, ThatCouldNotBeDoneKeepsTheLastPlaceFromANewNote) {
     NoteRecord fresh;
     fresh.Titolo = u"fresh";
     notes.push_back(fresh);
-    EXPECT_FALSE(desk.store.create(kMaxNotes, notes.back())) << "no start would find it";
+    EXPECT_FALSE(desk.store.create(kMaxNotes, notes.back())) << "no start would find it there";
     EXPECT_FALSE(desk.store.set(kMaxNotes, notes.back(), {NoteField::Titolo}));
     EXPECT_EQ(desk.told, 2);
     desk.store.settle(pointersTo(notes), desk.global);
@@ -234,7 +234,7 @@ TEST_P(RemoveNote, ThatCouldNotBeDoneKeepsTheLastPlaceFromANewNote) {
     EXPECT_EQ(loaded.Titolo, u"fresh");
 }
 
-TEST(RemoveNoteFromRegistry, MovesANoteThatCouldNotBeReadUnseen) {
+TEST(RemoveNoteFromRegistry, MovesANoteThatCouldNotBeReadAsItIs) {
     Removal removal(true, 3, 1);
     removal.desk.settings.put(u"kardel-2", u"later release", u"kept");
     removal.remaining[0] = NoteRecord();
@@ -279,7 +279,7 @@ TEST(RemoveNoteFromRegistry, LeavesNoEmptyNoteWhereTheCountCannotBeWritten) {
         EXPECT_NE(note.Titolo, u"");
 }
 
-TEST(RemoveNoteFromRegistry, ClearsSectionsThatAreNoNotesAnyMore) {
+TEST(RemoveNoteFromRegistry, RemovesSectionsThatAreNoLongerNotes) {
     Removal removal(true, 3, 3);
     removal.desk.settings.put(u"kardel-17", u"Titolo", u"stale");
     EXPECT_TRUE(removal.run());
@@ -288,13 +288,14 @@ TEST(RemoveNoteFromRegistry, ClearsSectionsThatAreNoNotesAnyMore) {
 
 // --- What a removal in the registry that was ended half-way leaves to the next start ----------------------
 
-/// A start over the registry, the notes as it loads them.
+/// Starts over the registry and returns the notes as loaded.
 std::vector<NoteRecord> startOver(Desk& desk) {
     desk.open(true);
     return desk.loadAll();
 }
 
-/// Every desk that a removal ended at some change leaves, until `act` answers false.
+/// Calls `act` with every desk that a removal leaves when it is killed at some change, until `act` returns
+/// false.
 void forEveryEnd(int total, int number, const std::function<void(Removal&)>& act) {
     for (int at = 0;; ++at) {
         SCOPED_TRACE("ended at change " + std::to_string(at));
@@ -322,7 +323,7 @@ TEST(ResumedRemoval, IsDoneByTheNextStart) {
     }
 }
 
-TEST(ResumedRemoval, ThatIsEndedAgainIsDoneByTheStartAfterThat) {
+TEST(ResumedRemoval, IsDoneByTheStartAfterThatIfItIsKilledAgain) {
     forEveryEnd(4, 1, [&](Removal& removal) {
         const auto left = removal.desk.settings.content;
         for (int at = 0;; ++at) {
@@ -341,7 +342,7 @@ TEST(ResumedRemoval, ThatIsEndedAgainIsDoneByTheStartAfterThat) {
     });
 }
 
-TEST(ResumedRemoval, ThatIsRefusedKeepsEveryNoteAndWhatIsDoneToIt) {
+TEST(ResumedRemoval, KeepsEveryNoteAndItsChangesWhenRefused) {
     forEveryEnd(4, 1, [&](Removal& removal) {
         const auto left = removal.desk.settings.content;
         for (int at = 0;; ++at) {
@@ -362,9 +363,9 @@ TEST(ResumedRemoval, ThatIsRefusedKeepsEveryNoteAndWhatIsDoneToIt) {
     });
 }
 
-TEST(ResumedRemoval, AWholeNoteAddedMeanwhileStays) {
+TEST(ResumedRemoval, KeepsACompleteNoteAddedMeanwhile) {
     Removal removal(true, 4, 1);
-    removal.desk.changes->failAt = 30;  // while the second of three notes moves
+    removal.desk.changes->failAt = 30;  // while the second of three notes is being moved
     EXPECT_FALSE(removal.run());
     removal.desk.changes->failAt = -1;
     const NoteRecord fresh = sampleNotes(9).back();
@@ -386,7 +387,7 @@ TEST(ResumedRemoval, LeavesNotesThatCannotBeReadWhereTheyAre) {
     EXPECT_EQ(startOver(removal.desk), removal.remaining);
 }
 
-TEST(ResumedRemoval, TwoEqualNotesOfTheUserAreNone) {
+TEST(ResumedRemoval, IsNotSeenInTwoIdenticalNotesOfTheUser) {
     Desk desk(true);
     std::vector<NoteRecord> notes(2, sampleNotes(1).front());
     desk.createAll(notes);
@@ -399,7 +400,7 @@ TEST(ResumedRemoval, TwoEqualNotesOfTheUserAreNone) {
 TEST(RemoveNoteFromFiles, KeepsABodyThatAnotherNoteShares) {
     Removal removal(false, 4, 2);
     std::string record = removal.desk.file(kNoteFile).substr(3 * kRecordLength, kRecordLength);
-    setMemoNumber(record, 2);  // the fourth note borrows the second's body
+    setMemoNumber(record, 2);  // the fourth note points to the second note's body
     removal.desk.file(kNoteFile).replace(3 * kRecordLength, kRecordLength, record);
     EXPECT_TRUE(removal.run());
     const std::vector<NoteRecord> left = removal.found();
@@ -419,7 +420,7 @@ TEST(RemoveNoteFromFiles, ErasesTheDeletedText) {
     }
 }
 
-TEST(RemoveNoteFromFiles, DropsBodiesThatNobodyPointsTo) {
+TEST(RemoveNoteFromFiles, DropsBodiesThatNoNotePointsTo) {
     Removal removal(false, 3, 1);
     EXPECT_TRUE(removal.desk.dataFiles().WriteMemo(0, u"orphan").done);
     EXPECT_TRUE(removal.desk.dataFiles().WriteMemo(0, u"orphan").done);
@@ -448,7 +449,7 @@ TEST(RemoveNoteFromFiles, WhereTheRecordsWereLostWritesTheOthersFromMemory) {
     }
 }
 
-TEST(RemoveNoteFromFiles, CarriesANoteThatCouldNotBeReadAlong) {
+TEST(RemoveNoteFromFiles, KeepsANoteThatCouldNotBeRead) {
     Removal removal(false, 3, 1);
     removal.remaining[0] = NoteRecord();
     removal.remaining[0].readOnly = true;

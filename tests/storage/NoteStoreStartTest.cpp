@@ -14,11 +14,11 @@ namespace {
 struct Start {
     Desk desk{false};
     std::optional<bool> answerDelete = false;
-    std::set<StoreKind> heldElsewhere;  ///< stores that another session works on
+    std::set<StoreKind> heldElsewhere;  ///< stores that another session is using
     std::function<void()> wait = [] {};
     int questions = 0;
     int failures = 0;
-    int refusals = 0;          ///< how often the user was told that another session holds a store
+    int refusals = 0;          ///< how often the user was told that another session is using a store
     int unreadable = 0;        ///< how often the user was told that something cannot be read
     std::vector<Text> copies;  ///< of damaged files
     GlobalSettings settings;
@@ -45,7 +45,7 @@ struct Start {
     }
     bool inRegistry() const { return desk.store.kind() == StoreKind::Registry; }
 
-    /// The local files as a program with these notes left them.
+    /// The local files as left by a program with these notes.
     void seedFiles(std::vector<NoteRecord> notes) {
         desk.open(false);
         desk.createAll(notes);
@@ -131,7 +131,7 @@ TEST(RegistryMode, CreatesNoFile) {
     EXPECT_EQ(start.questions, 0);
 }
 
-TEST(RegistryMode, CountIsHeldBetweenOneAndFifty) {
+TEST(RegistryMode, CountIsClampedBetweenOneAndFifty) {
     constexpr std::pair<TextView, int> kCases[] = {{u"0", 1},          {u"", 1},     {u"-7", 1},
                                                    {u"abc", 1},        {u"12", 12},  {u"75", 50},
                                                    {u"999999999", 50}, {u"1e99", 50}};
@@ -144,7 +144,7 @@ TEST(RegistryMode, CountIsHeldBetweenOneAndFifty) {
     }
 }
 
-TEST(DefaultSizes, ZeroIsReplacedOtherNonsenseIsKept) {
+TEST(DefaultSizes, ZeroIsReplacedButOtherNonsenseIsKept) {
     Start start;
     start.set(u"defaultwidth", u"0");
     start.set(u"defaultheight", u"-100");
@@ -196,7 +196,7 @@ TEST(LeftOverFiles, TheEndOfTheProgramIsNoAnswer) {
     EXPECT_EQ(start.failures, 0);
 }
 
-TEST(LeftOverFiles, OneThatCannotBeDeletedIsLeftWithoutAWord) {
+TEST(LeftOverFiles, OneThatCannotBeDeletedIsLeftSilently) {
     for (const TextView refused : {kHeaderFile, kNoteFile, kMemoFile}) {
         Start start;
         start.seedFiles(sampleNotes(2));
@@ -206,7 +206,7 @@ TEST(LeftOverFiles, OneThatCannotBeDeletedIsLeftWithoutAWord) {
         start.run();
         EXPECT_TRUE(start.state.usable && start.inRegistry());
         EXPECT_EQ(start.failures, 0);
-        ASSERT_EQ(start.desk.folder.content.size(), 1U) << "the other two go";
+        ASSERT_EQ(start.desk.folder.content.size(), 1U) << "the other two are deleted";
         EXPECT_EQ(start.desk.folder.content.begin()->first, refused);
     }
 }
@@ -253,7 +253,7 @@ TEST(LeftOverFiles, NeitherAnswerTouchesThemWhileAnotherSessionUsesThem) {
 
 // --- What cannot be read ---------------------------------------------------------------------------------
 
-/// Everything that a start has to know, each taken away from it.
+/// Everything that a start has to read, made unreadable one after the other.
 std::vector<std::function<void(Start&)>> unreadable() {
     std::vector<std::function<void(Start&)>> ways{
         [](Start& start) { start.desk.settings.locked.insert(Text(kSettingSection)); }};
@@ -328,7 +328,7 @@ TEST(UnreadableStart, GoesOnWhenItCanReadAgainInTime) {
     }
 }
 
-TEST(UnreadableStart, OfTheRegistryAsksNothingAboutFilesThatCannotBeSeen) {
+TEST(UnreadableStart, WithTheRegistryAsksNothingAboutFilesThatCannotBeSeen) {
     Start start;
     seedSettled(start, true);
     int reads = 0;
@@ -340,7 +340,7 @@ TEST(UnreadableStart, OfTheRegistryAsksNothingAboutFilesThatCannotBeSeen) {
 
 // --- What an earlier run left ------------------------------------------------------------------------------
 
-TEST(LeftOverTemporaries, OfWritesThatWereKilledGoInEitherStore) {
+TEST(LeftOverTemporaries, OfKilledWritesAreRemovedWithEitherStore) {
     for (const bool useRegistry : {false, true}) {
         Start start;
         seedSettled(start, useRegistry);
@@ -353,7 +353,7 @@ TEST(LeftOverTemporaries, OfWritesThatWereKilledGoInEitherStore) {
     }
 }
 
-TEST(LeftOverTemporaries, OfFilesThatAnotherSessionWritesStay) {
+TEST(LeftOverTemporaries, OfFilesThatAnotherSessionIsWritingStay) {
     Start start;
     seedSettled(start, true);
     start.desk.file(u"MEMO.tmp") = "half";
@@ -383,7 +383,7 @@ TEST(StalePlaces, NeverActOnALaterNumberOfNotes) {
     }
 }
 
-TEST(StalePlaces, ThatTheRegistryKeptGoBeforeTheNumberOfNotesChanges) {
+TEST(StalePlaces, KeptByTheRegistryAreRemovedBeforeTheNumberOfNotesChanges) {
     Start start;
     seedSettled(start, true);
     start.set(u"places", u"4 1 3 4");
@@ -397,7 +397,7 @@ TEST(StalePlaces, ThatTheRegistryKeptGoBeforeTheNumberOfNotesChanges) {
     EXPECT_EQ(start.stored(u"places"), u"(none)");
 }
 
-TEST(UnreadableStart, WithoutTheRecordsForOnceBlanksNoBody) {
+TEST(UnreadableStart, WithoutItsRecordsOnceBlanksNoBody) {
     Start start;
     start.seedFiles(sampleNotes(3));
     const std::string records = start.desk.file(kNoteFile);
@@ -426,7 +426,7 @@ TEST(RegistryMode, StrayFilesOfNoKnownLayoutDoNotStopTheStart) {
     EXPECT_EQ(start.questions, 1);
 }
 
-TEST(LeftOverFiles, AnyOneOfThemAsks) {
+TEST(LeftOverFiles, AnyOneOfThemIsAskedAbout) {
     for (const TextView name : {kHeaderFile, kNoteFile, kMemoFile}) {
         Start start;
         start.set(u"UseRegistry", u"True");
@@ -444,7 +444,7 @@ TEST(FileMode, MissingNoteFileMeansOneNote) {
     EXPECT_EQ(start.state.Count, 1);
 }
 
-TEST(FileMode, TheSmallerOfHeaderAndFileCounts) {
+TEST(FileMode, UsesTheSmallerNumberOfHeaderAndFile) {
     for (const std::int32_t counted : {2, 40}) {
         Start start;
         start.seedFiles(sampleNotes(4));
@@ -501,7 +501,7 @@ TEST(Import, CopiesRegistryNotesIntoNewFilesOnce) {
     EXPECT_EQ(start.state.Count, 5) << "a second start must not import again";
 }
 
-TEST(Import, GoesBehindANoteThatIsThere) {
+TEST(Import, FollowsANoteThatIsThere) {
     Start start;
     std::vector<NoteRecord> mine = sampleNotes(1);
     mine[0].Nota = u"my own body";
@@ -515,7 +515,7 @@ TEST(Import, GoesBehindANoteThatIsThere) {
     EXPECT_EQ(first.Nota, u"my own body");
 }
 
-TEST(Import, StaysInTheRegistryWhenTheFilesCannotBeWritten) {
+TEST(Import, LeavesTheRegistryInForceWhenTheFilesCannotBeWritten) {
     Start start;
     start.seedRegistry(sampleNotes(3));
     start.desk.folder.changes = std::make_shared<Changes>();
@@ -563,7 +563,7 @@ TEST(Import, OfTheNoteThatIsThereKeepsTheFilesForm) {
     }
 }
 
-TEST(Import, EndlessCountEndsAtFifty) {
+TEST(Import, StopsAtFiftyForAnEndlessCount) {
     Start start;
     start.set(u"count", u"999999999");
     start.run();
@@ -582,7 +582,7 @@ TEST(Upgrade, FailureEndsTheStartAndLeavesTheFilesAlone) {
     EXPECT_EQ(start.desk.folder.content, before);
 }
 
-/// Texts that a user, another program or a damaged disk may have left in any value.
+/// Texts that a user, another program or a damaged disk may leave in any value.
 Text hostileText(Dice& dice) {
     const std::uint32_t kind = dice.roll(4);
     if (kind == 0)
@@ -595,7 +595,7 @@ Text hostileText(Dice& dice) {
     return text;
 }
 
-TEST(HostileStores, FiveThousandStartsSettleOnSomethingUsable) {
+TEST(HostileStores, LetFiveThousandStartsSettleOnSomethingUsable) {
     Dice dice(20260101);
     for (int round = 0; round < 5000; ++round) {
         Start start;

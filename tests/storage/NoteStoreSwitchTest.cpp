@@ -39,7 +39,7 @@ void live(Desk& desk, std::vector<NoteRecord>& notes) {
 
 // --- To the files ----------------------------------------------------------------------------------------
 
-TEST(SwitchToFiles, BringsEveryNoteOver) {
+TEST(SwitchToFiles, CopiesEveryNote) {
     Desk desk(true);
     std::vector<NoteRecord> notes = randomNotes(kMaxNotes, 31);
     desk.createAll(notes);
@@ -61,7 +61,7 @@ TEST(SwitchToFiles, LeavesNothingOfOlderFiles) {
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
 }
 
-TEST(SwitchToFiles, WhatIsChangedUntilTheRestartIsThereAfterIt) {
+TEST(SwitchToFiles, KeepsWhatIsChangedBeforeTheRestart) {
     Desk desk(true);
     std::vector<NoteRecord> notes = sampleNotes(4);
     desk.createAll(notes);
@@ -92,7 +92,7 @@ TEST(SwitchToFiles, IsRefusedWhileATextDoesNotFitAndWritesNothing) {
     }
 }
 
-TEST(SwitchToFiles, ThatFailsAnywhereLeavesTheRegistryInForce) {
+TEST(SwitchToFiles, LeavesTheRegistryInForceWhereverItFails) {
     for (int at = 0; at < 3; ++at) {
         Desk desk(true);
         std::vector<NoteRecord> notes = sampleNotes(3);
@@ -105,7 +105,7 @@ TEST(SwitchToFiles, ThatFailsAnywhereLeavesTheRegistryInForce) {
     }
 }
 
-TEST(SwitchToFiles, ReadsAgainANoteThatCouldNotBeRead) {
+TEST(SwitchToFiles, TriesAgainToReadANoteThatCouldNotBeRead) {
     Desk desk(true);
     std::vector<NoteRecord> notes = sampleNotes(2);
     desk.createAll(notes);
@@ -130,7 +130,7 @@ TEST(SwitchToFiles, WithoutAnyNoteLeavesNoRecords) {
 
 // --- To the registry -------------------------------------------------------------------------------------
 
-TEST(SwitchToRegistry, BringsEveryNoteOver) {
+TEST(SwitchToRegistry, CopiesEveryNote) {
     Desk desk(false);
     std::vector<NoteRecord> notes = randomNotes(kMaxNotes, 32);
     desk.createAll(notes);
@@ -147,7 +147,7 @@ TEST(SwitchToRegistry, BringsEveryNoteOver) {
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
 }
 
-TEST(SwitchToRegistry, WhatIsChangedUntilTheRestartIsThereAfterIt) {
+TEST(SwitchToRegistry, KeepsWhatIsChangedBeforeTheRestart) {
     Desk desk(false);
     std::vector<NoteRecord> notes = sampleNotes(4);
     desk.createAll(notes);
@@ -160,7 +160,7 @@ TEST(SwitchToRegistry, WhatIsChangedUntilTheRestartIsThereAfterIt) {
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
 }
 
-TEST(SwitchToRegistry, EndedAtAnyPointTheNextStartFindsEveryNote) {
+TEST(SwitchToRegistry, LetsTheNextStartFindEveryNoteWhereverItIsKilled) {
     for (int at = 0;; ++at) {
         Desk desk(false);
         std::vector<NoteRecord> notes = sampleNotes(3);
@@ -179,7 +179,7 @@ TEST(SwitchToRegistry, EndedAtAnyPointTheNextStartFindsEveryNote) {
     }
 }
 
-TEST(SwitchToRegistry, ThatFailsAnywhereNeverTakesForce) {
+TEST(SwitchToRegistry, NeverTakesEffectIfItFailsAnywhere) {
     for (int at = 1; at < 60; ++at) {
         Desk desk(false);
         std::vector<NoteRecord> notes = sampleNotes(2);
@@ -194,7 +194,7 @@ TEST(SwitchToRegistry, ThatFailsAnywhereNeverTakesForce) {
     }
 }
 
-TEST(SwitchToRegistry, RefusesWhileANoteCannotBeRead) {
+TEST(SwitchToRegistry, IsRefusedWhileANoteCannotBeRead) {
     Desk desk(false);
     std::vector<NoteRecord> notes = sampleNotes(2);
     desk.createAll(notes);
@@ -209,7 +209,7 @@ TEST(SwitchToRegistry, RefusesWhileANoteCannotBeRead) {
     EXPECT_EQ(desk.settings.text(u"kardel-2", u"Titolo"), u"Title 2");
 }
 
-TEST(SwitchToRegistry, NeedsNoFolderThatCanBeWritten) {
+TEST(SwitchToRegistry, NeedsNoWritableFolder) {
     for (const bool headerOnly : {true, false}) {
         Desk desk(false);
         std::vector<NoteRecord> notes = sampleNotes(3);
@@ -331,7 +331,7 @@ TEST(RoundTrip, FilesToRegistryToFilesKeepsFiftyFullNotes) {
 
 // --- Import ----------------------------------------------------------------------------------------------
 
-/// Notes that the registry holds, under a program that uses the local files.
+/// Notes in the registry, and a program that uses the local files.
 struct ImportDesk {
     Desk desk{true};
     std::vector<NoteRecord> notes;
@@ -365,14 +365,14 @@ TEST(Import, KeepsTheAlarmsOfEveryKind) {
     EXPECT_EQ(storeFree(desk.loadAll()), storeFree(notes));
 }
 
-TEST(Import, OfAnAbsurdCountStopsAtFifty) {
+TEST(Import, StopsAtFiftyNotesForAnAbsurdCount) {
     ImportDesk import(2);
     EXPECT_EQ(import.desk.import(999999999), Imported::Done);
     EXPECT_EQ(import.desk.headerCount(), 50);
     EXPECT_EQ(import.desk.file(kNoteFile).size(), 50 * kRecordLength);
 }
 
-TEST(Import, OfNothingIsNone) {
+TEST(Import, HasNothingToDoWithoutNotes) {
     ImportDesk import(1);
     EXPECT_EQ(import.desk.import(0), Imported::Nothing);
     EXPECT_EQ(import.desk.import(-5), Imported::Nothing);
@@ -415,7 +415,7 @@ TEST_F(ImportBehindANote, AddsTheRegistrysNotes) {
     EXPECT_EQ(import.found(), all());
 }
 
-TEST_F(ImportBehindANote, IsRefusedWhereOneOfFiftyWouldHaveToGo) {
+TEST_F(ImportBehindANote, IsRefusedIfOneOfFiftyWouldHaveToGo) {
     const auto before = import.desk.folder.content;
     EXPECT_EQ(import.desk.import(50), Imported::Refused);
     EXPECT_EQ(import.desk.folder.content, before);
@@ -424,7 +424,7 @@ TEST_F(ImportBehindANote, IsRefusedWhereOneOfFiftyWouldHaveToGo) {
     EXPECT_EQ(import.found().at(0), storeFree(first));
 }
 
-TEST_F(ImportBehindANote, EndedAtAnyPointLosesNothingAndIsDoneAgain) {
+TEST_F(ImportBehindANote, KilledAtAnyPointLosesNothingAndIsDoneAgain) {
     for (int at = 0; at < 3; ++at) {
         ImportDesk again(3);
         seed(again);
@@ -436,7 +436,7 @@ TEST_F(ImportBehindANote, EndedAtAnyPointLosesNothingAndIsDoneAgain) {
     }
 }
 
-TEST_F(ImportBehindANote, FailedAnywhereLeavesTheFilesAsTheyWere) {
+TEST_F(ImportBehindANote, LeavesTheFilesAsTheyWereWhereverItFails) {
     for (int at = 0; at < 3; ++at) {
         ImportDesk again(3);
         seed(again);
@@ -448,7 +448,7 @@ TEST_F(ImportBehindANote, FailedAnywhereLeavesTheFilesAsTheyWere) {
     }
 }
 
-TEST(Import, EndedAtAnyPointIsDoneAgainWithoutDoubles) {
+TEST(Import, IsDoneAgainWithoutDuplicatesWhereverItIsKilled) {
     for (int at = 0; at < 3; ++at) {
         ImportDesk import(3);
         import.desk.changes->endAt = at;
@@ -459,7 +459,7 @@ TEST(Import, EndedAtAnyPointIsDoneAgainWithoutDoubles) {
     }
 }
 
-TEST(Import, FailedAnywhereLeavesNoFiles) {
+TEST(Import, LeavesNoFilesWhereverItFails) {
     for (int at = 0; at < 3; ++at) {
         ImportDesk import(3);
         import.desk.changes->failAt = at;
@@ -469,7 +469,7 @@ TEST(Import, FailedAnywhereLeavesNoFiles) {
     }
 }
 
-TEST(Import, ThatDoesNotReadBackIsNone) {
+TEST(Import, DoesNotCountIfItCannotBeReadBack) {
     ImportDesk import(3);
     Files files = import.desk.folder.files();
     bool damaged = false;
@@ -500,7 +500,7 @@ TEST(Import, WaitsWhileASectionOrTheFilesCannotBeRead) {
     EXPECT_EQ(import.desk.changes->made, 0);
 }
 
-TEST(Import, OfATextThatDoesNotFitIsTold) {
+TEST(Import, ReportsATextThatDoesNotFit) {
     Desk desk(true);
     std::vector<NoteRecord> notes = sampleNotes(2);
     notes[1].Nota = Text(1100, u'x');

@@ -25,7 +25,7 @@ struct EitherStore : testing::TestWithParam<bool> {
 INSTANTIATE_TEST_SUITE_P(Stores, EitherStore, testing::Values(true, false),
                          [](const auto& store) { return store.param ? "Registry" : "Files"; });
 
-TEST_P(EitherStore, FiftyNewNotesComeBackWholeAtTheNextStart) {
+TEST_P(EitherStore, FiftyNewNotesComeBackCompletelyAtTheNextStart) {
     Dice dice(21);
     std::vector<NoteRecord> notes;
     for (int i = 0; i < kMaxNotes; ++i)
@@ -58,7 +58,7 @@ TEST_P(EitherStore, EverySingleFieldIsStoredAndNothingElse) {
         desk.createAll(notes);
         const NoteRecord before = load(2);
         NoteRecord other = randomNote(dice, westernPage());
-        other.interval = before.interval;  // the rule's own fields belong together
+        other.interval = before.interval;  // the rule's fields belong together
         other.alarmdate = before.alarmdate;
         EXPECT_TRUE(desk.store.set(2, other, {row.field}));
         NoteRecord expected = before;
@@ -73,7 +73,7 @@ TEST_P(EitherStore, ADragDoesNotDisturbTheAlarm) {
     std::vector<NoteRecord> notes = sampleNotes(2);
     desk.createAll(notes);
     NoteRecord dragged = notes[1];
-    dragged.interval.clear();  // whatever memory believes
+    dragged.interval.clear();  // whatever is in memory
     dragged.alarmdate.clear();
     dragged.x = 77;
     EXPECT_TRUE(desk.store.set(2, dragged, {NoteField::X, NoteField::Y}));
@@ -131,12 +131,12 @@ TEST_P(EitherStore, ANoteThatCannotBeReadIsNeverWrittenBack) {
     const int before = desk.changes->made;
     EXPECT_FALSE(desk.store.set(2, note, {kTitle, kBody}));
     EXPECT_FALSE(desk.store.set(2, note, everyField()));
-    EXPECT_EQ(desk.told, 0) << "the caller says so";
+    EXPECT_EQ(desk.told, 0) << "the caller tells the user";
     EXPECT_EQ(desk.changes->made, before);
     EXPECT_EQ(load(2), storeFree(notes[1]));
 }
 
-TEST_P(EitherStore, AFailedSaveIsToldOnceAndTheNextOneSucceeds) {
+TEST_P(EitherStore, AFailedSaveIsReportedOnceAndTheNextOneSucceeds) {
     std::vector<NoteRecord> notes = sampleNotes(2);
     desk.createAll(notes);
     notes[0].Nota = u"typed on a full disk";
@@ -152,7 +152,7 @@ TEST_P(EitherStore, AFailedSaveIsToldOnceAndTheNextOneSucceeds) {
     EXPECT_EQ(desk.told, 2);
 }
 
-TEST_P(EitherStore, AFailedCreationIsTold) {
+TEST_P(EitherStore, AFailedCreationIsReported) {
     std::vector<NoteRecord> notes = sampleNotes(1);
     desk.changes->allFail = true;
     EXPECT_FALSE(desk.store.create(1, notes[0]));
@@ -161,7 +161,7 @@ TEST_P(EitherStore, AFailedCreationIsTold) {
 
 // --- Drafts ----------------------------------------------------------------------------------------------
 
-/// What a start finds typed.
+/// The typed text that a start finds.
 std::vector<Text> typedIn(Desk& desk, bool useRegistry) {
     desk.open(useRegistry);
     std::vector<NoteRecord> notes = desk.loadAll();
@@ -171,7 +171,7 @@ std::vector<Text> typedIn(Desk& desk, bool useRegistry) {
     return typed;
 }
 
-TEST_P(EitherStore, DraftsOfSeveralNotesNeverMeet) {
+TEST_P(EitherStore, DraftsOfSeveralNotesNeverMix) {
     std::vector<NoteRecord> notes = sampleNotes(3);
     desk.createAll(notes);
     desk.store.saveDraft(1, false, u"one");
@@ -193,7 +193,7 @@ TEST_P(EitherStore, ADraftThatCannotBeDroppedNeverComesBack) {
     std::vector<NoteRecord> notes = sampleNotes(2);
     desk.createAll(notes);
     desk.store.saveDraft(2, false, u"dropped");
-    // The file cannot be touched at all, or the value not be removed.
+    // The file cannot be touched at all, or the value cannot be removed.
     const SharedChanges refusing = std::make_shared<Changes>();
     refusing->allFail = true;
     if (inRegistry()) {
@@ -205,10 +205,10 @@ TEST_P(EitherStore, ADraftThatCannotBeDroppedNeverComesBack) {
     EXPECT_NE(desk.settings.text(u"setting", u"dropped"), u"(none)");
     const auto held = desk.folder.content;
     EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
-    // And where the file was held over that start, too, the one after it.
+    // And if the file was held during that start, too, the one after it.
     if (!inRegistry()) desk.folder.content = held;
     EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
-    // The same words typed anew are a draft like any other once the old one is gone.
+    // The same words typed again are a draft like any other once the old one is gone.
     desk.open(inRegistry());
     notes = desk.loadAll();
     static_cast<void>(desk.store.takeDrafts(pointersTo(notes)));
@@ -218,7 +218,7 @@ TEST_P(EitherStore, ADraftThatCannotBeDroppedNeverComesBack) {
     EXPECT_EQ(typedIn(desk, inRegistry()), std::vector<Text>{u"dropped"});
 }
 
-TEST_P(EitherStore, ADraftIsGoneAlsoWhereItsFileMayNotBeDeleted) {
+TEST_P(EitherStore, ADraftIsGoneEvenIfItsFileMayNotBeDeleted) {
     std::vector<NoteRecord> notes = sampleNotes(1);
     desk.createAll(notes);
     desk.store.saveDraft(1, false, u"dropped");
@@ -228,7 +228,7 @@ TEST_P(EitherStore, ADraftIsGoneAlsoWhereItsFileMayNotBeDeleted) {
     EXPECT_EQ(desk.settings.text(u"setting", u"dropped"), u"(none)");
 }
 
-TEST_P(EitherStore, OfDraftsEveryOtherOneGoesThroughToTheDisk) {
+TEST_P(EitherStore, EveryOtherDraftIsFlushedToTheDisk) {
     std::vector<NoteRecord> notes = sampleNotes(1);
     desk.createAll(notes);
     desk.folder.waits.clear();
@@ -335,7 +335,7 @@ TEST_F(InFiles, RecordNHoldsNoteNAndItsBody) {
 
 TEST_F(InFiles, BytesThatTheProgramCannotReadSurviveADrag) {
     std::vector<NoteRecord> notes = made(1);
-    desk.file(kNoteFile)[57] = '\x81';  // no character of the code page
+    desk.file(kNoteFile)[57] = '\x81';  // not a character of the code page
     const std::string title = desk.file(kNoteFile).substr(57, 128);
     NoteRecord note = load(1);
     note.x = 9;
@@ -355,7 +355,7 @@ TEST_F(InFiles, ADragWritesNoBodyAndAnUnchangedFieldNothing) {
     EXPECT_EQ(desk.file(kMemoFile), memo);
 }
 
-TEST_F(InFiles, ACharacterOutsideTheCodePageIsToldOncePerSaveAndTheRestKept) {
+TEST_F(InFiles, ACharacterOutsideTheCodePageIsReportedOncePerSaveAndTheRestKept) {
     std::vector<NoteRecord> notes = made(1);
     notes[0].Titolo = u"Caf\u00e9 \u0416";
     notes[0].Nota = u"\u0416 body";
@@ -368,7 +368,7 @@ TEST_F(InFiles, ACharacterOutsideTheCodePageIsToldOncePerSaveAndTheRestKept) {
     EXPECT_EQ(desk.told, 1);
 }
 
-TEST_F(InFiles, ATextThatIsOnlyTooLongIsCutWithoutAWord) {
+TEST_F(InFiles, ATextThatIsOnlyTooLongIsCutSilently) {
     std::vector<NoteRecord> notes = made(1);
     notes[0].Nota = Text(1025, u'x');
     notes[0].Titolo = Text(129, u'y');
@@ -411,7 +411,7 @@ TEST_F(InFiles, AZeroRecordIsReplacedByAWholeOneAtTheNextSave) {
     EXPECT_EQ(load(3).Nota, u"Body 3\r\nsecond line");
 }
 
-TEST_F(InFiles, AZeroFirstRecordKeepsTheFirstBodyOnlyIfItIsNobodyElses) {
+TEST_F(InFiles, AZeroFirstRecordKeepsTheFirstBodyUnlessAnotherNoteHasIt) {
     made(2);
     desk.file(kNoteFile).replace(0, kRecordLength, std::string(kRecordLength, '\0'));
     EXPECT_EQ(load(1).memo, 1);
@@ -433,7 +433,7 @@ TEST_F(InFiles, ARecordThatVanishedIsWrittenWholeAgain) {
     }
 }
 
-TEST_F(InFiles, NotesThatShareABodyPartAtTheLaterOnesNextSave) {
+TEST_F(InFiles, NotesThatShareABodyAreSeparatedByTheLaterOnesNextSave) {
     std::vector<NoteRecord> notes = made(3);
     setMemo(3, 1);
     NoteRecord third = load(3);
@@ -505,11 +505,11 @@ TEST_F(InFiles, TheBodyIsWrittenBeforeTheRecordThatPointsToIt) {
     }
 }
 
-TEST_F(InFiles, ANewNoteTakesNoHeedOfLeftOverRecords) {
+TEST_F(InFiles, ANewNoteIgnoresLeftOverRecords) {
     made(3);
     setMemo(2, 4);
     setMemo(3, 5);
-    // What a deletion that was interrupted may leave.
+    // What an interrupted deletion may leave.
     desk.file(kHeaderFile) = encodeHeader({1, 0, kProgramVersion});
     desk.open(false);
     NoteRecord second = sampleNotes(2)[1];

@@ -53,7 +53,7 @@ TEST_F(RegistryStoreTest, AMissingKeyTakesItsDefault) {
     EXPECT_EQ(load(0), expected);
 }
 
-TEST_F(RegistryStoreTest, AStoredSizeThatIsNoNumberIsZeroAndNotTheDefault) {
+TEST_F(RegistryStoreTest, AStoredSizeThatIsNoNumberIsZeroRatherThanTheDefault) {
     memory.put(u"kardel-1", u"width", u"abc");
     memory.put(u"kardel-1", u"height", u"-5");
     EXPECT_EQ(load(0).width, 0);
@@ -234,7 +234,7 @@ TEST_F(RegistryStoreTest, WeekdaysOfAnyScriptAreFoundWithoutCase) {
     NoteRecord note;
     note.weekdays[0] = true;
     ASSERT_TRUE(russian.SaveNoteToRegistry(1, note));
-    // Another version of Windows calls the days by small letters.
+    // Another version of Windows writes the days in small letters.
     for (Text& key : russian.weekdayKeys)
         key = lowered(key);
     ASSERT_EQ(russian.weekdayKeys[0], u"w.\u043F\u043D");
@@ -295,7 +295,7 @@ TEST_F(RegistryStoreTest, ASectionThatCannotBeReadIsNotCopiedOverAnother) {
     EXPECT_EQ(text(u"Titolo"), u"stays");
 }
 
-TEST_F(RegistryStoreTest, AFailedWriteIsTold) {
+TEST_F(RegistryStoreTest, AFailedWriteIsReported) {
     memory.changes->failAt = 5;
     EXPECT_FALSE(store.SaveNoteToRegistry(1, sampleNotes(1)[0]));
 }

@@ -11,7 +11,7 @@
 #include "tests/storage/MemorySettings.h"
 #include "tests/support/TestCodePages.h"
 
-/// Makes a failed comparison of notes legible.
+/// Makes a failed comparison of notes readable.
 inline void PrintTo(const NoteRecord& note, std::ostream* out) {
     *out << "{memo " << note.memo;
     for (const NoteFieldRow& row : noteFields()) {
@@ -26,7 +26,7 @@ inline std::array<Text, kWeekdays> englishWeekdayKeys() {
     return {u"w.Mon", u"w.Tue", u"w.Wed", u"w.Thu", u"w.Fri", u"w.Sat", u"w.Sun"};
 }
 
-/// Random numbers that are the same in every run and with every library.
+/// Random numbers that are the same in every run and with every standard library.
 struct Dice {
     std::mt19937 engine;
 
@@ -37,7 +37,7 @@ struct Dice {
     bool coin() { return roll(2) == 1; }
     std::int32_t number() { return static_cast<std::int32_t>(engine()); }
 
-    /// Text of characters that `page` has, without blanks at its end.
+    /// A text of characters in `page`, without blanks at its end.
     Text text(const CodePage& page, std::size_t mostBytes) {
         constexpr TextView kLetters = u"abcXYZ 019,.-\r\n\u00e8\u00df\u20ac\u3042\u30ab";
         Text result;
@@ -66,7 +66,7 @@ struct Dice {
     }
 };
 
-/// A note with every field set at random, its rule one that the program makes.
+/// A note with every field set at random, and a rule that the program could have made.
 inline NoteRecord randomNote(Dice& dice, const CodePage& page) {
     NoteRecord note;
     note.Titolo = dice.text(page, kTitleLength);
@@ -97,7 +97,7 @@ inline NoteRecord randomNote(Dice& dice, const CodePage& page) {
     return note;
 }
 
-/// Both stores in memory with a gateway over them. `open` is what the next start does with the same stores.
+/// Both stores in memory, and a gateway over them. `open` does what the next start does with the same stores.
 struct Desk {
     MemoryFiles folder;
     MemorySettings settings;
@@ -112,11 +112,11 @@ struct Desk {
     Desk& operator=(const Desk&) = delete;
 
     StoreParts parts() { return {settings.settings(), englishWeekdayKeys(), folder.files(), page}; }
-    /// The files, and the sections of the registry, past the gateway.
+    /// The files and the registry's sections themselves, bypassing the gateway.
     DataFiles dataFiles() { return {folder.files(), page}; }
     RegistryNotes sections() { return {settings.settings(), englishWeekdayKeys()}; }
 
-    /// A program that starts over these stores.
+    /// Starts the program over these stores.
     void open(bool useRegistry, const CodePage& codePage = westernPage()) {
         page = codePage;
         changes = std::make_shared<Changes>();
@@ -190,7 +190,7 @@ inline bool Desk::toRegistry(std::vector<NoteRecord>& notes) {
     return store.switchTo(StoreKind::Registry, pointersTo(notes), global) == Switched::Done;
 }
 
-/// The note without what only one of the stores knows, for comparing across them.
+/// The note without what only one of the stores has, for comparing the two.
 inline NoteRecord storeFree(NoteRecord note) {
     note.memo = 0;
     return note;

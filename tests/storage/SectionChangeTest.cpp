@@ -33,7 +33,7 @@ Values sorted(Values values) {
     return values;
 }
 
-TEST_F(SectionChange, IsMadeInItsOrderAndLeavesNothingElse) {
+TEST_F(SectionChange, IsMadeInOrderAndLeavesNothingElse) {
     EXPECT_TRUE(changeSection(settings, kSection, changes));
     EXPECT_EQ(stored(), after);
 }
@@ -43,7 +43,7 @@ TEST_F(SectionChange, OfOneValueIsOneWrite) {
     EXPECT_EQ(memory.changes->made, 1);
 }
 
-TEST_F(SectionChange, EndedAnywhereReadsAsBeforeOrAsAfterAndIsFinishedByThatRead) {
+TEST_F(SectionChange, KilledAnywhereReadsAsBeforeOrAfterAndIsFinishedByReading) {
     int points = 0;
     for (int end = 0;; ++end) {
         SCOPED_TRACE(end);
@@ -66,7 +66,7 @@ TEST_F(SectionChange, EndedAnywhereReadsAsBeforeOrAsAfterAndIsFinishedByThatRead
     EXPECT_EQ(points, 5);  // the list, two values, one removal, the end of the list
 }
 
-TEST_F(SectionChange, ThatWasRefusedIsFinishedByTheNextOneWhichWinsWhereBothSpeak) {
+TEST_F(SectionChange, IsFinishedByTheNextOneIfRefusedAndYieldsToItWhereBothSetAValue) {
     for (int fail = 0; fail < 4; ++fail) {
         SCOPED_TRACE(fail);
         MemorySettings other;
@@ -80,7 +80,7 @@ TEST_F(SectionChange, ThatWasRefusedIsFinishedByTheNextOneWhichWinsWhereBothSpea
     }
 }
 
-TEST_F(SectionChange, WhoseListStaysHarmsNoLaterChange) {
+TEST_F(SectionChange, DoesNoHarmToLaterOnesIfItsListStays) {
     memory.changes->failAt = 4;
     EXPECT_FALSE(changeSection(settings, kSection, changes));
     EXPECT_NE(memory.text(kSection, u"pending"), u"(none)");
@@ -90,18 +90,18 @@ TEST_F(SectionChange, WhoseListStaysHarmsNoLaterChange) {
     EXPECT_EQ(sorted(stored()), sorted(wanted));
 }
 
-TEST_F(SectionChange, OfASectionThatCannotBeReadIsRefused) {
+TEST_F(SectionChange, IsRefusedForASectionThatCannotBeRead) {
     memory.locked.insert(Text(kSection));
     EXPECT_FALSE(changeSection(settings, kSection, changes));
     EXPECT_EQ(memory.changes->made, 0);
     EXPECT_EQ(readChangedSection(settings, kSection).status, IoStatus::Failed);
 }
 
-TEST_F(SectionChange, WithADamagedListCountsForNothing) {
+TEST_F(SectionChange, IsIgnoredIfItsListIsDamaged) {
     const Text whole = pendingText(changes);
     for (std::size_t length = 1; length < whole.size(); ++length) {
         const Text cut = whole.substr(0, length);
-        if (parsePending(cut)) continue;  // a list that ends with a whole change
+        if (parsePending(cut)) continue;  // the list was cut after a complete change
         memory.put(kSection, u"pending", cut);
         EXPECT_EQ(read(), before) << length;
         EXPECT_EQ(stored(), before) << length;
@@ -112,7 +112,7 @@ TEST_F(SectionChange, WithADamagedListCountsForNothing) {
     }
 }
 
-TEST_F(SectionChange, ListComesBackWhateverTheTextsHold) {
+TEST_F(SectionChange, HasAListThatComesBackWhateverTheTextsHold) {
     const ChangeList odd{{u"a=b", u"3:x"}, {u"Nota", u"one\r\ntwo 7:"}, {u"-", std::nullopt}, {u":", u""}};
     EXPECT_EQ(parsePending(pendingText(odd)), odd);
     EXPECT_EQ(parsePending(u""), ChangeList());

@@ -22,7 +22,7 @@ struct OldFiles {
         file(kMemoFile) = std::string(kMemoLength * static_cast<std::size_t>(count), 'm');
     }
 
-    /// Records as an older release wrote them: the present ones cut off.
+    /// Records as an older release wrote them, which are the present ones cut off.
     static std::string oldRecords(std::size_t recordLength, int count) {
         std::string bytes;
         for (NoteRecord note : sampleNotes(count)) {
@@ -127,7 +127,7 @@ TEST(UpgradeDataFiles, CreatesNothingWhereThereIsNothing) {
     EXPECT_EQ(none.file(kHeaderFile), encodeHeader({1, 0, kProgramVersion}));
 }
 
-TEST(UpgradeDataFiles, HeaderThatCannotBeReadIsNoOldVersion) {
+TEST(UpgradeDataFiles, HeaderThatCannotBeReadDoesNotCountAsAnOldVersion) {
     OldFiles files;
     files.seed(1.28F, kRecordLength, 3);
     files.file(kHeaderFile).resize(0);
@@ -139,7 +139,7 @@ TEST(UpgradeDataFiles, HeaderThatCannotBeReadIsNoOldVersion) {
     EXPECT_EQ(files.folder.content, before);
 }
 
-TEST(UpgradeDataFiles, OldRecordsUnderADamagedHeaderAreTakenFromTheLengthAndCopiedFirst) {
+TEST(UpgradeDataFiles, OldRecordsWithADamagedHeaderAreRecognisedByTheLengthAndCopiedFirst) {
     for (const std::size_t length : {std::size_t{195}, std::size_t{197}, std::size_t{201}}) {
         const std::string noNumber = encodeHeader({4, 0, std::numeric_limits<float>::quiet_NaN()});
         for (const std::string& header : {std::string(), std::string("\4\0\0\0\0", 5), noNumber}) {
@@ -159,7 +159,7 @@ TEST(UpgradeDataFiles, OldRecordsUnderADamagedHeaderAreTakenFromTheLengthAndCopi
     }
 }
 
-TEST(UpgradeDataFiles, PresentRecordsUnderAnOldHeaderStayAsTheyAre) {
+TEST(UpgradeDataFiles, PresentRecordsWithAnOldHeaderStayAsTheyAre) {
     OldFiles files;
     files.seed(1.2F, kRecordLength, 3);
     const std::string before = files.file(kNoteFile);
@@ -176,7 +176,7 @@ TEST(UpgradeDataFiles, ShortLastRecordIsNotDropped) {
     EXPECT_EQ(old.file(kNoteFile).size(), 3 * kRecordLength);
 }
 
-TEST(UpgradeDataFiles, LostHeaderBesideOldRecordsIsTakenFromTheLength) {
+TEST(UpgradeDataFiles, OldRecordsWithoutAHeaderAreRecognisedByTheLength) {
     for (const std::size_t length : {std::size_t{195}, std::size_t{197}, std::size_t{201}}) {
         OldFiles old;
         old.seed(1.0F, length, 4);
@@ -187,7 +187,7 @@ TEST(UpgradeDataFiles, LostHeaderBesideOldRecordsIsTakenFromTheLength) {
     }
 }
 
-TEST(UpgradeDataFiles, OfALengthThatFitsNoLayoutKeepsWholeRecordsAndACopyOfTheRest) {
+TEST(UpgradeDataFiles, LengthThatFitsNoLayoutKeepsWholeRecordsAndACopyOfTheFiles) {
     for (const bool header : {false, true}) {
         OldFiles odd;
         const std::string found = std::string(kRecordLength, 'x') + std::string(88, 'y');
@@ -201,7 +201,7 @@ TEST(UpgradeDataFiles, OfALengthThatFitsNoLayoutKeepsWholeRecordsAndACopyOfTheRe
         EXPECT_EQ(copies.size(), header ? 2U : 1U);
         copies.clear();
         EXPECT_EQ(UpgradeDataFiles(odd.data, copies), Upgraded::NotNeeded);
-        EXPECT_TRUE(copies.empty()) << "nobody is told twice";
+        EXPECT_TRUE(copies.empty()) << "the user must not be told twice";
     }
 }
 
@@ -216,11 +216,11 @@ TEST(UpgradeDataFiles, DamagedFilesAreLeftAloneUntilTheyAreCopied) {
         EXPECT_EQ(UpgradeDataFiles(odd.data, copies), at == 2 ? Upgraded::NotNeeded : Upgraded::Done) << at;
         EXPECT_EQ(odd.file(u"KARDEL.DAT.damaged"), std::string(333, 'x'));
         EXPECT_EQ(copies.size(), 1U);
-        EXPECT_FALSE(odd.folder.content.contains(u"KARDEL.DAT.damaged2")) << "one copy serves";
+        EXPECT_FALSE(odd.folder.content.contains(u"KARDEL.DAT.damaged2")) << "one copy is enough";
     }
 }
 
-TEST(UpgradeDataFiles, EndedAtAnyChangeTheNextStartFinishesIt) {
+TEST(UpgradeDataFiles, IsFinishedByTheNextStartWhereverItIsKilled) {
     for (const Layout& layout : kLayouts) {
         int points = 0;
         for (bool ended = true; ended; ++points) {
@@ -239,11 +239,11 @@ TEST(UpgradeDataFiles, EndedAtAnyChangeTheNextStartFinishesIt) {
             EXPECT_EQ(old.file(kHeaderFile), encodeHeader({4, 0, kProgramVersion}));
             EXPECT_FALSE(old.has(layout.temporary));
         }
-        EXPECT_EQ(points, 4) << "temporary file, header, rename, and once through";
+        EXPECT_EQ(points, 4) << "temporary file, header, rename, and once to the end";
     }
 }
 
-TEST(UpgradeDataFiles, HeaderRewrittenOverALengthThatFitsBothLayoutsIsSeenByItsCount) {
+TEST(UpgradeDataFiles, ARewrittenHeaderIsRecognisedByItsCountIfTheLengthFitsBothLayouts) {
     constexpr int kNotes = 43;  // as long as 39 present records
     OldFiles old;
     old.seed(1.2F, 195, kNotes);
@@ -261,7 +261,7 @@ TEST(UpgradeDataFiles, HeaderRewrittenOverALengthThatFitsBothLayoutsIsSeenByItsC
     EXPECT_EQ(present.file(kNoteFile), before);
 }
 
-TEST(UpgradeDataFiles, NewFileAloneUnderAnOldHeaderIsPutInPlaceOnce) {
+TEST(UpgradeDataFiles, NewFileAloneWithAnOldHeaderIsPutInPlaceOnce) {
     OldFiles old;
     old.seed(1.2F, 195, 39);
     old.folder.content.erase(Text(kNoteFile));

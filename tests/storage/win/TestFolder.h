@@ -1,4 +1,4 @@
-// A folder for one test, gone with its files afterwards.
+// A folder for one test, removed with its files afterwards.
 #pragma once
 
 #include <vector>
@@ -50,7 +50,7 @@ struct TestFolder {
         return bytes;
     }
 
-    /// The file held open by another program that shares only what `share` says.
+    /// Holds the file open like another program that shares only what `share` says.
     UniqueHandle hold(const Text& name, DWORD access, DWORD share) const {
         const HANDLE handle = CreateFileW(wide(path + name), access, share, nullptr, OPEN_ALWAYS, 0, nullptr);
         return UniqueHandle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);

@@ -1,4 +1,4 @@
-// A registry key of the user for one test, gone with everything below it afterwards.
+// A registry key of the user for one test, removed with everything below it afterwards.
 #pragma once
 
 #include "storage/bas_RegistryKey.h"

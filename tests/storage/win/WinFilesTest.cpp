@@ -10,7 +10,7 @@ using namespace std::string_literals;
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// Lets a file go after a moment, on a thread of its own.
+/// Releases a file after a moment, on a thread of its own.
 DWORD WINAPI releaseSoon(void* holder) {
     Sleep(200);
     static_cast<UniqueHandle*>(holder)->reset();
@@ -54,7 +54,7 @@ TEST_F(WinFiles, ReadingEndsWithTheFile) {
     EXPECT_EQ(beyond.bytes, "");
 }
 
-TEST_F(WinFiles, AWholeFileIsPutInPlaceAndNothingElseLeft) {
+TEST_F(WinFiles, AWholeFileIsPutInPlaceAndNothingElseIsLeft) {
     EXPECT_TRUE(files.replace(u"F", "first, longer", Flush::Yes));
     EXPECT_TRUE(files.replace(u"F", "second", Flush::Yes));
     EXPECT_EQ(folder.content(u"F"), "second");
@@ -76,7 +76,7 @@ TEST_F(WinFiles, FilesAreCutMovedAndRemoved) {
     EXPECT_TRUE(folder.names().empty());
 }
 
-TEST_F(WinFiles, AnotherReaderDoesNotDisturb) {
+TEST_F(WinFiles, AnotherReaderIsNoObstacle) {
     files.write(u"F", 0, "abc");
     const UniqueHandle reader = folder.hold(u"F", GENERIC_READ, kShareAll);
     ASSERT_NE(reader, nullptr);
@@ -139,7 +139,7 @@ TEST_F(WinFiles, AFileHeldForAMomentIsWaitedFor) {
     WaitForSingleObject(release.get(), INFINITE);
 }
 
-TEST_F(WinFiles, AFolderOfTheNameIsNoFile) {
+TEST_F(WinFiles, AFolderOfThatNameIsNoFile) {
     CreateDirectoryW(wide(folder.path + u"MEMO"), nullptr);
     EXPECT_NE(files.read(u"MEMO", 0, 1).status, IoStatus::Done);
     EXPECT_FALSE(files.write(u"MEMO", 0, "x"));

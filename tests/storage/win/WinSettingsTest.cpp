@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::string_literals;
 
-/// The user's own settings stay: the tests use a section that the program has not.
+/// The user's own settings stay, because the tests use a section that the program does not have.
 struct WinSettings : testing::Test {
     Settings settings = userSettings();
     TestLog log;
@@ -71,7 +71,7 @@ TEST_F(WinSettings, ASectionIsReadInOneGo) {
     EXPECT_EQ(read.values, values);
 }
 
-TEST_F(WinSettings, ATextWithoutItsEndOrWithTwoIsReadToTheFirst) {
+TEST_F(WinSettings, ATextIsReadToItsFirstZeroOrToItsEnd) {
     setRaw(u"open", REG_SZ, "a\0b\0"s);
     setRaw(u"two", REG_SZ, "a\0\0\0b\0\0\0"s);
     EXPECT_EQ(text(u"open"), u"ab");
@@ -98,7 +98,7 @@ TEST_F(WinSettings, SectionsAreListed) {
     EXPECT_EQ(std::count(names.begin(), names.end(), section), 1);
 }
 
-TEST_F(WinSettings, ANameThatIsNoSectionsReachesNoOtherKey) {
+TEST_F(WinSettings, ANameThatIsNoSectionNameReachesNoOtherKey) {
     const TestKey outside;
     outside.create(u"below");
     ASSERT_TRUE(saveSetting(settings, section, u"a", u"1"));
@@ -118,7 +118,7 @@ TEST_F(WinSettings, AFailureIsLogged) {
     EXPECT_TRUE(log.has("\t(SaveSetting)\t[ Trying to create the section ''sss"));
 }
 
-TEST_F(WinSettings, NumbersAndTextsToBeExpandedAreTextsAndAnythingElseIsAFailure) {
+TEST_F(WinSettings, NumbersAndExpandableTextsAreReadAsTextsAndAnythingElseIsAFailure) {
     EXPECT_TRUE(saveSetting(settings, section, u"a", u"1"));
     SaveRegValue(HKEY_CURRENT_USER, path, u"number", REG_DWORD, std::uint32_t{4294967295U});
     SaveRegValue(HKEY_CURRENT_USER, path, u"expand", REG_EXPAND_SZ, Text(u"%x% \u0416"));

@@ -28,7 +28,7 @@ TEST(LogLine, BeginsWithTheTagAndShowsTheDetail) {
               u"tag\t03/02/2026 12:04:05\tdetail; (Proc)\t[ It failed.; Err=-2147467259 ]");
 }
 
-TEST(LogFile, GrowsByALineACall) {
+TEST(LogFile, GrowsByOneLinePerCall) {
     const TestLog log;
     WriteLog(u"First", u"one", 0);
     WriteLog(u"Second", u"caf\u00e9", 7, u"detail");
@@ -39,7 +39,7 @@ TEST(LogFile, GrowsByALineACall) {
     EXPECT_EQ(log.text().front(), '\t');
 }
 
-TEST(LogFile, OfAFailureWithoutEndStaysShortAndKeepsItsLatestLines) {
+TEST(LogFile, OfAnEndlessFailureStaysShortAndKeepsItsLatestLines) {
     const TestLog log;
     const Text message(20000, u'x');
     for (int i = 1; i <= 120; ++i)
@@ -65,7 +65,7 @@ TEST(LogFile, CreatesAMissingFolderOfOneLevel) {
     RemoveDirectoryW(wide(folder));
 }
 
-TEST(LogFile, LosesALineThatHasNoPlaceAndSaysNothing) {
+TEST(LogFile, SilentlyLosesALineThatCannotBeWritten) {
     const TestLog log;
     logPlace.folder = log.folder.path + u"two\\levels";
     WriteLog(u"Proc", u"message", 0);
@@ -87,7 +87,7 @@ TEST(LogFile, IsNamedAfterTheProgramInCapitalsByDefault) {
     EXPECT_EQ(log.folder.names()[0], expected + u".log");
 }
 
-TEST(Folders, AreToldFromFiles) {
+TEST(Folders, AreDistinguishedFromFiles) {
     const TestFolder folder;
     folder.hold(u"file", GENERIC_WRITE, 0);
     EXPECT_TRUE(FolderExists(folder.path));

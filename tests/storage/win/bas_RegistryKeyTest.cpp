@@ -37,7 +37,7 @@ TEST_F(RegistryKey, EachTypeIsReadBackAsItWasGiven) {
     EXPECT_EQ(log.text(), "(none)");
 }
 
-TEST_F(RegistryKey, AKeyThatIsMissingIsCreatedWithOneLineInTheLog) {
+TEST_F(RegistryKey, AMissingKeyIsCreatedWithOneLineInTheLog) {
     EXPECT_EQ(save(u"name", REG_SZ, Text(u"value")), 0);
     EXPECT_EQ(GetRegValue(HKEY_CURRENT_USER, key.path, u"name"), u"value");
     EXPECT_EQ(log.lines(), 1);
@@ -45,7 +45,7 @@ TEST_F(RegistryKey, AKeyThatIsMissingIsCreatedWithOneLineInTheLog) {
     EXPECT_TRUE(log.has("'' failure.; Err=2 ]\r\n"));
 }
 
-TEST_F(RegistryKey, AKeyThatCannotBeCreatedIsTold) {
+TEST_F(RegistryKey, AKeyThatCannotBeCreatedIsReported) {
     EXPECT_NE(SaveRegValue(nullptr, key.path, u"name", REG_SZ, Text(u"x")), 0);
     EXPECT_EQ(log.lines(), 2);
     EXPECT_TRUE(log.has("[ Trying to create the Registry key ''Software\\KardelTest-"));
@@ -87,7 +87,7 @@ TEST_F(RegistryKey, TextsOfEveryLengthAreReadWhole) {
     }
 }
 
-TEST_F(RegistryKey, ATextWithoutItsEndOrWithTwoIsReadToTheFirst) {
+TEST_F(RegistryKey, ATextIsReadToItsFirstZeroOrToItsEnd) {
     key.setRaw(u"open", REG_SZ, "a\0b\0"s);
     key.setRaw(u"odd", REG_SZ, "a\0b"s);
     key.setRaw(u"two", REG_SZ, "a\0\0\0b\0\0\0"s);
