@@ -30,7 +30,7 @@ LRESULT CALLBACK cueProc(HWND list, UINT message, WPARAM wp, LPARAM lp) noexcept
     return CallWindowProcW(before, list, message, wp, lp);
 }
 
-/// A bar by itself is spoken of in percent: what counts is the date or the time that it sets.
+/// Windows would report a bar in percent, but what matters is the date or time that it sets.
 Spoken sayBar(HWND bar, int) {
     const int shownBy = GetDlgCtrlID(bar) == ID_HDATE ? ID_DATA : ID_LBLTIME;
     Spoken said;
@@ -48,7 +48,7 @@ bool draws(UINT message) {
            message == BM_SETSTATE || message == BM_SETCHECK;
 }
 
-// The button draws the letter behind the mark underlined; everybody else gets the caption without the mark.
+// The button draws the letter after the mark underlined; everything else gets the caption without the mark.
 LRESULT CALLBACK markedProc(HWND button, UINT message, WPARAM wp, LPARAM lp) noexcept {
     if (draws(message)) {
         SetPropW(button, kDrawing, button);
@@ -114,7 +114,7 @@ void drawEntry(const DRAWITEMSTRUCT& drawn) {
         text.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
         SendMessageW(drawn.hwndItem, CB_GETLBTEXT, drawn.itemID, reinterpret_cast<LPARAM>(wideBuffer(text)));
     }
-    // What is shown for the empty entry is no choice: it says what could be chosen.
+    // What is shown for the empty entry is not a choice; it says what can be chosen.
     const bool cue = inField && drawn.itemID == 0;
     RECT area = drawn.rcItem;
     FillRect(drawn.hDC, &area, GetSysColorBrush(marked ? COLOR_HIGHLIGHT : COLOR_WINDOW));

@@ -13,14 +13,14 @@ struct CueList {
     int at = 0;  ///< index of the entry; CB_ERR for "none"
 };
 
-/// Makes a drop-down list one with a cue, which lives as long as the list.
+/// Gives a drop-down list a cue, which must exist as long as the list.
 void makeCueList(HWND list, CueList& cue);
 
 /// Replaces the entries of a list and chooses one, by its index from 0.
 void fillList(HWND list, std::span<const TextView> entries, int chosen);
 
-/// Lets a button draw the letter behind the mark "&" of its caption underlined, the key that reaches it with
-/// Alt, and keeps the mark from whoever asks for the caption.
+/// Lets a button underline the letter after the mark "&" of its caption, which reaches it with Alt, and hides
+/// the mark from everything that reads the caption.
 void hideMark(HWND button);
 
 /// Makes one of the editor's scroll bars say the date or the time that it sets.
@@ -28,7 +28,7 @@ void makeSpokenBar(HWND bar);
 
 /// Draws an entry of a list, or the field of a closed one.
 void drawEntry(const DRAWITEMSTRUCT& drawn);
-/// Draws a label with its first letter underlined, the key that reaches its field with Alt.
+/// Draws a label with its first letter underlined, which reaches its field with Alt.
 void drawLabel(const DRAWITEMSTRUCT& drawn);
 /// Draws the frame around the weekdays.
 void drawFrame(const DRAWITEMSTRUCT& drawn);

@@ -20,7 +20,7 @@ constexpr int kDayWidth = 68;
 constexpr int kFrameInset = 5;
 
 constexpr int kListRows = 12;  // shown by an open list
-constexpr int kMarkId = -1;    // mark and hint are nobody's to address
+constexpr int kMarkId = -1;    // mark and hint need no id
 constexpr TextView kHint = u" Clic over any portion of date to set a repeatable date ";
 
 }  // namespace
@@ -43,10 +43,10 @@ HWND AlarmFace::add(const DialogGrid& grid, const wchar_t* name, const Text& tex
     return control;
 }
 
-// A bar has nothing to read on it: its name is for screen readers.
+// A bar shows no text: its name is for screen readers.
 void AlarmFace::addBar(const DialogGrid& grid, int id, BarRange range, const Text& name) {
     const HWND bar = add(grid, L"SCROLLBAR", name, WS_TABSTOP | SBS_HORZ, id);
-    // A page of 1: with a longer one the bar could not reach its last position.
+    // A page of 1, because with a longer one the bar could not reach its last position.
     SCROLLINFO info{sizeof(info), SIF_RANGE | SIF_PAGE | SIF_POS, range.low, range.high, 1, 0, 0};
     SendMessageW(bar, SBM_SETSCROLLINFO, FALSE, reinterpret_cast<LPARAM>(&info));
     makeSpokenBar(bar);
@@ -59,8 +59,8 @@ void AlarmFace::addList(const DialogGrid& grid, int id, CueList& cue) {
     if (list != nullptr) makeCueList(list, cue);
 }
 
-// Their order is the Tab order, and a screen reader takes the label before a field for the field's name. What
-// may lie over others comes first, the frames last.
+// Their order is the Tab order, and a screen reader uses the label before a field as its name. What may cover
+// other controls comes first, and the frames come last.
 bool AlarmFace::create(HWND form, const DialogGrid& grid, const AlarmRule& rule, Now now) {
     form_ = form;
     ViewElapse = isAhead(rule, now);
@@ -112,7 +112,7 @@ void AlarmFace::showRule(const AlarmRule& rule, Now now) {
     const bool repeats = rule.RepeatNumber >= 1 && unitIndex(rule.RepeatEvery) > 0;
     repeatKept_ = repeats ? rule.RepeatNumber : std::int16_t{0};
     lastRepeat_ = repeatIndex(repeatKept_);
-    // A step that the list lacks stays as it is, and is seen, until the user chooses another one.
+    // A step that the list lacks is shown and kept until the user chooses another one.
     repeatCue_.at = CB_ERR;
     repeatCue_.cue = lastRepeat_ == CB_ERR ? decimal(repeatKept_) : Text();
     fillList(item(ID_CBOREPEAT), entries, lastRepeat_);
@@ -234,7 +234,7 @@ void AlarmFace::showClock(const EditorClock& clock) {
     if (datePart(label) != clock.date) {
         showDate(clock.date);
     } else if (label.find(u':') != Text::npos) {
-        showDate(dateAndTime(clock.date, clock.time));  // the time stands behind the date
+        showDate(dateAndTime(clock.date, clock.time));  // the time follows the date
     } else {
         showDate(label);
     }
@@ -244,7 +244,7 @@ void AlarmFace::showDate(const Text& date) {
     setWindowText(data.hwnd, date);
     const bool full = !holdsWildcards(date);
     if (full) moveBar(ID_HDATE, positionOfDate(datePart(date), host.now()));
-    EnableWindow(item(ID_HDATE), full ? TRUE : FALSE);  // there is no next day of "every month"
+    EnableWindow(item(ID_HDATE), full ? TRUE : FALSE);  // "every month" has no next day
 }
 
 void AlarmFace::moveBar(int id, int position) {
@@ -289,7 +289,7 @@ void AlarmFace::fillDays(bool units, int chosen) {
     }
 }
 
-/// True when that changed the layout.
+/// True when this changed the layout.
 bool AlarmFace::showWeek(bool shown) {
     if (shown == weekShown_) return false;
     weekShown_ = shown;

@@ -1,5 +1,5 @@
-// The alarm editor: the controls that it puts on the program's dialog, and what they do. What they mean is
-// AlarmEditorRules' to say.
+// The alarm editor: the controls that it puts on the program's dialog, and what they do. AlarmEditorRules
+// decides what they mean.
 #pragma once
 
 #include <array>
@@ -19,7 +19,7 @@ struct EditorResult {
 };
 
 struct AlarmFace {
-    /// What the editor asks of the dialog on which it stands.
+    /// What the editor needs from its dialog.
     struct Host {
         std::function<void()> needFullDate;  ///< shows the message; the dialog may be gone when it returns
         std::function<void()> finished;      ///< Start or Stop was pressed
@@ -34,22 +34,22 @@ struct AlarmFace {
     AlarmFace(const AlarmFace&) = delete;
     AlarmFace& operator=(const AlarmFace&) = delete;
 
-    /// Puts the controls on `form`, hidden, with the rule in them. False when Windows refuses.
+    /// Puts the controls on `form`, hidden and filled with the rule. False when Windows refuses.
     [[nodiscard]] bool create(HWND form, const DialogGrid& grid, const AlarmRule& rule, Now now);
-    /// Shows the controls or hides them all; what they hold stays.
+    /// Shows or hides all controls; they keep their contents.
     void show(bool shown) const;
-    /// Places the controls and answers the client size in pixels that they take.
+    /// Places the controls and returns the client size in pixels that they take.
     PxSize layout(const DialogGrid& grid);
     /// Height in pixels of the upper area, without the buttons at the foot.
     int contentHeight() const { return contentHeight_; }
-    /// Where the keyboard is at first.
+    /// The control that has the keyboard at first.
     HWND firstControl() const { return data.hwnd; }
-    /// The note's countdown, shown when the editor was opened on a running alarm.
+    /// Shows the note's countdown if the editor was opened on a running alarm.
     void showCountdown(const Text& text) const;
 
     void onCommand(int id, int code);
     void onScroll(HWND bar, int code, int trackPosition);
-    /// `delta` as Windows counts it, 120 a notch; `at` is the pointer's place on the screen.
+    /// `delta` is Windows' own, 120 per notch; `at` is the pointer's place on the screen.
     void onWheel(int delta, POINT at);
     /// Alt with a letter. True when it is one of the editor's.
     bool accessKey(char16_t letter) const;
@@ -83,24 +83,24 @@ private:
     void onDatePart(DatePart part);
     void onStart();
     void moveBar(int id, int position);
-    /// The time that the bars begin with: now, when none is shown.
+    /// The time with which the bars begin: now, if none is shown.
     TimeOfDay shownTime() const;
-    /// Where a bar stands by the date or time shown: it may itself have been moved before it is heard of.
+    /// A bar's position according to the date or time shown; the bar itself may have been moved already.
     int shownPosition(int id) const;
 
     HWND form_ = nullptr;
     HWND hint_ = nullptr;
     HWND mark_ = nullptr;
-    HWND dayName_ = nullptr;  ///< never shown: names the list behind it to screen readers
+    HWND dayName_ = nullptr;  ///< never shown; gives the list after it its name for screen readers
     std::vector<HWND> controls_;
     CueList repeatCue_;
     CueList dayCue_;
-    bool unitMode_ = false;  ///< cboDay holds the units of a repeat step, else the weekdays
+    bool unitMode_ = false;  ///< cboDay holds the units of a repeat step rather than the weekdays
     bool weekShown_ = false;
     bool hovered_ = false;
     bool dragging_ = false;  ///< a bar's thumb is held
     int wheelRest_ = 0;      ///< of a notch
-    int lastRepeat_ = 0;     ///< list indexes to go back to when a choice is refused
+    int lastRepeat_ = 0;     ///< list indexes to return to when a choice is refused
     int lastDay_ = 0;
     std::int16_t repeatKept_ = 0;  ///< a repeat number that the list lacks
     int contentHeight_ = 0;

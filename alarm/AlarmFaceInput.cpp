@@ -52,7 +52,7 @@ EditorControls AlarmFace::choice() const {
     return now;
 }
 
-// The dialog shows the message in this editor's place and may be gone when that returns.
+// The dialog shows the message in place of this editor and may be gone when that returns.
 void AlarmFace::refuse() const {
     for (const int list : {ID_CBOREPEAT, ID_CBODAY})
         SendMessageW(item(list), CB_SHOWDROPDOWN, FALSE, 0);
@@ -71,11 +71,11 @@ void AlarmFace::onCommand(int id, int code) {
     }
 }
 
-// What the keyboard passes in an open list is not chosen yet: it counts once the list is closed.
+// What the keyboard passes in an open list is not chosen yet; the choice counts once the list is closed.
 void AlarmFace::onList(int id, int code) {
     const HWND list = item(id);
     if (code == CBN_CLOSEUP) {
-        // Windows may still be taking the choice or giving it up.
+        // Windows may still be accepting or cancelling the choice.
         PostMessageW(form_, WM_COMMAND, static_cast<WPARAM>(MAKELONG(id, CBN_SELCHANGE)),
                      reinterpret_cast<LPARAM>(list));
     } else if (code == CBN_SELCHANGE && SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) == FALSE) {
@@ -182,7 +182,7 @@ void AlarmFace::onScroll(HWND control, int code, int trackPosition) {
         default:
             return;
     }
-    // A thumb drawn to the end stays at the end: the clock turns over only by steps.
+    // A thumb dragged to the end stays there: the clock turns over only by steps.
     const int beyond = dragging_ && bar->id != ID_HDATE ? 1 : 0;
     position = std::clamp(position, range.low + beyond, range.high - beyond);
     if (position == before) return;

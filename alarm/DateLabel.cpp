@@ -26,7 +26,7 @@ int timeLeft() {
     return px(kDatePartAreas.back().right + kTimeGap);
 }
 
-/// Pixels that a text takes in the font of a device context.
+/// The width in pixels of a text in the font of a device context.
 int extentOf(HDC dc, TextView text) {
     SIZE extent{};
     GetTextExtentPoint32W(dc, wideData(text), static_cast<int>(text.size()), &extent);
@@ -39,14 +39,14 @@ int widthIn(HFONT font, TextView text) {
     return extentOf(screen, text);
 }
 
-/// Whether the digits of a font stay within their places.
+/// Whether the digits of a font fit their places.
 bool fits(HFONT font) {
     const RECT day = areaOf(0, 0);
     const RECT year = areaOf(2, 0);
     return widthIn(font, u"00") <= day.right - day.left && widthIn(font, u"0000") <= year.right - year.left;
 }
 
-/// The date as it stands, and which part of it the keyboard is on.
+/// The current date, and which part of it the keyboard is on.
 Spoken sayDate(HWND window, int) {
     Spoken said;
     said.role = Role::SpinButton;
@@ -108,7 +108,7 @@ LRESULT DateLabel::onMessage(UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS |
-                   DLGC_WANTCHARS;  // a blank is a click here, not a letter that seeks a mnemonic
+                   DLGC_WANTCHARS;  // Space is a click here, not a letter that looks for a mnemonic
         case WM_KEYDOWN:
             if (onKey(wp)) return 0;
             break;
@@ -179,7 +179,8 @@ void DateLabel::onMouseMove() {
     hovered(true);
 }
 
-// The places of the digits are fixed, the dialog's font is not: the size nearest to it that fills them.
+// The places of the digits are fixed but the dialog's font is not, so the nearest size that fills them is
+// used.
 void DateLabel::setFont(HFONT font) {
     font_ = font;
     LOGFONTW face{};
@@ -209,7 +210,7 @@ void DateLabel::paint() {
     if (date.size() == 10) {  // "dd/mm/yyyy"
         const TextView text = date;
         const TextView parts[] = {text.substr(0, 2), text.substr(3, 2), text.substr(6)};
-        // In their places, but leaning on each other: a gap beside a slash would tear the date apart.
+        // In their places but close together, since a gap beside a slash would tear the date apart.
         RECT between{};
         for (int i = 0; i < kParts; ++i) {
             RECT place = areaOf(i, height);

@@ -1,4 +1,4 @@
-// The date of the alarm editor: a label whose day, month and year stand at fixed places and can be clicked.
+// The date of the alarm editor: a label whose day, month and year are at fixed places and can be clicked.
 #pragma once
 
 #include <functional>
@@ -6,17 +6,17 @@
 #include "alarm/AlarmEditorRules.h"
 #include "support/BufferedPaint.h"
 
-/// Lives as long as its window or longer. The window's text is the date, with the time behind it where there
-/// is one; what is drawn is that text, its parts in the areas of kDatePartAreas. By keyboard Left and Right
-/// choose a part and Space clicks it.
+/// Must exist at least as long as its window. The window's text is the date, followed by the time if there is
+/// one; it is drawn with its parts in the areas of kDatePartAreas. By keyboard, Left and Right choose a part
+/// and Space clicks it.
 struct DateLabel {
     std::function<void(DatePart)> clicked;
     std::function<void(bool)> hovered;  ///< the mouse came or went
 
-    /// Room in pixels for the date alone, and for a time behind it in `font`.
+    /// The room in pixels for the date alone, and for a time after it in `font`.
     static int widthOf(HFONT font);
 
-    /// Name of the part that the keyboard is on.
+    /// The name of the part that the keyboard is on.
     TextView chosenPart() const;
 
     LRESULT onMessage(UINT message, WPARAM wp, LPARAM lp);
@@ -31,7 +31,7 @@ private:
     void setFont(HFONT font);
 
     HFONT font_ = nullptr;  ///< of the dialog
-    UniqueFont fitted_;     ///< the same in a size whose digits fill their places; empty: its own size does
+    UniqueFont fitted_;     ///< the same with digits that fill their places; empty: it fits as it is
     Canvas canvas_;
     int chosen_ = 0;       ///< part that the keyboard is on
     bool inside_ = false;  ///< the mouse is over the label

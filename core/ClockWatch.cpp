@@ -5,7 +5,8 @@
 
 namespace {
 
-// The two counts do not run exactly alike, and the time service corrects by less.
+// The two counts do not run at exactly the same rate, and the time service corrects the clock by less than
+// this.
 constexpr std::int64_t kSmallestJump = 2000;
 
 }  // namespace

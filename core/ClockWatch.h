@@ -1,4 +1,5 @@
-// Tells a clock that was set from one that only ran on, by a count of milliseconds that nobody sets.
+// Detects that the clock was set rather than ran on, by comparing it with a count of milliseconds that nobody
+// can set.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +9,7 @@
 class ClockWatch {
 public:
     /// Seconds by which the clock was set since the last call, back when negative; 0 when it only ran on,
-    /// also while the machine slept, and at the first call. `uptime` in ms.
+    /// even if the machine was asleep, and at the first call. `uptime` is in ms.
     std::int64_t jump(Now now, std::uint64_t uptime);
 
 private:

@@ -1,5 +1,5 @@
-// Where notes are put: automatic position, in columns from the place of the first one on, and new notes in a
-// cascade.
+// Where notes are put: by automatic position in columns, beginning at the first note's place, and new notes
+// in a cascade.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 #include "note/NoteLayout.h"
 
-/// A note as it stands on screen, in twips. One that was minimised counts with its restored rectangle.
+/// A note as it is on screen, in twips; for a minimised one the restored rectangle.
 struct ColumnNote {
     std::int32_t left = 0;
     std::int32_t top = 0;
@@ -17,7 +17,7 @@ struct ColumnNote {
     bool visible = true;
 };
 
-/// What becomes of a note: its new place in twips, which may be the one it has.
+/// A note's new place in twips, which may be the one it already has.
 struct ColumnPlace {
     bool moved = false;  ///< false: the first note and hidden ones stay where they are
     std::int32_t left = 0;
@@ -31,15 +31,14 @@ struct PxCorner {
     bool operator==(const PxCorner&) const = default;
 };
 
-/// Where new note `number`, of `width` x `height` pixels, begins: cascading in the work area, on the first
-/// step on which no note lies yet. When all are taken it is the step of its number.
+/// The corner of new note `number`, of `width` x `height` pixels: in a cascade in the work area, on the first
+/// step where there is no note yet. When all steps are taken, it is the one for its number.
 PxCorner cascadePlace(int number, int width, int height, const PxRect& work, std::span<const PxCorner> taken);
 
-/// Lays `notes` out in their order and answers one place a note. The first note stays, hidden or not: the
-/// columns begin at its left edge and all have its top. `workArea` is in pixels, `twipsPerPixel` the vertical
-/// scale.
+/// Lays `notes` out in order and returns one place per note. The first note stays, hidden or not: the columns
+/// begin at its left edge, and all have its top. `workArea` is in pixels, `twipsPerPixel` the vertical scale.
 ///
-/// A note joins the column while the one before it ends within the work area's height, so the last of a
-/// column may reach below the work area. Nothing limits the columns at the right.
+/// A note joins a column if the one before it ends within the work area's height, so the last note of a
+/// column may reach below the work area. Columns may go on beyond the right edge.
 std::vector<ColumnPlace> automaticPosition(const std::vector<ColumnNote>& notes, const PxRect& workArea,
                                            double twipsPerPixel);

@@ -1,4 +1,4 @@
-// The desk as its notes and as the tray see it.
+// What notes and tray see of the desk, each through an interface of its own.
 #pragma once
 
 #include <vector>

@@ -30,7 +30,7 @@ void DeskState::onNoteShown() {
 void DeskState::onNoteChanged(const DeskCount& now) {
     if (inBulk()) return;
     if (nothingInSight(now)) hidden_ = true;
-    // A single note is iconized for itself.
+    // Iconizing a single note does not count as iconizing all.
     if (now.notes > 1) iconized_ = everyNoteIconized(now);
 }
 

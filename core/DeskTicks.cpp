@@ -16,7 +16,7 @@ void DeskTicks::countingChanged() {
     });
     if (wanted == ticking_) return;
     ticking_ = wanted;
-    // One timer for all: with fifty of their own, the machine would be woken a hundred times a second.
+    // One timer for all notes, as fifty timers would wake the machine a hundred times a second.
     if (wanted) {
         startTicks();
     } else {
@@ -26,7 +26,7 @@ void DeskTicks::countingChanged() {
 
 void DeskTicks::startTicks() {
     ownTimer_ = desk_.startTimer(desk_.tray.hwnd, IDT_ALARM, kAlarmTick);
-    // Windows has no timer left for a window: the alarms must not depend on that.
+    // Windows refuses a timer for the window, which alarms must not depend on.
     if (!ownTimer_) postLater(desk_.tray.hwnd, WM_TIMER, IDT_ALARM, kAlarmTick);
 }
 
@@ -52,8 +52,8 @@ void DeskTicks::tick() {
     const Now now = desk_.host.now();
     const std::int64_t jump = clock_.jump(now, desk_.host.uptime());
     if (jump < 0) followClock(now, jump);
-    // A leap forward was a sleep, and what was missed rings, unless Windows says that the clock was set; that
-    // may come after this tick.
+    // A leap forward means that the machine slept, and missed alarms ring, unless Windows says that the clock
+    // was set; that message may come after this tick.
     untold_ = std::max<std::int64_t>(jump, 0);
     if (untold_ > 0) return;
     const std::vector<fpost*> walk = desk_.Notes;
@@ -61,7 +61,7 @@ void DeskTicks::tick() {
         try {
             if (desk_.holds(note)) note->tmr_Timer();
         } catch (...) {
-            fpost::onEscaped(WM_TIMER);  // one note's failure is not the others'
+            fpost::onEscaped(WM_TIMER);  // the failure of one note must not affect the others
         }
     }
     readAgain();
@@ -72,7 +72,7 @@ void DeskTicks::readAgain() {
     const auto isDue = [this] { return ++unreadTicks_ >= unreadWait_; };
     if (desk_.dialog.open() || std::none_of(desk_.Notes.begin(), desk_.Notes.end(), unread) || !isDue())
         return;
-    // What stays locked is asked for ever more rarely: each failure is a line of the log.
+    // What stays locked is tried ever more rarely, because each failure adds a line to the log.
     unreadTicks_ = 0;
     unreadWait_ = std::min(2 * unreadWait_, kMostUnreadTicks);
     for (fpost*& note : desk_.Notes) {

@@ -14,22 +14,22 @@ public:
     DeskTicks(const DeskTicks&) = delete;
     DeskTicks& operator=(const DeskTicks&) = delete;
 
-    /// The clock is watched from now on.
+    /// Begins to watch the clock.
     void begin();
-    /// Ticks come as long as a note counts down or waits to be read, and only then.
+    /// Starts or stops the ticks: they come as long as a note counts down or waits to be read.
     void countingChanged();
-    /// A tick of every note that counts down, and from time to time one more try to read what could not be
+    /// Gives every note that counts down a tick, and from time to time tries again to read what could not be
     /// read at the start.
     void tick();
     /// Windows says that the clock was set: the alarms follow it.
     void clockSet();
 
 private:
-    /// Half-second ticks to the tray window, one way or another.
+    /// Half-second ticks to the tray window, by a timer or in another way.
     void startTicks();
     /// Lets the alarms follow a clock that was set by `jump` seconds.
     void followClock(Now now, std::int64_t jump);
-    /// A note that another program held at the start takes the place of its blank stand-in.
+    /// Replaces the blank stand-ins of notes that another program held at the start, if they can be read now.
     void readAgain();
 
     static constexpr int kMostUnreadTicks = 1024;  ///< under nine minutes
@@ -38,7 +38,7 @@ private:
     bool ticking_ = false;
     bool ownTimer_ = false;  ///< the ticks come by a timer of the window
     ClockWatch clock_;
-    std::int64_t untold_ = 0;  ///< seconds that the clock leapt forward, unless Windows says why
+    std::int64_t untold_ = 0;  ///< seconds that the clock leapt forward without a message about it so far
     int unreadTicks_ = 0;      ///< since the last try to read what could not be read
     int unreadWait_ = 2;       ///< ticks from one try to the next
 };

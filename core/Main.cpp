@@ -1,5 +1,5 @@
-// The start, in its order: one copy, no temporary folder, log-on start, settings and store, tray, notes. The
-// only place that knows everybody. Afterwards the program lives in its windows until Exit.
+// The start, step by step: one copy, no temporary folder, start at log-on, settings and store, tray, notes.
+// This is the only place that knows all parts. Afterwards the program lives in its windows until Exit.
 #include "core/ProgramFolder.h"
 #include "core/Prompts.h"
 #include "core/SingleInstance.h"
@@ -20,13 +20,13 @@ Text programFolder(const Text& path) {
     return path.substr(0, path.find_last_of(u'\\') + 1);
 }
 
-/// The value that starts the program at log-on always names the copy that ran last.
+/// The value that starts the program at log-on always names the copy that was started last.
 void registerLogOnStart(const Text& path) {
     if (GetRegValue(HKEY_CURRENT_USER, kLogOnKey, u"Kardel") == path) return;
     SaveRegValue(HKEY_CURRENT_USER, kLogOnKey, u"Kardel", REG_SZ, path);
 }
 
-/// No library is searched in the current folder.
+/// No library is looked for in the current folder.
 void closeSearchPath() {
     SetDllDirectoryW(L"");
     SetSearchPathMode(BASE_SEARCH_PATH_ENABLE_SAFE_SEARCHMODE | BASE_SEARCH_PATH_PERMANENT);
@@ -39,7 +39,7 @@ StartQuestions questionsOf(basPost& desk) {
     questions.deleteLocalFiles = [&desk]() -> std::optional<bool> {
         constexpr long kButtons = MB_YESNO | MB_ICONERROR | MB_DEFBUTTON2;
         const int answer = desk.MsgBoxExt(deleteLocalFilesPrompt(), kButtons);
-        if (desk.ending()) return std::nullopt;  // the box went with the program
+        if (desk.ending()) return std::nullopt;  // the box closed because the program is ending
         return answer == IDYES;
     };
     questions.saveFailed = [&desk] { desk.showSaveFailure(); };
@@ -89,7 +89,7 @@ int start() {
     if (!firstCopy || woken) return 0;
     registerDialogClasses();
     if (isTemporaryFolder(AppFolder)) {
-        instance = {};  // the copy that is extracted now may start while this one still explains itself
+        instance = {};  // an extracted copy may start while this one is still explaining itself
         fmsg().MsgBoxExt(startedFromZipPrompt(), MB_ICONEXCLAMATION);
         return 0;
     }

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Answers of any length: `ask` fills a buffer and tells how long the text is, or how much room it needs.
+/// Gets a text of any length: `ask` fills a buffer and says how long the text is, or how much room it needs.
 template <class Ask>
 Text asked(const Ask& ask) {
     Text text(MAX_PATH, u'\0');
@@ -37,7 +37,7 @@ Text finalPath(const Text& folder) {
 }
 
 bool isTemporaryFolder(const Text& folder) {
-    // Without these two Windows calls the user's profile, or its own folder, the one for temporary files.
+    // Without these two, Windows uses the user's profile or its own folder for temporary files.
     if (variable(L"TMP").empty() && variable(L"TEMP").empty()) return false;
     const Text temporary = asked([](LPWSTR text, DWORD room) { return GetTempPathW(room, text); });
     const Text profile = variable(L"USERPROFILE");

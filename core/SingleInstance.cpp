@@ -11,12 +11,12 @@ namespace {
 
 constexpr UINT kAnswerWithin = 5000;  // ms
 
-/// Empty handle when a copy holds the name already.
+/// Takes a mutex. False when another copy holds it already.
 bool claim(UniqueHandle& mutex, const Text& name) {
     const HANDLE handle = CreateMutexW(nullptr, FALSE, wide(name));
     const DWORD error = GetLastError();
     mutex.reset(handle);
-    if (handle == nullptr) return error != ERROR_ACCESS_DENIED;  // no mutexes at all: better to start
+    if (handle == nullptr) return error != ERROR_ACCESS_DENIED;  // without any mutexes it is better to start
     if (error == ERROR_ALREADY_EXISTS) mutex.reset();
     return error != ERROR_ALREADY_EXISTS;
 }
@@ -30,7 +30,7 @@ Text fingerprint(TextView text) {
     return decimal(static_cast<std::int64_t>(hash >> 1));
 }
 
-/// The bytes of the user's security identifier as text; empty when Windows does not tell.
+/// The bytes of the user's security identifier as text; empty when Windows cannot say.
 Text userIdentity() {
     HANDLE token = nullptr;
     if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == FALSE) return {};

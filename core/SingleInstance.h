@@ -1,4 +1,4 @@
-// One running copy a user: in this session, and on one store across sessions.
+// One running copy: per session, and per store across all sessions.
 #pragma once
 
 #include "support/Handles.h"
@@ -10,15 +10,16 @@ struct SingleInstance {
     UniqueHandle folder;    ///< the data folder, across sessions
 };
 
-/// Takes the session's mutex. False when another copy holds it (also one that runs with more rights).
+/// Takes the session's mutex. False when another copy holds it, even one with more rights.
 [[nodiscard]] bool claimSession(SingleInstance& instance);
 
-/// Takes the mutex of the store: of the user's settings, or of the data folder, by whatever name it is
-/// called. False when a copy in another session holds it.
+/// Takes the mutex of a store: of the user's settings, or of the data folder by whatever path. False when a
+/// copy in another session holds it.
 [[nodiscard]] bool claimStore(SingleInstance& instance, bool useRegistry, const Text& folder);
 
-/// Gives the mutex of a store back.
+/// Releases the mutex of a store.
 void releaseStore(SingleInstance& instance, bool useRegistry);
 
-/// Finds the running copy's hidden tray window and asks it to show that it runs. True when there was one.
+/// Finds the running copy's hidden tray window and asks it to show that it is running. True when there was
+/// one.
 bool wakeRunningCopy();

@@ -9,7 +9,7 @@ Text withBackslash(TextView path) {
     return whole + u'\\';
 }
 
-/// "c:\", also behind the prefix of a final path.
+/// "c:\", also after the prefix of a final path.
 bool isDrive(TextView path) {
     constexpr TextView kPrefix = u"\\\\?\\";
     if (path.starts_with(kPrefix)) path.remove_prefix(kPrefix.size());

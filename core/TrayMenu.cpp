@@ -23,7 +23,7 @@ Menu trayMenu(const TrayMenuState& state, TrayCommands& desk) {
     };
     using Do = TrayCommands;
     const bool anyNote = state.notes > 0;
-    // What changes notes or opens a window would pull them away under the question that is open.
+    // Anything that changes notes or opens a window would interfere with the open question.
     const bool free = !state.dialogOpen;
     // Automatic position and easy alignment exclude each other; with both on, from two runs, neither can be
     // changed.
@@ -94,7 +94,8 @@ Text numberTitle(int number) {
 
 Text openCaption(TextView title, int number) {
     Text caption(title);
-    // A tab would begin the column of shortcuts, other control characters a new line or a right-aligned part.
+    // A tab would begin the column of shortcuts; other control characters would begin a new line or a
+    // right-aligned part.
     std::replace_if(
         caption.begin(), caption.end(), [](char16_t c) { return c < u' '; }, u' ');
     if (withoutTrailingBlanks(caption).empty()) return numberTitle(number);

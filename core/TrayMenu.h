@@ -18,7 +18,7 @@ struct TrayMenuState {
     bool alignAll = false;
     bool easyAlign = false;
     bool localFiles = false;  ///< check mark of "Use local files"
-    bool dialogOpen = false;  ///< a question, message or editor waits for the user
+    bool dialogOpen = false;  ///< a question, message or editor is waiting for the user
 };
 
 /// What the commands do.
@@ -39,23 +39,23 @@ public:
     virtual void openNote(int slot) = 0;
 };
 
-/// The commands in their order, row i with the id IDM_DYN + i, separators included. `desk` outlives what is
-/// done with them.
+/// The commands in order, including separators; row i has the id IDM_DYN + i. `desk` must exist as long as
+/// they are used.
 Menu trayMenu(const TrayMenuState& state, TrayCommands& desk);
 
 /// The "Open" submenu: an entry per note, in the order of their numbers, with the ids IDM_DYN2 and up;
 /// without notes a grey "(none)".
 Menu openMenu(const std::vector<Text>& titles, const TrayMenuState& state, TrayCommands& desk);
 
-/// What the menu says of things that can turn while it is open, as a number that goes with a message; and the
-/// state of a menu that still says so.
+/// What the menu says about things that may change while it is open, as a number that fits in a message; and
+/// back, the state of a menu that says so.
 std::intptr_t said(const TrayMenuState& state);
 TrayMenuState asSaid(const TrayMenuState& now, std::intptr_t said);
 
 /// What a note is called by its number: "- 7 -".
 Text numberTitle(int number);
 
-/// A title as a menu caption: one line, at most `kCaptionLength` characters, "&" shown as such. A title
-/// without anything to see is that of the number.
+/// A title as a menu caption: one line of at most `kCaptionLength` characters, with "&" shown as such. A
+/// title without anything visible is replaced by the name made of the number.
 Text openCaption(TextView title, int number);
 inline constexpr std::size_t kCaptionLength = 80;

@@ -9,12 +9,12 @@ struct Row {
     std::uint32_t platform = 0;
     std::uint32_t major = 0;
     std::uint32_t minor = 0;
-    std::uint32_t firstBuild = 0;  ///< the row holds from this build on
+    std::uint32_t firstBuild = 0;  ///< the row applies from this build on
     bool serverOnly = false;
     WinClass system;
 };
 
-// Newest first: the first row that fits a version is its own.
+// Newest first: the first row that fits a version applies.
 // clang-format off
 constexpr Row kSystems[] = {
     {2, 10, 0, 22000, false, {10, 17, "Windows 11"}},

@@ -1,4 +1,4 @@
-// Which Windows this is, as far as the click on the tray icon depends on it.
+// Which Windows this is, as far as clicks on the tray icon depend on it.
 #pragma once
 
 #include <cstdint>
@@ -19,10 +19,10 @@ struct WinClass {
     const char* name = "";
 };
 
-/// The entry for a version. What is not in the table counts as the newest.
+/// The entry for a version. A version that is not in the table counts as the newest.
 const WinClass& classified(const WinVersion& version);
 
-/// From Windows Vista on the icon answers to a single click, before that to a double click.
+/// From Windows Vista on the icon reacts to a single click, before that to a double click.
 constexpr bool actsOnClick(const WinClass& system) {
     return system.family >= 6 && system.edition >= 12;
 }

@@ -13,10 +13,10 @@
 
 namespace {
 
-constexpr unsigned kLogOffPatience = 500;  // ms; the session is asked and ended, each may wait as long
+constexpr unsigned kLogOffPatience = 500;  // ms; question and end of the session may each take as long
 
-/// Cancels the system's own dialog over a note, the choice of a colour. The quit message alone can end it as
-/// if the colour had been confirmed.
+/// Cancels the system's own dialog over a note, the choice of a colour. The quit message alone might end it
+/// as if the colour had been confirmed.
 BOOL CALLBACK cancelSystemDialog(HWND window, LPARAM note) noexcept {
     const bool overNote = GetWindow(window, GW_OWNER) == reinterpret_cast<HWND>(note);
     if (overNote && isSystemDialog(window)) SendMessageW(window, WM_COMMAND, IDCANCEL, 0);
@@ -102,7 +102,7 @@ std::vector<NoteRecord*> basPost::records() const {
 // --- Start ------------------------------------------------------------------------------------------------
 
 bool basPost::LoadNotes(int count) {
-    ticks.begin();  // the alarms are armed by this clock
+    ticks.begin();  // alarms are armed according to this clock
     if (!openNotes(count)) {
         MsgBoxExt(u"Windows has no room for all notes now. Close some programs and start Kardel again.",
                   MB_ICONERROR);
@@ -133,7 +133,7 @@ bool basPost::openNotes(int count) {
     return true;
 }
 
-/// Edits that the last run left unfinished are completed. A draft that fits no note goes.
+/// Completes edits that the last run left unfinished. A draft that fits no note is removed.
 void basPost::finishDrafts() {
     const FoundDrafts found = store.takeDrafts(records());
     for (const Draft& draft : found.drafts) {
@@ -230,12 +230,12 @@ void basPost::SwitchStore() {
     const int answer = toFiles ? MsgBoxExt(useLocalFilesPrompt(), kButtons, u"Use the local files?")
                                : MsgBoxExt(useRegistryPrompt(), kButtons, u"Don't use the local files?");
     if (answer != IDOK) {
-        // Cancel in the first question leaves the mark on: the next click follows the mark.
+        // Cancel in the first question leaves the entry checked, and the next click goes by the check mark.
         localFilesMark = true;
         return;
     }
     if (ending()) return;
-    // Only now: while the question was open, notes may have come, changed and gone.
+    // Only now, because notes may have come, changed and gone while the question was open.
     CommitEdits();
     static_cast<void>(store.switchTo(toFiles ? StoreKind::Files : StoreKind::Registry, records(), settings));
 }
@@ -253,7 +253,7 @@ void basPost::reportSaveFailure() {
         tray.failureOwed = true;
         return;
     }
-    // Posted: a save runs inside a focus change, where a box would bounce the focus and save again.
+    // Posted, because a save runs inside a focus change, where a box would move the focus and save again.
     PostMessageW(tray.hwnd, posted::kSaveFailed, 0, 0);
 }
 
@@ -279,7 +279,7 @@ void basPost::sayAlreadyRunning() {
 // --- The end ----------------------------------------------------------------------------------------------
 
 void basPost::CommitEdits() {
-    // Until the notes are loaded, the stored ones would look as if they had been deleted.
+    // Until the notes are loaded, the stored ones would seem to have been deleted.
     if (state.loading()) return;
     const NoteStore::Command command(store);
     store.settle(records(), settings);
@@ -296,15 +296,15 @@ void basPost::ExitProgram() {
     dialog.unload();
     for (const fpost* note : Notes)
         EnumThreadWindows(GetCurrentThreadId(), cancelSystemDialog, reinterpret_cast<LPARAM>(note->hwnd));
-    // Modal loops that run at this moment (a question, a menu, a drag) end with the quit message and unwind;
-    // the windows go after the outermost loop. Some of them swallow the message, hence the flag beside it.
+    // Modal loops that are running (a question, a menu, a drag) end with the quit message and unwind; the
+    // windows go after the outermost loop. Some loops swallow the message, hence the additional flag.
     state.onExit();
     PostQuitMessage(0);
 }
 
 void basPost::EndSession() {
     if (state.loading()) {
-        ExitProgram();  // a start that waits must neither go on nor take the end for an answer
+        ExitProgram();  // a start that is waiting must neither go on nor take this for an answer
         return;
     }
     const NoteStore::Command command(store, kLogOffPatience);
@@ -339,7 +339,7 @@ TrayMenuState basPost::trayState() const {
     menu.alignAll = settings.AlignAll;
     menu.easyAlign = settings.EasyAlign;
     menu.localFiles = localFilesMark;
-    // Until the notes are loaded, a command from outside would act on a desk that only looks empty.
+    // Until the notes are loaded, a command from outside would act on a desk that only seems empty.
     menu.dialogOpen = dialog.open() || state.loading();
     return menu;
 }

@@ -1,5 +1,5 @@
-// The collection of notes and the commands that act on all of them. Owns the settings, the store and
-// everything the notes share; lives from start to Exit.
+// The collection of notes and the commands that act on all of them. It owns the settings, the store and
+// everything that the notes share, and exists from the start to Exit.
 #pragma once
 
 #include <array>
@@ -20,8 +20,8 @@
 struct basPost {
     basPost();
 
-    /// Makes note `Count` + 1, stores and shows it. False at the limit and when Windows refuses the window
-    /// (the user is told), and while a dialog is open.
+    /// Makes note `Count` + 1, stores and shows it. False at the limit, when Windows refuses the window (the
+    /// user is told of both), and while a dialog is open.
     [[nodiscard]] bool NewNote();
     /// "Hide All" / "Show All". Showing also reopens closed notes.
     void ToggleHideAll() { HideAll(!AllHidden()); }
@@ -29,7 +29,7 @@ struct basPost {
     /// "Iconize All" / "Restore All".
     void ToggleIconizeAll() { IconizeAll(!AllIconized()); }
     void IconizeAll(bool iconized);
-    /// Lays the visible notes out in columns and stores what moved.
+    /// Lays the visible notes out in columns and stores those that moved.
     void AutoPosition();
     void ToggleAlignAll();
     void ToggleEasyAlign();
@@ -40,22 +40,22 @@ struct basPost {
     void OpenNote(int slot);
     void Tick() { ticks.tick(); }
     void ClockSet() { ticks.clockSet(); }
-    /// Takes a note out of collection and store and renumbers the rest. Its window goes by itself.
+    /// Removes a note from collection and store and renumbers the rest. Its window destroys itself.
     void RemoveNote(fpost& note);
     /// Ends every open edit, keeping its text.
     void CommitEdits();
-    /// Ends the program: open edits are kept, and the message loop ends whatever runs in it.
+    /// Ends the program: open edits are kept, and the message loop ends, whatever runs inside it.
     void ExitProgram();
-    /// The session ends: nothing may ask, nothing may wait.
+    /// The session is ending: nothing may ask or wait.
     void EndSession();
 
     /// Creates the hidden tray window, which owns the dialog. The icon comes later.
     [[nodiscard]] bool createTray();
-    /// Creates the windows of notes 1..`count` from the store and shows those that are not closed.
-    /// False when the program ends meanwhile, and, after telling the user, when Windows has no room for them
-    /// all: going on with some of them would make the next new note overwrite one that is not there.
+    /// Creates the windows of notes 1..`count` from the store and shows those that are not closed. False when
+    /// the program ends meanwhile and, after telling the user, when Windows cannot create them all: with only
+    /// some of them, the next new note would overwrite one that is not there.
     [[nodiscard]] bool LoadNotes(int count);
-    /// Destroys every window of the program, also those of notes that were just deleted.
+    /// Destroys every window of the program, including those of notes that were just deleted.
     void Teardown();
 
     int Count() const { return static_cast<int>(Notes.size()); }
@@ -63,15 +63,15 @@ struct basPost {
     int IconizedCount() const;
     bool AllHidden() const { return state.allHidden(); }
     bool AllIconized() const { return state.allIconized(); }
-    /// Exit was chosen: the message loop ends at its next turn.
+    /// Whether Whether Exit was chosen: the message loop ends at its next turn.
     bool ending() const { return state.ending(); }
 
     int MsgBoxExt(const Text& Prompt, long Buttons, const Text& Title = u"Kardel");
-    /// "An error has occurred on saving the memo", once, after the handler that met it has ended. While the
-    /// session ends nothing is shown.
+    /// Shows "An error has occurred on saving the memo" once, after the handler in which it happened has
+    /// ended. Nothing is shown while the session is ending.
     void reportSaveFailure();
     void showSaveFailure();
-    /// A second start found this copy: its icon is still there.
+    /// A second start found this copy, whose icon is still there.
     void sayAlreadyRunning();
 
     TrayMenuState trayState() const;
@@ -83,7 +83,7 @@ struct basPost {
     Canvas canvas;
     fmsg dialog;
     fTray tray;
-    /// Starts a timer of a window: Windows' own, unless a test has another. False when there is none left.
+    /// Starts a timer of a window: Windows' own, unless a test has another. False when Windows refuses.
     std::function<bool(HWND, UINT_PTR, UINT)> startTimer;
     DeskForNotes host{*this};
     DeskTicks ticks{*this};
@@ -91,7 +91,7 @@ struct basPost {
     std::vector<fpost*> Notes;                  ///< note n is Notes[n - 1]
     std::array<fpost*, kMaxNotes> NoteSlots{};  ///< the same, slot n - 1; null beyond the last note
     DeskState state;
-    bool localFilesMark = true;  ///< check mark of "Use local files"; not always the store in force
+    bool localFilesMark = true;  ///< check mark of "Use local files", which is not always the store in force
 
 private:
     friend DeskForNotes;
@@ -99,17 +99,17 @@ private:
 
     void Renumber();
     DeskCount counted() const;
-    /// Captions and flags after a note's title, closed or iconized state changed.
+    /// Updates captions and flags after a note's title, closed or iconized state changed.
     void NotesChanged();
     void Realign();
     bool holds(const fpost* note) const;
-    /// Gives those that are now at another place than stored.
+    /// Returns those whose place now differs from the stored one.
     std::vector<fpost*> placeInColumns();
     NoteRecord freshRecord(int number) const;
-    /// False when Windows has no room for one more.
+    /// False when Windows refuses one.
     [[nodiscard]] bool openNotes(int count);
     void finishDrafts();
-    /// Shows a note as the store has it; one that was closed is so no more.
+    /// Shows a note as the store has it; a closed one is closed no longer.
     void reopen(fpost& note);
     std::vector<NoteRecord*> records() const;
 
@@ -118,7 +118,7 @@ private:
     bool failureShown_ = false;
     bool runningShown_ = false;
 
-    /// As they are now; within a command on all notes, as they were at its begin.
+    /// The current ones; during a command on all notes, as they were at its beginning.
     const std::vector<Monitor>& monitors();
 
     struct Bulk {
@@ -129,6 +129,6 @@ private:
         Bulk(const Bulk&) = delete;
         Bulk& operator=(const Bulk&) = delete;
         basPost& desk_;
-        NoteStore::Command command_;  ///< fifty notes wait once for a file that somebody holds
+        NoteStore::Command command_;  ///< fifty notes wait only once for a locked file
     };
 };

@@ -14,7 +14,7 @@ void basPost::HideAll(bool hidden) {
         const Bulk bulk(*this);
         const std::vector<fpost*> walk = Notes;
         for (fpost* note : walk) {
-            if (!holds(note)) continue;  // silenced and gone with an earlier one
+            if (!holds(note)) continue;  // it was silenced with an earlier one, and is gone
             if (note->Alarming() && note->SoundStop()) continue;
             if (hidden) {
                 note->hide();
@@ -32,8 +32,8 @@ void basPost::reopen(fpost& note) {
         note.record.closed = false;
         note.kept.save({NoteField::Closed});
     }
-    // Place, size and z-order as they are stored: another program may have changed them meanwhile.
-    // What cannot be read stays as it is known.
+    // Place, size and z-order come from the store, where another program may have changed them meanwhile.
+    // What cannot be read stays as it was last known.
     static_cast<void>(
         note.kept.refreshed({NoteField::Topmost, NoteField::X, NoteField::Y, NoteField::Width}));
     if (!note.record.iconized) static_cast<void>(note.kept.refreshed({NoteField::Height}));
@@ -73,7 +73,7 @@ void basPost::AutoPosition() {
 }
 
 std::vector<fpost*> basPost::placeInColumns() {
-    const Bulk bulk(*this);  // placing notes must not ask for the next re-alignment
+    const Bulk bulk(*this);  // placing notes must not cause another re-alignment
     std::vector<ColumnNote> before;
     for (fpost* note : Notes) {
         note->restoreIfMinimized();

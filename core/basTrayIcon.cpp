@@ -9,7 +9,7 @@
 
 namespace {
 
-// The icon record of the first shell. Later, longer ones change what a click sends.
+// The icon record of the first shell. Later, longer records change which messages a click sends.
 constexpr DWORD kRecordSize = NOTIFYICONDATAA_V1_SIZE;
 static_assert(sizeof(void*) != 4 || kRecordSize == 88);
 static_assert(sizeof(void*) != 8 || kRecordSize == 104);
@@ -25,7 +25,7 @@ NOTIFYICONDATAA record(HWND tray) {
     return data;
 }
 
-/// The shell keeps a copy of the icon, so ours goes with the call.
+/// The shell keeps a copy of the icon, so this one is destroyed after the call.
 bool notify(DWORD operation, HWND tray) {
     const UniqueIcon icon(static_cast<HICON>(
         LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_KARDEL), IMAGE_ICON,

@@ -7,8 +7,8 @@
 /// or the shell is not ready.
 [[nodiscard]] bool TrayIconAdd(HWND tray);
 
-/// For the start: also true when the icon is there already. The shell may report a time-out although it did
-/// add the icon, and every later try to add it would fail.
+/// For the start: also true when the icon is there already. The shell may report a time-out although it has
+/// added the icon, and then every further attempt to add it would fail.
 [[nodiscard]] bool TrayIconEnsure(HWND tray);
 
 /// Removes the icon. False when there was none.

@@ -5,7 +5,7 @@
 #include "support/WinText.h"
 
 const WinClass& QueryWinVersion() {
-    // Unlike GetVersionEx this one tells the truth whatever the manifest says.
+    // Unlike GetVersionEx, this function tells the truth whatever the manifest says.
     using RtlGetVersion = LONG(WINAPI*)(OSVERSIONINFOEXW*);
     const HMODULE library = GetModuleHandleW(L"ntdll.dll");
     const FARPROC address = library == nullptr ? nullptr : GetProcAddress(library, "RtlGetVersion");

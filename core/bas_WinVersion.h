@@ -3,5 +3,5 @@
 
 #include "core/WinVersion.h"
 
-/// The system that the program runs on. Always an answer: a Windows that does not tell counts as the newest.
+/// The system that the program runs on. If Windows does not say, it counts as the newest.
 const WinClass& QueryWinVersion();

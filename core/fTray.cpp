@@ -21,7 +21,7 @@ constexpr const char16_t* kTitle = u"kardel:trayicon";
 
 constexpr UINT kIconRetry = 250;  // ms between two tries for the icon
 
-constexpr LPARAM kAfterMenu = 1;  ///< second word of a message that has waited for a menu to go
+constexpr LPARAM kAfterMenu = 1;  ///< second parameter of a message that has waited for a menu to close
 
 }  // namespace
 
@@ -39,8 +39,8 @@ bool fTray::create(TrayHost& desk) {
     host = &desk;
     taskbarCreated_ = RegisterWindowMessageW(L"TaskbarCreated");
     registerClass(kClass, formProc<fTray>, 0);
-    // An ordinary top-level window that is never shown: a message-only one hears neither of a new task bar
-    // nor of the end of the session, and no second start would find it.
+    // An ordinary top-level window that is never shown. A message-only window would neither be told of a new
+    // task bar nor of the end of the session, and no second start would find it.
     constexpr int kTries = 2;
     for (int tries = 0; tries < kTries; ++tries) {
         if (CreateWindowExW(WS_EX_TOOLWINDOW, wide(kClass), L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
@@ -115,7 +115,7 @@ LRESULT fTray::onTrayMessage(UINT message, WPARAM wp, LPARAM lp) {
     return CallWindowProcW(saved, window, message, wp, lp);
 }
 
-/// A new task bar may tell of itself before it takes icons: then they are tried until it does.
+/// A new task bar may announce itself before it takes icons: then adding the icon is tried until it works.
 void fTray::ensureIcon() {
     if (TrayIconEnsure(hwnd)) {
         KillTimer(hwnd, IDT_ICON);
@@ -133,7 +133,8 @@ bool fTray::waitsForMenu(UINT message, WPARAM wp, LPARAM lp) const {
 LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
     switch (message) {
         // These may open a box or end the program. Inside the loop of an open menu, the menu would stay in
-        // front of the box and keep the mouse, and the program would live on until somebody closes it.
+        // front of the box and keep the mouse, and the program would go on running until somebody closed the
+        // menu.
         case WM_COMMAND:
         case WM_CLOSE:
         case posted::kSaveFailed:
@@ -176,7 +177,7 @@ LRESULT fTray::onMessage(UINT message, WPARAM wp, LPARAM lp) {
                 host->endSession();
                 KillTimer(hwnd, IDT_ICON);
                 TrayIconDelete(hwnd);
-                // An installer that wants the program's file waits until the program itself has gone.
+                // An installer that wants to replace the program's file waits until the program has ended.
                 if ((lp & ENDSESSION_CLOSEAPP) != 0) PostMessageW(hwnd, WM_CLOSE, 0, 0);
             } else if (std::exchange(failureOwed, false)) {
                 PostMessageW(hwnd, posted::kSaveFailed, 0, 0);
@@ -198,8 +199,8 @@ void fTray::onIcon(UINT mouseMessage) {
             swallowUp_ = false;
             break;
         case WM_LBUTTONUP:
-            // A double click comes as release, double click, release: its second release is no click of its
-            // own.
+            // A double click arrives as release, double click, release: the second release is not another
+            // click.
             if (!std::exchange(swallowUp_, false) && actsOnClick(windows)) host->defaultAction();
             break;
         case WM_LBUTTONDBLCLK:
@@ -215,7 +216,7 @@ void fTray::onIcon(UINT mouseMessage) {
 }
 
 void fTray::onSecondStart() {
-    // Posted, so that the other copy ends now and not when the box has been answered.
+    // Posted, so that the other copy can end now and not only when the box has been answered.
     if (!TrayIconAdd(hwnd)) PostMessageW(hwnd, posted::kRunning, 0, 0);
 }
 
@@ -228,7 +229,7 @@ void fTray::popUp() {
         mnupop.push_back(std::move(row));
     const HWND window = hwnd;
     trackMenu(window, mnupop, said(state));
-    // Who closes the menu by a click elsewhere has chosen where to go on; who does not returns to the
+    // A user who closes the menu by a click elsewhere has chosen where to go on; anyone else returns to the
     // question.
     const HWND box = host->openBox();
     if (box != nullptr && GetForegroundWindow() == window) SetForegroundWindow(box);

@@ -1,5 +1,5 @@
 // The hidden window behind the tray icon: the icon's clicks, the menu, a second start, the end of the
-// session. It owns the dialog, which has no button in the task bar for that.
+// session. It owns the dialog, which is why that has no button in the task bar.
 #pragma once
 
 #include <vector>
@@ -8,33 +8,33 @@
 #include "core/WinVersion.h"
 #include "support/Window.h"
 
-/// Lets a message through to a window of a program that runs with more rights than its sender.
+/// Lets a message through to a window even if its sender has fewer rights.
 void allowFromBelow(HWND window, UINT message);
 
 /// What the tray asks of the collection.
 class TrayHost : public TrayCommands {
 public:
     virtual TrayMenuState state() const = 0;
-    /// Of every note, in the order of their numbers.
+    /// The titles of all notes, in the order of their numbers.
     virtual std::vector<Text> titles() const = 0;
-    /// What takes the keyboard when the menu has gone. Null: nothing does.
+    /// The box that gets the keyboard back when the menu has gone, or null.
     virtual HWND openBox() const = 0;
-    /// Windows' own filter of messages; a test looks on.
+    /// Sets Windows' message filter; a test can watch.
     virtual void letThrough(HWND window, UINT message) { allowFromBelow(window, message); }
 
     /// A click on the icon: ends an open dialog, then Hide All / Show All.
     virtual void defaultAction() = 0;
     /// A second start while the icon is there.
     virtual void alreadyRunning() = 0;
-    /// The session may end: nothing typed may be lost.
+    /// The session may be about to end: nothing typed may be lost.
     virtual void commitEdits() = 0;
-    /// The session ends.
+    /// The session is ending.
     virtual void endSession() = 0;
-    /// Answers a posted posted::kSaveFailed.
+    /// Answers posted::kSaveFailed.
     virtual void showSaveFailure() = 0;
-    /// Of the notes that count down.
+    /// A tick for the notes that count down.
     virtual void tick() = 0;
-    /// The clock shows another time than it ran to.
+    /// The clock was set.
     virtual void clockSet() = 0;
 };
 
@@ -44,11 +44,11 @@ struct fTray {
     fTray(const fTray&) = delete;
     fTray& operator=(const fTray&) = delete;
 
-    /// Creates the hidden window, without icon and title yet; `desk` outlives it. False when Windows refuses
-    /// twice; the log says why.
+    /// Creates the hidden window, still without icon and title; `desk` must outlive it. False when Windows
+    /// refuses twice; the log says why.
     [[nodiscard]] bool create(TrayHost& desk);
-    /// Adds the icon and, the first time, takes the window procedure over and sets the title by which a
-    /// second start finds this copy. False while the shell is not ready.
+    /// Adds the icon and, the first time, replaces the window procedure and sets the title by which a second
+    /// start finds this copy. False while the shell is not ready.
     [[nodiscard]] bool addIcon();
     /// Removes icon and window. Harmless without them.
     void destroy();
@@ -62,9 +62,9 @@ struct fTray {
     static void onEscaped(UINT message) noexcept;
 
     HWND hwnd = nullptr;
-    bool sessionEnds = false;  ///< Windows has asked whether it may, and has not said that it does not
-    bool failureOwed = false;  ///< a save failed meanwhile: told when the session goes on
-    TrayHost* host = nullptr;  ///< known from create() on
+    bool sessionEnds = false;  ///< Windows has asked whether it may end, and has not called it off
+    bool failureOwed = false;  ///< a save failed meanwhile: the user is told if the session goes on
+    TrayHost* host = nullptr;  ///< set by create()
     WinClass windows;          ///< decides which click counts; known once the icon is there
 
 private:
@@ -82,5 +82,5 @@ private:
 
     WNDPROC savedProcedure_ = nullptr;  ///< null when none is replaced
     UINT taskbarCreated_ = 0;           ///< what a new task bar broadcasts
-    bool swallowUp_ = false;            ///< the next button release belongs to a double click
+    bool swallowUp_ = false;            ///< the next release of the button belongs to a double click
 };

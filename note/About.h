@@ -1,4 +1,4 @@
-// What the About box says and where its links lead: the one place. The owner of a build sets the texts with
+// What the About box says and where its links lead, in one place. The owner of a build sets the texts with
 // -DKARDEL_MAIL="\"...\"" and the like; an empty address hides its link.
 #pragma once
 

@@ -14,14 +14,14 @@ HWND createEditor(HWND note, bool body, const Text& text, const PxRect& at, HFON
     if (editor == nullptr) return nullptr;
     SendMessageW(editor, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     SendMessageW(editor, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
-    SendMessageW(editor, EM_SETLIMITTEXT, 0, 0);  // none of the control's own: the store's alone counts
+    SendMessageW(editor, EM_SETLIMITTEXT, 0, 0);  // no limit of the control's own, as only the store's counts
     return editor;
 }
 
 Text clipboardText(HWND owner) {
     if (OpenClipboard(owner) == FALSE) return {};
     Text text;
-    // Also what was copied with letters and colours, from a web page for one, is there as plain text.
+    // Formatted text, for example from a web page, is there as plain text, too.
     if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
         if (const auto* const units = static_cast<const char16_t*>(GlobalLock(data))) {
             text.assign(units, GlobalSize(data) / sizeof(char16_t));
@@ -50,7 +50,7 @@ Text wrappedText(HWND note, const Text& text, const PxRect& place, HFONT font) {
         const auto length =
             static_cast<std::size_t>(SendMessageW(editor, EM_LINELENGTH, static_cast<WPARAM>(start), 0));
         Text words(length + 1, u'\0');
-        words[0] = static_cast<char16_t>(words.size());  // the control wants the room in the first character
+        words[0] = static_cast<char16_t>(words.size());  // here it expects the room that there is
         const LRESULT copied = SendMessageW(editor, EM_GETLINE, static_cast<WPARAM>(line),
                                             reinterpret_cast<LPARAM>(wideBuffer(words)));
         if (line > 0) wrapped += u"\r\n";

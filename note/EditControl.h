@@ -1,14 +1,14 @@
-// The native edit control of a note: how it is made, and what is read around it.
+// The native edit control of a note: making it, and reading the clipboard and line breaks for it.
 #pragma once
 
 #include "note/NoteLayout.h"
 #include "support/WinText.h"
 
-/// The hidden control for the body of a note, of several lines, or for its title. It limits no text: the
-/// store's limits alone count. Null when Windows refuses.
+/// The hidden control for the body of a note, of several lines, or for its title. It sets no limit of its
+/// own, as only the store's counts. Null when Windows refuses.
 HWND createEditor(HWND note, bool body, const Text& text, const PxRect& at, HFONT font);
 
-/// The clipboard's text, empty without one and while another program has the clipboard.
+/// The clipboard's text; empty without one, or while another program has the clipboard open.
 Text clipboardText(HWND owner);
 
 /// Height of a line in pixels, at least 1.

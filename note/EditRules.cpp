@@ -18,7 +18,7 @@ Kind kindOf(char16_t c) {
     return ascii && !word ? Kind::Sign : Kind::Letter;
 }
 
-/// Whether a text may be cut ahead of its unit `at`.
+/// Whether a text may be cut before its unit `at`.
 bool isBoundary(TextView text, std::size_t at) {
     if (at == 0 || at >= text.size()) return true;
     const bool pair = isHighSurrogate(text[at - 1]) && isLowSurrogate(text[at]);
@@ -63,7 +63,7 @@ std::size_t wordStart(TextView text, std::size_t caret) {
     if (at == 0) return 0;
     const Kind kind = kindOf(text[at - 1]);
     if (kind == Kind::Break) {
-        if (at < caret) return at;  // the blanks at the beginning of a line are enough
+        if (at < caret) return at;  // only the blanks at the beginning of a line
         --at;
         return isBoundary(text, at) ? at : at - 1;
     }
@@ -91,7 +91,7 @@ Text TypedText::next(char16_t character) {
 
 int WheelLines::turned(int delta, int perNotch) {
     constexpr int kNotch = 120;
-    if ((delta < 0) != (rest_ < 0)) rest_ = 0;  // it turned back
+    if ((delta < 0) != (rest_ < 0)) rest_ = 0;  // the direction has changed
     const int units = rest_ + delta * perNotch;
     const int lines = units / kNotch;
     rest_ = units - lines * kNotch;
@@ -100,5 +100,5 @@ int WheelLines::turned(int delta, int perNotch) {
 
 int scrolledTo(int first, int lines, int allLines, int linesOnPage) {
     const int last = std::max(0, allLines - std::max(1, linesOnPage));
-    return std::clamp(first + lines, 0, std::max(last, first));  // what was scrolled too far stays
+    return std::clamp(first + lines, 0, std::max(last, first));  // what is already scrolled too far stays
 }

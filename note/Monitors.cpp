@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Length that two ranges share; negative: how far they are apart.
+/// The length that two ranges share; negative: how far they are apart.
 std::int64_t shared(int from, int to, int otherFrom, int otherTo) {
     return std::int64_t{std::min(to, otherTo)} - std::max(from, otherFrom);
 }

@@ -1,5 +1,5 @@
-// Which monitor a rectangle lies on. All in pixels of the desktop, whose origin is the primary monitor's
-// corner.
+// Which monitor a rectangle is on. Everything is in pixels of the desktop, whose origin is the primary
+// monitor's corner.
 #pragma once
 
 #include <span>
@@ -12,8 +12,8 @@ struct Monitor {
     bool primary = false;
 };
 
-/// The monitor that most of a rectangle lies on; the nearest when it lies on none. There is at least one.
+/// The monitor that most of a rectangle is on, or the nearest when it is on none. There must be at least one.
 const Monitor& monitorAt(std::span<const Monitor> monitors, const PxRect& rect);
 
-/// Whether some of a rectangle can be seen on a monitor. What lies under the task bar cannot.
+/// Whether some of a rectangle is visible on a monitor. What is under the task bar is not.
 bool isInSight(std::span<const Monitor> monitors, const PxRect& rect);

@@ -1,5 +1,4 @@
-// What a message box shows for a code of the platform, and what a press of its buttons answers. Needs no
-// window.
+// What a message box shows for a platform code, and what its buttons answer, without a window.
 #pragma once
 
 #include <cstdint>
@@ -23,10 +22,10 @@ struct MsgButtons {
 };
 
 /// The face for a code: bits 0-2 say which buttons, bits 4-6 which icon, bit 8 makes the second button the
-/// default. A set of buttons that is not known gets the one button OK.
+/// default. An unknown set of buttons means a single OK button.
 MsgButtons msgButtons(long code);
 
-/// The answer that a button's caption stands for; captions may be translated. Read with their "&".
+/// The answer that a button's caption, including its "&", stands for; captions may be translated.
 int answerOfFirst(TextView caption);
 int answerOfSecond(TextView caption);
 

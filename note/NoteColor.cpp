@@ -22,7 +22,7 @@ Rgb mixedColor(Rgb ground, Rgb other, int percent) {
            mixed(from.blue, to.blue, share) << 16;
 }
 
-/// What an eye gets of a channel of 0 to 255, of 1: the screen's own curve.
+/// The brightness, from 0 to 1, of a channel from 0 to 255: the screen's curve.
 constexpr double channelLight(std::uint32_t channel) {
     const double c = channel / 255.0;
     return c * (c * (c * 0.3053 + 0.6822) + 0.0125);

@@ -44,13 +44,13 @@ void NoteCommands::OpenMenu() {
     if (note_.Help) return;
     note_.CommitEdits();
     note_.place.applyTopmost();
-    // The menu shows what is stored, also when another program put it there.
+    // The menu shows what is stored, even if another program has changed it.
     const NoteMenuInput now = input(storedAlarm());
     trackMenu(note_.hwnd, noteMenu(now, *this), said(now));
 }
 
 void NoteCommands::onCommand(unsigned id) {
-    // A box that opens inside the menu's loop would lie below the menu, which has the mouse.
+    // A box that opened inside the menu's loop would be below the menu, which has the mouse.
     if (endOpenMenu()) {
         postChosen(note_.hwnd, id, said(input(note_.alarm.rule)));
     } else {
@@ -70,7 +70,7 @@ void NoteCommands::run(unsigned id, const NoteMenuInput& read) {
     const Menu now = noteMenu(input(note_.alarm.rule), *this);
     if (note_.Help || note_.beingDeleted || !isAllowed(now, id)) return;
     const NoteWatch watch(note_);
-    // Edit ends the other editor by itself and leaves its own as it is.
+    // Edit itself ends the other editor and leaves its own open.
     if (id != IDM_EDIT) note_.CommitEdits();
     if (!watch.gone()) answer(now, noteMenu(read, *this), id);
 }
@@ -126,7 +126,8 @@ void NoteCommands::mnuResize() {
 }
 
 void NoteCommands::mnuIconize(bool iconized) {
-    // A note that rang meanwhile may have come back by itself: what the user read is done already.
+    // A note that has rung meanwhile may have been restored by itself: then what the user chose is already
+    // done.
     if (note_.record.iconized != iconized) note_.toggleIconized();
 }
 

@@ -14,22 +14,22 @@ public:
 
     /// What the menu depends on, with `rule` as the note's alarm.
     NoteMenuInput input(const AlarmRule& rule) const;
-    /// The alarm as the store holds it at this moment; the one in memory when it cannot be read.
+    /// The alarm as the store currently holds it, or the one in memory if that cannot be read.
     AlarmRule storedAlarm() const;
     /// Shows the menu where the mouse is. The note may be gone when it returns.
     void OpenMenu();
     /// Runs a command of the menu as the menu is now.
     void run(unsigned id);
-    /// A command that another program sent, or a part of the note. It waits for a menu that is open.
+    /// A command sent by another program or by a part of the note. It waits until an open menu is gone.
     void onCommand(unsigned id);
-    /// A command that was chosen from the menu, which `said` so and so of note and desk.
+    /// A command that was chosen from the menu; `said`: what the menu said about note and desk.
     void onChosen(unsigned id, std::intptr_t said);
-    /// A key on the note or one of its editors, `repeated` by the keyboard as long as it is held. True when
-    /// it was the note's.
+    /// A key on the note or one of its editors; `repeated`: it is held down. True when the note has handled
+    /// it.
     bool onKeyDown(WPARAM key, bool repeated = false);
-    /// The same for F10 and keys that go with Alt, which Windows tells apart.
+    /// The same for F10 and keys pressed with Alt, which Windows reports separately.
     bool onSystemKeyDown(WPARAM key);
-    /// Shows when the alarm rings instead of the time left, or the other way round.
+    /// Switches the strip between the time left and the time when the alarm rings.
     void swapStrip();
 
     void mnuNew() override;
@@ -49,9 +49,9 @@ public:
 
 private:
     void run(unsigned id, const NoteMenuInput& read);
-    /// Turns a flag of all notes over and stores it.
+    /// Toggles a setting of all notes and stores it.
     void toggleSetting(bool GlobalSettings::*flag, Setting setting);
-    /// Gives the keyboard to the next visible note, in the order of their numbers, or to the one before.
+    /// Gives the keyboard to the next visible note in the order of their numbers, or to the previous one.
     void goToNote(int step);
 
     fpost& note_;

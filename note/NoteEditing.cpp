@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Width in pixels of a text on one line.
+/// The width in pixels of a text on one line.
 int textWidth(HFONT font, TextView text) {
     const WindowDc screen(nullptr);
     const Selected selected(screen, font);
@@ -76,7 +76,8 @@ bool NoteEditing::keepEdit(Edited what, const Text& text) {
         note_.host->notesChanged();
         return kept;
     }
-    // A body from elsewhere may hold other line breaks than the editor's: only what was edited is written.
+    // A body from elsewhere may have other line breaks than the editor's, so it is only written when it was
+    // edited.
     NoteRecord& record = note_.record;
     const bool changed = text != withLineBreaks(record.Nota);
     if (changed) record.Nota = text;

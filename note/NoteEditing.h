@@ -1,5 +1,5 @@
-// The edits of a note's text and title, as far as they are the note's own: what is shown meanwhile, what
-// becomes of the text, and how the window fits it. The edit itself is NoteEditor's.
+// The note's own part in editing its text and title: what is shown meanwhile, what becomes of the text, and
+// how the window fits it. The edit itself is in NoteEditor.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@ class NoteEditing final : public NoteEditorHost {
 public:
     explicit NoteEditing(fpost& note) : note_(note) {}
 
-    /// Opens the editor and gives it the keyboard; any other edit ends. Nothing on a note that could not be
-    /// read.
+    /// Opens the editor and gives it the keyboard; any other edit ends. Does nothing on a note that could not
+    /// be read.
     void open(Edited what);
     /// Ends the edit of this, if it is open. The note may be gone when it returns.
     void end(Edited what, bool keep);
@@ -25,7 +25,7 @@ public:
     bool titleBeingEdited() const { return editor_.edits(Edited::Title); }
     /// Whether an edit ended within the last second.
     bool justEnded() const;
-    /// The editors, null while they do not exist.
+    /// The editors; null when they do not exist.
     HWND txtNota() const { return editor_.window(Edited::Body); }
     HWND txtTitle() const { return editor_.window(Edited::Title); }
     void place(const NoteRects& at) const;
@@ -34,12 +34,12 @@ public:
     /// Completes an edit that the last run left unfinished. False when its text could not be stored.
     [[nodiscard]] bool finishEdit(bool title, const Text& text);
 
-    /// Makes the note as wide as its title needs, at most as the screen, and stores the width.
+    /// Makes the note as wide as its title needs, but no wider than the screen, and stores the width.
     void CheckTitleWidth();
     /// The same for the widest line of the text, and for its height.
     void FitWidth();
     void FitHeight();
-    /// The text with a line break wherever its label breaks it.
+    /// The text with a line break wherever its label breaks a line.
     Text WrappedText() const;
 
     bool fits(Edited what, const Text& text) const override;
@@ -50,9 +50,9 @@ public:
     void dropDraft() override;
 
 private:
-    /// The title and the width that it may need are stored in one go.
+    /// Stores the title and the width that it may need in one go.
     [[nodiscard]] bool storeTitle(const Text& title);
-    /// Whether the window had to grow.
+    /// Widens the window for its title. True when it had to grow.
     bool widenToTitle();
 
     fpost& note_;

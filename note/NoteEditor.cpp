@@ -20,7 +20,7 @@ constexpr WPARAM kNewNote = 14;       // and Ctrl+N
 constexpr WPARAM kLineFeed = 10;      // Ctrl+Enter
 constexpr WPARAM kPaste = 22;         // Ctrl+V
 constexpr WPARAM kDeleteWord = 0x7F;  // Ctrl+Backspace
-constexpr UINT kDraftDelay = 1000;    // ms from a key to the draft: no more than that is typed in vain
+constexpr UINT kDraftDelay = 1000;    // ms from a key to the draft: so much typing may be lost
 constexpr WPARAM kCanUndo = TRUE;
 constexpr Text::value_type kCutTitle[] = u"Not all of it was pasted";
 constexpr Text::value_type kCutText[] = u"The note can hold no more text.";
@@ -64,11 +64,11 @@ bool NoteEditor::open(Opening opening) {
 void NoteEditor::end(bool keep) {
     if (!open_) return;
     if (keep) takeComposition();
-    open_ = false;  // before anything takes the focus, whose loss ends the edit
+    open_ = false;  // before anything takes the focus, since losing it ends the edit
     const HWND window = window_;
-    // Stored first: the text does not wait for the screen. What the store refuses stays in the draft.
+    // Stored first, so that the text does not wait for the screen. What the store refuses stays in the draft.
     const bool settled = !keep || at_.host->keepEdit(at_.what, windowText(window));
-    if (IsWindow(window) == FALSE) return;  // a message about it was open, and the note has gone meanwhile
+    if (IsWindow(window) == FALSE) return;  // the note has gone while a message was open
     const Edited what = at_.what;
     NoteEditorHost* const host = at_.host;
     close();
@@ -85,7 +85,7 @@ void NoteEditor::close() {
         DestroyWindow(window);
         return;
     }
-    // Its context menu is open, inside its own procedure: it goes once that has returned.
+    // Its context menu is open inside its own procedure, so the control goes once that has returned.
     SetWindowLongPtrW(window, GWLP_ID, 0);
     ShowWindow(window, SW_HIDE);
     endOpenMenu();
@@ -197,7 +197,7 @@ LRESULT NoteEditor::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         }
         case WM_NCDESTROY: {
             const LRESULT result = pass(message, wp, lp);
-            window_ = nullptr;  // it goes with its note
+            window_ = nullptr;  // the control goes with its note
             open_ = false;
             return result;
         }
@@ -236,7 +236,7 @@ bool NoteEditor::onCharacter(char16_t character) {
             } else if (key == OneShotKey::BlankLine) {
                 insert(u"\r\n\r\n");
             } else if (key == OneShotKey::None && at_.what == Edited::Body) {
-                // No key typed it: dictation or a text expander, which mean a line break.
+                // No key typed it: it comes from dictation or a text expander and stands for a line break.
                 const Text lineBreak = typed_.next(character);
                 if (!lineBreak.empty()) insert(lineBreak);
             }
@@ -262,7 +262,7 @@ bool NoteEditor::onCharacter(char16_t character) {
 
 bool NoteEditor::endsByBreak(OneShotKey key, char16_t character) const {
     if (key == OneShotKey::Save) return true;
-    // A title has no second line: it ends also with a character that no key typed.
+    // A title has no second line, so even a line break that no key typed ends it.
     return at_.what == Edited::Title && character == VK_RETURN;
 }
 
@@ -327,7 +327,7 @@ void NoteEditor::paste() {
 }
 
 LRESULT NoteEditor::replaceSelection(WPARAM canUndo, LPARAM text) {
-    // From elsewhere: a program that helps with typing puts its words in.
+    // From another program, such as one that completes words.
     const auto* const words = reinterpret_cast<LPCWSTR>(text);
     if (words == nullptr) return 0;
     const Text whole = at_.what == Edited::Body ? withLineBreaks(fromWide(words)) : Text(fromWide(words));
@@ -349,7 +349,7 @@ LRESULT NoteEditor::replaceAll(LPARAM text) {
 
 LRESULT NoteEditor::onComposition(WPARAM wp, LPARAM lp) {
     if ((lp & GCS_RESULTSTR) == 0) return pass(WM_IME_COMPOSITION, wp, lp);
-    // Some edit controls put the result in without typing it: what has no room is taken out at once.
+    // Some edit controls insert the result without typing it: what does not fit is removed at once.
     const HWND window = window_;
     const Text before = windowText(window);
     const TextRange selected = selection();
@@ -370,7 +370,7 @@ void NoteEditor::takeComposition() {
         const Text before = windowText(window_);
         const bool shown = standsAt(before, selection(), pending);
         ImmNotifyIME(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0);
-        // Not every editor puts it in at once, and one that showed it as part of its text may take it out
+        // Not every editor inserts it at once, and one that showed it as part of its text may remove it
         // first.
         const Text after = windowText(window_);
         const bool same = after == before && !shown;

@@ -1,5 +1,5 @@
-// The edit of a text or a title from its opening to its end. The editor is a native edit control that lies
-// over the label and exists only meanwhile: of fifty notes at most one is edited at a time.
+// The edit of a text or a title, from its opening to its end. The editor is a native edit control over the
+// label that exists only during the edit, since at most one of fifty notes is edited at a time.
 #pragma once
 
 #include <memory>
@@ -10,19 +10,19 @@
 
 enum class Edited : unsigned char { Body, Title };
 
-/// What an edit asks of the note that it belongs to.
+/// What an edit needs from the note that it belongs to.
 class NoteEditorHost {
 public:
-    /// Whether the store can keep this text whole.
+    /// Whether the store can hold this whole text.
     virtual bool fits(Edited what, const Text& text) const = 0;
-    /// Stores and shows the text of an edit that is over. False when the store refused it.
+    /// Stores and shows the text of a finished edit. False when the store refused it.
     virtual bool keepEdit(Edited what, const Text& text) = 0;
     /// The editor is gone, whether its text was kept or not.
     virtual void editClosed(Edited what) = 0;
-    /// A key that goes down in the editor, ahead of it; true when it was the note's own. The note may be
-    /// gone.
+    /// A key that goes down in the editor is offered to the note first; true when the note has handled it.
+    /// The note may be gone then.
     virtual bool keyOfNote(UINT message, WPARAM key, LPARAM how) = 0;
-    /// What stands in the editor is put away in case the program dies; or no longer needed.
+    /// Stores the editor's text in case the program dies, or drops it when it is no longer needed.
     virtual void saveDraft(Edited what, const Text& text) = 0;
     virtual void dropDraft() = 0;
 
@@ -45,23 +45,23 @@ public:
         PxRect place;  ///< in the note's client area
         HFONT font = nullptr;
         HWND under = nullptr;  ///< the sibling right above it
-        int freeBelow = 0;     ///< pixels at its lower edge that no text may reach: the grip lies there
+        int freeBelow = 0;     ///< pixels at its lower edge that no text may reach, as the grip is there
     };
     /// Makes the editor, with the caret at the end of the text and the keyboard. False when Windows refuses.
     /// No other edit of the note may be open.
     [[nodiscard]] bool open(Opening opening);
-    /// Closes the editor. What stands in it is kept, with what an input method still composes, or dropped.
-    /// The note may be gone when this returns: a message about a failed save lets others go on.
+    /// Closes the editor. Its text is kept, including what an input method is still composing, or dropped.
+    /// The note may be gone when this returns, because a message about a failed save runs a message loop.
     void end(bool keep);
 
     bool edits(Edited what) const { return open_ && at_.what == what; }
     bool isOpen() const { return open_; }
-    /// The control, as long as it is there for this; else null.
+    /// The control while it edits this, otherwise null.
     HWND window(Edited what) const { return at_.what == what ? window_ : nullptr; }
     void place(const PxRect& at) const;
-    /// What the control tells its parent by WM_COMMAND.
+    /// Handles the control's WM_COMMAND notifications to its parent.
     void onNotice(unsigned code);
-    /// What stands in the editor goes into the draft before long, from a message of its own.
+    /// Writes the editor's text to the draft before long, from a message of its own.
     void draftSoon();
 
 private:
@@ -82,7 +82,7 @@ private:
     void takeComposition();
     TextRange selection() const;
     TextView fitting(const Text& text, TextRange selected, const Text& inserted) const;
-    /// In place of the selection, all of it or, with a beep, nothing.
+    /// Inserts a text in place of the selection: all of it or, with a beep, nothing.
     void insert(const Text& text);
     LRESULT replaceSelection(WPARAM canUndo, LPARAM text);
     LRESULT replaceAll(LPARAM text);
@@ -99,6 +99,6 @@ private:
     OneShotKey oneShot_ = OneShotKey::None;
     TypedText typed_;
     WheelLines wheel_;
-    /// How many calls into the control run at this moment; it must not be destroyed inside one.
+    /// How many calls into the control are running; it must not be destroyed inside one.
     std::shared_ptr<int> inside_ = std::make_shared<int>(0);
 };

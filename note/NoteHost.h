@@ -1,4 +1,4 @@
-// What a note may ask of the desk it lies on. The collection answers; a note never looks further up.
+// What a note may ask of the desk. The collection implements it; a note knows nothing else about it.
 #pragma once
 
 #include <functional>
@@ -27,15 +27,15 @@ public:
     /// Iconize All, or Restore All when false.
     virtual void iconizeAll(bool iconized) = 0;
     virtual void exitProgram() = 0;
-    /// Takes the note out of collection and store, and renumbers the others.
+    /// Removes the note from collection and store, and renumbers the others.
     virtual void remove(fpost& note) = 0;
-    /// Automatic position, when it is on and no command on all notes runs.
+    /// Lays the notes out again if automatic position is on and no command on all notes is running.
     virtual void realign() = 0;
-    /// A note that rings came to sight.
+    /// A ringing note has appeared.
     virtual void noteShown() = 0;
-    /// A title, a closed or an iconized state changed: lists and captions follow.
+    /// A title, a closed or an iconized state has changed: lists and captions are updated.
     virtual void notesChanged() = 0;
-    /// A note began or ended to count down: the ticks follow.
+    /// A note has begun or stopped counting down: the ticks start or stop.
     virtual void countingChanged() = 0;
     virtual bool allHidden() const = 0;
     virtual bool allIconized() const = 0;
@@ -43,12 +43,12 @@ public:
     virtual int count() const = 0;
     /// Rectangles of the other visible notes, in the order of their numbers.
     virtual std::vector<PxRect> otherNotes(const fpost& note) const = 0;
-    /// The visible note before (step -1) or after (1) a note, in the order of their numbers and round the
-    /// end. Null when there is no other.
+    /// The visible note before (step -1) or after (1) a note, in the order of their numbers and wrapping
+    /// around. Null when there is no other.
     virtual fpost* nextVisible(const fpost& note, int step) const = 0;
     /// Stores one of the settings.
     virtual void storeSetting(Setting setting) = 0;
-    /// Read once a command on all notes.
+    /// Read only once during a command on all notes.
     virtual const std::vector<Monitor>& monitors() = 0;
 
     // What all notes share.
@@ -56,11 +56,11 @@ public:
     GlobalSettings* settings = nullptr;
     fmsg* dialog = nullptr;
     const NoteLook* look = nullptr;
-    Canvas* canvas = nullptr;  ///< every part of every note is drawn through it
+    Canvas* canvas = nullptr;  ///< used to draw every part of every note
 
-    // The world outside, which a test turns as it likes.
+    // The outside world, which a test can replace.
     std::function<Now()> now;
-    std::function<std::uint64_t()> uptime;  ///< ms, which nobody can set; it runs on while the machine sleeps
+    std::function<std::uint64_t()> uptime;  ///< ms; cannot be set, and runs on while the machine sleeps
     std::function<void()> startSound;       ///< the alarm sound, from its beginning
     std::function<void()> stopSound;
     /// "Are you sure"-type questions and messages; the answer is the platform's code.

@@ -17,7 +17,7 @@ constexpr unsigned kF2 = 0x71;
 constexpr unsigned kF4 = 0x73;
 constexpr unsigned kF6 = 0x75;
 
-// Exactly what is held: AltGr is Ctrl+Alt and types letters on many keyboards.
+// Exactly these are held, since AltGr is Ctrl+Alt and types letters on many keyboards.
 enum class Held : unsigned char { Nothing, Shift, Ctrl, CtrlShift, Any };
 
 enum class When : unsigned char { Always, NotResizing, NotEditing, Ringing };

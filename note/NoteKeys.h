@@ -1,21 +1,21 @@
-// What a key does on a note, beside the size that the resize mode changes: one row per key.
+// What a key does on a note, apart from the resize mode's arrows: one row per key.
 #pragma once
 
-/// A key that went down, with what was held. The numbers of the keys are Windows' own.
+/// A key that went down, and what was held meanwhile. Key numbers are those of Windows.
 struct NoteKey {
     unsigned key = 0;
     bool shift = false;
     bool control = false;
     bool alt = false;
-    bool repeated = false;  ///< it has been down for a while: the keyboard repeats it
+    bool repeated = false;  ///< it is being held down, and the keyboard repeats it
 };
 
 /// What the answer depends on.
 struct NoteKeyInput {
-    bool editing = false;  ///< title or text: its editor has the first say on letters, arrows and Esc
+    bool editing = false;  ///< the title or the text: the editor gets letters, arrows and Esc first
     bool ringing = false;
-    bool resizing = false;    ///< the keyboard changes the size: no slip beside the arrows does anything else
-    bool justEdited = false;  ///< an edit ended so lately that the key may have been meant for it
+    bool resizing = false;    ///< the arrow keys resize: a key beside them must do nothing
+    bool justEdited = false;  ///< an edit ended so recently that the key may have been meant for it
 };
 
 enum class NoteAction : unsigned char {
@@ -27,7 +27,7 @@ enum class NoteAction : unsigned char {
     EditTitle,  ///< the title, also on a normal note
     Alarm,
     SwapStrip,  ///< the time strip shows when it rings instead of the time left, or the other way round
-    Silence,    ///< stops the ringing, which may delete the note: never by a key that was meant for an edit
+    Silence,    ///< stops the ringing, which may delete the note
     NextNote,
     PreviousNote,
     MoveLeft,

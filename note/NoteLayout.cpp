@@ -9,7 +9,7 @@ PxRect rectAt(int left, int top, int width, int height) {
     return {left, top, left + std::max(width, 0), top + std::max(height, 0)};
 }
 
-/// A stored size in twips, held within what the screen's coordinates can take.
+/// A stored size in twips, clamped to what the screen's coordinates can take.
 Twips shownSize(std::int32_t stored, float byDefault, Twips least) {
     constexpr float kMost = 400000;  // twips; over 26 000 pixels at 96 dpi, below the 16-bit window limit
     const float wanted = stored > 0 ? static_cast<float>(stored) : byDefault;
@@ -40,7 +40,7 @@ NoteRects layoutNote(int width, int height, bool iconized, int dpi, int titleHei
     rects.txtTitle = rectAt(titleLeft, (strip - titleHeight) / 2, titleRoom, titleHeight);
     rects.pic2 = iconized ? rectAt(width - picWidth - gripWidth, 0, gripWidth, std::min(gripHeight, strip))
                           : rectAt(width - gripWidth, height - gripHeight, gripWidth, gripHeight);
-    const int timeLeft = margin - px(design::kTimeText);  // its text stands below that of the body
+    const int timeLeft = margin - px(design::kTimeText);  // its text is aligned with that of the body
     rects.pic_time = rectAt(timeLeft, height - timeHeight, width - gripWidth - timeLeft, timeHeight);
     return rects;
 }
@@ -56,7 +56,7 @@ Twips shownHeight(std::int32_t stored, float defaultHeight) {
 PxRect movedInto(PxRect window, const PxRect& work, int strip) {
     const int width = window.width();
     const int height = window.height();
-    // The right and bottom ends first: a note larger than the work area keeps its title strip in sight.
+    // Right and bottom first, so that a note larger than the work area keeps its title strip in sight.
     const int left = std::max(std::min(window.left, work.right - width), work.left);
     const int top = std::max(std::min(window.top, work.bottom - std::max(strip, height)), work.top);
     return {left, top, left + width, top + height};

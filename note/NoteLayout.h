@@ -1,9 +1,9 @@
-// Where the parts of a note stand: the table of design data, and the rectangles for a client size.
+// Where the parts of a note are: the design data, and the rectangles for a client size.
 #pragma once
 
 #include "support/Units.h"
 
-/// A rectangle in pixels; right and bottom lie outside.
+/// A rectangle in pixels; right and bottom are excluded.
 struct PxRect {
     int left = 0;
     int top = 0;
@@ -15,7 +15,7 @@ struct PxRect {
     bool operator==(const PxRect&) const = default;
 };
 
-/// A rectangle in twips, both ends included: a hot area of a part, in the part's own coordinates.
+/// A rectangle in twips, including both ends: a hot area of a part, in the part's own coordinates.
 struct HotArea {
     Twips left, top, right, bottom;
     constexpr bool contains(Twips x, Twips y) const {
@@ -24,7 +24,7 @@ struct HotArea {
 };
 
 /// Design data of the note window. The pictures are drawn from the same hot areas that take the clicks, so
-/// they cannot drift apart at any scaling.
+/// they coincide at any scaling.
 namespace design {
 inline constexpr Twips kBorder{15};         ///< line around the note, outside the client area
 inline constexpr Twips kStripHeight{270};   ///< title strip
@@ -66,15 +66,15 @@ struct NoteRects {
 };
 
 /// Lays the parts out in a client area of `width` x `height` pixels at `dpi`. No rectangle is ever inside
-/// out. An iconized note has its grip in the strip, left of the delete picture. `titleHeight` is the height
-/// in pixels of a line in the title's font, so that title and title editor stand at the same place.
+/// out. An iconized note has its grip in the strip, to the left of the delete picture. `titleHeight` is the
+/// height in pixels of a line in the title's font, so that the title and its editor are at the same place.
 NoteRects layoutNote(int width, int height, bool iconized, int dpi, int titleHeight);
 
 /// Height of an iconized note's window.
 inline constexpr Twips kIconizedHeight = design::kStripHeight + design::kIconizedExtra;
 
-/// The size in twips at which a stored size is shown: the default for 0 or less, then at least the minimum
-/// of 1130 x 705 twips.
+/// The size in twips in which a stored size is shown: the default for 0 or less, and at least 1130 x 705
+/// twips.
 Twips shownWidth(std::int32_t stored, float defaultWidth);
 Twips shownHeight(std::int32_t stored, float defaultHeight);
 

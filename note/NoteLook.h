@@ -1,4 +1,4 @@
-// What all notes share to be drawn: the screen's scaling, fonts, cursors.
+// What all notes share for drawing: the screen's scaling, fonts and cursors.
 #pragma once
 
 #include <array>
@@ -20,7 +20,7 @@ struct NoteLook {
         return {px(area.left), px(area.top), px(area.right), px(area.bottom)};
     }
     int twips(int pixels) const { return toTwips(Px{pixels}, dpi).n; }
-    /// Cursor of a resource number; the arrow for 0 and for one that could not be loaded.
+    /// The cursor with a resource number; the arrow for 0, or if it could not be loaded.
     HCURSOR cursor(int number) const;
 };
 

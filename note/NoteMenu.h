@@ -12,7 +12,7 @@ struct NoteMenuInput {
     bool topmost = false;
     bool resizeMode = false;
     bool alarmValid = false;   ///< the alarm's date and time are valid
-    bool alarmPast = false;    ///< its moment is over
+    bool alarmPast = false;    ///< its instant has passed
     bool alarmOneOff = false;  ///< neither weekday, repeat nor pattern
     bool restoreWhenPlay = false;
     bool dontDeleteWhenPlay = false;
@@ -41,10 +41,10 @@ public:
     virtual void mnuExit() = 0;
 };
 
-/// All rows in their order, as they are now. `note` outlives what is done with them.
+/// All rows in order, in their present state. `note` must exist as long as they are used.
 Menu noteMenu(const NoteMenuInput& input, NoteMenuFace& note);
 
-/// What the menu says of things that can turn while it is open, as a number that goes with a message; and the
-/// input of a menu that still says so.
+/// What the menu says about things that may change while it is open, as a number that fits in a message; and
+/// back, the input of a menu that says so.
 std::intptr_t said(const NoteMenuInput& input);
 NoteMenuInput asSaid(const NoteMenuInput& now, std::intptr_t said);

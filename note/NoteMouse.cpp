@@ -12,14 +12,14 @@ void NoteMouse::onButton(HWND part, UINT message, int xPx, int yPx) {
     press.leftDown = message == WM_LBUTTONDOWN || press.doubled;
     press.rightDown = message == WM_RBUTTONDOWN || message == WM_RBUTTONDBLCLK;
     if (press.leftDown || press.rightDown) {
-        // A label does not take the focus by itself; an open edit ends before the press does anything.
+        // A label does not take the focus by itself, so an open edit is ended before the press does anything.
         const NoteWatch watch(note_);
         SetFocus(note_.hwnd);
         note_.CommitEdits();
         if (watch.destroyed()) return;
     }
     if (message == WM_LBUTTONDOWN) swallowDoubleClick_ = false;
-    if (press.doubled && swallowDoubleClick_) {  // its first half silenced the alarm and means nothing more
+    if (press.doubled && swallowDoubleClick_) {  // its first half silenced the alarm, and that is all
         swallowDoubleClick_ = false;
         return;
     }
@@ -81,7 +81,7 @@ void NoteMouse::pressStrip(const Press& press) const {
 }
 
 std::optional<LRESULT> NoteMouse::onDisabledPress(LPARAM hit) const {
-    // The one message that such a window gets for the press.
+    // The only message that a disabled window gets for the press.
     const bool disabled = static_cast<short>(LOWORD(hit)) == HTERROR;
     if (!disabled || HIWORD(hit) != WM_LBUTTONDOWN || !note_.Alarming()) return {};
     note_.SoundStop();

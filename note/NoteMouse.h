@@ -1,4 +1,4 @@
-// What a press on each part of a note does, and the pointer's shape over it.
+// What a press on each part of a note does, and the shape of the pointer over it.
 #pragma once
 
 #include <optional>
@@ -16,14 +16,14 @@ public:
     /// this returns.
     void onButton(HWND part, UINT message, int xPx, int yPx);
     void setPartCursor(HWND part) const;
-    /// A press on a note that is disabled because a dialog waits for its answer: it ends the ringing.
+    /// A press on a note that is disabled because a dialog is waiting for its answer; it ends the ringing.
     std::optional<LRESULT> onDisabledPress(LPARAM hit) const;
 
 private:
     struct Press {
         UINT message = 0;
         Twips x, y;
-        bool leftDown = false;  ///< also at the second press of a double click
+        bool leftDown = false;  ///< including the second press of a double click
         bool rightDown = false;
         bool doubled = false;
     };

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr UINT kRest = 300;                // ms without a move, after which a window has come to rest
+constexpr UINT kRest = 300;                // ms without a move after which a window has come to rest
 constexpr std::uint64_t kUpheaval = 2000;  // ms after a change of monitors in which Windows moves windows
 
 PxRect rectOf(HWND window) {
@@ -27,7 +27,8 @@ bool sameCorner(const PxRect& a, const PxRect& b) {
 void NoteMover::drag(HWND window, const Rules& rules) {
     ReleaseCapture();
     const auto move = [window] {
-        // Returns when the button is up. The press goes with it, so that the note stays under the pointer.
+        // Returns when the button is up. The place of the press is passed on, so that the note stays under
+        // the pointer.
         SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, static_cast<LPARAM>(GetMessagePos()));
     };
     if (!rules.alignAll && !rules.snap.easyAlign) {
@@ -60,7 +61,7 @@ void NoteMover::step(HWND window, const Rules& rules, const KeyStep& by) {
     const PxRect from = rectOf(window);
     PxRect to = from.shifted(by.columns * by.length, by.rows * by.length);
     if (rules.snap.easyAlign) {
-        // Pixel by pixel, so that no edge is stepped over; those that hold the note now let it go.
+        // Pixel by pixel, so that no edge is stepped over; edges that hold the note now let it go.
         const MoveHook hook(window, MoveHook::Kind::EasyMove, rules.snap);
         bool caught = false;
         for (int way = kSnapTolerance + 1; way <= by.length && !caught; ++way) {
@@ -81,7 +82,7 @@ void NoteMover::step(HWND window, const Rules& rules, const KeyStep& by) {
 }
 
 void NoteMover::endKeys() {
-    // Once for the whole way, however long the key was held.
+    // Stored once, however long the key was held.
     if (std::exchange(byKeys_, false)) note_.storePlace();
 }
 
@@ -102,7 +103,8 @@ void NoteMover::settle(HWND window) {
     if (!std::exchange(stray_, false) || IsWindowVisible(window) == FALSE || IsIconic(window) != FALSE)
         return;
     if (sameCorner(rectOf(window), note_.place())) return;
-    // When a monitor goes, Windows itself moves what was on it. The note's own place waits for the monitor.
+    // When a monitor goes, Windows itself moves what was on it. The note keeps its own place until the
+    // monitor is back.
     const bool upheaval = changedAt_ && GetTickCount64() - *changedAt_ < kUpheaval;
     if (upheaval && !note_.isAtHome()) {
         note_.goHome();

@@ -1,5 +1,5 @@
-// Moves a note: with the mouse, with the keyboard, and by whatever else moves windows. The place is stored
-// once, when the move is over.
+// Moves a note, whether by mouse, by keyboard or by whatever else moves windows. The place is stored once,
+// when the move is over.
 #pragma once
 
 #include <cstdint>
@@ -12,15 +12,15 @@
 class MovedNote {
 public:
     virtual ~MovedNote() = default;
-    /// Where the note stands as long as nobody moves it, in pixels.
+    /// Where the note belongs, in pixels, unless somebody is moving it.
     virtual PxRect place() const = 0;
-    /// Whether its stored place can be seen. If not, place() is somewhere else.
+    /// Whether its stored place is visible. If not, place() is somewhere else.
     virtual bool isAtHome() const = 0;
-    /// Puts the window to place().
+    /// Moves the window to place().
     virtual void goHome() = 0;
     /// The window is where the note belongs from now on.
     virtual void takePlace() = 0;
-    /// The same, and stores it.
+    /// The same, and its place is stored.
     virtual void storePlace() = 0;
 };
 
@@ -31,7 +31,7 @@ public:
         bool alignAll = false;
         MoveHook::Desk snap;
     };
-    /// One step of the keyboard. All lengths in pixels.
+    /// One step by keyboard. All lengths are in pixels.
     struct KeyStep {
         int columns = 0;  ///< -1, 0 or 1
         int rows = 0;
@@ -44,29 +44,29 @@ public:
 
     /// Lets the mouse move the window until the button is up. The note may be gone when this returns.
     static void drag(HWND window, const Rules& rules);
-    /// A move begins; until it ends, no change of the desk touches the note.
+    /// A move begins; until it ends, changes of the desk do not affect the note.
     void begin(HWND window);
-    /// The move is over: the new place is stored. A note that is where it was stores nothing, so that one
-    /// that is shown elsewhere while its monitor is away keeps its place.
+    /// The move is over, and the new place is stored. Nothing is stored if the note has not moved, so that a
+    /// note that is shown elsewhere while its monitor is gone keeps its place.
     void end(HWND window);
-    /// The whole drag is over, whatever was heard of its begin and end.
+    /// The whole drag is over, whether or not its begin and end were reported.
     void endDrag(HWND window);
 
-    /// Moves by a key. Nothing is stored before endKeys().
+    /// Moves the note by a key. Nothing is stored before endKeys().
     void step(HWND window, const Rules& rules, const KeyStep& by);
     void endKeys();
 
-    /// The window has been moved. When it was neither the note nor the user's drag, the place is stored once
+    /// The window has been moved. If that was neither the note itself nor a drag, the place is stored once
     /// the window has come to rest.
     void onMoved(HWND window);
     /// It has come to rest, or cannot wait any longer.
     void settle(HWND window);
-    /// Monitors or the work area are others than before.
+    /// Monitors or the work area have changed.
     void onDeskChanged(HWND window, std::uint64_t tick);
 
 private:
     MovedNote& note_;
-    int running_ = 0;  ///< moves within one another: a drag and the system's own loop
+    int running_ = 0;  ///< nested moves: a drag, and the system's own loop in it
     PxRect before_;
     bool deskChanged_ = false;                ///< during the move
     bool byKeys_ = false;                     ///< moved by the keyboard, and that is not stored yet

@@ -5,7 +5,7 @@
 namespace {
 
 constexpr int kStripLinePercent = 22;  // the line under the title
-constexpr int kActivePercent = 100;    // that line and the frame, where the keyboard is
+constexpr int kActivePercent = 100;    // that line and the frame of the note that has the keyboard
 constexpr int kPicturePercent = 70;
 constexpr UINT kTitleFormat = DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS | DT_EXPANDTABS;
 // Lines and tabs as in a multi-line editor of the same width.
@@ -20,7 +20,7 @@ void write(HDC dc, TextView text, RECT area, UINT format) {
     DrawTextW(dc, wideData(text), static_cast<int>(text.size()), &area, format);
 }
 
-/// As much of a very long text as there can be room for: Windows would measure all of it.
+/// As much of a very long text as there can be room for, because Windows would measure all of it.
 TextView seenOf(TextView text, const RECT& area) {
     constexpr LONG kAlways = 4096;  // letters
     constexpr LONG kFewest = 16;    // square pixels of a letter
@@ -150,7 +150,7 @@ int NotePainter::titleWidth(TextView text) const {
     const WindowDc screen(nullptr);
     const Selected font(screen, look.title.get());
     RECT needed{};
-    // Measured as it is drawn, tabs included, so that no title is widened for that is not cut.
+    // Measured as it is drawn, including tabs, so that a note is only widened for a title that would be cut.
     DrawTextW(screen, wideData(text), static_cast<int>(text.size()), &needed,
               (kTitleFormat & ~UINT{DT_END_ELLIPSIS}) | DT_CALCRECT);
     return static_cast<int>(needed.right);
@@ -160,7 +160,7 @@ void NotePainter::body(HDC dc, const RECT& area, TextView text) const {
     fill(dc, area, back);
     prepareText(dc);
     const Selected font(dc, look.body.get());
-    RECT lines = area;  // as in an editor, no line is cut in half, and one is always shown
+    RECT lines = area;  // as in an editor, no line is cut in half, and at least one is shown
     lines.bottom = area.top + std::max(1L, (area.bottom - area.top) / look.bodyHeight) * look.bodyHeight;
     write(dc, seenOf(text, area), lines, kBodyFormat);
 }
@@ -186,13 +186,13 @@ void NotePainter::grip(HDC dc, const RECT& area) const {
     fill(dc, area, back);
     const Pencil pencil(dc, look, shaded(back, kPicturePercent));
     drawArrow(pencil, centred(design::kWidthArrow, design::kArrowLength, design::kArrowBreadth, look), true);
-    if (iconized) return;  // it is as high as the title strip, and stays so
+    if (iconized) return;  // it is as high as the title strip and stays so
     drawArrow(pencil, centred(design::kHeightArrow, design::kArrowBreadth, design::kArrowLength, look),
               false);
 }
 
 void NotePainter::strip(HDC dc, const RECT& area, TextView text) const {
-    // Ground and text in one call: that needs no off-screen picture, and this is drawn every second.
+    // Background and text in one call, which needs no off-screen picture; this is drawn every second.
     const int indent = look.px(design::kTimeText);
     const Selected font(dc, look.body.get());
     SetTextColor(dc, inkOn(back));
@@ -203,7 +203,7 @@ void NotePainter::strip(HDC dc, const RECT& area, TextView text) const {
     ExtTextOutW(dc, indent, indent, ETO_OPAQUE | ETO_CLIPPED, &area, wideData(text),
                 fits ? static_cast<UINT>(text.size()) : 0, nullptr);
     if (fits) return;
-    // A narrow note cuts it short, and dots say so: "12 d   5" would be read as five hours.
+    // On a narrow note it is cut and ends in dots, since "12 d   5" would be read as five hours.
     write(dc, text, {indent, indent, area.right, area.bottom}, DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
 }
 

@@ -1,13 +1,13 @@
-// How a note looks: every picture and text of it, drawn from plain values. Windows draws the texts itself, so
-// that every script is shaped and ordered and takes its letters from whichever font has them.
+// How a note looks: draws its pictures and texts from plain values. Windows itself lays out the texts, so
+// that every script is shaped and ordered, and missing letters come from other fonts.
 #pragma once
 
 #include "note/NoteColor.h"
 #include "note/NoteLook.h"
 #include "support/Text.h"
 
-/// What a note looks like at this moment. Each function draws one part whole, ground included; `area` is the
-/// part's client rectangle, in pixels. The pictures stand in the hot areas that take the clicks.
+/// A note's looks at one moment. Each function draws a whole part, including its background; `area` is the
+/// part's client rectangle in pixels. The pictures are in the hot areas that take the clicks.
 struct NotePainter {
     const NoteLook& look;
     Rgb back = kWhite;      ///< the colour shown
@@ -16,12 +16,13 @@ struct NotePainter {
 
     /// The line around the note; `window` begins at 0, 0.
     void frame(HDC dc, RECT window) const;
-    /// The part `area` of what lies below the parts; `client` is the note's whole client area.
+    /// The rectangle `area` of what is behind the parts; `client` is the note's whole client area.
     void sheet(HDC dc, const RECT& area, const RECT& client) const;
     RECT lineUnderTitle(const RECT& client) const;
-    /// The text stands exactly where the title's editor has it; one that is too wide ends in dots.
+    /// The text is exactly where the title's editor has it; if it is too wide it ends in dots.
     void title(HDC dc, const RECT& area, TextView text) const;
-    /// Room for the title in a note whose client area is that wide, and what a title needs; pixels.
+    /// The room for the title in a note whose client area has that width, and the room that a title needs, in
+    /// pixels.
     int titleRoom(int clientWidth) const;
     int titleWidth(TextView text) const;
     /// The text, with CR LF as line breaks.

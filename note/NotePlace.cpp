@@ -14,15 +14,16 @@
 namespace {
 
 constexpr float kGripPause = 0.01F;  // seconds from one step of the grip to the next
-constexpr Twips kMoveStep{120};      // an arrow key that moves; larger than what snaps, to get free again
+constexpr Twips kMoveStep{120};      // per arrow key; more than what snaps, so that notes come off
 
-/// Waits while the windows answer their events. False when the program is to end.
+/// Waits while messages are processed. False when the program has to end.
 bool Pause(float Seconds) {
     constexpr float kMsPerSecond = 1000;
     return pumpFor(static_cast<DWORD>(std::lround(Seconds * kMsPerSecond)));
 }
 
-/// Whether a mouse button is down at this moment, wherever the pointer is and whoever got the message.
+/// Whether a mouse button is down at this moment, wherever the pointer is and whichever window got the
+/// message.
 bool isHeld(bool rightButton) {
     const bool swapped = GetSystemMetrics(SM_SWAPBUTTON) != 0;
     return GetAsyncKeyState(rightButton != swapped ? VK_RBUTTON : VK_LBUTTON) < 0;
@@ -59,7 +60,7 @@ int NotePlace::Height() const {
 }
 
 PxRect NotePlace::area() const {
-    // A hidden window's place may get lost on a Wine desktop: what the note remembers counts.
+    // A Wine desktop may forget the place of a hidden window, so what the note remembers counts.
     return note_.visible() ? window() : place();
 }
 
@@ -72,13 +73,13 @@ PxRect NotePlace::place() const {
     const int top = look.px(Twips{record.y});
     const int strip = look.px(kIconizedHeight);
     PxRect rect{left, top, left + look.px(Twips{note_.pWidth()}), top + look.px(Twips{note_.pHeight()})};
-    // Whatever size was stored, a note is at most as large as the desktop it lies on.
+    // Whatever size is stored, a note is at most as large as the desktop that it is on.
     const std::vector<Monitor>& monitors = note_.host->monitors();
     const PxRect work = monitorAt(monitors, {left, top, left + strip, top + strip}).work;
     rect.right = left + std::min(rect.width(), work.width());
     rect.bottom = record.iconized ? top + strip : top + std::min(rect.height(), work.height());
     const PxRect title{rect.left, rect.top, rect.right, rect.top + strip};
-    // A note that has never had a size has never had a place either: it comes up where it can be used.
+    // A note that has never had a size has never had a place, either: it appears where it can be used.
     const bool fresh = record.width <= 0 && record.height <= 0;
     if (fresh || !isInSight(monitors, title)) rect = movedInto(rect, monitorAt(monitors, rect).work, strip);
     return rect;
@@ -160,8 +161,8 @@ void NotePlace::storePlace() {
 
 void NotePlace::fitWindow(Along changed) {
     const NoteLook& look = *note_.host->look;
-    // The other side by what the note is, not by what the window is at this moment: a window manager may be
-    // late with an earlier size, and the next steps would keep that.
+    // The other dimension comes from the note and not from the window, since a window manager may be late
+    // with an earlier size, which the next steps would keep.
     const PxRect wanted = place();
     const bool across = changed == Along::Width;
     const int width = across ? look.px(Twips{note_.pWidth()}) : wanted.width();
@@ -170,7 +171,7 @@ void NotePlace::fitWindow(Along changed) {
 }
 
 ResizeAxis NotePlace::axis(Along along) const {
-    // What is on screen is resized: a stored size larger than the desktop is shown smaller than it is.
+    // What is on screen is resized, since a stored size larger than the desktop is shown smaller than it is.
     const NoteLook& look = *note_.host->look;
     const PxRect rect = window();
     const PxRect work = workAreaAt(rect);
@@ -219,9 +220,9 @@ void NotePlace::resizeModeChanged() {
 }
 
 void NotePlace::holdGrip() {
-    // The grip moves away from under the pointer: with the capture its release arrives all the same, and
-    // leaves the resize mode. Another window that takes the capture, a dialog for one, ends the hold too, and
-    // so does a release that only the hardware tells of.
+    // The grip moves away from under the pointer. With the capture, the release of the button still arrives
+    // and leaves the resize mode. Another window that takes the capture, such as a dialog, also ends the
+    // hold, and so does a release that only the hardware reports.
     SetCapture(note_.pic2);
 }
 
@@ -240,8 +241,8 @@ void NotePlace::releaseGrip() {
 // --- In the stack of windows ------------------------------------------------------------------------------
 
 void NotePlace::applyTopmost() const {
-    // A note that is not on top and is not to be stays where it is among the others.
-    // One that rings is above the others until it is silent.
+    // A note that neither is nor should be on top keeps its place among the others. A ringing note is above
+    // the others until it is silenced.
     const bool wanted = note_.record.topmost || note_.Alarming();
     if (!wanted && !isTopmost(note_.hwnd)) return;
     // The keyboard stays where the user has it.
@@ -250,7 +251,7 @@ void NotePlace::applyTopmost() const {
 }
 
 void NotePlace::keepBelowDialogs() const {
-    if (!isTopmost(note_.hwnd)) return;  // every dialog is
+    if (!isTopmost(note_.hwnd)) return;  // every dialog is topmost topmost
     struct Search {
         HWND message;
         std::vector<HWND> dialogs;  // from the front to the back

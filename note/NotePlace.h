@@ -1,5 +1,5 @@
-// Where the window of a note stands and how large it is: what the record says, what the screen allows, and
-// who moves and resizes it.
+// Where a note's window is and how large it is: according to the record, to the screen, and to whatever moves
+// and resizes it.
 #pragma once
 
 #include "note/NoteMover.h"
@@ -19,23 +19,23 @@ public:
     int Height() const;
     /// Where it is on screen or, hidden, where it will be.
     PxRect area() const;
-    /// Where the record and the state of the note put the window. A note that would be on no monitor stands
-    /// where it can be reached.
+    /// Where the note's record and state put the window. A note that would be on no monitor is put where it
+    /// can be reached.
     PxRect place() const override;
     /// Puts the window there. Nothing is stored, and no other note moves.
     void goHome() override;
     /// Moves the window, and the logical place with it. Nothing is stored.
     void moveTo(Twips left, Twips top);
-    /// Makes the window as large as the note is, after the record was changed along one side.
+    /// Makes the window as large as the note, after one dimension in the record has changed.
     void fitWindow(Along changed);
     void onPosition(const WINDOWPOS& changed);
-    /// The window is on its way to place(): the others stay where they are.
+    /// The window is just being moved to place(), so the other notes stay where they are.
     bool isPlacing() const { return placing_; }
 
     /// Lets the mouse move the note until the button is up. The note may be gone when this returns.
     void drag();
-    /// Moves the note by a step of the keyboard. It snaps as in a drag; the place is stored with the key's
-    /// release.
+    /// Moves the note by one step of the keyboard. It snaps as in a drag; the place is stored when the key is
+    /// released.
     void moveStep(int columns, int rows);
 
     /// Puts the note where it belongs in the stack of windows: on top or, when it was, no more.
@@ -62,7 +62,7 @@ public:
 private:
     NoteMover::Rules moveRules() const;
     void setCursor(int cursor);
-    /// Puts the dialogs that are open back above a note that came to the top of the stack.
+    /// Puts open dialogs back above a note that has come to the top.
     void keepBelowDialogs() const;
 
     fpost& note_;

@@ -7,11 +7,11 @@
 
 namespace {
 
-constexpr Twips kGripStep{15};   // each turn of a hold
-constexpr Twips kKeyStep{30};    // each arrow key
+constexpr Twips kGripStep{15};   // per turn of a hold
+constexpr Twips kKeyStep{30};    // per press of an arrow key
 constexpr Twips kWideStep{180};  // with Ctrl
 
-// The numbers of the keys are Windows' own.
+// Key numbers are those of Windows.
 constexpr unsigned kEnter = 0x0D;
 constexpr unsigned kEscape = 0x1B;
 constexpr unsigned kLeft = 0x25;

@@ -1,4 +1,4 @@
-// Resizes a note: as long as a mouse button is held on an arrow of its grip, and by the arrow keys of the
+// Resizes a note as long as a mouse button is held on an arrow of its grip, and by the arrow keys of the
 // resize mode.
 #pragma once
 
@@ -10,18 +10,18 @@ enum class Along : unsigned char { Width, Height };
 class ResizedNote {
 public:
     virtual ~ResizedNote() = default;
-    /// Where the note stands on the screen.
+    /// Where the note is on the screen.
     virtual ResizeAxis axis(Along along) const = 0;
-    /// Shows it in another size. Nothing is stored.
+    /// Shows the note in another size. Nothing is stored.
     virtual void resize(Along along, Twips size) = 0;
     virtual void storeSize() = 0;
-    /// Shrunk to its title, which has one height.
+    /// Whether it is shrunk to its title, whose height is fixed.
     virtual bool isIconized() const = 0;
     /// Whether the note cannot be changed; the user is told so.
     virtual bool refusesResizing() = 0;
     /// `cursor` is a resource number, 0 the arrow.
     virtual void showResizeCursor(int cursor) = 0;
-    /// The resize mode began or ended.
+    /// The resize mode has begun or ended.
     virtual void resizeModeChanged() = 0;
 
     enum class Hold : unsigned char {
@@ -30,7 +30,7 @@ public:
         Destroyed,  ///< and so is the resizer
     };
     virtual void holdGrip() = 0;
-    /// Waits from one step to the next while the windows answer their events.
+    /// Waits for the next step while messages are processed.
     virtual Hold waitOnGrip(bool rightButton) = 0;
     virtual void releaseGrip() = 0;
 };
@@ -44,7 +44,7 @@ public:
     /// The resize mode: the arrow keys resize, or the grip is held.
     bool isOn() const { return on_; }
     void setMode(bool on);
-    /// Resource number of the cursor of the mode, 0 outside it.
+    /// Resource number of the mode's cursor, 0 outside the mode.
     int cursor() const { return cursor_; }
 
     struct Press {
@@ -52,12 +52,12 @@ public:
         bool rightButton = false;
         bool shift = false;
     };
-    /// Resizes until the hold is over, then stores the size. Nothing beside the grip's arrows, and while a
-    /// hold runs already. The note may be gone when this returns.
+    /// Resizes until the hold is over, then stores the size. Does nothing beside the grip's arrows, or while
+    /// a hold is already running. The note may be gone when this returns.
     void press(const Press& press);
-    /// A button went up; the one that holds the grip ends the hold.
+    /// A button went up; if it is the one that holds the grip, the hold ends.
     void release(bool rightButton);
-    /// A key in the resize mode. True when it was the mode's.
+    /// A key in the resize mode. True when it was one of the mode's.
     bool key(unsigned key, bool control);
 
     /// Changes the size by `Delta` twips as far as it may go. Nothing is stored.
@@ -66,7 +66,7 @@ public:
 
 private:
     void begin(int cursor);
-    /// Whether the size is another one now.
+    /// Whether the size has changed.
     bool change(Along along, Twips by);
 
     ResizedNote& note_;

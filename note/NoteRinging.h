@@ -25,7 +25,7 @@ public:
     bool removeNote() override;
 
 private:
-    /// Puts the note that rings above what covers it.
+    /// Puts the ringing note above whatever covers it.
     void raise();
 
     fpost& note_;

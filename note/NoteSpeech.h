@@ -1,4 +1,4 @@
-// What a screen reader says of a note when the keyboard comes to it.
+// What a screen reader says about a note that gets the keyboard.
 #pragma once
 
 #include "support/Text.h"
@@ -7,14 +7,14 @@
 struct NoteSpeechInput {
     TextView title;
     bool ringing = false;
-    bool armed = false;  ///< it waits for its alarm
+    bool armed = false;  ///< it is waiting for its alarm
     bool iconized = false;
     bool topmost = false;
     bool resizeMode = false;
 };
 
-/// The title; for a note without one, words that say so: nothing on screen may be without a name.
+/// The title, or words that say that there is none, since nothing on screen may be without a name.
 Text spokenTitle(TextView title);
 
-/// The title, and behind it what is particular about the note at this moment.
+/// The title, followed by whatever is special about the note at this moment.
 Text spokenNote(const NoteSpeechInput& input);

@@ -1,4 +1,4 @@
-// Tooltips of a note's pictures: what a press on them does.
+// Tooltips that say what a press on each of a note's pictures does.
 #pragma once
 
 #include "support/WinText.h"
@@ -7,9 +7,9 @@ struct fpost;
 
 class NoteTips {
 public:
-    /// Makes them when the mouse first comes over a picture: fifty notes at log-on need none.
+    /// Creates them when the mouse first comes over a picture, as fifty notes at log-on need none.
     void want(const fpost& note);
-    /// Answers a notice that asks for a text.
+    /// Answers a notification that asks for a text.
     static void fill(const fpost& note, NMHDR& header);
 
 private:

@@ -1,4 +1,4 @@
-// What a screen reader hears of a note and of its parts, which are drawn by the note itself.
+// What a screen reader learns about a note and its parts, which the note draws itself.
 #pragma once
 
 #include "support/WinText.h"

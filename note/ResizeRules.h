@@ -1,4 +1,4 @@
-// How far a note can be made wider, narrower, taller and lower.
+// How far a note can be made wider, narrower, taller and shorter.
 #pragma once
 
 #include "support/Units.h"
@@ -7,8 +7,8 @@
 struct ResizeAxis {
     Twips start;    ///< its left or top edge
     Twips size;     ///< its width or height
-    Twips workEnd;  ///< right or bottom edge of the work area it lies on
-    Twips least;    ///< the smallest size it may be given
+    Twips workEnd;  ///< right or bottom edge of the work area that it is on
+    Twips least;    ///< the smallest size allowed
 };
 
 /// The size after a change by `delta`. Shrinking below the least size is refused as a whole. Growing stops

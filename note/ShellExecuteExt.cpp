@@ -8,7 +8,7 @@
 
 namespace {
 
-/// COM as long as this lives: much of what the shell opens is opened by its extensions, which are COM's.
+/// Initialises COM as long as this exists, since the shell opens much through extensions, which need COM.
 class Com {
 public:
     Com() : library_(systemLibrary(u"ole32.dll")) {

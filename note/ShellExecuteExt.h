@@ -1,4 +1,4 @@
-// Opening a document, an address of the web or a mail link with the program that the user has for it.
+// Opens a document, a web address or a mail link with the user's program for it.
 #pragma once
 
 #include "support/WinText.h"

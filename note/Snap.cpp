@@ -9,7 +9,7 @@ bool isNear(int edge, int other) {
 }
 
 /// Both in coordinates of the monitor, whose corner is 0, 0. Left and top are compared with the monitor's
-/// edge but land on the work area's; each rule sees the rectangle as the rules before it left it.
+/// edge but go to the work area's; each rule sees the result of the rules before it.
 void snapToScreen(PxRect& r, const PxRect& work) {
     if (r.left < kSnapTolerance) {
         r.right = r.width();

@@ -5,7 +5,7 @@
 
 #include "note/NoteLayout.h"
 
-/// How near in pixels two edges must be to snap together.
+/// How near, in pixels, two edges must be to snap together.
 inline constexpr int kSnapTolerance = 2;
 
 /// The monitor that a dragged note is on.
@@ -19,6 +19,6 @@ struct SnapScreen {
 /// the dragged one) that has a facing edge within the tolerance. All in pixels. True when a note was snapped
 /// to or a screen edge changed the rectangle.
 ///
-/// Notes never change the size. A left or top edge beyond the screen's does where the work area begins
-/// further in: the rectangle comes out smaller, so the caller has to offer the full size each time.
+/// Snapping to notes never changes the size. Snapping to a left or top edge of the screen does if the work
+/// area begins further in: the rectangle becomes smaller, so the caller has to offer the full size each time.
 bool snap(PxRect& moving, const SnapScreen& screen, std::span<const PxRect> notes);

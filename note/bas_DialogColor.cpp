@@ -33,7 +33,7 @@ UINT_PTR CALLBACK nameDialog(HWND dialog, UINT message, WPARAM, LPARAM lp) {
     if (message == WM_INITDIALOG) {
         const auto* request = reinterpret_cast<const CHOOSECOLORA*>(lp);
         SetWindowTextA(dialog, reinterpret_cast<LPCSTR>(request->lCustData));
-        // Its owner keeps it above one note only, and another may be always on top.
+        // Its owner keeps it above that note only, but another one may be always on top.
         SetWindowPos(dialog, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
     return 0;  // the dialog's own handling follows
@@ -56,7 +56,7 @@ std::optional<Rgb> ChooseColorDialog(HWND owner, Rgb color, const char* title) {
     request.Flags = CC_RGBINIT | CC_ENABLEHOOK;
     request.lCustData = reinterpret_cast<LPARAM>(caption);
     request.lpfnHook = nameDialog;
-    // Loaded when it is wanted first: it brings everything about printers with it.
+    // Loaded when it is first needed, because it brings in everything about printers.
     static const auto choose =
         systemFunction<decltype(&ChooseColorA)>(systemLibrary(u"comdlg32.dll"), "ChooseColorA");
     if (choose == nullptr || choose(&request) == FALSE) return std::nullopt;

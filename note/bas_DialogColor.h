@@ -9,10 +9,10 @@
 /// Stands for "no title given": the dialog is then called "Color".
 inline constexpr const char* kNoDialogTitle = "#A#O";
 
-/// Whether a window is a dialog of the system; the choice of a colour is the only one that the program shows.
+/// Whether a window is a dialog of the system; the colour dialog is the only one that the program shows.
 bool isSystemDialog(HWND window);
 
-/// Lets the user choose a colour in a dialog owned by `owner` and above all notes, beginning with `color`.
-/// Colours that the user mixes are offered again until the program ends. Empty when cancelled. The owner may
-/// be gone when it returns.
+/// Lets the user choose a colour, beginning with `color`, in a dialog owned by `owner` and above all notes.
+/// Colours that the user has mixed are offered again until the program ends. Empty when cancelled. The owner
+/// may be gone when this returns.
 std::optional<Rgb> ChooseColorDialog(HWND owner, Rgb color, const char* title = kNoDialogTitle);

@@ -11,7 +11,7 @@ BOOL CALLBACK addMonitor(HMONITOR monitor, HDC, LPRECT, LPARAM param) noexcept {
         const bool primary = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
         monitors.push_back({pxRect(info.rcMonitor), primary ? GetWorkArea() : pxRect(info.rcWork), primary});
     } catch (...) {
-        return FALSE;  // no memory for more: those that are known have to do
+        return FALSE;  // out of memory: those found so far have to do
     }
     return TRUE;
 }

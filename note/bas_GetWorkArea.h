@@ -9,11 +9,11 @@
 /// Work area of the primary monitor, as the system reports it now.
 PxRect GetWorkArea();
 
-/// All monitors as they are now, at least one. Asking takes the system a while: a command that places all
-/// notes asks once.
+/// All current monitors, at least one. Asking the system takes a while, so a command that places all notes
+/// asks once.
 std::vector<Monitor> readMonitors();
 
-/// Work area of the monitor that a rectangle lies on, or of the nearest.
+/// Work area of the monitor that a rectangle is on, or of the nearest.
 PxRect workAreaAt(const PxRect& rect);
 
 inline PxRect pxRect(const RECT& r) {

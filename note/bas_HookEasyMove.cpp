@@ -47,7 +47,7 @@ LRESULT MoveHook::passOn(HWND window, UINT message, WPARAM wp, LPARAM lp) {
     if (hook == nullptr) return DefWindowProcW(window, message, wp, lp);
     const WNDPROC before = hook->before_;
     if (message == WM_DISPLAYCHANGE || message == WM_SETTINGCHANGE) hook->monitors_ = readMonitors();
-    if (message == WM_NCDESTROY) hook->putBack();  // the window goes before the drag has ended
+    if (message == WM_NCDESTROY) hook->putBack();  // the window is destroyed before the drag has ended
     return CallWindowProcW(before, window, message, wp, lp);
 }
 
@@ -74,8 +74,8 @@ SnapScreen MoveHook::screenAt(const RECT& rect) const {
 }
 
 LRESULT MoveHook::onMoving(WPARAM wp, RECT& proposed) const {
-    // Snapping to a work area that does not begin at the screen's corner makes the note smaller. The size of
-    // the drag's beginning is put in each time, so that this never adds up.
+    // Snapping to a work area that does not begin at the screen's corner makes the note smaller. The size
+    // from the beginning of the drag is used each time, so that this never adds up.
     PxRect moving = pxRect(proposed);
     moving.right = moving.left + width_;
     moving.bottom = moving.top + height_;
@@ -83,7 +83,7 @@ LRESULT MoveHook::onMoving(WPARAM wp, RECT& proposed) const {
     try {
         notes = desk_.others();
     } catch (...) {
-        notes.clear();  // no memory for the list: the screen's edges still hold
+        notes.clear();  // out of memory for the list: the screen's edges still snap
     }
     snap(moving, screenAt(proposed), notes);
     moving.right = std::max(moving.right, moving.left + std::min(width_, desk_.leastWidth));

@@ -1,4 +1,4 @@
-// The window procedures that look on while a note is dragged, and snap it.
+// The window procedures that snap a note while it is dragged.
 #pragma once
 
 #include <functional>
@@ -8,13 +8,13 @@
 #include "note/Snap.h"
 #include "support/WinText.h"
 
-/// Replaces a window's procedure for one drag and puts it back at the end of the scope, or when the window
-/// goes during the drag. Lives on the stack around the system's move loop.
+/// Replaces a window's procedure for one drag and restores it at the end of the scope, or when the window is
+/// destroyed during the drag. To be used on the stack around the system's move loop.
 class MoveHook {
 public:
     enum class Kind {
         EasyMove,     ///< snaps
-        AlignedMove,  ///< snaps when `easyAlign` says so; the desk keeps its notes in columns
+        AlignedMove,  ///< snaps if `easyAlign` is set, as the desk keeps its notes in columns
     };
     struct Desk {
         bool easyAlign = false;
@@ -39,13 +39,13 @@ private:
     SnapScreen screenAt(const RECT& rect) const;
     void putBack();
 
-    static inline MoveHook* innermost_ = nullptr;  ///< of the drags that run, one inside the other
+    static inline MoveHook* innermost_ = nullptr;  ///< of the innermost of the running drags
     MoveHook* outer_ = nullptr;
     HWND window_;
     Desk desk_;
     WNDPROC before_ = nullptr;
     PxRect workArea_;  ///< of the primary monitor, as it was when the drag began
-    /// All there are: asking Windows for them at every step would take longer than the whole rest of it.
+    /// All monitors: asking Windows for them at every step would take longer than everything else.
     std::vector<Monitor> monitors_;
     int width_ = 0;  ///< pixels, at the start of the drag
     int height_ = 0;

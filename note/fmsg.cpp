@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What the close box answers: as the second button would; nothing when there is none.
+/// What the close box answers: the same as the second button, or nothing when there is none.
 int closeAnswer(const MsgButtons& buttons) {
     return answerOfSecond(buttons.second);
 }
@@ -76,7 +76,7 @@ EditorResult fmsg::editAlarm(const AlarmRule& rule, HWND note, Now at) {
     face.note = note;
     face.over = note;
     run(face);
-    // The values of one note must not be offered to the next: the editor goes with its answer.
+    // The editor is destroyed with its answer, so that one note's values are never offered to the next.
     if (faces_.empty()) unload();
     const bool noteGone = note != nullptr && IsWindow(note) == FALSE;
     return noteGone ? EditorResult{} : editor.result;
@@ -140,7 +140,7 @@ void fmsg::loop(const Face& face) {
     while (!face.done) {
         const BOOL got = GetMessageW(&message, nullptr, 0, 0);
         if (got <= 0) {
-            // The program ends: every loop of it must see that, this one's callers first.
+            // The program is ending, and every loop must see that, including those of the callers.
             if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
             finishAll();
             return;
@@ -159,11 +159,11 @@ bool fmsg::translate(MSG& message) {
         face->editor->accessKey(static_cast<char16_t>(message.wParam))) {
         return true;
     }
-    // A letter alone is no command: on a bar, "t" would take the alarm away.
+    // A letter without Alt is not a command: on a scroll bar, "t" would remove the alarm.
     const bool letter = message.message == WM_CHAR && message.wParam > VK_SPACE;
     if (letter && ours && face != nullptr && face->editor != nullptr) return false;
     const bool handled = IsDialogMessageW(hwnd, &message) != FALSE;
-    // Wine takes the mark from the default button when Tab comes to a field that is no button.
+    // Wine removes the mark from the default button when Tab reaches a field that is not a button.
     if (handled && message.message == WM_KEYDOWN && message.wParam == VK_TAB) markDefault(defaultId());
     return handled;
 }
@@ -172,7 +172,7 @@ void fmsg::finish(Face& face, int answer) {
     if (face.done) return;
     face.Answer = answer;
     face.done = true;
-    // The answer may have come inside a message sent by another program, on which GetMessage does not return.
+    // The answer may have come in a message sent by another program, after which GetMessage does not return.
     PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
 
@@ -187,7 +187,7 @@ void fmsg::onClose() {
 }
 
 void fmsg::close() {
-    // First, so that the keyboard can go back to a note instead of to another program.
+    // Enabled first, so that the keyboard can go back to a note and not to another program.
     enableNotes();
     const HWND back = std::exchange(before_, nullptr);
     if (hwnd == nullptr || IsWindowVisible(hwnd) == FALSE) return;
@@ -198,7 +198,7 @@ void fmsg::close() {
 void fmsg::disableNotes() {
     if (!noteWindows) return;
     for (const HWND window : noteWindows()) {
-        // One that is disabled waits for another dialog, the choice of its colour, and goes on waiting.
+        // A note that is already disabled is waiting for its colour dialog and goes on waiting.
         if (EnableWindow(window, FALSE) == FALSE) disabled_.push_back(window);
     }
 }
@@ -224,7 +224,7 @@ void fmsg::keepPlace(Face& face) const {
 }
 
 void fmsg::present(Face& face) {
-    // A note whose grip is held has the mouse, and would take the clicks that are meant for the answer.
+    // A note whose grip is held has captured the mouse and would take the clicks meant for the answer.
     ReleaseCapture();
     disableNotes();
     for (const Face* other : faces_) {
@@ -237,7 +237,8 @@ void fmsg::present(Face& face) {
     } else {
         presentMessage(face);
     }
-    // And not ShowWindow: its first call in a program does what the shortcut says, "minimized" for example.
+    // Not ShowWindow, because its first call in a program obeys the shortcut's setting, which may be
+    // "minimized".
     SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
     bringForward();
     RedrawWindow(hwnd, nullptr, nullptr, RDW_ERASE | RDW_INVALIDATE | RDW_ALLCHILDREN);

@@ -1,6 +1,6 @@
-// The program's dialog: one window that serves in turn as message box, About box and alarm editor. A face
-// that is raised while another one shows takes the window over; when it is answered the one below returns as
-// it was.
+// The program's dialog: one window that serves as message box, About box and alarm editor. A face that is
+// called while another one is shown takes the window over; once it is answered, the one below returns as it
+// was.
 #pragma once
 
 #include <functional>
@@ -19,32 +19,33 @@ struct fmsg {
     fmsg(const fmsg&) = delete;
     fmsg& operator=(const fmsg&) = delete;
 
-    std::function<std::vector<HWND>()> noteWindows;  ///< windows to disable while a face is shown; asked anew
+    std::function<std::vector<HWND>()> noteWindows;  ///< to be disabled while a face is shown
     std::function<HWND()> ownerWindow;               ///< the hidden tray window
     std::function<Now()> now;  ///< the clock of the alarm editor; the system's when empty
-    /// Opens a link; the answer says why it could not, or nothing. The system's shell when empty.
+    /// Opens a link and returns why it could not, or nothing. The system's shell when empty.
     std::function<Text(const Text& target)> openTarget;
 
     /// Asks or informs, and returns the answer code once a button was pressed. `Prompt` may hold CR line
-    /// breaks. Shown on the monitor of the window `over`, else where the user works. Runs messages meanwhile:
-    /// the caller must look again at whatever it holds.
+    /// breaks. Shown on the monitor of the window `over`, or where the user is working. It processes messages
+    /// meanwhile, so the caller must check again whatever it holds.
     int MsgBoxExt(const Text& Prompt, long Buttons, const Text& Title = u"Kardel", HWND over = nullptr);
 
-    /// The About box. A box that is open already comes forward instead.
+    /// The About box. One that is already open comes forward instead.
     void about();
 
     /// Lets the user edit the alarm of the note window `note`. Neither AlarmStart nor AlarmStop is set when
-    /// the editor was closed without them, when the note went meanwhile, and when an editor is open already.
+    /// the editor was closed without them, when the note has gone meanwhile, or when an editor is already
+    /// open.
     EditorResult editAlarm(const AlarmRule& rule, HWND note, Now at);
 
-    /// Whether some face is shown, and a loop of its own runs.
+    /// Whether a face is shown, with a loop of its own.
     bool open() const;
-    /// Ends every face as its close box would, and destroys the window. The loops return when the caller
-    /// does.
+    /// Ends every face as its close box would, and destroys the window. The loops return after the caller has
+    /// returned.
     void unload();
     /// Brings the face that is shown to the front.
     void bringForward();
-    /// The countdown of a note, repeated in the editor of its alarm.
+    /// Shows the countdown of a note in its alarm editor, too.
     void showCountdown(HWND note, const Text& text);
 
     LRESULT onMessage(UINT message, WPARAM wp, LPARAM lp);
@@ -53,7 +54,7 @@ struct fmsg {
     HWND hwnd = nullptr;
 
 private:
-    /// One box or editor, from its call to its answer. Lives on the stack of the call.
+    /// One box or editor, from its call to its answer, on the stack of the call.
     struct Face {
         Text Prompt;
         Text Title;
@@ -61,8 +62,8 @@ private:
         int Answer = kAnswerNone;
         bool IsAbout = false;
         AlarmFace* editor = nullptr;  ///< null: a message
-        HWND note = nullptr;          ///< whose alarm is edited
-        HWND over = nullptr;          ///< decides on the monitor
+        HWND note = nullptr;          ///< the note the note whose alarm is edited
+        HWND over = nullptr;          ///< decides which monitor
         HWND focus = nullptr;         ///< where the keyboard was when another face took the window
         POINT place{};                ///< and where the window was
         bool placed = false;
@@ -111,14 +112,14 @@ private:
     HWND item(int id) const { return GetDlgItem(hwnd, id); }
 
     DialogGrid grid_;
-    std::vector<Face*> faces_;    ///< in the order of their calls; the last that is not done is shown
+    std::vector<Face*> faces_;    ///< in the order of their calls; the last one that is not done is shown
     HWND before_ = nullptr;       ///< had the keyboard before the first face
     HWND focus_ = nullptr;        ///< has it while the dialog is active
-    std::vector<HWND> disabled_;  ///< notes that take input again when the last face is gone
+    std::vector<HWND> disabled_;  ///< notes to be enabled again when the last face is gone
     UniqueFont linkFont_;
     HICON icon_ = nullptr;   ///< of mIcon; shared, never destroyed
     int textWidth_ = 0;      ///< pixels at which the lines of lblmsg break
-    int contentHeight_ = 0;  ///< pixels; below it stand the buttons
+    int contentHeight_ = 0;  ///< pixels; the buttons are below it
 };
 
 /// Registers the window classes of the dialog and of its parts.

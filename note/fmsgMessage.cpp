@@ -39,7 +39,7 @@ HICON loadIcon(HINSTANCE module, LPCWSTR resource) {
                                          GetSystemMetrics(SM_CYICON), LR_SHARED));
 }
 
-/// The system's colour for links, or the first of two others that can be read on the system's paper.
+/// The system's colour for links, or the first of two others that is readable on the system's background.
 COLORREF linkColor() {
     constexpr COLORREF kBlue = RGB(0, 102, 204);
     const COLORREF paper = GetSysColor(COLOR_WINDOW);
@@ -58,7 +58,7 @@ UniqueFont underlined(HFONT font) {
 
 }  // namespace
 
-// Their order is the Tab order; the frame comes last, so that it lies below what stands in it.
+// Their order is the Tab order; the frame comes last, so that it is below what it contains.
 void fmsg::createMessageControls() {
     constexpr DWORD kButton = WS_TABSTOP | BS_NOTIFY;
     grid_.add(hwnd, L"STATIC", {}, SS_OWNERDRAW | SS_NOPREFIX, ID_LBLMSG);
@@ -83,7 +83,7 @@ void fmsg::showMessageControls(bool shown) const {
 void fmsg::presentMessage(const Face& face) {
     const MsgButtons& buttons = face.Buttons;
     setWindowText(item(ID_LBLMSG), face.Prompt);
-    // The answer is read from the captions: one of an earlier question must not stay on a hidden button.
+    // The answer is read from the captions, so one from an earlier question must not stay on a hidden button.
     setWindowText(item(ID_BTN1), buttons.first);
     setWindowText(item(ID_BTN2), buttons.second);
     if (buttons.secondIsDefault) {
@@ -115,7 +115,8 @@ void fmsg::presentMessage(const Face& face) {
 }
 
 // Icon and text side by side on the frame, links below the text, buttons right-aligned at the foot. The text
-// wraps at half the work area; what is higher than the work area is cut at a whole line, never the buttons.
+// wraps at half the work area; what is higher than the work area is cut after a whole line, and the buttons
+// always stay.
 void fmsg::layoutMessage(const Face& face) {
     const PxRect work = workArea(face);
     const int marginX = grid_.x(kMargin);
@@ -130,7 +131,7 @@ void fmsg::layoutMessage(const Face& face) {
     PxSize text =
         grid_.textSize(face.Prompt, std::max(work.width() / 2 - textLeft - marginX, grid_.x(kLeastWidth)));
     textWidth_ = text.width;
-    // Some fonts are drawn a little wider than they measure: that must not cut the ends of the lines.
+    // Some fonts are drawn a little wider than they measure, which must not cut the ends of the lines.
     text.width += grid_.x(1) + text.width / kOverhang;
     if (text.height > mostTextHeight) text.height = mostTextHeight - mostTextHeight % grid_.baseY;
 
@@ -145,7 +146,7 @@ void fmsg::layoutMessage(const Face& face) {
     const int column = text.height + linksHeight;
     contentHeight_ = std::max(column, icon.height) + 2 * marginY;
 
-    // A single line stands beside the middle of the icon.
+    // A single line is centred beside the icon.
     const int textTop = marginY + std::max(0, (icon.height - column) / 2);
     placeControl(item(ID_MICON), marginX, marginY, icon.width, icon.height);
     placeControl(item(ID_LBLMSG), textLeft, textTop, width - textLeft - marginX, text.height);
@@ -155,7 +156,7 @@ void fmsg::layoutMessage(const Face& face) {
     resizeTo(face, {width, contentHeight_ + footer});
 }
 
-/// Places the shown links one below the other and answers the height that they take.
+/// Places the shown links one below the other and returns the height that they take.
 int fmsg::placeLinks(int left, int top) const {
     int height = 0;
     for (const int link : kLinks) {
@@ -194,8 +195,8 @@ void fmsg::drawText(const DRAWITEMSTRUCT& drawn) const {
     SetBkMode(drawn.hDC, TRANSPARENT);
     SetTextColor(drawn.hDC, GetSysColor(COLOR_WINDOWTEXT));
     const Text text = windowText(drawn.hwndItem);
-    area.right = textWidth_;  // breaks the lines as they were measured
-    // Clipped by the control alone; a text too high for the screen says with dots that there was more.
+    area.right = textWidth_;  // breaks the lines where they were measured
+    // Clipped only by the control; a text too high for the screen ends in dots.
     const bool cut = grid_.textSize(text, textWidth_).height > area.bottom - area.top;
     DrawTextW(
         drawn.hDC, wideData(text), static_cast<int>(text.size()), &area,

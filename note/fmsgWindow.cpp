@@ -22,7 +22,7 @@ bool isPushButton(HWND control) {
     return (code & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0;
 }
 
-/// A dialog: screen readers then read all of it aloud.
+/// A dialog, so that screen readers read all of it aloud.
 Spoken sayDialog(HWND, int) {
     Spoken said;
     said.role = Role::Dialog;
@@ -31,7 +31,7 @@ Spoken sayDialog(HWND, int) {
 
 constexpr Voice kVoice{0, sayDialog};
 
-/// A dialog is moved and closed, nothing else.
+/// A dialog can be moved and closed, nothing else.
 void trimSystemMenu(HWND window) {
     const HMENU menu = GetSystemMenu(window, FALSE);
     for (const UINT command : {UINT{SC_RESTORE}, UINT{SC_SIZE}, UINT{SC_MINIMIZE}, UINT{SC_MAXIMIZE}}) {
@@ -74,7 +74,7 @@ LRESULT fmsg::onMessage(UINT message, WPARAM wp, LPARAM lp) {
             return 0;
         case DM_GETDEFID:
             return MAKELRESULT(defaultId(), DC_HASDEFID);
-        case WM_NEXTDLGCTL: {  // an arrow key, or a tool that moves the focus
+        case WM_NEXTDLGCTL: {  // an arrow key, or another program that moves the focus
             const bool named = LOWORD(lp) != 0;
             const HWND next = named ? reinterpret_cast<HWND>(wp)
                                     : GetNextDlgTabItem(hwnd, GetFocus(), wp != 0 ? TRUE : FALSE);
@@ -107,7 +107,7 @@ LRESULT fmsg::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_NCDESTROY: {
             const HWND gone = std::exchange(hwnd, nullptr);
             focus_ = nullptr;
-            finishAll();  // nobody could answer any more
+            finishAll();  // nobody can answer any more
             return DefWindowProcW(gone, message, wp, lp);
         }
         default:
@@ -177,7 +177,7 @@ void fmsg::focusFirst(const Face& face) const {
     markDefault(defaultId());
 }
 
-/// Id of the button that Enter presses: the one with the focus, else the face's default.
+/// Id of the button that Enter presses: the one with the focus, otherwise the face's default.
 int fmsg::defaultId() const {
     const HWND focus = GetFocus();
     const int id = GetDlgCtrlID(focus);

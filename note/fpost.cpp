@@ -49,9 +49,9 @@ fpost* fpost::open(NoteHost& host, int number, const NoteRecord& stored) {
     note->number = number;
     note->freed = &freed;
     note->take(stored);
-    // Made where and as it will be seen: fifty notes at log-on are laid out once each, not twice. A tool
-    // window has neither a button in the task bar nor a place in Alt+Tab, and needs no owner for that. With a
-    // common owner a click on one note would bring all of them in front of other programs.
+    // Created at its final place and size, so that fifty notes at log-on are each laid out once and not
+    // twice. A tool window has neither a button in the task bar nor a place in Alt+Tab and needs no owner for
+    // that. With a common owner, a click on one note would bring all of them in front of other programs.
     const PxRect at = note->place.place();
     const HWND window = CreateWindowExW(WS_EX_TOOLWINDOW, wide(kNoteClass), wide(stored.Titolo),
                                         WS_POPUP | WS_CLIPCHILDREN, at.left, at.top, at.width(), at.height(),
@@ -94,7 +94,7 @@ bool fpost::createParts() {
                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program, nullptr);
     };
     const LPCWSTR part = wide(kPartClass);
-    // Made from the top of the z order down: who is made first gets the press where parts overlap.
+    // Created from the top of the z order down: where parts overlap, the one created first gets the press.
     lbl2 = child(part, WS_VISIBLE, ID_LBL2, u"Iconize, close", at.lbl2);
     pic = child(part, WS_VISIBLE, ID_PIC, u"Delete", at.pic);
     pic2 = child(part, WS_VISIBLE, ID_PIC2, u"Resize", at.pic2);
@@ -177,7 +177,7 @@ void fpost::pWidth(int twips) {
 
 void fpost::pHeight(int twips) {
     record.height = twips;
-    // The window of an iconized note is as high as the strip until it is restored.
+    // The window of an iconized note keeps the strip's height until it is restored.
     if (!record.iconized) place.fitWindow(Along::Height);
 }
 
@@ -214,7 +214,7 @@ void fpost::layout() {
 
 void fpost::onSize(WPARAM kind) {
     if (kind == SIZE_MINIMIZED) {
-        // Not from inside the minimising itself: that would run the layout in the middle of it.
+        // Not from inside the minimising itself, in the middle of which it would run the layout.
         PostMessageW(hwnd, posted::kRestore, 0, 0);
         return;
     }
@@ -223,7 +223,8 @@ void fpost::onSize(WPARAM kind) {
     if (client.right == laidWidth && client.bottom == laidHeight) return;
     layout();
     repaint();
-    // A note that is shown smaller where it can be reached is not resized: the others stay where they are.
+    // A note that is shown smaller where it can be reached counts as not resized, so the others stay where
+    // they are.
     if (!record.iconized && visible() && !place.isPlacing()) host->realign();
 }
 
@@ -235,8 +236,8 @@ void fpost::show(bool activate) {
     ShowWindow(hwnd, SW_SHOWNOACTIVATE);
     place.applyTopmost();
     if (!activate || GetForegroundWindow() == hwnd) return;
-    // To the front first, then the keyboard. A note that is raised while it is active, or becomes active by
-    // being raised, is handed to the window manager on a Wine desktop, below the notes that the manager does
+    // First to the front, then the keyboard. On a Wine desktop, a note that is raised while it is active, or
+    // becomes active by being raised, is handed to the window manager, below the notes that the manager does
     // not know.
     SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     SetForegroundWindow(hwnd);

@@ -28,31 +28,31 @@ inline constexpr UINT kAlarmTick = 500;
 struct fpost final {
     /// Creates the window of note `number`, hidden, with the record's contents. Null when Windows refuses.
     [[nodiscard]] static fpost* open(NoteHost& host, int number, const NoteRecord& stored);
-    /// Destroys every note of a desk at once, also those that are on their way out.
+    /// Destroys every note of a desk at once, including those that are already being removed.
     static void destroyAll(const NoteHost& host);
-    /// Destroys the window from a posted message: deletes start inside the note's own handlers.
+    /// Destroys the window from a posted message, because deletes start inside the note's own handlers.
     void unload();
-    /// Goes from the screen, and then altogether: the collection does not hold the note any more.
+    /// Leaves the screen and then ends: the collection no longer holds the note.
     void leave();
 
-    /// Shows the note where it is. Without activation the keyboard stays where it is.
+    /// Shows the note at its place. Without activation the keyboard stays where it is.
     void show(bool activate);
     void hide();
     bool visible() const;
-    /// Undoes a minimising by the system.
+    /// Restores the window if the system has minimised it.
     void restoreIfMinimized();
-    /// Whether the note could not be read; then nothing of it can be changed, and the user is told so.
+    /// Whether the note could not be read. If so, nothing of it can be changed, and the user is told.
     [[nodiscard]] bool refusesChange() const;
 
     // --- Alarm (fpostAlarm.cpp) ---------------------------------------------------------------------------
     bool Alarming() const { return alarm.Alarming; }
-    /// Stops the ringing and arms the next occurrence. True when that deleted the note.
+    /// Stops the ringing and arms the next occurrence. True when this deleted the note.
     bool SoundStop() { return alarm.SoundStop(host->now()); }
     /// Settles the alarm of a note that was just read; starts the countdown.
     void ArmAfterLoad();
     /// Places and fills the time strip, or hides it when there is nothing to count.
     void ShowAlarmStrip();
-    /// A tick of the countdown, which comes every kAlarmTick as long as the alarm wants it.
+    /// A tick of the countdown, every kAlarmTick as long as the alarm wants ticks.
     void tmr_Timer() { alarm.tick(host->now()); }
     /// Lets the user edit the alarm; what is confirmed is stored. The note may be gone when it returns.
     void mnuAlarm();
@@ -60,8 +60,8 @@ struct fpost final {
     // --- Menu and editing ---------------------------------------------------------------------------------
     /// Shows the menu where the mouse is. The note may be gone when it returns.
     void OpenMenu() { commands.OpenMenu(); }
-    /// Opens the editor of the text, or of the title, and gives it the keyboard; any other edit ends. Nothing
-    /// on a note that could not be read, nor for the text of an iconized one.
+    /// Opens the editor of the text or of the title and gives it the keyboard; any other edit ends. Does
+    /// nothing on a note that could not be read, or for the text of an iconized note.
     void EditForm();
     void EditCaption() { editing.open(Edited::Title); }
     /// Ends the edit of the text and stores it, or drops what was typed.
@@ -74,8 +74,8 @@ struct fpost final {
     void CheckTitleWidth() { editing.CheckTitleWidth(); }
 
     // --- Moving and iconizing (fpostMove.cpp) -------------------------------------------------------------
-    /// Lets the mouse move the note until the button is up, then stores its place. A note that rings is
-    /// silenced instead. It may be gone when this returns.
+    /// Lets the mouse move the note until the button is up, then stores its place. A ringing note is silenced
+    /// instead. The note may be gone when this returns.
     void DragWindow();
     /// Applies `Iconized` to the window.
     void IconizeForm();
@@ -90,17 +90,17 @@ struct fpost final {
     void DeleteForm(bool Silent);
 
     // --- Properties ---------------------------------------------------------------------------------------
-    /// The full size in twips, also while the note is iconized: the stored one, or the default.
+    /// The full size in twips, even while the note is iconized: the stored one, or the default.
     int pWidth() const;
     void pWidth(int twips);
     int pHeight() const;
     void pHeight(int twips);
     const Text& Titolo() const { return record.Titolo; }
     void Titolo(const Text& title);
-    /// The note's own colour; it is set by a stored number, which may stand for one of the system's.
+    /// The note's own colour; it is set from a stored number, which may stand for a system colour.
     Rgb Backcol() const;
     void Backcol(std::int32_t color);
-    /// The colour that is shown: another one while the note flashes.
+    /// The colour that is shown, which differs while the note flashes.
     Rgb tBackColor() const { return shownBack; }
     void tBackColor(Rgb color);
     bool Iconized() const { return record.iconized; }
@@ -118,7 +118,7 @@ struct fpost final {
     HWND lbl = nullptr, lbl2 = nullptr, pic = nullptr, nota = nullptr, pic2 = nullptr, pic_time = nullptr;
 
     NoteHost* host = nullptr;
-    int number = 0;     ///< N, 1..50; set by the collection alone, never kept across an event
+    int number = 0;     ///< N, 1..50; only set by the collection, and not to be kept across events
     NoteRecord record;  ///< what is stored; the window only shows it
     StoredNote kept{record, number};
     NoteRinging ringing{*this};
@@ -129,8 +129,8 @@ struct fpost final {
     NoteMouse mouse{*this};
     NoteTips tips;
 
-    bool Help = false;          ///< shows the built-in help instead of a stored note
-    bool beingDeleted = false;  ///< out of the collection; only its window still goes
+    bool Help = false;          ///< shows the built-in help rather than a stored note
+    bool beingDeleted = false;  ///< no longer in the collection; only its window is still there
     int currentCursor = 0;      ///< resource number of the cursor shown, 0 the arrow
 
 private:
@@ -148,10 +148,10 @@ private:
     void paintPart(HWND part);
     void repaint() const;
     void showIconized();
-    /// Takes the note's own border off the window's rectangle.
+    /// Subtracts the note's own border from the window's rectangle.
     void leaveBorder(RECT& window) const;
     HBRUSH editorColours(HDC dc) const;
-    // Messages by subject: an answer, or nothing when Windows' own handling is to follow.
+    // Messages by subject: an answer, or nothing when Windows has to handle the message.
     std::optional<LRESULT> onLife(UINT message, WPARAM wp, LPARAM lp);
     std::optional<LRESULT> onLooks(UINT message, WPARAM wp, LPARAM lp);
     std::optional<LRESULT> onInput(UINT message, WPARAM wp, LPARAM lp);
@@ -160,16 +160,17 @@ private:
     LONG laidHeight = 0;
     Rgb shownBack = kDesignColor;
     bool active = false;    ///< has the keyboard: its lines say so
-    bool* freed = nullptr;  ///< told when the window goes while it is still being created
+    bool* freed = nullptr;  ///< set when the window is destroyed while it is still being created
 };
 
-/// Looks on while a note calls something that may run messages: the note may have gone when that returns.
+/// Watches a note while something that may process messages is called: the note may have gone when that
+/// returns.
 class NoteWatch {
 public:
     explicit NoteWatch(const fpost& note) : note_(&note), window_(note.hwnd) {}
-    /// Its window and object are no more.
+    /// Whether its window and object no longer exist.
     bool destroyed() const { return formOf<fpost>(window_) != note_; }
-    /// Destroyed, or out of the collection and about to be: nothing of it may be changed or stored.
+    /// Whether it is destroyed, or removed and about to be: nothing of it may be changed or stored.
     bool gone() const { return destroyed() || note_->beingDeleted; }
 
 private:

@@ -1,4 +1,4 @@
-// A note's alarm on screen and in the store. When it rings and what it does then is alarm/Ringing's to say.
+// A note's alarm on screen and in the store. alarm/Ringing decides when it rings and what happens then.
 #include "note/fmsg.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
@@ -26,7 +26,7 @@ void fpost::ArmAfterLoad() {
 }
 
 void fpost::ShowAlarmStrip() {
-    // In an edit it would cover the last line; but while it rings there must be something to click.
+    // During an edit it would cover the last line; but while the note rings there must be something to click.
     const bool room = !editing.bodyBeingEdited() || alarm.Alarming;
     const bool shown = alarm.wantsStrip() && !record.iconized && room && !Help;
     if (shown && editing.bodyBeingEdited()) {
@@ -67,8 +67,8 @@ void NoteRinging::showColour(bool white) {
 }
 
 void NoteRinging::raise() {
-    // One that has the keyboard is in front already, and an edit in it goes on undisturbed: on a Wine desktop
-    // a window that is raised while it is active loses the keyboard for a moment.
+    // A note with the keyboard is in front already, and an edit in it must go on undisturbed: on a Wine
+    // desktop a window that is raised while it is active loses the keyboard for a moment.
     if (GetForegroundWindow() != note_.hwnd) note_.place.applyTopmost();
 }
 
@@ -83,10 +83,10 @@ void NoteRinging::appear() {
     } else if (restored || reopened) {
         note_.kept.save({restored ? NoteField::Iconized : NoteField::Closed});
     }
-    // Not through IconizeForm, which would silence the alarm that is just beginning.
+    // Not through IconizeForm, which would silence the alarm that has just begun.
     if (restored) note_.showIconized();
     note_.ShowAlarmStrip();
-    if (!note_.visible()) {  // a note that rings must be there to be silenced
+    if (!note_.visible()) {  // a ringing note must be visible to be silenced
         note_.place.goHome();
         note_.show(false);
     }
@@ -140,7 +140,7 @@ void NoteRinging::store(AlarmFields fields) {
 }
 
 void NoteRinging::takeStoredPattern(AlarmRule& rule) {
-    // What the store has refused stands in memory alone.
+    // What the store has refused is only in memory.
     if (note_.record.readOnly || note_.kept.owes(NoteField::Interval)) return;
     NoteRecord stored = note_.record;
     if (!note_.host->store->refresh(note_.number, stored, kAlarmFields)) return;
@@ -156,7 +156,7 @@ void NoteRinging::takeStoredPattern(AlarmRule& rule) {
 bool NoteRinging::removeNote() {
     if (note_.host->settings->DontDeleteWhenPlay || note_.record.readOnly) return false;
     const NoteWatch watch(note_);
-    // With its alarm as it is: the store holds the note as it was or not at all.
+    // The alarm stays as it is, so that the store either holds the note as it was or not at all.
     note_.DeleteForm(true);
     return watch.gone();
 }

@@ -1,4 +1,4 @@
-// The messages of a note and of its parts: each is handed to whoever answers it.
+// The messages of a note and its parts, each passed to the member that answers it.
 #include <windowsx.h>
 
 #include "note/NoteVoice.h"
@@ -47,7 +47,7 @@ std::optional<LRESULT> fpost::onLife(UINT message, WPARAM wp, LPARAM lp) {
             alarm.stopCountdown();
             alarm.silence();
             return 0;
-        case WM_CLOSE:  // a polite kill or Alt+F4 must neither lose a note nor mark it closed
+        case WM_CLOSE:  // a close message or Alt+F4 must neither lose a note nor mark it closed
             return 0;
         case posted::kUnload:
             if (beingDeleted || Help) DestroyWindow(hwnd);  // another program may have sent it
@@ -73,7 +73,7 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
         case WM_NCPAINT:
             paintFrame();
             return 0;
-        case WM_NCACTIVATE:  // no caption whose colour would change, but a frame
+        case WM_NCACTIVATE:  // there is there is no caption whose colour would change, but a frame
             showActive(wp != FALSE);
             return TRUE;
         case WM_ERASEBKGND:
@@ -89,8 +89,8 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
             return {};
         case WM_DISPLAYCHANGE:
         case WM_SETTINGCHANGE:
-            // A note whose monitor went is shown where it can be reached; its stored place waits for the
-            // monitor to come back.
+            // A note whose monitor is gone is shown where it can be reached; its stored place is kept until
+            // the monitor is back.
             place.mover.onDeskChanged(hwnd, GetTickCount64());
             return {};
         case WM_ENTERSIZEMOVE:
@@ -110,7 +110,7 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
 }
 
 std::optional<LRESULT> fpost::onInput(UINT message, WPARAM wp, LPARAM lp) {
-    constexpr WPARAM kCommandBits = 0xFFF0;  // Windows keeps the lowest four for itself
+    constexpr WPARAM kCommandBits = 0xFFF0;  // Windows uses the lowest four itself
     switch (message) {
         case WM_SYSCOMMAND:
             if ((wp & kCommandBits) == SC_MINIMIZE || (wp & kCommandBits) == SC_MAXIMIZE) return 0;
@@ -178,7 +178,7 @@ LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
         case WM_CONTEXTMENU:
             return 0;
         case kQueryTabletGestures:
-            // A finger or pen that rests on an arrow resizes; it must not wait to become a right click.
+            // A finger or pen held on an arrow resizes at once instead of waiting to become a right click.
             if (part == pic2) return kNoPressAndHold;
             return DefWindowProcW(part, message, wp, lp);
         default:

@@ -13,8 +13,8 @@ void fpost::DragWindow() {
     CommitEdits();
     if (watch.gone() || record.readOnly) return;
     place.resizer.setMode(false);
-    // A message about an edit that could not be stored may have outlasted the press: the system's move loop
-    // would then hold the note until the next click.
+    // The button may have been released while a message about a failed save was open: then the system's move
+    // loop would hold the note until the next click.
     if (GetKeyState(VK_LBUTTON) >= 0) return;
 
     place.drag();
@@ -28,7 +28,7 @@ void fpost::toggleIconized() {
     if (watch.gone() || refusesChange()) return;
     record.iconized = !record.iconized;
     IconizeForm();
-    if (beingDeleted) return;  // it rang, and its time being over took it away
+    if (beingDeleted) return;  // it rang, and stopping the alarm has deleted it
     kept.save({NoteField::Iconized});
     host->notesChanged();
     host->realign();
@@ -40,7 +40,7 @@ void fpost::IconizeForm() {
 }
 
 void fpost::showIconized() {
-    // What the store holds now counts, also when another program put it there; without a usable figure the
+    // What the store holds now counts, even if another program has changed it; without a usable value the
     // note keeps the height that it remembers.
     const std::int32_t height = record.height;
     if (!record.iconized && (!kept.refreshed({NoteField::Height}) || record.height <= 0))

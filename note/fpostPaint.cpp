@@ -1,5 +1,5 @@
-// What a note shows: each part is drawn off screen and copied at once, or in a single call, so nothing
-// flickers.
+// What a note shows. Each part is drawn off screen and copied at once, or drawn in a single call, so that
+// nothing flickers.
 #include "note/NotePainter.h"
 #include "note/fpost.h"
 #include "support/BufferedPaint.h"

@@ -10,13 +10,13 @@ constexpr long kDeleteQuestion = MB_YESNO | MB_ICONQUESTION;
 
 void fpost::mnuColor() {
     const NoteWatch watch(*this);
-    if (IsWindowEnabled(hwnd) == FALSE) return;  // its own colour dialog or another box is open already
+    if (IsWindowEnabled(hwnd) == FALSE) return;  // its colour dialog or another box is already open
     CommitEdits();
     if (watch.gone() || refusesChange()) return;
     const std::optional<Rgb> chosen = ChooseColorDialog(hwnd, Backcol());
-    // An alarm or Exit may have taken the note while the dialog was open.
+    // An alarm or Exit may have removed the note while the dialog was open.
     if (watch.gone()) return;
-    // Black is no colour to be stored: 0 stands for a damaged record.
+    // Black cannot be stored, because 0 means a damaged record.
     if (!chosen || *chosen == kBlack) return;
     Backcol(static_cast<std::int32_t>(*chosen));
     ShowAlarmStrip();
@@ -38,7 +38,7 @@ void fpost::CloseForm() {
 
 void fpost::DeleteForm(bool Silent) {
     const NoteWatch watch(*this);
-    // A note that could not be read is not what stands in the store: it is neither written nor deleted.
+    // A note that could not be read differs from what is in the store: it is neither written nor deleted.
     if (beingDeleted || record.readOnly) return;
     CommitEdits();
     if (watch.gone()) return;
@@ -47,7 +47,8 @@ void fpost::DeleteForm(bool Silent) {
         const int answer = host->ask(prompt, kDeleteQuestion, u"Delete");
         if (watch.gone() || answer != IDYES) return;
     }
-    // Only the noise ends: arming the next occurrence of a note that goes would delete it a second time.
+    // Only the noise is stopped: arming the next occurrence of a note that is being deleted would delete it
+    // again.
     beingDeleted = true;
     alarm.silence();
     alarm.stopCountdown();

@@ -19,7 +19,7 @@ UniqueMenu filled(const Menu& rows) {
         UniqueMenu list = filled(row.items);
         const auto handle = reinterpret_cast<UINT_PTR>(list.get());
         const bool taken = AppendMenuW(menu.get(), flags | MF_POPUP, handle, wide(row.caption)) != FALSE;
-        if (taken) static_cast<void>(list.release());  // it goes with the menu from here on
+        if (taken) static_cast<void>(list.release());  // from here on the menu owns it
     }
     return menu;
 }

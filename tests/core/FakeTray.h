@@ -1,4 +1,4 @@
-// The commands of the tray's menu, noted and not carried out.
+// Records the commands of the tray's menu instead of carrying them out.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// The commands of a note's menu, noted and not carried out.
+// Records the commands of a note's menu instead of carrying them out.
 #pragma once
 
 #include <string>

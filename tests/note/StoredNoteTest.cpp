@@ -1,4 +1,4 @@
-// What a note saves, owes and takes back, over a store in memory.
+// What a note saves, still has to save, and reads again, with a store in memory.
 #include "note/StoredNote.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ protected:
     StoredNote kept{record, number};
 };
 
-TEST_F(NoteInStore, SavesTheFieldsThatItIsToldAndNoOthers) {
+TEST_F(NoteInStore, SavesTheGivenFieldsAndNoOthers) {
     record.Titolo = u"Tea";
     record.x = 3000;
     EXPECT_TRUE(kept.saved({NoteField::Titolo}));
@@ -50,7 +50,7 @@ TEST_F(NoteInStore, WhatWasRefusedIsSavedWithTheNext) {
     EXPECT_FALSE(kept.owes(NoteField::Titolo));
 }
 
-TEST_F(NoteInStore, SavingAgainTriesOnlyWhatIsOwed) {
+TEST_F(NoteInStore, SavingAgainTriesOnlyWhatWasRefused) {
     record.Titolo = u"Tea";
     kept.saveAgain();
     EXPECT_EQ(stored(u"Titolo"), u"Milk") << "nothing was refused";
@@ -78,11 +78,11 @@ TEST_F(NoteInStore, TakesBackWhatIsStoredExceptWhatItStillOwes) {
     refuse(false);
     registry.put(u"kardel-1", u"x", u"4500");
     EXPECT_TRUE(kept.refreshed({NoteField::Titolo, NoteField::X}));
-    EXPECT_EQ(record.Titolo, u"Tea") << "in memory alone";
+    EXPECT_EQ(record.Titolo, u"Tea") << "only in memory";
     EXPECT_EQ(record.x, 4500);
 }
 
-TEST_F(NoteInStore, WhatCannotBeReadStaysAsItIsKnown) {
+TEST_F(NoteInStore, WhatCannotBeReadStaysAsItWas) {
     registry.put(u"kardel-1", u"x", u"4500");
     registry.locked.insert(u"kardel-1");
     EXPECT_FALSE(kept.refreshed({NoteField::X}));

@@ -1,4 +1,4 @@
-// Rows of a menu: what is seen, what can be chosen, and what is done then.
+// The rows of a menu: what is shown, what can be chosen, and what happens then.
 #include "support/Menu.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ MenuRow entry(unsigned id, bool shown = true, bool enabled = true) {
     return {.id = id, .caption = u"x", .shown = shown, .enabled = enabled};
 }
 
-/// The ids in their order, 0 for separators.
+/// The ids in order, 0 for separators.
 std::vector<unsigned> seen(const Menu& menu) {
     std::vector<unsigned> ids;
     for (const MenuRow& row : shownRows(menu))
@@ -26,7 +26,7 @@ TEST(ShownRows, LeaveOutHiddenOnesAndWhatSeparatesNothing) {
     EXPECT_EQ(seen({entry(1), line, entry(2, false), line, entry(3)}), (Ids{1, 0, 3}));
     EXPECT_EQ(seen({entry(1, false), line, entry(2)}), (Ids{2}));
     EXPECT_EQ(seen({line, entry(1, false), line}), Ids{});
-    EXPECT_EQ(seen({entry(1, true, false)}), Ids{1}) << "a greyed one is seen";
+    EXPECT_EQ(seen({entry(1, true, false)}), Ids{1}) << "a greyed one is shown";
     EXPECT_EQ(seen({}), Ids{});
 }
 
@@ -57,7 +57,7 @@ TEST(Answer, DoesWhatTheEntrySaidIfItMayBeChosenNow) {
     answer(row("now ", true), row("read ", true), 1);
     EXPECT_EQ(done, "read ");
     answer(row("now ", true), row("greyed when it was read ", false), 1);
-    EXPECT_EQ(done, "read greyed when it was read ") << "what counts is the state now";
+    EXPECT_EQ(done, "read greyed when it was read ") << "the present state counts";
     done.clear();
     answer(row("now ", false), row("read ", true), 1);
     answer(row("now ", true), {}, 1);
@@ -66,7 +66,7 @@ TEST(Answer, DoesWhatTheEntrySaidIfItMayBeChosenNow) {
     EXPECT_EQ(done, "");
 }
 
-TEST(Answer, AnActionMayTakeTheMenuAway) {
+TEST(Answer, LetsAnActionDestroyTheMenu) {
     auto menu = std::make_unique<Menu>(Menu{entry(1)});
     int kept = 0;
     (*menu)[0].action = [&menu, &kept, held = std::make_unique<int>(7).release()] {

@@ -14,7 +14,7 @@ inline constexpr int kAlignAll = 5;
 inline constexpr int kEasyAlign = 6;
 }  // namespace tray
 
-/// The tray's menu for looks: what its entries would do is of no interest.
+/// The tray's menu, only to be looked at.
 inline Menu shownTray(const TestNotes& desk) {
     static FakeTray nobody;
     return trayMenu(desk.desk->trayState(), nobody);
