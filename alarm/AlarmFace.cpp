@@ -174,12 +174,12 @@ PxSize AlarmFace::layout(const DialogGrid& grid) {
 
     const int labelWidth = grid.textSize(u"Repeat every:").width;
     const int fieldLeft = marginX + labelWidth + 2 * gapX;
-    const int dataWidth = DateLabel::widthOf(grid.font.get());
+    const int dataWidth = data.width(grid.font.get());
     const int markWidth = grid.x(kMargin);
     const int barLeft = fieldLeft + dataWidth + markWidth;
     const int barWidth = grid.x(kBarWidth);
     const int right = barLeft + 3 * barWidth + 4 * gapX;
-    const int digits = toPx(kDatePartAreas.front().left, screenDpi()).n;
+    const int digits = data.digitsLeft();
 
     int top = grid.y(kMargin);
     placeControl(item(ID_LBLDATE), marginX, top, labelWidth, row);

@@ -13,19 +13,6 @@ constexpr Twips kTimeGap{90};  // between the year's place and the time
 
 constexpr int kParts = static_cast<int>(kDatePartAreas.size());
 
-int px(Twips twips) {
-    return toPx(twips, screenDpi()).n;
-}
-
-RECT areaOf(int index, int height) {
-    const DatePartArea& area = kDatePartAreas[static_cast<std::size_t>(index)];
-    return {px(area.left), 0, px(area.right), height};
-}
-
-int timeLeft() {
-    return px(kDatePartAreas.back().right + kTimeGap);
-}
-
 /// The width in pixels of a text in the font of a device context.
 int extentOf(HDC dc, TextView text) {
     SIZE extent{};
@@ -37,13 +24,6 @@ int widthIn(HFONT font, TextView text) {
     const WindowDc screen(nullptr);
     const Selected selected(screen, font);
     return extentOf(screen, text);
-}
-
-/// Whether the digits of a font fit their places.
-bool fits(HFONT font) {
-    const RECT day = areaOf(0, 0);
-    const RECT year = areaOf(2, 0);
-    return widthIn(font, u"00") <= day.right - day.left && widthIn(font, u"0000") <= year.right - year.left;
 }
 
 /// The current date, and which part of it the keyboard is on.
@@ -70,6 +50,7 @@ void registerDateLabel() {
 }
 
 HWND createDateLabel(DateLabel& label, HWND form, int id, HFONT font) {
+    label.dpi = screenDpi();
     const auto menu = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
     const HWND window =
         CreateWindowExW(0, wide(kClass), L"", WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP | WS_BORDER, 0, 0, 0, 0,
@@ -78,8 +59,27 @@ HWND createDateLabel(DateLabel& label, HWND form, int id, HFONT font) {
     return window;
 }
 
-int DateLabel::widthOf(HFONT font) {
+int DateLabel::width(HFONT font) const {
     return timeLeft() + widthIn(font, u"00:00:00") + px(kTimeGap);
+}
+
+int DateLabel::px(Twips twips) const {
+    return toPx(twips, dpi).n;
+}
+
+RECT DateLabel::areaOf(int index, int height) const {
+    const DatePartArea& area = kDatePartAreas[static_cast<std::size_t>(index)];
+    return {px(area.left), 0, px(area.right), height};
+}
+
+int DateLabel::timeLeft() const {
+    return px(kDatePartAreas.back().right + kTimeGap);
+}
+
+bool DateLabel::fits(HFONT font) const {
+    const RECT day = areaOf(0, 0);
+    const RECT year = areaOf(2, 0);
+    return widthIn(font, u"00") <= day.right - day.left && widthIn(font, u"0000") <= year.right - year.left;
 }
 
 LRESULT DateLabel::onMessage(UINT message, WPARAM wp, LPARAM lp) {
@@ -116,7 +116,7 @@ LRESULT DateLabel::onMessage(UINT message, WPARAM wp, LPARAM lp) {
             SetFocus(hwnd);
             if ((wp & (MK_SHIFT | MK_CONTROL)) != 0 || GetKeyState(VK_MENU) < 0) return 0;
             const int x = GET_X_LPARAM(lp);
-            if (const auto part = datePartAt(toTwips(Px{x}, screenDpi()))) {
+            if (const auto part = datePartAt(toTwips(Px{x}, dpi))) {
                 chosen_ = static_cast<int>(*part);
                 clicked(*part);
             }

@@ -14,7 +14,9 @@ struct DateLabel {
     std::function<void(bool)> hovered;  ///< the mouse came or went
 
     /// The room in pixels for the date alone, and for a time after it in `font`.
-    static int widthOf(HFONT font);
+    int width(HFONT font) const;
+    /// The left edge of the digits, in pixels.
+    int digitsLeft() const { return px(kDatePartAreas.front().left); }
 
     /// The name of the part that the keyboard is on.
     TextView chosenPart() const;
@@ -23,8 +25,15 @@ struct DateLabel {
     static void onEscaped(UINT message) noexcept;
 
     HWND hwnd = nullptr;
+    int dpi = 96;  ///< of the screen, asked for once
 
 private:
+    int px(Twips twips) const;
+    /// The place of a part of the date, down to `height`.
+    RECT areaOf(int index, int height) const;
+    int timeLeft() const;
+    /// Whether the digits of a font fit their places.
+    bool fits(HFONT font) const;
     void paint();
     bool onKey(WPARAM key);
     void onMouseMove();

@@ -16,7 +16,7 @@ public:
     /// Whether the store can hold this whole text.
     virtual bool fits(Edited what, const Text& text) const = 0;
     /// Stores and shows the text of a finished edit. False when the store refused it.
-    virtual bool keepEdit(Edited what, const Text& text) = 0;
+    [[nodiscard]] virtual bool keepEdit(Edited what, const Text& text) = 0;
     /// The editor is gone, whether its text was kept or not.
     virtual void editClosed(Edited what) = 0;
     /// A key that goes down in the editor is offered to the note first; true when the note has handled it.
