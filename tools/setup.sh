@@ -10,7 +10,7 @@ PACKAGES=(
     ca-certificates git procps cmake ninja-build g++ clang libclang-rt-dev clang-format clang-tidy googletest
     g++-mingw-w64-x86-64-win32 g++-mingw-w64-i686-win32
     wine64 xvfb openbox trayer xdotool x11-utils x11-xserver-utils imagemagick
-    fonts-dejavu-core fonts-liberation locales faketime pulseaudio pulseaudio-utils
+    fonts-dejavu-core fonts-liberation fonts-wqy-microhei locales faketime pulseaudio pulseaudio-utils
     python3 python3-pytest python3-pil python3-xlib
     nsis zip openssl osslsigncode debootstrap
 )

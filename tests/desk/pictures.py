@@ -29,6 +29,7 @@ class Pictures:
         self.folder, self.dpi = folder, dpi
         scale = dpi / 96
         self.desk = Desk("win64", size=(int(1280 * scale), int(1024 * scale)), dpi=dpi)
+        self.desk.wine.link_font("Liberation Sans", "wqy-microhei.ttc", "WenQuanYi Micro Hei")
         folder.mkdir(parents=True, exist_ok=True)
 
     def take(self, name: str, *rects: Rect) -> None:
@@ -92,6 +93,23 @@ class Pictures:
         self.menu_of("menu-note", self.desk.menu)
         self.menu_of("menu-tray", kardel.tray.menu)
 
+    def languages(self) -> None:
+        """Letters of many scripts side by side, on notes that overlap: each must look as if it were alone."""
+        kardel = self.start(
+            note("Receipt – “Café”", 40, 40, 200, 120, YELLOW, "3 × 12,50 € = 37,50 €\r\n“Keep it” … she said – twice"),
+            note("Ψώνια", 200, 120, 200, 120, GREEN, "γάλα, ψωμί, ελιές\r\nστις 7 μ.μ.; ναι!"),
+            note("買い物", 40, 220, 200, 120, BLUE, "牛乳とパン\r\n三時に駅で会う、雨なら喫茶店"),
+            note("Список дел", 260, 260, 200, 120, ORANGE, "Хлеб и молоко — «свежие»\r\nпозвонить маме"),
+            note("购物清单", 420, 60, 200, 140, sample_desk.PINK, "牛奶、面包、鸡蛋\r\nабвг αβγδ abcd 你好"),
+            note("Shopping", 440, 180, 190, 120, sample_desk.VIOLET, "Milk, butter\r\nBread (the dark one)"))
+        notes = kardel.notes()
+        self.desk.hands.click(*notes[-1].part("lbl").rect.centre)
+        self.settled(notes[-1])
+        self.take("languages", *(one.rect for one in notes))
+        kardel.note("Список дел").edit()
+        self.take("languages-edited", *(one.rect for one in notes))
+        self.desk.key("Escape")
+
     def ringing(self) -> None:
         kardel = self.start(note("Tea", 40, 40, 190, 142, BLUE, "Four minutes are over.", alarmdate="01/01/2020",
                                  alarmtime="08:00:00"), Mute="True", DontDeleteWhenPlay="True")
@@ -149,6 +167,7 @@ class Pictures:
 
     def all(self) -> None:
         self.notes()
+        self.languages()
         self.ringing()
         self.boxes()
         self.editor()

@@ -258,9 +258,16 @@ class Note(Window):
 
     def awake(self) -> None:
         """Brings the note to the front with the keyboard. Wine gives a note a window of another kind at the first
-        change while it is active; this provokes the change and waits until it is over."""
-        self.desk.probe.ask("forward", self.hwnd)
-        wait(lambda: self.active, 10, f"{self!r} to become active")
+        change while it is active; this provokes the change and waits until it is over. The change itself may give the
+        keyboard to the desktop: then the note is brought to the front once more."""
+        for tries in range(3, 0, -1):
+            self.desk.probe.ask("forward", self.hwnd)
+            try:
+                wait(lambda: self.active, 3, f"{self!r} to become active")
+                break
+            except AssertionError:
+                if tries == 1:
+                    raise
         self.settle()
 
     def activate(self) -> None:

@@ -447,6 +447,8 @@ class RandomUser(NoteActions, EditActions):
         self.kardel.wait_ready(notes=len(self.model.notes))
         self.mark = self.store.kind == "files"
         self.model.restart()
+        if self.model.lost_places:
+            self._read_places()
         self.desk.wait(self._recognised, 10, "the notes to be there again as they were")
         for note in [note for note in self.model.notes if note.ringing]:
             self._rung(note)
