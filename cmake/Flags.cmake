@@ -6,6 +6,8 @@ target_compile_definitions(kardel_flags INTERFACE
   $<$<PLATFORM_ID:Windows>:UNICODE;_UNICODE;STRICT;NOMINMAX;WIN32_LEAN_AND_MEAN>
   $<$<PLATFORM_ID:Windows>:_WIN32_WINNT=0x0601;WINVER=0x0601;NTDDI_VERSION=0x06010000>)
 
+# On Linux the tests themselves are compiled plainly, in half the time; what they test is optimised.
+set(KARDEL_OPTIMISED $<IF:$<BOOL:$<TARGET_PROPERTY:KARDEL_PLAIN>>,-O0,-O1>)
 if(MSVC)
   target_compile_options(kardel_flags INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
 else()
@@ -59,10 +61,10 @@ elseif(KARDEL_COVERAGE)
   target_compile_options(kardel_flags INTERFACE -O0 -g --coverage)
   target_link_options(kardel_flags INTERFACE --coverage)
 elseif(NOT KARDEL_SANITIZE)
-  target_compile_options(kardel_flags INTERFACE -O1)
+  target_compile_options(kardel_flags INTERFACE ${KARDEL_OPTIMISED})
 else()
   # Linux builds only the logic, for its tests, which always run under the sanitizers.
-  target_compile_options(kardel_flags INTERFACE -O1 -g1 -fsanitize=address,undefined
+  target_compile_options(kardel_flags INTERFACE ${KARDEL_OPTIMISED} -g1 -fsanitize=address,undefined
     -fno-sanitize-recover=all)
   target_link_options(kardel_flags INTERFACE -fsanitize=address,undefined)
   if(KARDEL_FUZZ)
