@@ -246,6 +246,19 @@ TEST_F(RegistryStoreTest, WeekdaysOfAnyScriptAreFoundWithoutCase) {
     EXPECT_EQ(memory.find(u"kardel-1")->values.size(), values) << "no day twice";
 }
 
+TEST_F(RegistryStoreTest, ANoteThatReplacesAnotherKeepsItsDaysUnderNamesOfAnotherCase) {
+    RegistryNotes russian = store;
+    russian.weekdayKeys[0] = u"w.\u041F\u043D";
+    ASSERT_TRUE(russian.SaveNoteToRegistry(1, NoteRecord{}));
+    russian.weekdayKeys[0] = u"w.\u043F\u043D";
+    NoteRecord note;
+    note.weekdays[0] = true;
+    ASSERT_TRUE(russian.replaceNote(1, note));
+    NoteRecord read;
+    EXPECT_EQ(russian.LoadNoteFromRegistry(0, read, 1, 1), IoStatus::Done);
+    EXPECT_TRUE(read.weekdays[0]);
+}
+
 TEST_F(RegistryStoreTest, SectionsThatCouldNotAllBeListedAreLeftToTheNextTime) {
     for (const TextView section : {u"kardel-1", u"kardel-2"})
         memory.put(section, u"a", u"b");
