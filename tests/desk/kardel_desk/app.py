@@ -145,15 +145,23 @@ class Window:
             raise LookupError(f"{self!r} is at {place} for the window manager")
         return Rect(*info["rect"])
 
+    def reach(self, dx: int | None = None, dy: int | None = None) -> tuple[int, int]:
+        """Moves the mouse to a place of the window and returns the place, once the window is really there. It is
+        looked up anew: a window that the window manager is just taking over is elsewhere the next moment."""
+        def reached():
+            at = self.point(dx, dy)
+            self.desk.hands.move(*at)
+            if self.under_pointer():
+                return at
+            Window(self.desk, self.info["root"]).placed()
+            return None
+        return wait(reached, 10, f"the pointer to reach {self!r}")
+
     def click_at(self, dx: int | None = None, dy: int | None = None, button: int = 1, double: bool = False) -> None:
-        def reached():  # looked up anew: a window that is just being taken over is elsewhere the next moment
-            self.desk.hands.move(*self.point(dx, dy))
-            return self.under_pointer()
-        wait(reached, 10, f"the pointer to reach {self!r}")
-        self.desk.hands.click(*self.point(dx, dy), button=button, double=double, ready=self.under_pointer)
+        self.desk.hands.click(*self.reach(dx, dy), button=button, double=double, ready=self.under_pointer)
 
     def drag_at(self, by: tuple[int, int], dx: int | None = None, dy: int | None = None, **more) -> None:
-        self.desk.hands.drag(*self.point(dx, dy), by=by, ready=self.under_pointer, **more)
+        self.desk.hands.drag(*self.reach(dx, dy), by=by, ready=self.under_pointer, **more)
 
     def under_pointer(self) -> bool:
         """Whether the pointer is on the window as the X server shows it, a little later than Windows."""

@@ -239,10 +239,11 @@ class Display:
             raise LookupError(f"the window {window:#x} went") from error
         return [place.x, place.y]
 
-    def tell_place(self, window: int) -> None:
-        """Tells a program where its window is, as a window manager should after taking the window over."""
+    def tell_place(self, window: int, place: tuple[int, int] | None = None) -> None:
+        """Tells a program where its window is, as a window manager should after taking the window over; or that it is
+        at another `place`, as one does in the midst of that."""
         known = self._known(window)
-        left, top = self.place(window)
+        left, top = place or self.place(window)
         size = known.get_geometry()
         known.send_event(event.ConfigureNotify(window=known, event=known, x=left, y=top, width=size.width,
                                                height=size.height, border_width=0, above_sibling=X.NONE, override=0),

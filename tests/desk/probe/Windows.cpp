@@ -67,6 +67,7 @@ void add(Json& out, HWND hwnd) {
         .field("id", GetDlgCtrlID(hwnd))
         .field("owner", id(GetWindow(hwnd, GW_OWNER)))
         .field("parent", id(GetAncestor(hwnd, GA_PARENT)))
+        .field("root", id(GetAncestor(hwnd, GA_ROOT)))
         .field("process", process)
         .field("thread", thread)
         // Wine records at every top-level window which window of the X server shows it.

@@ -59,6 +59,17 @@ def test_menus_are_read_and_chosen_from(desk):
     desk.wait_equal(lambda: kardel.tray.icons, 0)
 
 
+def test_a_click_reaches_a_note_that_wine_believes_in_the_corner(desk):
+    desk.seed_registry(notes=[NOTE])
+    note = desk.run().note()
+    note.awake()
+    desk.display.tell_place(note.info["x11"], (0, 0))
+    desk.wait_equal(lambda: note.rect[:2], (0, 0), 5, "Wine to believe so")
+    note.click("lbl2", 15, 9, button=3)
+    desk.wait(desk.menu, 5, "the note's menu")
+    assert note.rect[:2] == (200, 100)
+
+
 def test_killed_program_leaves_a_desk_that_the_next_one_can_use(desk):
     desk.seed_registry(notes=[NOTE])
     desk.run().kill()
