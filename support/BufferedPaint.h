@@ -16,21 +16,22 @@ public:
     HDC begin(HDC like, LONG width, LONG height) {
         done();
         if (!dc_) dc_.reset(CreateCompatibleDC(like));
+        if (width > width_ || height > height_) grow(like, width, height);
         fresh_ = SaveDC(dc_.get());
-        HGDIOBJ picture = bitmap_.get();
-        if (width > width_ || height > height_) picture = grow(like, width, height);
-        if (picture != nullptr) SelectObject(dc_.get(), picture);
         return dc_.get();
     }
     void done() {
-        // A clip region, font or mode left behind would cut or change what every other window draws.
+        // A clip region, font or mode left behind would cut or change what every other window draws. The
+        // picture stays: to select it anew for every part of every note takes a third of Show All.
         if (fresh_ != 0) RestoreDC(dc_.get(), std::exchange(fresh_, 0));
+        if (!large_) return;
+        SelectObject(dc_.get(), bitmap_ ? bitmap_.get() : empty_);
         large_.reset();
     }
 
 private:
-    /// Returns the picture there already is when Windows refuses a larger one.
-    HGDIOBJ grow(HDC like, LONG width, LONG height) {
+    /// Leaves the picture there already is when Windows refuses a larger one.
+    void grow(HDC like, LONG width, LONG height) {
         const LONG both = std::max(width, width_) * std::max(height, height_);
         const bool kept = both <= kMostKept;
         if (kept) {
@@ -38,14 +39,15 @@ private:
             height = std::max(height, height_);
         }
         UniqueBitmap made(CreateCompatibleBitmap(like, width, height));
-        if (!made) return bitmap_.get();
+        if (!made) return;
+        const HGDIOBJ before = SelectObject(dc_.get(), made.get());
+        if (empty_ == nullptr) empty_ = before;
         if (kept) {
             width_ = width;
             height_ = height;
         }
         UniqueBitmap& place = kept ? bitmap_ : large_;
         place = std::move(made);
-        return place.get();
     }
 
     static constexpr LONG kMostKept = 256 * 1024;  // pixels, of four bytes each
@@ -53,8 +55,9 @@ private:
     UniqueBitmap large_;
     LONG width_ = 0;
     LONG height_ = 0;
-    UniqueDc dc_;    ///< declared last, so that it goes before the pictures that it may hold
-    int fresh_ = 0;  ///< what SaveDC returned for the untouched state; 0: nothing is being drawn
+    HGDIOBJ empty_ = nullptr;  ///< what stood in the device context at first
+    UniqueDc dc_;              ///< declared last, so that it goes before the pictures that it may hold
+    int fresh_ = 0;            ///< what SaveDC returned for the untouched state; 0: nothing is being drawn
 };
 
 /// BeginPaint .. EndPaint through an off-screen picture, so that everything drawn appears at once.
