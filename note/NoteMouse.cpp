@@ -23,10 +23,16 @@ void NoteMouse::onButton(HWND part, UINT message, int xPx, int yPx) {
         swallowDoubleClick_ = false;
         return;
     }
-    if (part == note_.lbl || part == note_.nota) pressSheet(part, press);
-    if (part == note_.lbl2 || part == note_.pic) pressButtons(part, press);
-    if (part == note_.pic2) pressGrip(press);
-    if (part == note_.pic_time) pressStrip(press);
+    // Each may destroy the note.
+    if (part == note_.lbl || part == note_.nota) {
+        pressSheet(part, press);
+    } else if (part == note_.lbl2 || part == note_.pic) {
+        pressButtons(part, press);
+    } else if (part == note_.pic2) {
+        pressGrip(press);
+    } else if (part == note_.pic_time) {
+        pressStrip(press);
+    }
 }
 
 void NoteMouse::pressSheet(HWND part, const Press& press) {
