@@ -109,7 +109,11 @@ int NoteMouse::cursorOver(HWND part) const {
     return note_.place.resizer.cursor();
 }
 
-void NoteMouse::setPartCursor(HWND part) const {
-    note_.currentCursor = cursorOver(part);
-    SetCursor(note_.host->look->cursor(note_.currentCursor));
+void NoteMouse::setPartCursor(HWND part) {
+    showCursor(cursorOver(part));
+}
+
+void NoteMouse::showCursor(int cursor) {
+    currentCursor = cursor;
+    SetCursor(note_.host->look->cursor(cursor));
 }

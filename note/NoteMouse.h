@@ -15,9 +15,14 @@ public:
     /// A button went down or up on a part, at a place in the part's own pixels. The note may be gone when
     /// this returns.
     void onButton(HWND part, UINT message, int xPx, int yPx);
-    void setPartCursor(HWND part) const;
+    /// Shows the pointer that belongs over a part of the note.
+    void setPartCursor(HWND part);
+    /// Shows the pointer with this resource number, 0 the arrow.
+    void showCursor(int cursor);
     /// A press on a note that is disabled because a dialog is waiting for its answer; it ends the ringing.
     std::optional<LRESULT> onDisabledPress(LPARAM hit) const;
+
+    int currentCursor = 0;  ///< resource number of the one shown
 
 private:
     struct Press {

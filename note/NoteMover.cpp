@@ -10,12 +10,6 @@ namespace {
 constexpr UINT kRest = 300;                // ms without a move after which a window has come to rest
 constexpr std::uint64_t kUpheaval = 2000;  // ms after a change of monitors in which Windows moves windows
 
-PxRect rectOf(HWND window) {
-    RECT rect{};
-    GetWindowRect(window, &rect);
-    return pxRect(rect);
-}
-
 bool sameCorner(const PxRect& a, const PxRect& b) {
     return a.left == b.left && a.top == b.top;
 }
@@ -41,12 +35,12 @@ void NoteMover::drag(HWND window, const Rules& rules) {
 }
 
 void NoteMover::begin(HWND window) {
-    if (running_++ == 0) before_ = rectOf(window);
+    if (running_++ == 0) before_ = windowRect(window);
 }
 
 void NoteMover::end(HWND window) {
     if (running_ == 0 || --running_ > 0) return;
-    if (!sameCorner(rectOf(window), before_)) note_.storePlace();
+    if (!sameCorner(windowRect(window), before_)) note_.storePlace();
     if (std::exchange(deskChanged_, false)) note_.goHome();
 }
 
@@ -58,7 +52,7 @@ void NoteMover::endDrag(HWND window) {
 // --- With the keyboard ------------------------------------------------------------------------------------
 
 void NoteMover::step(HWND window, const Rules& rules, const KeyStep& by) {
-    const PxRect from = rectOf(window);
+    const PxRect from = windowRect(window);
     PxRect to = from.shifted(by.columns * by.length, by.rows * by.length);
     if (rules.snap.easyAlign) {
         // Pixel by pixel, so that no edge is stepped over; edges that hold the note now let it go.
@@ -90,7 +84,7 @@ void NoteMover::endKeys() {
 
 void NoteMover::onMoved(HWND window) {
     if (running_ > 0) return;
-    stray_ = !sameCorner(rectOf(window), note_.place());
+    stray_ = !sameCorner(windowRect(window), note_.place());
     if (stray_) {
         SetTimer(window, IDT_MOVED, kRest, nullptr);
     } else {
@@ -102,7 +96,7 @@ void NoteMover::settle(HWND window) {
     KillTimer(window, IDT_MOVED);
     if (!std::exchange(stray_, false) || IsWindowVisible(window) == FALSE || IsIconic(window) != FALSE)
         return;
-    if (sameCorner(rectOf(window), note_.place())) return;
+    if (sameCorner(windowRect(window), note_.place())) return;
     // When a monitor goes, Windows itself moves what was on it. The note keeps its own place until the
     // monitor is back.
     const bool upheaval = changedAt_ && GetTickCount64() - *changedAt_ < kUpheaval;

@@ -29,18 +29,12 @@ bool isHeld(bool rightButton) {
     return GetAsyncKeyState(rightButton != swapped ? VK_RBUTTON : VK_LBUTTON) < 0;
 }
 
-bool isTopmost(HWND window) {
-    return (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
-}
-
 }  // namespace
 
 // --- Where it is ------------------------------------------------------------------------------------------
 
 PxRect NotePlace::window() const {
-    RECT rect{};
-    GetWindowRect(note_.hwnd, &rect);
-    return pxRect(rect);
+    return windowRect(note_.hwnd);
 }
 
 int NotePlace::Left() const {
@@ -111,13 +105,13 @@ bool NotePlace::isAtHome() const {
 // --- Moving -----------------------------------------------------------------------------------------------
 
 void NotePlace::drag() {
-    setCursor(IDC_MOVING);
+    note_.mouse.showCursor(IDC_MOVING);
     const NoteWatch watch(note_);
     const HWND window = note_.hwnd;
     mover.begin(window);
     NoteMover::drag(window, moveRules());
     if (watch.destroyed()) return;
-    setCursor(0);
+    note_.mouse.showCursor(0);
     mover.endDrag(window);
 }
 
@@ -206,13 +200,8 @@ bool NotePlace::refusesResizing() {
     return note_.refusesChange();
 }
 
-void NotePlace::setCursor(int cursor) {
-    note_.currentCursor = cursor;
-    SetCursor(note_.host->look->cursor(cursor));
-}
-
 void NotePlace::showResizeCursor(int cursor) {
-    setCursor(cursor);
+    note_.mouse.showCursor(cursor);
 }
 
 void NotePlace::resizeModeChanged() {
@@ -251,7 +240,7 @@ void NotePlace::applyTopmost() const {
 }
 
 void NotePlace::keepBelowDialogs() const {
-    if (!isTopmost(note_.hwnd)) return;  // every dialog is topmost topmost
+    if (!isTopmost(note_.hwnd)) return;  // every dialog is topmost
     struct Search {
         HWND message;
         std::vector<HWND> dialogs;  // from the front to the back

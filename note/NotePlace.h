@@ -7,7 +7,7 @@
 
 struct fpost;
 
-class NotePlace final : public MovedNote, public ResizedNote {
+class NotePlace final : private MovedNote, private ResizedNote {
 public:
     explicit NotePlace(fpost& note) : note_(note) {}
 
@@ -28,6 +28,7 @@ public:
     void moveTo(Twips left, Twips top);
     /// Makes the window as large as the note, after one dimension in the record has changed.
     void fitWindow(Along changed);
+    /// The window's place, size or place in the stack has changed, whoever changed it.
     void onPosition(const WINDOWPOS& changed);
     /// The window is just being moved to place(), so the other notes stay where they are.
     bool isPlacing() const { return placing_; }
@@ -41,6 +42,10 @@ public:
     /// Puts the note where it belongs in the stack of windows: on top or, when it was, no more.
     void applyTopmost() const;
 
+    NoteMover mover{*this};
+    NoteResizer resizer{*this};
+
+private:
     bool isAtHome() const override;
     void takePlace() override;
     void storePlace() override;
@@ -56,12 +61,7 @@ public:
     Hold waitOnGrip(bool rightButton) override;
     void releaseGrip() override;
 
-    NoteMover mover{*this};
-    NoteResizer resizer{*this};
-
-private:
     NoteMover::Rules moveRules() const;
-    void setCursor(int cursor);
     /// Puts open dialogs back above a note that has come to the top.
     void keepBelowDialogs() const;
 

@@ -20,3 +20,10 @@ inline PxRect pxRect(const RECT& r) {
     return {static_cast<int>(r.left), static_cast<int>(r.top), static_cast<int>(r.right),
             static_cast<int>(r.bottom)};
 }
+
+/// A window in pixels of the screen.
+inline PxRect windowRect(HWND window) {
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    return pxRect(rect);
+}

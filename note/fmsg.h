@@ -62,7 +62,7 @@ private:
         int Answer = kAnswerNone;
         bool IsAbout = false;
         AlarmFace* editor = nullptr;  ///< null: a message
-        HWND note = nullptr;          ///< the note the note whose alarm is edited
+        HWND note = nullptr;          ///< the note whose alarm is edited
         HWND over = nullptr;          ///< decides which monitor
         HWND focus = nullptr;         ///< where the keyboard was when another face took the window
         POINT place{};                ///< and where the window was

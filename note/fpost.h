@@ -131,7 +131,6 @@ struct fpost final {
 
     bool Help = false;          ///< shows the built-in help rather than a stored note
     bool beingDeleted = false;  ///< no longer in the collection; only its window is still there
-    int currentCursor = 0;      ///< resource number of the cursor shown, 0 the arrow
 
 private:
     friend class NoteRinging;

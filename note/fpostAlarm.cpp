@@ -62,8 +62,7 @@ void NoteRinging::showCountdown(const Text& text) {
 
 void NoteRinging::showColour(bool white) {
     note_.tBackColor(white ? kWhite : note_.Backcol());
-    const bool isTopmost = (GetWindowLongPtrW(note_.hwnd, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
-    if (note_.Alarming() && !isTopmost) raise();  // once it has lost the keyboard
+    if (note_.Alarming() && !isTopmost(note_.hwnd)) raise();  // once it has lost the keyboard
 }
 
 void NoteRinging::raise() {

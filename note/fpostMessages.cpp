@@ -73,7 +73,7 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
         case WM_NCPAINT:
             paintFrame();
             return 0;
-        case WM_NCACTIVATE:  // there is there is no caption whose colour would change, but a frame
+        case WM_NCACTIVATE:  // there is no caption whose colour would change, but a frame
             showActive(wp != FALSE);
             return TRUE;
         case WM_ERASEBKGND:

@@ -13,8 +13,8 @@ void fpost::DragWindow() {
     CommitEdits();
     if (watch.gone() || record.readOnly) return;
     place.resizer.setMode(false);
-    // The button may have been released while a message about a failed save was open: then the system's move
-    // loop would hold the note until the next click.
+    // The button may have been released while the edit was being stored: then the system's move loop would
+    // hold the note until the next click.
     if (GetKeyState(VK_LBUTTON) >= 0) return;
 
     place.drag();

@@ -73,6 +73,10 @@ LRESULT passToControl(HWND control, UINT message, WPARAM wp, LPARAM lp) {
     return CallWindowProcW(before, control, message, wp, lp);
 }
 
+bool isTopmost(HWND window) {
+    return (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+}
+
 int screenDpi() {
     const WindowDc screen(nullptr);
     const int dpi = GetDeviceCaps(screen, LOGPIXELSX);

@@ -44,6 +44,9 @@ Form* formOf(HWND hwnd) {
     return reinterpret_cast<Form*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
 }
 
+/// Whether a window is above all that are not always on top.
+bool isTopmost(HWND window);
+
 /// Dots per inch of the screen. The program is aware of the system's scaling, so one figure holds for every
 /// rectangle that it sees.
 int screenDpi();

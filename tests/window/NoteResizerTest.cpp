@@ -90,12 +90,12 @@ TEST_P(NoteSize, TheArrowsResizeInTheResizeModeAndAreStoredAtOnce) {
     EXPECT_EQ(note.pWidth(), 3000) << "nothing changes outside the mode";
     SendMessageW(note.hwnd, WM_COMMAND, IDM_RESIZE, 0);
     EXPECT_TRUE(note.commands.input(note.alarm.rule).resizeMode);
-    EXPECT_EQ(note.currentCursor, IDC_RESIZE_WIDTH);
+    EXPECT_EQ(note.mouse.currentCursor, IDC_RESIZE_WIDTH);
     typeKey(note.hwnd, VK_RIGHT);
     EXPECT_EQ(desk->stored(1).width, 3030);
     typeKey(note.hwnd, VK_DOWN);
     EXPECT_EQ(desk->stored(1).height, 2280);
-    EXPECT_EQ(note.currentCursor, IDC_RESIZE_HEIGHT);
+    EXPECT_EQ(note.mouse.currentCursor, IDC_RESIZE_HEIGHT);
     {
         const HeldKeys held({VK_SHIFT});
         typeKey(note.hwnd, VK_LEFT);
@@ -261,6 +261,14 @@ TEST_P(NoteSize, WhateverTakesTheNoteAwayEndsTheGrip) {
         {"close", [](TestNotes&, fpost& note) { note.CloseForm(); }},
         {"hide all", [](TestNotes& desk, fpost&) { desk.desk->ToggleHideAll(); }},
         {"another window takes the mouse", [](TestNotes&, fpost&) { ReleaseCapture(); }},
+        {"a release that only the hardware reports",
+         [](TestNotes&, fpost&) { keybd_event(VK_LBUTTON, 0, KEYEVENTF_KEYUP, 0); }},
+        {"an answered question deletes it",
+         [](TestNotes& desk, fpost& note) {
+             desk.desk->host.ask = [](const Text&, long, const Text&) { return IDYES; };
+             note.DeleteForm(false);
+             pumpPending();
+         }},
         {"the window goes at once",
          [](TestNotes& desk, fpost& note) {
              desk.desk->Notes.erase(desk.desk->Notes.begin());
