@@ -3,19 +3,11 @@
 #include <algorithm>
 #include <iterator>
 
+#include "note/KeyNumbers.h"
+
 namespace {
 
-constexpr unsigned kTab = 0x09;
-constexpr unsigned kEscape = 0x1B;
-constexpr unsigned kLeft = 0x25;
-constexpr unsigned kUp = 0x26;
-constexpr unsigned kRight = 0x27;
-constexpr unsigned kDown = 0x28;
-constexpr unsigned kDelete = 0x2E;
-constexpr unsigned kMenuKey = 0x5D;
-constexpr unsigned kF2 = 0x71;
-constexpr unsigned kF4 = 0x73;
-constexpr unsigned kF6 = 0x75;
+using namespace keys;
 
 // Exactly these are held, since AltGr is Ctrl+Alt and types letters on many keyboards.
 enum class Held : unsigned char { Nothing, Shift, Ctrl, CtrlShift, Any };

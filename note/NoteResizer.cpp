@@ -2,22 +2,17 @@
 
 #include <cmath>
 
+#include "note/KeyNumbers.h"
 #include "note/NoteLayout.h"
 #include "resources/resource.h"
 
 namespace {
 
+using namespace keys;
+
 constexpr Twips kGripStep{15};   // per turn of a hold
 constexpr Twips kKeyStep{30};    // per press of an arrow key
 constexpr Twips kWideStep{180};  // with Ctrl
-
-// Key numbers are those of Windows.
-constexpr unsigned kEnter = 0x0D;
-constexpr unsigned kEscape = 0x1B;
-constexpr unsigned kLeft = 0x25;
-constexpr unsigned kUp = 0x26;
-constexpr unsigned kRight = 0x27;
-constexpr unsigned kDown = 0x28;
 
 constexpr int cursorOf(Along along) {
     return along == Along::Width ? IDC_RESIZE_WIDTH : IDC_RESIZE_HEIGHT;

@@ -14,6 +14,7 @@ public:
     virtual ResizeAxis axis(Along along) const = 0;
     /// Shows the note in another size. Nothing is stored.
     virtual void resize(Along along, Twips size) = 0;
+    /// Stores the size that it has now.
     virtual void storeSize() = 0;
     /// Whether it is shrunk to its title, whose height is fixed.
     virtual bool isIconized() const = 0;
@@ -29,9 +30,11 @@ public:
         Over,       ///< the button is up, or something else has the mouse or the note
         Destroyed,  ///< and so is the resizer
     };
+    /// Makes sure that the release of the button is heard, since the grip moves away from under the pointer.
     virtual void holdGrip() = 0;
     /// Waits for the next step while messages are processed.
     virtual Hold waitOnGrip(bool rightButton) = 0;
+    /// Ends what holdGrip() began. Harmless when something else has ended it.
     virtual void releaseGrip() = 0;
 };
 
