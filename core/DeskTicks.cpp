@@ -6,6 +6,12 @@
 #include "core/basPost.h"
 #include "resources/resource.h"
 
+namespace {
+
+constexpr int kMostUnreadTicks = 1024;  // under nine minutes
+
+}  // namespace
+
 void DeskTicks::begin() {
     clock_.jump(desk_.host.now(), desk_.host.uptime());
 }
@@ -37,14 +43,13 @@ void DeskTicks::clockSet() {
 
 void DeskTicks::followClock(Now now, std::int64_t jump) {
     if (jump == 0) return;
-    const std::vector<fpost*> walk = desk_.Notes;
-    for (fpost* note : walk) {
+    desk_.forEachNote([now, jump](fpost& note) {
         try {
-            if (desk_.holds(note)) note->alarm.clockSet(now, jump);
+            note.alarm.clockSet(now, jump);
         } catch (...) {
             fpost::onEscaped(WM_TIMECHANGE);
         }
-    }
+    });
 }
 
 void DeskTicks::tick() {
@@ -56,14 +61,13 @@ void DeskTicks::tick() {
     // was set; that message may come after this tick.
     untold_ = std::max<std::int64_t>(jump, 0);
     if (untold_ > 0) return;
-    const std::vector<fpost*> walk = desk_.Notes;
-    for (fpost* note : walk) {
+    desk_.forEachNote([](fpost& note) {
         try {
-            if (desk_.holds(note)) note->tmr_Timer();
+            note.tmr_Timer();
         } catch (...) {
             fpost::onEscaped(WM_TIMER);  // the failure of one note must not affect the others
         }
-    }
+    });
     readAgain();
 }
 

@@ -32,8 +32,6 @@ private:
     /// Replaces the blank stand-ins of notes that another program held at the start, if they can be read now.
     void readAgain();
 
-    static constexpr int kMostUnreadTicks = 1024;  ///< under nine minutes
-
     basPost& desk_;
     bool ticking_ = false;
     bool ownTimer_ = false;  ///< the ticks come by a timer of the window

@@ -283,12 +283,10 @@ void basPost::CommitEdits() {
     if (state.loading()) return;
     const NoteStore::Command command(store);
     store.settle(records(), settings);
-    const std::vector<fpost*> walk = Notes;
-    for (fpost* note : walk) {
-        if (!holds(note)) continue;
-        note->CommitEdits();
-        note->kept.saveAgain();
-    }
+    forEachNote([](fpost& note) {
+        note.CommitEdits();
+        note.kept.saveAgain();
+    });
 }
 
 void basPost::ExitProgram() {

@@ -63,7 +63,7 @@ struct basPost {
     int IconizedCount() const;
     bool AllHidden() const { return state.allHidden(); }
     bool AllIconized() const { return state.allIconized(); }
-    /// Whether Whether Exit was chosen: the message loop ends at its next turn.
+    /// Whether Exit was chosen: the message loop ends at its next turn.
     bool ending() const { return state.ending(); }
 
     int MsgBoxExt(const Text& Prompt, long Buttons, const Text& Title = u"Kardel");
@@ -97,12 +97,24 @@ private:
     friend DeskForNotes;
     friend DeskTicks;
 
+    /// A command on all notes: ends open edits, and re-aligns none meanwhile.
+    template <class Act>
+    void onAllNotes(Act act);
     void Renumber();
     DeskCount counted() const;
     /// Updates captions and flags after a note's title, closed or iconized state changed.
     void NotesChanged();
     void Realign();
     bool holds(const fpost* note) const;
+    /// Does something with each note. An earlier one may take later ones out of the collection: those are
+    /// skipped.
+    template <class Act>
+    void forEachNote(Act act) {
+        const std::vector<fpost*> walk = Notes;
+        for (fpost* note : walk) {
+            if (holds(note)) act(*note);
+        }
+    }
     /// Returns those whose place now differs from the stored one.
     std::vector<fpost*> placeInColumns();
     NoteRecord freshRecord(int number) const;

@@ -1,28 +1,26 @@
 // The commands on all notes, and automatic position.
-#include <algorithm>
-#include <utility>
-
 #include "core/Columns.h"
 #include "core/basPost.h"
 #include "note/bas_GetWorkArea.h"
 
+template <class Act>
+void basPost::onAllNotes(Act act) {
+    CommitEdits();
+    const Bulk bulk(*this);
+    forEachNote(act);
+}
+
 void basPost::HideAll(bool hidden) {
     if (Notes.empty()) return;
     const NoteStore::Command command(store);
-    CommitEdits();
-    {
-        const Bulk bulk(*this);
-        const std::vector<fpost*> walk = Notes;
-        for (fpost* note : walk) {
-            if (!holds(note)) continue;  // it was silenced with an earlier one, and is gone
-            if (note->Alarming() && note->SoundStop()) continue;
-            if (hidden) {
-                note->hide();
-            } else {
-                reopen(*note);
-            }
+    onAllNotes([this, hidden](fpost& note) {
+        if (note.Alarming() && note.SoundStop()) return;
+        if (hidden) {
+            note.hide();
+        } else {
+            reopen(note);
         }
-    }
+    });
     state.onAllHidden(hidden, counted());
     if (!AllHidden() && settings.AlignAll) AutoPosition();
 }
@@ -45,19 +43,13 @@ void basPost::reopen(fpost& note) {
 void basPost::IconizeAll(bool iconized) {
     if (Notes.empty()) return;
     const NoteStore::Command command(store);
-    CommitEdits();
-    {
-        const Bulk bulk(*this);
-        const std::vector<fpost*> walk = Notes;
-        for (fpost* note : walk) {
-            if (!holds(note)) continue;
-            note->restoreIfMinimized();
-            if (note->record.iconized == iconized) continue;
-            note->record.iconized = iconized;
-            note->IconizeForm();
-            if (holds(note)) note->kept.save({NoteField::Iconized});
-        }
-    }
+    onAllNotes([this, iconized](fpost& note) {
+        note.restoreIfMinimized();
+        if (note.record.iconized == iconized) return;
+        note.record.iconized = iconized;
+        note.IconizeForm();
+        if (holds(&note)) note.kept.save({NoteField::Iconized});
+    });
     state.onAllIconized(iconized, counted());
     if (settings.AlignAll) AutoPosition();
 }

@@ -236,17 +236,15 @@ void fTray::popUp() {
 }
 
 void fTray::onCommand(unsigned id, const TrayMenuState& read) {
-    const TrayMenuState state = host->state();
-    if (id >= IDM_DYN && id <= IDM_DYN_LAST) answer(trayMenu(state, *host), trayMenu(read, *host), id);
-    if (id < IDM_DYN2 || id > IDM_DYN2_LAST) return;
-    const Menu open = openMenu(host->titles(), state, *host);
-    answer(open, open, id);
+    if (id >= IDM_DYN && id <= IDM_DYN_LAST) mnuDyn_Click(static_cast<int>(id - IDM_DYN), read);
+    if (id >= IDM_DYN2 && id <= IDM_DYN2_LAST) mnuDyn2_Click(static_cast<int>(id - IDM_DYN2));
 }
 
-void fTray::mnuDyn_Click(int Index) {
-    if (Index >= 0 && Index < kTrayItems) onCommand(IDM_DYN + static_cast<unsigned>(Index), host->state());
+void fTray::mnuDyn_Click(int Index, const TrayMenuState& read) {
+    answer(trayMenu(host->state(), *host), trayMenu(read, *host), IDM_DYN + static_cast<unsigned>(Index));
 }
 
 void fTray::mnuDyn2_Click(int Index) {
-    if (Index >= 0 && Index < kMaxNotes) onCommand(IDM_DYN2 + static_cast<unsigned>(Index), host->state());
+    const Menu open = openMenu(host->titles(), host->state(), *host);
+    answer(open, open, IDM_DYN2 + static_cast<unsigned>(Index));
 }

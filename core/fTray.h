@@ -53,11 +53,6 @@ struct fTray {
     /// Removes icon and window. Harmless without them.
     void destroy();
 
-    /// The commands of the menu, by their place (0..13) and by the note's slot (0..49). What is greyed,
-    /// hidden or not in the menu does nothing.
-    void mnuDyn_Click(int Index);
-    void mnuDyn2_Click(int Index);
-
     LRESULT onMessage(UINT message, WPARAM wp, LPARAM lp);
     static void onEscaped(UINT message) noexcept;
 
@@ -78,6 +73,10 @@ private:
     bool waitsForMenu(UINT message, WPARAM wp, LPARAM lp) const;
     /// Runs a command as the menu put it when the user read it.
     void onCommand(unsigned id, const TrayMenuState& read);
+    /// The commands of the menu, by their place (0..13), as the menu that was `read` said them, and by the
+    /// note's slot (0..49). What is greyed, hidden or not in the menu does nothing.
+    void mnuDyn_Click(int Index, const TrayMenuState& read);
+    void mnuDyn2_Click(int Index);
     void popUp();
 
     WNDPROC savedProcedure_ = nullptr;  ///< null when none is replaced

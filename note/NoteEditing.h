@@ -28,7 +28,9 @@ public:
     /// The editors; null when they do not exist.
     HWND txtNota() const { return editor_.window(Edited::Body); }
     HWND txtTitle() const { return editor_.window(Edited::Title); }
+    /// Puts the open editor where the note's parts leave room for it.
     void place(const NoteRects& at) const;
+    /// Handles the WM_COMMAND notifications of the open editor.
     void onNotice(unsigned code) { editor_.onNotice(code); }
 
     /// Completes an edit that the last run left unfinished. False when its text could not be stored.
@@ -43,7 +45,7 @@ public:
     Text WrappedText() const;
 
     bool fits(Edited what, const Text& text) const override;
-    bool keepEdit(Edited what, const Text& text) override;
+    [[nodiscard]] bool keepEdit(Edited what, const Text& text) override;
     void editClosed(Edited what) override;
     bool keyOfNote(UINT message, WPARAM key, LPARAM how) override;
     void saveDraft(Edited what, const Text& text) override;

@@ -68,7 +68,7 @@ void NoteEditor::end(bool keep) {
     const HWND window = window_;
     // Stored first, so that the text does not wait for the screen. What the store refuses stays in the draft.
     const bool settled = !keep || at_.host->keepEdit(at_.what, windowText(window));
-    if (IsWindow(window) == FALSE) return;  // the note has gone while a message was open
+    if (IsWindow(window) == FALSE) return;  // the host has destroyed the note
     const Edited what = at_.what;
     NoteEditorHost* const host = at_.host;
     close();

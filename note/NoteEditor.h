@@ -51,7 +51,7 @@ public:
     /// No other edit of the note may be open.
     [[nodiscard]] bool open(Opening opening);
     /// Closes the editor. Its text is kept, including what an input method is still composing, or dropped.
-    /// The note may be gone when this returns, because a message about a failed save runs a message loop.
+    /// The host may destroy the note, and this with it.
     void end(bool keep);
 
     bool edits(Edited what) const { return open_ && at_.what == what; }
@@ -61,10 +61,10 @@ public:
     void place(const PxRect& at) const;
     /// Handles the control's WM_COMMAND notifications to its parent.
     void onNotice(unsigned code);
-    /// Writes the editor's text to the draft before long, from a message of its own.
-    void draftSoon();
 
 private:
+    /// Writes the editor's text to the draft before long, from a message of its own.
+    void draftSoon();
     enum class OneShotKey : unsigned char { None, Save, NewLine, BlankLine, Cancel };
 
     static LRESULT CALLBACK procedure(HWND editor, UINT message, WPARAM wp, LPARAM lp) noexcept;
