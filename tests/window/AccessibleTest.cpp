@@ -14,13 +14,6 @@ namespace {
 
 // --- Notes ------------------------------------------------------------------------------------------------
 
-NoteRecord armed(TextView title) {
-    NoteRecord note = plainNote(title);
-    note.alarmdate = u"15/06/2026";
-    note.alarmtime = u"12:00:05";
-    return note;
-}
-
 void letRing(TestNotes& desk) {
     desk.clock.at = instantOf({2026, 6, 15}, {12, 0, 5});
     desk.desk->Tick();

@@ -19,13 +19,6 @@ void hold(HWND window, WPARAM key, int times, std::initializer_list<int> with = 
     SendMessageW(window, WM_KEYUP, key, 0);
 }
 
-NoteRecord armed(TextView title) {
-    NoteRecord note = plainNote(title);
-    note.alarmdate = u"15/06/2026";
-    note.alarmtime = u"12:00:05";
-    return note;
-}
-
 // --- Moving -----------------------------------------------------------------------------------------------
 
 TEST_P(Keyboard, CtrlAndTheArrowsMoveTheNote) {

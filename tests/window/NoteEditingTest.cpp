@@ -1,5 +1,6 @@
 // Editing a note in place: what each key and mouse press does to the text, the editor and the store.
 #include "resources/resource.h"
+#include "tests/window/AlarmDesk.h"
 #include "tests/window/MenuDesk.h"
 
 namespace {
@@ -335,11 +336,7 @@ TEST_P(NoteEditing, TheGripDoesNotLieOverTheTextThatIsTyped) {
 }
 
 TEST_P(NoteEditing, TheTimeStripMakesRoomForTheEditorAndComesBack) {
-    NoteRecord record = plainNote(u"a");
-    record.alarmdate = u"*";
-    record.alarmtime = u"18:00:00";
-    record.interval = u"eachday";
-    const auto desk = run({record});
+    const auto desk = run({every(u"a", u"eachday")});
     fpost& note = desk->note(1);
     EXPECT_TRUE(IsWindowVisible(note.pic_time));
     for (const WPARAM key : {kReturn, kEscape}) {
@@ -347,7 +344,7 @@ TEST_P(NoteEditing, TheTimeStripMakesRoomForTheEditorAndComesBack) {
         EXPECT_FALSE(IsWindowVisible(note.pic_time)) << "it would cover the last line";
         typeKey(note.editing.txtNota(), key, key);
         EXPECT_TRUE(IsWindowVisible(note.pic_time));
-        EXPECT_EQ(windowText(note.pic_time), u"6:00:00") << "a pattern goes on counting to its next date";
+        EXPECT_EQ(windowText(note.pic_time), u"0:00:10") << "a pattern goes on counting to its next date";
     }
 }
 

@@ -128,6 +128,14 @@ inline NoteRecord plainNote(TextView title, int x = 1500, int y = 1500) {
     return note;
 }
 
+/// A note that is due once, five seconds after the desk's start.
+inline NoteRecord armed(TextView title) {
+    NoteRecord note = plainNote(title);
+    note.alarmdate = u"15/06/2026";
+    note.alarmtime = u"12:00:05";
+    return note;
+}
+
 inline NoteRecord with(NoteRecord note, bool NoteRecord::*flag) {
     note.*flag = true;
     return note;

@@ -5,11 +5,26 @@
 
 #include "resources/resource.h"
 #include "support/Messages.h"
-#include "tests/window/TestNotes.h"
+#include "tests/window/AlarmDesk.h"
 
 namespace {
 
-class NoteWindow : public InBothStores {};
+/// Makes note 1 unreadable in either store.
+void lockStores(TestNotes& desk) {
+    desk.folder.locked.insert(Text(kNoteFile));
+    desk.registry.locked.insert(u"kardel-1");
+}
+
+class NoteWindow : public InBothStores {
+protected:
+    /// A start that could not read its note.
+    static std::unique_ptr<TestNotes> runUnreadable() {
+        auto desk = run({plainNote(u"a")});
+        lockStores(*desk);
+        desk->killAndRestart();
+        return desk;
+    }
+};
 INSTANTIATE_TEST_SUITE_P(Stores, NoteWindow, testing::Bool(), storeName);
 
 Rgb pixelOf(HWND window, int x, int y) {
@@ -180,17 +195,24 @@ TEST_P(NoteWindow, WhatTheStoreCannotKeepCannotBeTyped) {
 }
 
 TEST_P(NoteWindow, OpeningTheMenuLeavesTheAlarmCounting) {
-    NoteRecord daily = plainNote(u"daily");
-    daily.alarmdate = u"*";
-    daily.alarmtime = u"18:00:00";
-    daily.interval = u"eachday";
-    const auto desk = run({daily});
+    const auto desk = run({every(u"daily", u"eachday")});
     fpost& note = desk->note(1);
     EXPECT_TRUE(note.commands.input(note.commands.storedAlarm()).alarmValid);
-    EXPECT_EQ(note.alarm.rule.due, instantOf({2026, 6, 15}, {18, 0, 0}));
-    desk->folder.locked.insert(Text(kNoteFile));
+    EXPECT_EQ(note.alarm.rule.due, kDue);
+    lockStores(*desk);
     EXPECT_TRUE(note.commands.input(note.commands.storedAlarm()).alarmValid)
-        << "memory serves while the file is locked";
+        << "memory serves while the store is locked";
+}
+
+TEST_P(NoteWindow, TheMenuSaysWhatIsStoredOfTheAlarm) {
+    const auto desk = run({once(u"a")});
+    fpost& note = desk->note(1);
+    EXPECT_TRUE(note.commands.input(note.commands.storedAlarm()).alarmOneOff);
+    NoteRecord changed = every(u"a", u"eachday");  // by another program
+    EXPECT_TRUE(desk->desk->store.set(1, changed, everyField()));
+    EXPECT_FALSE(note.commands.input(note.commands.storedAlarm()).alarmOneOff);
+    lockStores(*desk);
+    EXPECT_TRUE(note.commands.input(note.commands.storedAlarm()).alarmOneOff) << "nothing else is known";
 }
 
 TEST_P(NoteWindow, CloseMessageIsIgnored) {
@@ -343,10 +365,7 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNotDeletedEither) {
 }
 
 TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNeverWrittenBack) {
-    const auto desk = run({plainNote(u"a")});
-    desk->folder.locked.insert(Text(kNoteFile));
-    desk->registry.locked.insert(u"kardel-1");
-    desk->killAndRestart();
+    const auto desk = runUnreadable();
     EXPECT_TRUE(desk->note(1).record.readOnly);
     desk->folder.locked.clear();
     desk->registry.locked.clear();
@@ -358,10 +377,7 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadIsNeverWrittenBack) {
 }
 
 TEST_P(NoteWindow, NoteThatCouldNotBeReadTakesNoAlarmColourOrMoveAndSaysSo) {
-    const auto desk = run({plainNote(u"a")});
-    desk->folder.locked.insert(Text(kNoteFile));
-    desk->registry.locked.insert(u"kardel-1");
-    desk->killAndRestart();
+    const auto desk = runUnreadable();
     int asked = 0;
     desk->desk->host.ask = [&asked](const Text&, long, const Text&) { return ++asked, IDOK; };
     fpost& note = desk->note(1);
