@@ -14,7 +14,7 @@ NO_ALARM = {"alarmdate": "", "alarmtime": "", "alarmweekday": 0, "alarmrepeatnum
 NEED_DATE = "Need before to set a full date."
 MINUTES, HOURS, DAYS, MONTHS = 1, 2, 3, 4  # entries of the second list when there is a repeat number
 WEEK = 8                                   # its last entry otherwise
-CLOSE_BOX = (-13, 11)
+CLOSE_BOX = (-10, -11)                      # of the window manager, from the top right corner of the client area
 both_stores = pytest.mark.parametrize("store", KINDS)
 
 
@@ -328,7 +328,8 @@ def test_closing_the_editor_changes_nothing(desk):
         on.editor.step("hours")
         desk.wait_equal(lambda: (on.editor.time, on.editor.ticked("chkMute")), ("11:00:00", True))
         if way == "close box":
-            desk.click(*on.editor.point(*CLOSE_BOX))  # the window manager's own
+            left, top, width, _ = on.editor.info["client"]
+            desk.click(left + width + CLOSE_BOX[0], top + CLOSE_BOX[1])
         else:
             on.press(way)
         on.editor.wait_gone()
