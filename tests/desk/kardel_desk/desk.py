@@ -90,7 +90,7 @@ class Desk:
             self.wine = Wine(arch, self.display.env, self.work, both, monitors > 1)
             self.probe = Probe(self.wine)
             if dpi != 96:
-                self.probe.ask("regset", SCREEN_KEY, "LogPixels", "dword", dpi)
+                self._scale(dpi)
         except BaseException:
             self.close()
             raise
@@ -215,13 +215,26 @@ class Desk:
     def scaled(self, dpi: int):
         """While the block runs, programs that start see a screen of so many dots per inch."""
         before, self.dpi = self.dpi, dpi
-        self.probe.ask("regset", SCREEN_KEY, "LogPixels", "dword", dpi)
+        self._scale(dpi)
         try:
             yield
         finally:
             self.end_programs()
             self.dpi = before
-            self.probe.ask("regset", SCREEN_KEY, "LogPixels", "dword", before)
+            self._scale(before)
+
+    def _scale(self, dpi: int) -> None:
+        self.probe.ask("regset", SCREEN_KEY, "LogPixels", "dword", dpi)
+        fresh = Probe(self.wine)
+        seen = fresh.ask("screen")
+        fresh.close()
+        if (seen["dpi"], seen["width"]) != (dpi, self.screen()["width"]):
+            # Newer Wines stretch the screen to the new scale until the user logs on again, as Windows does. Then the
+            # program must not start by itself.
+            self.probe.ask("regdelete", RUN_KEY, "Kardel")
+            self.probe.close()
+            self.wine.log_on_again()
+            self.probe = Probe(self.wine)
 
     @contextlib.contextmanager
     def coloured(self, colours: dict[str, tuple[int, int, int]]):
@@ -340,7 +353,7 @@ class Desk:
         return self.display.screenshot(pathlib.Path(path))
 
     def screen(self) -> dict:
-        """Work area, size, dpi and ANSI code page as Windows programs see them."""
+        """Work area, size, rectangles of the monitors, dpi and ANSI code page as Windows programs see them."""
         return self.probe.ask("screen")
 
     @property

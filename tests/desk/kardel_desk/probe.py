@@ -23,7 +23,8 @@ class Probe:
             source = helper(wine.arch, name)
             if not source.exists():
                 raise FileNotFoundError(f"{source} is missing: build the preset {wine.arch} first")
-            shutil.copy(source, folder / name)
+            if not (folder / name).exists():  # another one may be running from it
+                shutil.copy(source, folder / name)
         self._process = wine.start(r"C:\probe\kardel_probe.exe", folder=folder, stdin=subprocess.PIPE,
                                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         if self.ask("ping") is not True:

@@ -79,10 +79,18 @@ class Wine:
         if monitors:
             with open(self.prefix / "user.reg", "a", encoding="utf-8") as registry:
                 registry.write(_MONITORS)
+        self._begin_session()
+
+    def _begin_session(self) -> None:
         # The server stays until close(). The first call must not write into a pipe, because Wine's services would
         # inherit it and whoever reads the pipe would wait for ever.
         self._quietly("server", "-p")
         self._quietly("wine", "wineboot")
+
+    def log_on_again(self) -> None:
+        """Ends every program and the session, and begins another one with the same settings and files."""
+        self._quietly("server", "-k")
+        self._begin_session()
 
     def _command(self, kind: str, words: list[str], folder: pathlib.Path | None = None) -> list[str]:
         wine = _WINE32 if self.arch == "win32" else _WINE64

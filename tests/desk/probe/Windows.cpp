@@ -40,9 +40,18 @@ std::wstring textOf(HWND hwnd) {
     return text;
 }
 
-void addRect(Json& out, const char* name, const RECT& rect) {
-    out.key(name).beginArray().number(rect.left).number(rect.top).number(rect.right - rect.left);
+void add(Json& out, const RECT& rect) {
+    out.beginArray().number(rect.left).number(rect.top).number(rect.right - rect.left);
     out.number(rect.bottom - rect.top).endArray();
+}
+
+void addRect(Json& out, const char* name, const RECT& rect) {
+    add(out.key(name), rect);
+}
+
+BOOL CALLBACK addMonitor(HMONITOR, HDC, RECT* rect, LPARAM out) {
+    add(*reinterpret_cast<Json*>(out), *rect);
+    return TRUE;
 }
 
 void add(Json& out, HWND hwnd) {
@@ -179,6 +188,9 @@ void describeScreen(const Words&, Json& out) {
     out.beginObject();
     addRect(out, "workarea", work);
     out.field("width", GetSystemMetrics(SM_CXSCREEN)).field("height", GetSystemMetrics(SM_CYSCREEN));
+    out.key("monitors").beginArray();
+    EnumDisplayMonitors(nullptr, nullptr, addMonitor, reinterpret_cast<LPARAM>(&out));
+    out.endArray();
     out.field("dpi", dpi).field("acp", GetACP()).endObject();
 }
 
