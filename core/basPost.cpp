@@ -237,7 +237,10 @@ void basPost::SwitchStore() {
     if (ending()) return;
     // Only now, because notes may have come, changed and gone while the question was open.
     CommitEdits();
-    static_cast<void>(store.switchTo(toFiles ? StoreKind::Files : StoreKind::Registry, records(), settings));
+    const StoreKind kind = toFiles ? StoreKind::Files : StoreKind::Registry;
+    // Refused, the choice is what it was, and the next click has to ask for the same again.
+    if (store.switchTo(kind, records(), settings) == Switched::Refused)
+        localFilesMark = !settings.UseRegistry;
 }
 
 // --- Messages ---------------------------------------------------------------------------------------------

@@ -122,6 +122,18 @@ bool FileStore::replaceAll(NoteList notes, const GlobalSettings&) {
     return true;
 }
 
+bool FileStore::writeAll(NoteList notes, const GlobalSettings& settings) {
+    if (imagesOf(data_.page, notes).lost) return false;
+    finishRemovals(notes, settings);
+    if (places_.unfinished) return false;
+    const std::vector<NoteField> fields = everyField();
+    for (std::size_t i = 0; i < notes.size(); ++i) {
+        if (!set(static_cast<int>(i) + 1, *notes[i], fields).done) return false;
+    }
+    header_.count = static_cast<std::int32_t>(notes.size());
+    return writeHeader();
+}
+
 bool FileStore::storeCount(int) {
     return true;  // the header has it, and is written with every new and every deleted note
 }

@@ -31,6 +31,7 @@ public:
     void finishRemovals(NoteList notes, const GlobalSettings& settings) override;
     bool isUnfinished() const override { return places_.unfinished; }
     [[nodiscard]] bool replaceAll(NoteList notes, const GlobalSettings& settings) override;
+    [[nodiscard]] bool writeAll(NoteList notes, const GlobalSettings& settings) override;
     [[nodiscard]] bool storeCount(int count) override;
     [[nodiscard]] bool settle() override;
     bool hasPlace(int number) const override { return places_.of(number) <= kMaxNotes; }

@@ -21,20 +21,21 @@ bool NoteStore::copyTo(StoreKind kind, NoteList notes, const GlobalSettings& set
         copies.push_back(*notes[i]);
         if (copies.back().readOnly && !load(static_cast<int>(i) + 1, copies.back(), settings)) return false;
     }
-    const bool chosen = settings.UseRegistry == (kind == StoreKind::Registry);
-    const bool anew = !isKept || chosen || behind_.contains(&target);
     std::vector<NoteRecord*> all;
     all.reserve(copies.size());
     for (NoteRecord& copy : copies)
         all.push_back(&copy);
+    const bool chosen = settings.UseRegistry == (kind == StoreKind::Registry);
     if (!isKept && kind == StoreKind::Files) {
         // When the program is killed on the way, the next start finds files beside the registry and may be
         // told to use them. Until the records are complete, which is the last step, it then has to copy the
         // registry's notes again.
         if (!dropSetting(registry_->notes().settings, kSettingSection, kImportedKey)) return false;
     }
-    if (anew) {
-        if (!target.replaceAll(all, settings)) return false;
+    if (!isKept || chosen || behind_.contains(&target)) {
+        // A store that is kept may be the only complete one, so it is never taken down to be built anew.
+        const bool done = isKept ? target.writeAll(all, settings) : target.replaceAll(all, settings);
+        if (!done) return false;
         behind_.erase(&target);
         for (std::size_t i = 0; i < notes.size(); ++i)
             notes[i]->memo = copies[i].memo;

@@ -85,7 +85,7 @@ bool RegistryNotes::SaveNoteToRegistry(int number, const NoteRecord& record) con
     return changeSection(settings, noteSection(number), wholeNote(*this, record, false));
 }
 
-bool RegistryNotes::replaceNote(int number, const NoteRecord& record) const {
+bool RegistryNotes::replaceNote(int number, const NoteRecord& record, bool keepDraft) const {
     std::vector<ValueChange> changes = wholeNote(*this, record, true);
     const SectionResult section = settings.readSection(noteSection(number));
     if (section.status == IoStatus::Failed) return false;
@@ -93,11 +93,14 @@ bool RegistryNotes::replaceNote(int number, const NoteRecord& record) const {
         return std::any_of(changes.begin(), changes.end(),
                            [key](const ValueChange& change) { return isSameName(change.key, key); });
     };
+    const auto stays = [&](TextView key) {
+        return isOurs(key) || isPendingKey(key) || (keepDraft && isSameName(key, kDraftKey));
+    };
     std::vector<Text> keys = section.unreadable;
     for (const auto& [key, text] : section.values)
         keys.push_back(key);
     for (const Text& key : keys) {
-        if (!isOurs(key) && !isPendingKey(key)) changes.push_back({key, std::nullopt});
+        if (!stays(key)) changes.push_back({key, std::nullopt});
     }
     return changeSection(settings, noteSection(number), std::move(changes));
 }

@@ -32,8 +32,9 @@ struct RegistryNotes {
                                                 std::int32_t defaultHeight) const;
     /// Writes the whole record into the section of note `number`, in the store's fixed order.
     [[nodiscard]] bool SaveNoteToRegistry(int number, const NoteRecord& record) const;
-    /// The same for a section that may hold anything: only the record is left in it.
-    [[nodiscard]] bool replaceNote(int number, const NoteRecord& record) const;
+    /// The same for a section that may hold anything: only the record is left in it, and with `keepDraft` the
+    /// draft of an open edit.
+    [[nodiscard]] bool replaceNote(int number, const NoteRecord& record, bool keepDraft) const;
     /// Writes single fields. A date that is not a pattern also removes the pattern's values.
     [[nodiscard]] bool set(int number, const NoteRecord& record, std::span<const NoteField> fields) const;
     /// Moves the note of section `from`, and the draft of an open edit, to section `to`, whose own note goes.

@@ -152,23 +152,26 @@ bool RegistryStore::makeDense(NoteList notes, const GlobalSettings& settings) {
 
 bool RegistryStore::replaceAll(NoteList notes, const GlobalSettings& settings) {
     const int count = static_cast<int>(notes.size());
-    if (settings.UseRegistry) {
-        // This is the only copy: each note is written over itself, and nothing is removed before.
-        finishRemovals(notes, settings);
-        if (places_.unfinished) return false;
-    } else {
-        // Without a count no section is taken for a note: after an interrupted copy there are none.
-        if (!removeCount() || !dropList()) return false;
-        places_.settled();
-    }
+    // Without a count no section is taken for a note: after an interrupted copy there are none.
+    if (!removeCount() || !dropList()) return false;
+    places_.settled();
     draftsOwed_.clear();
-    for (int number = 1; number <= count; ++number) {
-        const NoteRecord& note = *notes[static_cast<std::size_t>(number - 1)];
-        if (note.readOnly) continue;
-        if (!notes_.replaceNote(number, note)) return false;
+    return replaceNotes(notes, false) && clearOthers(count) && writeSetting(settings, count) &&
+           notes_.removeBeyond(count);
+}
+
+bool RegistryStore::writeAll(NoteList notes, const GlobalSettings& settings) {
+    finishRemovals(notes, settings);
+    if (places_.unfinished) return false;
+    const int count = static_cast<int>(notes.size());
+    return replaceNotes(notes, true) && writeSetting(settings, count) && notes_.removeBeyond(count);
+}
+
+bool RegistryStore::replaceNotes(NoteList notes, bool keepDrafts) {
+    for (std::size_t i = 0; i < notes.size(); ++i) {
+        if (!notes_.replaceNote(static_cast<int>(i) + 1, *notes[i], keepDrafts)) return false;
     }
-    if (!settings.UseRegistry && !clearOthers(count)) return false;
-    return writeSetting(settings, count) && notes_.removeBeyond(count);
+    return true;
 }
 
 /// Removes everything from the application's key except the settings and notes 1..`count`.

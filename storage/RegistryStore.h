@@ -35,6 +35,7 @@ public:
     void finishRemovals(NoteList notes, const GlobalSettings& settings) override;
     bool isUnfinished() const override { return places_.unfinished; }
     [[nodiscard]] bool replaceAll(NoteList notes, const GlobalSettings& settings) override;
+    [[nodiscard]] bool writeAll(NoteList notes, const GlobalSettings& settings) override;
     [[nodiscard]] bool storeCount(int count) override;
     [[nodiscard]] bool settle() override;
     bool hasPlace(int number) const override { return places_.of(number) <= kMaxNotes; }
@@ -47,6 +48,7 @@ public:
 private:
     [[nodiscard]] bool makeDense(NoteList notes, const GlobalSettings& settings);
     [[nodiscard]] bool moveSections(NoteList notes);
+    [[nodiscard]] bool replaceNotes(NoteList notes, bool keepDrafts);
     [[nodiscard]] bool clearOthers(int count);
     [[nodiscard]] bool writeList(const NotePlaces& known, int counted);
     [[nodiscard]] bool dropList();

@@ -43,8 +43,13 @@ public:
     virtual void finishRemovals(NoteList notes, const GlobalSettings& settings) = 0;
     /// Whether a removal still has to be finished.
     [[nodiscard]] virtual bool isUnfinished() const = 0;
-    /// Makes these notes the only ones in the store. They are only complete there when this returns true.
+    /// Makes these notes the only ones in a store that holds none of them. They are only complete there when
+    /// this returns true.
     [[nodiscard]] virtual bool replaceAll(NoteList notes, const GlobalSettings& settings) = 0;
+    /// Writes each note over itself in a store that is kept, and may be the only one that holds them all:
+    /// nothing is removed first, and each note is whole at every instant. Refused, and nothing written, when
+    /// a text does not fit.
+    [[nodiscard]] virtual bool writeAll(NoteList notes, const GlobalSettings& settings) = 0;
     /// Stores the number of notes, if the store keeps it apart from them.
     [[nodiscard]] virtual bool storeCount(int count) = 0;
     /// Retries what was refused before and does not belong to a note's fields: the count, and drafts. False

@@ -54,6 +54,13 @@ Act choose(StoreKind kind) {
     };
 }
 
+Act chooseHeld(StoreKind kind) {
+    return [=](Program& program) {
+        program.commit();
+        program.switchToHeld(kind);
+    };
+}
+
 Act type(int number, const Text& text) {
     return [=](Program& program) { program.type(number, text); };
 }
@@ -84,6 +91,8 @@ std::vector<Operation> operations(StoreKind own, StoreKind other) {
         {"there and back, then everything",
          {choose(other), choose(own), edit(2, u"after all"), create(), remove(1)}},
         {"there and back and there", {choose(other), choose(own), remove(1), choose(other), edit(1, u"z")}},
+        {"refused switch, then the same", {chooseHeld(other), choose(other), edit(1, u"after it")}},
+        {"refused switch, then the other", {chooseHeld(other), choose(own), edit(1, u"after it")}},
         {"drafts", {type(2, u"half a"), type(2, u"half a thought"), type(3, u"another")}},
         {"drafts that end", {type(2, u"dropped"), escape(2), type(2, u"kept"), enter(2), type(2, u"open")}},
         {"drafts over a deletion", {type(2, u"of two"), type(3, u"of three"), remove(1), escape(2)}},
@@ -222,6 +231,31 @@ TEST_P(EveryOperation, ADeletionThatFollowsARefusedOneMayBeKilledToo) {
         }
         EXPECT_EQ(finds.in(points.back(), false), program.wanted());
         if (!reached) break;
+    }
+}
+
+TEST_P(EveryOperation, ASwitchThatFollowsARefusedOneMayBeKilledToo) {
+    constexpr int kStep = 3;  // the writes of one note are much alike
+    Finds finds;
+    for (const StoreKind second : {own(), other()}) {
+        for (int number = 0;; number += kStep) {
+            SCOPED_TRACE("write " + std::to_string(number) + " refused");
+            Stores stores;
+            seed(stores, {"", {}, 2});
+            Program program(stores);
+            kFailingWrite.fail(stores, number);
+            choose(other())(program);
+            const bool reached = kFailingWrite.end(stores);
+            const std::vector<Image> points = everyPoint(stores, [&] { choose(second)(program); });
+            for (std::size_t point = 0; point < points.size(); ++point) {
+                for (const bool deleteLeftOver : {false, true}) {
+                    SCOPED_TRACE(at(1, point, deleteLeftOver));
+                    EXPECT_EQ(finds.in(points[point], deleteLeftOver), program.wanted());
+                }
+                ++tally.killed;
+            }
+            if (!reached) break;
+        }
     }
 }
 

@@ -134,6 +134,12 @@ struct Program {
     bool switchTo(StoreKind kind) {
         return store.switchTo(kind, pointersTo(notes), settings) == Switched::Done;
     }
+    /// The same while a copy in another session is using that store.
+    void switchToHeld(StoreKind kind) {
+        store.claim = [](StoreKind) { return false; };
+        EXPECT_FALSE(switchTo(kind));
+        store.claim = [](StoreKind) { return true; };
+    }
     /// The text in the open editor of a body.
     void type(int number, const Text& text) {
         at(typed, number) = text;

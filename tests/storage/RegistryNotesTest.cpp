@@ -253,7 +253,7 @@ TEST_F(RegistryStoreTest, ANoteThatReplacesAnotherKeepsItsDaysUnderNamesOfAnothe
     russian.weekdayKeys[0] = u"w.\u043F\u043D";
     NoteRecord note;
     note.weekdays[0] = true;
-    ASSERT_TRUE(russian.replaceNote(1, note));
+    ASSERT_TRUE(russian.replaceNote(1, note, false));
     NoteRecord read;
     EXPECT_EQ(russian.LoadNoteFromRegistry(0, read, 1, 1), IoStatus::Done);
     EXPECT_TRUE(read.weekdays[0]);

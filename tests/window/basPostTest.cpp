@@ -427,6 +427,25 @@ TEST(CollectionRegistry, ARefusedWriteOfAnUnchangedValueLeavesTheStoreChosen) {
     EXPECT_EQ(desk.registry.text(u"setting", u"UseRegistry"), u"True");
 }
 
+TEST_P(Collection, ARefusedSwitchLeavesTheCheckMarkAndTheNextClickAsksForTheSameAgain) {
+    const auto desk = run(manyNotes(2));
+    desk->desk->settings.UseRegistry = GetParam();
+    fmsg& dialog = desk->desk->dialog;
+    const TextView title = GetParam() ? u"Use the local files?" : u"Don't use the local files?";
+    const auto click = [&] {
+        Script script(dialog);
+        script.when(titled(dialog, title), pressing(dialog, ID_BTN1));
+        desk->desk->SwitchStore();
+    };
+    desk->desk->store.claim = [](StoreKind) { return false; };
+    click();
+    EXPECT_EQ(desk->desk->trayState().localFiles, !GetParam());
+    desk->desk->store.claim = [](StoreKind) { return true; };
+    click();
+    EXPECT_EQ(desk->desk->trayState().localFiles, GetParam());
+    EXPECT_EQ(desk->registry.text(u"setting", u"UseRegistry"), boolText(!GetParam()));
+}
+
 TEST_P(Collection, ACommandOnAllNotesWaitsForHeldFilesOnce) {
     const auto desk = run(manyNotes(kMaxNotes));
     basPost& all = *desk->desk;
