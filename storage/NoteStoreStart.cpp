@@ -130,9 +130,15 @@ bool NoteStore::lookForFiles(bool& any) const {
     return true;
 }
 
+/// A start that finds them half deleted may be told to keep them after all: then they no longer hold what the
+/// registry holds, and its notes have to be copied into them.
 void NoteStore::deleteLocalFiles() {
-    for (const TextView name : {kNoteFile, kHeaderFile, kMemoFile, TextView(kDraftFile)}) {
-        if (files_->data().exists(name)) static_cast<void>(files_->data().files.remove(name));
+    static_cast<void>(dropSetting(registry_->notes().settings, kSettingSection, kImportedKey));
+    const DataFiles& data = files_->data();
+    // Records without their bodies would come up as blank notes.
+    if (data.exists(kNoteFile) && !data.files.remove(kNoteFile)) return;
+    for (const TextView name : {kHeaderFile, kMemoFile, TextView(kDraftFile)}) {
+        if (data.exists(name)) static_cast<void>(data.files.remove(name));
     }
 }
 
@@ -169,7 +175,8 @@ bool NoteStore::importOnce(const SectionResult& section, StartState& state, cons
     int registryCount = 0;
     static_cast<void>(registry_->readCount(section, registryCount));
     if (leadingInt32(counted.text) < 1) registryCount = 0;
-    const bool imported = ParseBool(valueOf(section, kImportedKey).text);
+    // Without its records the folder holds nothing, whatever was copied into it once.
+    const bool imported = ParseBool(valueOf(section, kImportedKey).text) && files_->data().exists(kNoteFile);
     const Settings& settings = registry_->notes().settings;
     if (registryCount >= 1 && state.Count == 1 && !imported) {
         const Imported done = importRegistryNotes(*files_, *registry_, registryCount);

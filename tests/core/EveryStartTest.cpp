@@ -128,6 +128,35 @@ TEST(EveryStart, LeftOverFilesAreDeletedOrStayComplete) {
     }
 }
 
+TEST(EveryStart, AnAnswerAboutLeftOverFilesMayBeFollowedByTheOther) {
+    for (const int count : {1, 3}) {
+        for (const bool first : {true, false}) {
+            SCOPED_TRACE(std::to_string(count) + (first ? " notes, yes and no" : " notes, no and yes"));
+            const Desk all = sampleNotes(count);
+            // There and back in one run: both stores hold every note, and the files count as copied.
+            Stores stores;
+            stores.seed(true, all);
+            Program program(stores);
+            ASSERT_TRUE(program.switchTo(StoreKind::Files) && program.switchTo(StoreKind::Registry));
+            const Image both = stores.image();
+            for (const Image& point : everyPoint(stores, [&] { const Program killed(stores, first); })) {
+                EXPECT_EQ(foundIn(point, !first), storeFree(all));
+                ++tally.killed;
+            }
+            for (int number = 0;; ++number) {
+                SCOPED_TRACE("write " + std::to_string(number) + " refused");
+                Stores refusing(both);
+                kFailingWrite.fail(refusing, number);
+                const Program refused(refusing, first);
+                const bool reached = kFailingWrite.end(refusing);
+                EXPECT_EQ(foundIn(refusing.image(), !first), storeFree(all));
+                if (!reached) break;
+                ++tally.failed;
+            }
+        }
+    }
+}
+
 /// Files of an older release.
 void seedOlder(Stores& stores, const Desk& notes, float version, std::size_t recordLength) {
     stores.seed(false, notes);

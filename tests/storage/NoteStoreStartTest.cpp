@@ -197,7 +197,7 @@ TEST(LeftOverFiles, TheEndOfTheProgramIsNoAnswer) {
 }
 
 TEST(LeftOverFiles, OneThatCannotBeDeletedIsLeftSilently) {
-    for (const TextView refused : {kHeaderFile, kNoteFile, kMemoFile}) {
+    for (const TextView refused : {kHeaderFile, kMemoFile}) {
         Start start;
         start.seedFiles(sampleNotes(2));
         start.set(u"UseRegistry", u"True");
@@ -209,6 +209,25 @@ TEST(LeftOverFiles, OneThatCannotBeDeletedIsLeftSilently) {
         ASSERT_EQ(start.desk.folder.content.size(), 1U) << "the other two are deleted";
         EXPECT_EQ(start.desk.folder.content.begin()->first, refused);
     }
+}
+
+TEST(LeftOverFiles, StayWholeIfTheirRecordsCannotBeDeleted) {
+    Start start;
+    start.seedFiles(sampleNotes(2));
+    start.set(u"UseRegistry", u"True");
+    const auto before = start.desk.folder.content;
+    start.answerDelete = true;
+    start.desk.folder.kept.insert(Text(kNoteFile));
+    start.run();
+    EXPECT_TRUE(start.state.usable && start.inRegistry());
+    EXPECT_EQ(start.failures, 0);
+    EXPECT_EQ(start.desk.folder.content, before);
+    start.answerDelete = false;
+    start.run();
+    EXPECT_EQ(start.state.Count, 2);
+    NoteRecord second;
+    EXPECT_TRUE(start.desk.store.load(2, second, start.settings));
+    EXPECT_EQ(second.Nota, sampleNotes(2)[1].Nota);
 }
 
 TEST(LeftOverFiles, AnswerNoWithADamagedHeaderHidesNoNoteAtTheNextStart) {
