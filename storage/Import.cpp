@@ -92,6 +92,13 @@ Imported importRegistryNotes(FileStore& files, const RegistryStore& registry, in
         if (CopyRegistryNoteToRecord(registry.notes(), slot, notes[i]) == IoStatus::Failed)
             return Imported::Refused;
     }
+    std::vector<NoteRecord*> all;
+    all.reserve(notes.size());
+    for (NoteRecord& note : notes)
+        all.push_back(&note);
+    FileImages images = imagesOf(data.page, all);
+    if (images.lost) return Imported::Refused;
+
     const ReadResult datBefore = data.files.read(kNoteFile, 0, kMaxNotes * kRecordLength);
     const ReadResult memoBefore = data.files.read(kMemoFile, 0, kMostMemoBytes);
     const LengthResult memoLength = data.files.length(kMemoFile);
@@ -107,12 +114,6 @@ Imported importRegistryNotes(FileStore& files, const RegistryStore& registry, in
         return Imported::Nothing;
     // One of them would have to be dropped silently.
     if (keep && notes.size() == static_cast<std::size_t>(kMaxNotes)) return Imported::Refused;
-    std::vector<NoteRecord*> all;
-    all.reserve(notes.size());
-    for (NoteRecord& note : notes)
-        all.push_back(&note);
-    FileImages images = imagesOf(data.page, all);
-
     // Behind a note that stays, bodies are added to those in MEMO; otherwise both files begin anew.
     const std::uint64_t bodies = keep ? (memoLength.bytes + kMemoLength - 1) / kMemoLength : 0;
     if (bodies > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max() - kMaxNotes))
@@ -120,8 +121,7 @@ Imported importRegistryNotes(FileStore& files, const RegistryStore& registry, in
     if (keep) putBehind(images, datBefore.bytes, static_cast<std::int32_t>(bodies));
 
     const int countBefore = files.header().count;
-    if (writeCopy(files, images, keep, bodies * kMemoLength))
-        return images.lost ? Imported::DoneCut : Imported::Done;
+    if (writeCopy(files, images, keep, bodies * kMemoLength)) return Imported::Done;
     files.count(countBefore);
     putBack(data, kNoteFile, datBefore);
     if (keep && memoLength.status == IoStatus::Done) {

@@ -5,14 +5,14 @@
 #include "storage/RegistryStore.h"
 
 enum class Imported {
-    Nothing,  ///< the registry holds no notes
+    Nothing,  ///< the registry holds no notes, or only the one that is in the files
     Done,
-    DoneCut,  ///< all are there, but a text had to be cut or has letters that the files cannot hold
     Refused,  ///< the files are as they were
 };
 
 /// Copies the registry's notes (at most 50) into the local files, after a first note that is not empty. Done
 /// only when everything has been read back from the files. Refused, and nothing changed, when a note cannot
-/// be read, the files cannot be written, or the note that is there leaves no room for all of them.
+/// be read, a text is too long for the files or has letters that they cannot hold, the files cannot be
+/// written, or the note that is there leaves no room for all of them.
 [[nodiscard]] Imported importRegistryNotes(FileStore& files, const RegistryStore& registry,
                                            int registryCount);

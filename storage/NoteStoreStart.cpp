@@ -168,8 +168,9 @@ bool NoteStore::upgrade(const StartQuestions& questions) {
     return false;
 }
 
-/// Copies the registry's notes, once, into local files with no more than one note. When that fails the
-/// registry stays the store of this run, so that its notes can still be reached.
+/// Copies the registry's notes, once, into local files with no more than one note. When that fails, or the
+/// files cannot hold them all as they are, the registry stays the store of this run, so that its notes can
+/// still be reached.
 bool NoteStore::importOnce(const SectionResult& section, StartState& state, const StartQuestions& questions) {
     const SettingResult counted = valueOf(section, kCountKey);
     int registryCount = 0;
@@ -187,7 +188,6 @@ bool NoteStore::importOnce(const SectionResult& section, StartState& state, cons
             questions.saveFailed();
             return true;
         }
-        if (done == Imported::DoneCut) questions.saveFailed();
         state.Count = files_->header().count;
         static_cast<void>(saveSetting(settings, kSettingSection, kImportedKey, u"1"));
     }

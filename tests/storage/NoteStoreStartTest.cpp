@@ -567,6 +567,27 @@ TEST(Import, OfFiftyBehindANoteIsRefusedAndTheRegistryStays) {
     EXPECT_EQ(last.Titolo, u"Title 50");
 }
 
+TEST(Import, OfATextThatDoesNotFitIsRefusedAndTheRegistryStays) {
+    Start start;
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    notes[0].Nota = Text(1025, u'x');
+    start.seedRegistry(notes);
+    for (int time = 1; time <= 2; ++time) {
+        start.run();
+        EXPECT_TRUE(start.inRegistry());
+        EXPECT_EQ(start.state.Count, 2);
+        EXPECT_EQ(start.failures, time);
+        EXPECT_EQ(start.stored(u"count"), u"2");
+        NoteRecord first;
+        EXPECT_TRUE(start.desk.store.load(1, first, start.settings));
+        EXPECT_EQ(first.Nota, notes[0].Nota);
+    }
+    start.desk.settings.put(u"kardel-1", u"Nota", u"shorter now");
+    start.run();
+    EXPECT_FALSE(start.inRegistry());
+    EXPECT_EQ(start.state.Count, 2);
+}
+
 TEST(Import, OfTheNoteThatIsThereKeepsTheFilesForm) {
     for (const bool title : {false, true}) {
         Start start;

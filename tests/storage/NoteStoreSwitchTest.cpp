@@ -500,16 +500,18 @@ TEST(Import, WaitsWhileASectionOrTheFilesCannotBeRead) {
     EXPECT_EQ(import.desk.changes->made, 0);
 }
 
-TEST(Import, ReportsATextThatDoesNotFit) {
-    Desk desk(true);
-    std::vector<NoteRecord> notes = sampleNotes(2);
-    notes[1].Nota = Text(1100, u'x');
-    desk.createAll(notes);
-    desk.open(false);
-    EXPECT_EQ(desk.import(2), Imported::DoneCut);
-    EXPECT_EQ(desk.settings.text(u"kardel-2", u"Nota"), notes[1].Nota);
-    desk.open(false);
-    EXPECT_EQ(desk.loadAll().at(1).Nota, Text(1024, u'x'));
+TEST(Import, OfATextThatDoesNotFitIsRefusedAndWritesNothing) {
+    for (const Text& text : {Text(1100, u'x'), Text(u"\u0416")}) {
+        Desk desk(true);
+        std::vector<NoteRecord> notes = sampleNotes(2);
+        notes[1].Nota = text;
+        desk.createAll(notes);
+        desk.open(false);
+        EXPECT_EQ(desk.import(2), Imported::Refused);
+        EXPECT_EQ(desk.changes->made, 0);
+        EXPECT_EQ(desk.settings.text(u"kardel-2", u"Nota"), notes[1].Nota);
+        EXPECT_FALSE(desk.hasFile(kNoteFile) || desk.hasFile(kMemoFile));
+    }
 }
 
 }  // namespace
