@@ -17,9 +17,10 @@ void DeskTicks::begin() {
 }
 
 void DeskTicks::countingChanged() {
-    const bool wanted = std::any_of(desk_.Notes.begin(), desk_.Notes.end(), [](const fpost* n) {
-        return n->alarm.wantsTicks() || n->record.readOnly;
-    });
+    const bool wanted =
+        std::any_of(desk_.Notes.begin(), desk_.Notes.end(),
+                    [](const fpost* n) { return n->alarm.wantsTicks() || n->record.readOnly; }) ||
+        desk_.store.hasUnreadDrafts();
     if (wanted == ticking_) return;
     ticking_ = wanted;
     // One timer for all notes, as fifty timers would wake the machine a hundred times a second.
@@ -74,8 +75,9 @@ void DeskTicks::tick() {
 void DeskTicks::readAgain() {
     const auto unread = [](const fpost* note) { return note->record.readOnly; };
     const auto isDue = [this] { return ++unreadTicks_ >= unreadWait_; };
-    if (desk_.dialog.open() || std::none_of(desk_.Notes.begin(), desk_.Notes.end(), unread) || !isDue())
-        return;
+    const bool wanted =
+        std::any_of(desk_.Notes.begin(), desk_.Notes.end(), unread) || desk_.store.hasUnreadDrafts();
+    if (desk_.dialog.open() || !wanted || !isDue()) return;
     // What stays locked is tried ever more rarely, because each failure adds a line to the log.
     unreadTicks_ = 0;
     unreadWait_ = std::min(2 * unreadWait_, kMostUnreadTicks);

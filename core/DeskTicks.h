@@ -16,7 +16,8 @@ public:
 
     /// Begins to watch the clock.
     void begin();
-    /// Starts or stops the ticks: they come as long as a note counts down or waits to be read.
+    /// Starts or stops the ticks: they come as long as a note counts down, or a note or a draft
+    /// waits to be read.
     void countingChanged();
     /// Gives every note that counts down a tick, and from time to time tries again to read what could not be
     /// read at the start.
@@ -29,7 +30,8 @@ private:
     void startTicks();
     /// Lets the alarms follow a clock that was set by `jump` seconds.
     void followClock(Now now, std::int64_t jump);
-    /// Replaces the blank stand-ins of notes that another program held at the start, if they can be read now.
+    /// Replaces the blank stand-ins of notes that another program held at the start, if they can be read now,
+    /// and takes over drafts that it held.
     void readAgain();
 
     basPost& desk_;

@@ -24,7 +24,7 @@ struct Draft {
 };
 
 struct FoundDrafts {
-    IoStatus status = IoStatus::Absent;  ///< Failed: they cannot be read now and must be left alone
+    IoStatus status = IoStatus::Absent;  ///< Failed: some cannot be read now and must be left alone
     std::vector<Draft> drafts;
 };
 

@@ -1,6 +1,7 @@
 #include "storage/FileStore.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -87,6 +88,7 @@ bool FileStore::remove(int number, NoteList remaining, const GlobalSettings&) {
     for (Draft& draft : drafts_) {
         if (draft.number > number) --draft.number;
     }
+    if (!draftsRead_) removedSince_.push_back(number);
     return makeDense(remaining);
 }
 
@@ -117,6 +119,10 @@ bool FileStore::replaceAll(NoteList notes, const GlobalSettings&) {
     if (!notes.empty()) done = done && data_.files.replace(kNoteFile, images.dat, Flush::Yes);
     if (!done) return false;
     places_.settled();
+    // What the file of drafts still has belonged to the notes that were here before.
+    drafts_.clear();
+    draftsRead_ = true;
+    draftsOwed_ = data_.exists(kDraftFile);
     for (std::size_t i = 0; i < notes.size(); ++i)
         notes[i]->memo = static_cast<std::int32_t>(i) + 1;
     return true;
@@ -178,7 +184,36 @@ bool FileStore::dropDraft(int number) {
     return writeDrafts(drafts_.empty() ? Flush::No : Flush::Yes);
 }
 
+/// Adds what an earlier run left in the file, once. False while it cannot be read.
+bool FileStore::readDrafts() {
+    if (draftsRead_) return true;
+    const ReadResult read = data_.files.read(kDraftFile, 0, kMostDraftBytes);
+    if (read.status == IoStatus::Failed) return false;
+    draftsRead_ = true;
+    if (read.status == IoStatus::Absent) return true;
+    // It goes with the next draft that is written or dropped.
+    draftsOwed_ = true;
+    std::vector<Draft> found = decodeDrafts(read.bytes);
+    for (const int removed : std::exchange(removedSince_, {})) {
+        for (Draft& draft : found) {
+            if (draft.number > removed) --draft.number;
+        }
+    }
+    for (Draft& draft : found) {
+        const bool newer = std::any_of(drafts_.begin(), drafts_.end(), [&](const Draft& other) {
+            return other.number == draft.number && other.stored == draft.stored;
+        });
+        if (!newer) drafts_.push_back(std::move(draft));
+    }
+    return true;
+}
+
 bool FileStore::writeDrafts(Flush flush) {
+    // Those of an earlier run are nowhere else.
+    if (!readDrafts()) {
+        draftsOwed_ = true;
+        return false;
+    }
     const std::string bytes = encodeDrafts(drafts_);
     bool done =
         drafts_.empty() ? data_.files.remove(kDraftFile) : data_.files.replace(kDraftFile, bytes, flush);
@@ -191,10 +226,6 @@ bool FileStore::writeDrafts(Flush flush) {
 }
 
 FoundDrafts FileStore::drafts(int) {
-    const ReadResult read = data_.files.read(kDraftFile, 0, kMostDraftBytes);
-    if (read.status != IoStatus::Done) return {read.status, {}};
-    // What is there now goes with the next draft that is written or dropped.
-    drafts_ = decodeDrafts(read.bytes);
-    draftsOwed_ = true;
-    return {IoStatus::Done, drafts_};
+    if (!readDrafts()) return {IoStatus::Failed, {}};
+    return {drafts_.empty() && !draftsOwed_ ? IoStatus::Absent : IoStatus::Done, drafts_};
 }

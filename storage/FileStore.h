@@ -43,6 +43,7 @@ public:
 
 private:
     [[nodiscard]] bool makeDense(NoteList notes);
+    [[nodiscard]] bool readDrafts();
     [[nodiscard]] bool writeDrafts(Flush flush);
 
     DataFiles data_;
@@ -50,6 +51,8 @@ private:
     NotePlaces places_;        ///< of the notes in KARDEL.DAT
     bool headerOwed_ = false;  ///< the header on the disk differs from `header_`
     std::vector<Draft> drafts_;
-    bool draftsOwed_ = false;  ///< their file differs from `drafts_`
+    bool draftsRead_ = false;        ///< `drafts_` has those of their file, too
+    std::vector<int> removedSince_;  ///< numbers of the notes that went while their file could not be read
+    bool draftsOwed_ = false;        ///< their file differs from `drafts_`
     bool flushNextDraft_ = true;
 };

@@ -146,7 +146,7 @@ void NoteStore::settle(NoteList notes, const GlobalSettings& settings) {
     std::erase_if(owedSettings_, [&](const auto& owed) {
         return saveSetting(stored, kSettingSection, rowOf(owed.first).key, owed.second);
     });
-    if (done && droppedListStands_) {
+    if (done && droppedListStands_ && !draftsUnread_) {
         dropped_.clear();
         droppedListStands_ = !dropSetting(stored, kSettingSection, kDroppedKey);
     }
@@ -217,7 +217,8 @@ FoundDrafts NoteStore::takeDrafts(NoteList notes) {
     const Command command(*this);
     FoundDrafts found = storeOf(inForce_).drafts(static_cast<int>(notes.size()));
     const SettingResult dropped = registry_->notes().settings.get(kSettingSection, kDroppedKey);
-    if (found.status == IoStatus::Failed || dropped.status == IoStatus::Failed) return {IoStatus::Failed, {}};
+    draftsUnread_ = found.status == IoStatus::Failed || dropped.status == IoStatus::Failed;
+    if (dropped.status == IoStatus::Failed) return {IoStatus::Failed, {}};
     std::vector<std::uint32_t> marks;
     for (const NoteRecord* note : notes)
         marks.push_back(note->readOnly ? 0 : storedMark(*note));

@@ -124,8 +124,11 @@ public:
     /// The edit has ended. A draft that cannot be dropped now is dropped later, and is never used again.
     void dropDraft(int number);
     /// The drafts that an earlier run left, each once. The notes that they belong to, as loaded, have to take
-    /// them over, and drop them once they are stored. Failed: they cannot be read now.
+    /// them over, and drop them once they are stored. Failed: there may be others, which cannot be read now;
+    /// a later call finds them.
     FoundDrafts takeDrafts(NoteList notes);
+    /// Whether `takeDrafts` could not read all of them.
+    bool hasUnreadDrafts() const { return draftsUnread_; }
 
     // --- Settings -----------------------------------------------------------------------------------------
     /// Stores one setting; when it is refused, `settle` tries again.
@@ -188,6 +191,7 @@ private:
     std::map<int, Draft> drafts_;    ///< of the edits that are open
     std::set<std::uint32_t> taken_;  ///< marks of an earlier run's drafts that the notes have taken over
     std::map<Setting, Text> owedSettings_;
+    bool draftsUnread_ = false;
     bool droppedListStands_ = false;      ///< section "setting" lists drafts that were dropped
     std::vector<std::uint32_t> dropped_;  ///< marks of drafts that were dropped and may still be stored
     int commands_ = 0;

@@ -208,6 +208,11 @@ bool RegistryStore::settle() {
 
 bool RegistryStore::saveDraft(const Draft& draft) {
     const int place = places_.of(draft.number);
+    // One that an earlier run left is nowhere else.
+    if (draftsUnread_.contains(place)) {
+        if (notes_.settings.get(noteSection(place), kDraftKey).status == IoStatus::Failed) return false;
+        draftsUnread_.erase(place);
+    }
     draftsOwed_.erase(place);
     return saveSetting(notes_.settings, noteSection(place), kDraftKey, draftText(draft));
 }
@@ -222,8 +227,13 @@ bool RegistryStore::dropDraft(int number) {
 FoundDrafts RegistryStore::drafts(int count) {
     FoundDrafts found{IoStatus::Done, {}};
     for (int number = 1; number <= count; ++number) {
-        const SettingResult value = notes_.settings.get(noteSection(places_.of(number)), kDraftKey);
-        // A note that cannot be read now keeps its draft until next time.
+        const int place = places_.of(number);
+        const SettingResult value = notes_.settings.get(noteSection(place), kDraftKey);
+        draftsUnread_.erase(place);
+        if (value.status == IoStatus::Failed) {
+            draftsUnread_.insert(place);
+            found.status = IoStatus::Failed;
+        }
         if (value.status != IoStatus::Done) continue;
         if (std::optional<Draft> draft = parseDraft(value.text, number)) {
             found.drafts.push_back(std::move(*draft));

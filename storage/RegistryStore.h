@@ -55,8 +55,9 @@ private:
     [[nodiscard]] bool writeSetting(const GlobalSettings& settings, int count);
 
     RegistryNotes notes_;
-    NotePlaces places_;         ///< of the notes in the sections
-    bool listStands_ = false;   ///< section "setting" holds a list of places, or may do so
-    int countOwed_ = 0;         ///< a number of notes that could not be stored; 0: none
-    std::set<int> draftsOwed_;  ///< sections whose draft could not be dropped
+    NotePlaces places_;           ///< of the notes in the sections
+    bool listStands_ = false;     ///< section "setting" holds a list of places, or may do so
+    int countOwed_ = 0;           ///< a number of notes that could not be stored; 0: none
+    std::set<int> draftsOwed_;    ///< sections whose draft could not be dropped
+    std::set<int> draftsUnread_;  ///< sections whose draft could not be read
 };

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
+
 #include "tests/storage/Samples.h"
 
 namespace {
@@ -226,6 +229,56 @@ TEST_P(EitherStore, ADraftIsGoneEvenIfItsFileMayNotBeDeleted) {
     desk.store.dropDraft(1);
     EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
     EXPECT_EQ(desk.settings.text(u"setting", u"dropped"), u"(none)");
+}
+
+TEST_P(EitherStore, TypingLeavesDraftsAloneThatCouldNotBeRead) {
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    desk.createAll(notes);
+    desk.store.saveDraft(1, false, u"one");
+    desk.store.saveDraft(3, true, u"three");
+    restart();
+    desk.folder.locked.insert(Text(kDraftFile));
+    desk.settings.unreadable = {{u"kardel-1", u"draft"}, {u"kardel-3", u"draft"}};
+    notes = desk.loadAll();
+    const FoundDrafts none = desk.store.takeDrafts(pointersTo(notes));
+    EXPECT_EQ(none.status, IoStatus::Failed);
+    EXPECT_TRUE(none.drafts.empty() && desk.store.hasUnreadDrafts());
+    desk.store.saveDraft(2, false, u"typed meanwhile");
+    if (inRegistry()) desk.store.saveDraft(3, true, u"typed over it");
+    desk.store.settle(pointersTo(notes), desk.global);
+    desk.folder.locked.clear();
+    desk.settings.unreadable.clear();
+    std::set<Text> found;
+    for (const Draft& draft : desk.store.takeDrafts(pointersTo(notes)).drafts)
+        found.insert(draft.text);
+    EXPECT_TRUE(found.contains(u"one") && found.contains(u"three"));
+    EXPECT_FALSE(desk.store.hasUnreadDrafts());
+    // And after a kill that came before any of them was finished.
+    desk.store.saveDraft(2, false, u"typed later");
+    const std::vector<Text> typed = typedIn(desk, inRegistry());
+    EXPECT_EQ(std::set<Text>(typed.begin(), typed.end()), (std::set<Text>{u"one", u"typed later", u"three"}));
+}
+
+TEST_P(EitherStore, ADeletionRenumbersDraftsThatCouldNotBeRead) {
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    for (NoteRecord& note : notes)
+        note.Titolo = note.Nota = u"all alike";
+    desk.createAll(notes);
+    desk.store.saveDraft(3, false, u"of the last");
+    restart();
+    desk.folder.locked.insert(Text(kDraftFile));
+    notes = desk.loadAll();
+    static_cast<void>(desk.store.takeDrafts(pointersTo(notes)));
+    notes.erase(notes.begin());
+    EXPECT_TRUE(desk.store.remove(1, pointersTo(notes), desk.global));
+    desk.folder.locked.clear();
+    desk.store.saveDraft(1, false, u"typed");
+    restart();
+    notes = desk.loadAll();
+    std::map<int, Text> found;
+    for (const Draft& draft : desk.store.takeDrafts(pointersTo(notes)).drafts)
+        found[draft.number] = draft.text;
+    EXPECT_EQ(found, (std::map<int, Text>{{1, u"typed"}, {2, u"of the last"}}));
 }
 
 TEST_P(EitherStore, EveryOtherDraftIsFlushedToTheDisk) {
