@@ -80,8 +80,9 @@ std::optional<Draft> takeDraft(std::string_view& bytes) {
 
 std::uint32_t storedMark(const NoteRecord& stored) {
     Hash hash;
-    hash.add(stored.Titolo);
-    hash.add(stored.Nota);
+    // The files do not keep blanks at the end of a text, the registry does.
+    hash.add(withoutTrailingBlanks(stored.Titolo));
+    hash.add(withoutTrailingBlanks(stored.Nota));
     return hash.value();
 }
 

@@ -29,6 +29,7 @@ struct FoundDrafts {
 };
 
 /// A number by which a stored note differs from others, and from itself once its text has been stored again.
+/// It is the same in either store.
 std::uint32_t storedMark(const NoteRecord& stored);
 
 /// A number by which a draft differs from others, and from itself with another text.

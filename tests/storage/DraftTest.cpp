@@ -82,6 +82,16 @@ TEST(Draft, MarksANoteByItsStoredTexts) {
     EXPECT_EQ(storedMark(note), storedMark(other));
 }
 
+TEST(Draft, MarksANoteWithoutTheBlanksThatTheFilesDoNotKeep) {
+    NoteRecord note;
+    note.Titolo = u"title";
+    note.Nota = u"body";
+    NoteRecord other = note;
+    other.Titolo += u"  ";
+    other.Nota += u" ";
+    EXPECT_EQ(storedMark(note), storedMark(other));
+}
+
 TEST(Draft, DiffersFromAnotherByItsText) {
     Draft other = sample();
     EXPECT_EQ(draftMark(other), draftMark(sample()));

@@ -303,6 +303,24 @@ TEST(SwitchBack, KeepsBothStoresInStepUntilTheEnd) {
     }
 }
 
+TEST(SwitchBack, KeepsTheDraftOfANoteThatEndsInABlankInBothStores) {
+    for (const bool useRegistry : {true, false}) {
+        Desk desk(useRegistry);
+        std::vector<NoteRecord> notes = sampleNotes(2);
+        notes[0].Titolo += u" ";
+        notes[1].Nota += u"  ";
+        desk.createAll(notes);
+        ASSERT_TRUE(useRegistry ? desk.toFiles(notes) : desk.toRegistry(notes));
+        desk.store.saveDraft(1, false, u"typed in one");
+        desk.store.saveDraft(2, false, u"typed in two");
+        for (const bool next : {true, false}) {
+            desk.open(next);
+            std::vector<NoteRecord> found = desk.loadAll();
+            EXPECT_EQ(desk.store.takeDrafts(pointersTo(found)).drafts.size(), 2U) << useRegistry << next;
+        }
+    }
+}
+
 TEST(SwitchBack, ToTheFilesInForceIsFollowedByNoImport) {
     Desk desk(false);
     std::vector<NoteRecord> notes = sampleNotes(1);
