@@ -43,12 +43,30 @@ bool RegistryStore::removeCount() {
 
 bool RegistryStore::storeCount(int count) {
     countOwed_ = count;
-    // A list that was written for another number of notes must not be used for this one.
-    if (listStands_ && !dropList()) return false;
-    const int last = count > 0 ? places_.of(count) : 0;
-    if (!saveSetting(notes_.settings, kSettingSection, kCountKey, decimal(last))) return false;
+    if (places_.unfinished) {
+        if (!storePlaces(count)) return false;
+    } else {
+        // A list that was written for another number of notes must not be used for this one.
+        if (!dropList()) return false;
+        const int last = count > 0 ? places_.of(count) : 0;
+        if (!saveSetting(notes_.settings, kSettingSection, kCountKey, decimal(last))) return false;
+    }
     countOwed_ = 0;
     return true;
+}
+
+/// Stores where the notes are while a removal is unfinished. Without the list, a start would take the place
+/// of a removed note for a note. The list fits the stored count at every instant: it counts with more notes
+/// than stay, or when a new note has made the two equal, the count changes after it.
+bool RegistryStore::storePlaces(int count) {
+    const SettingResult stored = notes_.settings.get(kSettingSection, kCountKey);
+    if (stored.status == IoStatus::Failed) return false;
+    const int counted = leadingInt32(stored.text);
+    places_.name(count);
+    if (counted > count) return writeList(places_, counted);
+    const int last = count > 0 ? places_.of(count) : 0;
+    return writeList(places_, last) &&
+           saveSetting(notes_.settings, kSettingSection, kCountKey, decimal(last));
 }
 
 bool RegistryStore::writeList(const NotePlaces& known, int counted) {

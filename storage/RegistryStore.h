@@ -51,6 +51,7 @@ private:
     [[nodiscard]] bool replaceNotes(NoteList notes, bool keepDrafts);
     [[nodiscard]] bool clearOthers(int count);
     [[nodiscard]] bool writeList(const NotePlaces& known, int counted);
+    [[nodiscard]] bool storePlaces(int count);
     [[nodiscard]] bool dropList();
     [[nodiscard]] bool writeSetting(const GlobalSettings& settings, int count);
 

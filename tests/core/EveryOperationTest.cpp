@@ -36,6 +36,10 @@ Act edit(int number, const Text& body) {
     return [=](Program& program) { program.edit(number, body); };
 }
 
+Act drag(int number, std::int32_t x) {
+    return [=](Program& program) { program.drag(number, x); };
+}
+
 Act create() {
     return [](Program& program) {
         program.commit();
@@ -78,6 +82,7 @@ std::vector<Operation> operations(StoreKind own, StoreKind other) {
         {"deletion of the last", {remove(3)}},
         {"deletions", {remove(2), remove(1)}},
         {"deletion, then everything", {remove(1), edit(2, u"moved and edited"), create(), remove(2)}},
+        {"deletions and drags", {remove(2), drag(2, 4711), remove(1), drag(1, 4712)}},
         {"edits and a new note", {edit(1, u"longer than before"), create(), edit(4, u"x"), edit(1, u"y")}},
         {"switch", {choose(other)}},
         {"switch of one note", {choose(other), edit(1, u"after it")}, 1},
@@ -230,6 +235,35 @@ TEST_P(EveryOperation, ADeletionThatFollowsARefusedOneMayBeKilledToo) {
             ++tally.killed;
         }
         EXPECT_EQ(finds.in(points.back(), false), program.wanted());
+        if (!reached) break;
+    }
+}
+
+TEST_P(EveryOperation, ADragOrANewNoteThatFollowsARefusedDeletionMayBeKilledToo) {
+    constexpr int kStep = 5;  // the writes of one note are much alike
+    const std::vector<Act> acts{drag(1, 4711), create(), remove(3), drag(2, 4712)};
+    Finds finds;
+    for (int number = 0;; number += kStep) {
+        SCOPED_TRACE("write " + std::to_string(number) + " refused");
+        Stores stores;
+        stores.seed(GetParam(), sampleNotes(4));
+        Program program(stores);
+        History history;
+        history.add(program.wanted());
+        kFailingWrite.fail(stores, number);
+        program.remove(2);
+        const bool reached = kFailingWrite.end(stores);
+        history.add(program.wanted());
+        for (std::size_t act = 0; act < acts.size(); ++act) {
+            const std::vector<Image> points = everyPoint(stores, [&] { acts[act](program); });
+            history.add(program.wanted());
+            for (std::size_t point = 0; point < points.size(); ++point) {
+                SCOPED_TRACE(at(act, point, false));
+                history.expectFromThen(finds.in(points[point], false));
+                ++tally.killed;
+            }
+        }
+        EXPECT_EQ(finds.in(stores.image(), false), program.wanted());
         if (!reached) break;
     }
 }

@@ -115,6 +115,12 @@ struct Program {
         at(notes, number).Nota = body;
         return set(number, kBody);
     }
+    /// The end of a drag: in the registry it also stores the number of notes.
+    bool drag(int number, std::int32_t x) {
+        at(notes, number).x = x;
+        const bool counted = store.storeCount(static_cast<int>(notes.size()));
+        return set(number, kPlace) && counted;
+    }
     bool create(const NoteRecord& note) {
         notes.push_back(note);
         fitLists();
@@ -182,6 +188,7 @@ struct Program {
 
 private:
     static constexpr NoteField kBody[] = {NoteField::Nota};
+    static constexpr NoteField kPlace[] = {NoteField::X, NoteField::Y};
 
     template <class Item>
     static Item& at(std::vector<Item>& list, int number) {
