@@ -172,7 +172,7 @@ void DeskForTray::alreadyRunning() {
 }
 
 void DeskForTray::commitEdits() {
-    desk_.CommitEdits();
+    desk_.CommitForLogOff();
 }
 
 void DeskForTray::endSession() {

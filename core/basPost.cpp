@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr unsigned kLogOffPatience = 500;  // ms; question and end of the session may each take as long
-
 /// Cancels the system's own dialog over a note, the choice of a colour. The quit message alone might end it
 /// as if the colour had been confirmed.
 BOOL CALLBACK cancelSystemDialog(HWND window, LPARAM note) noexcept {
@@ -102,6 +100,7 @@ std::vector<NoteRecord*> basPost::records() const {
 // --- Start ------------------------------------------------------------------------------------------------
 
 bool basPost::LoadNotes(int count) {
+    const NoteStore::Command command(store);
     ticks.begin();  // alarms are armed according to this clock
     if (!openNotes(count)) {
         MsgBoxExt(u"Windows has no room for all notes now. Close some programs and start Kardel again.",
@@ -171,6 +170,7 @@ bool basPost::NewNote() {
                   MB_ICONERROR);
         return false;
     }
+    const NoteStore::Command command(store);
     CommitEdits();
     store.refreshDefaultSize(settings);
 
@@ -235,6 +235,7 @@ void basPost::SwitchStore() {
         return;
     }
     if (ending()) return;
+    const NoteStore::Command command(store);
     // Only now, because notes may have come, changed and gone while the question was open.
     CommitEdits();
     const StoreKind kind = toFiles ? StoreKind::Files : StoreKind::Registry;
@@ -292,6 +293,12 @@ void basPost::CommitEdits() {
     });
 }
 
+void basPost::CommitForLogOff() {
+    constexpr unsigned kPatience = 500;  // ms; question and end of the session may each take as long
+    const NoteStore::Command command(store, kPatience);
+    CommitEdits();
+}
+
 void basPost::ExitProgram() {
     CommitEdits();
     dialog.unload();
@@ -308,8 +315,7 @@ void basPost::EndSession() {
         ExitProgram();  // a start that is waiting must neither go on nor take this for an answer
         return;
     }
-    const NoteStore::Command command(store, kLogOffPatience);
-    CommitEdits();
+    CommitForLogOff();
     for (fpost* note : Notes)
         note->alarm.silence();
 }

@@ -44,6 +44,8 @@ struct basPost {
     void RemoveNote(fpost& note);
     /// Ends every open edit, keeping its text.
     void CommitEdits();
+    /// The same while the session may be ending: it waits half as long for files that other programs hold.
+    void CommitForLogOff();
     /// Ends the program: open edits are kept, and the message loop ends, whatever runs inside it.
     void ExitProgram();
     /// The session is ending: nothing may ask or wait.

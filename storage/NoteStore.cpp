@@ -76,7 +76,8 @@ bool NoteStore::load(int number, NoteRecord& record, const GlobalSettings& setti
     return done;
 }
 
-bool NoteStore::refresh(int number, NoteRecord& record, std::span<const NoteField> fields) const {
+bool NoteStore::refresh(int number, NoteRecord& record, std::span<const NoteField> fields) {
+    const Command command(*this);
     NoteRecord stored;
     if (storeOf(inForce_).load(number, stored, {}) == IoStatus::Failed) return false;
     for (const NoteField field : fields)
@@ -160,6 +161,7 @@ bool NoteStore::settleStores() {
 }
 
 bool NoteStore::storeCount(int count) {
+    const Command command(*this);
     bool done = true;
     for (Store* const store : kept_)
         done = store->storeCount(count) && done;
@@ -200,6 +202,7 @@ void NoteStore::saveDraft(int number, bool title, const Text& text) {
 void NoteStore::dropDraft(int number) {
     const auto found = drafts_.find(number);
     if (found == drafts_.end()) return;
+    const Command command(*this);
     const Draft draft = found->second;
     drafts_.erase(found);
     bool done = true;

@@ -84,7 +84,7 @@ public:
 
     /// Takes over fields of a note as they are stored at this moment, even if another program has changed
     /// them; a missing size is 0. False, and `record` untouched, when they cannot be read.
-    [[nodiscard]] bool refresh(int number, NoteRecord& record, std::span<const NoteField> fields) const;
+    [[nodiscard]] bool refresh(int number, NoteRecord& record, std::span<const NoteField> fields);
 
     /// Stores the named fields of a note. When that fails, it tells the user and returns false; a later call
     /// tries again. Nothing of a note that could not be read is written, since the store holds another text;

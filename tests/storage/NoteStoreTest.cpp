@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <set>
 
@@ -312,6 +313,21 @@ TEST_P(EitherStore, ACommandOnAllNotesWaitsForFilesOnce) {
     EXPECT_EQ(desk.folder.waits, std::vector<unsigned>{1000});
     EXPECT_TRUE(desk.store.set(1, notes[0], {NoteField::Iconized}));
     EXPECT_EQ(desk.folder.waits.size(), 2U) << "the next command has patience of its own";
+}
+
+TEST_P(EitherStore, EveryCommandOfItsOwnHasPatienceEvenAfterTyping) {
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    desk.createAll(notes);
+    constexpr NoteField kPlace[] = {NoteField::X};
+    const std::vector<std::function<void()>> commands{
+        [&] { EXPECT_TRUE(desk.store.refresh(1, notes[0], kPlace)); },
+        [&] { EXPECT_TRUE(desk.store.storeCount(2)); }, [&] { desk.store.dropDraft(2); }};
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+        desk.store.saveDraft(2, false, u"typed");
+        desk.folder.waits.clear();
+        commands[i]();
+        EXPECT_EQ(desk.folder.waits, std::vector<unsigned>{1000}) << "command " << i;
+    }
 }
 
 // --- The registry ----------------------------------------------------------------------------------------

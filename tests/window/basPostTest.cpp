@@ -458,9 +458,43 @@ TEST_P(Collection, ACommandOnAllNotesWaitsForHeldFilesOnce) {
         commands[i]();
         EXPECT_EQ(desk->folder.waits, std::vector<unsigned>{1000}) << "command " << i;
     }
+}
+
+TEST_P(Collection, ALogOffWaitsASecondInAll) {
+    const auto desk = run(manyNotes(3));
+    fTray& tray = desk->desk->tray;
     desk->folder.waits.clear();
-    all.EndSession();
-    EXPECT_EQ(desk->folder.waits, std::vector<unsigned>{500}) << "asked and ended: a second for a log-off";
+    SendMessageW(tray.hwnd, WM_QUERYENDSESSION, 0, 0);
+    SendMessageW(tray.hwnd, WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(desk->folder.waits, (std::vector<unsigned>{500, 500}));
+}
+
+TEST_P(Collection, ANewNoteWaitsForHeldFilesOnce) {
+    const auto desk = run(manyNotes(3));
+    desk->folder.waits.clear();
+    EXPECT_TRUE(desk->desk->NewNote());
+    EXPECT_EQ(desk->folder.waits, std::vector<unsigned>{1000});
+}
+
+TEST_P(Collection, ASwitchWaitsForHeldFilesOnceAfterItsAnswer) {
+    const auto desk = run(manyNotes(3));
+    fmsg& dialog = desk->desk->dialog;
+    Script script(dialog);
+    const TextView title = GetParam() ? u"Use the local files?" : u"Don't use the local files?";
+    script.when(titled(dialog, title), [&] {
+        desk->folder.waits.clear();
+        pressing(dialog, ID_BTN1)();
+    });
+    desk->desk->SwitchStore();
+    EXPECT_EQ(desk->folder.waits, std::vector<unsigned>{1000});
+}
+
+TEST_P(Collection, LoadingAllNotesWaitsForHeldFilesOnce) {
+    const auto desk = run(manyNotes(3));
+    desk->desk->store.saveDraft(2, false, u"typed");
+    desk->folder.waits.clear();
+    desk->killAndRestart();
+    EXPECT_EQ(desk->folder.waits, std::vector<unsigned>{1000});
 }
 
 // --- Open -------------------------------------------------------------------------------------------------
