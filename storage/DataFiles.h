@@ -18,6 +18,9 @@ inline constexpr std::u16string_view kHeaderFile = u"KARDEL.HDR";
 inline constexpr std::u16string_view kNoteFile = u"KARDEL.DAT";
 inline constexpr std::u16string_view kMemoFile = u"MEMO";
 
+/// All of them. The records come first: without them the others hold no note.
+inline constexpr std::u16string_view kDataFiles[] = {kNoteFile, kHeaderFile, kMemoFile};
+
 inline constexpr std::size_t kHeaderLength = 10;
 inline constexpr std::size_t kRecordLength = 215;
 inline constexpr std::size_t kMemoLength = 1024;

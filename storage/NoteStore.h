@@ -33,7 +33,7 @@ struct StartQuestions {
     std::function<std::optional<bool>()> deleteLocalFiles = [] { return false; };
     /// Notes could not be saved.
     std::function<void()> saveFailed = [] {};
-    /// The settings or the files cannot be read now; the start ends and has written nothing.
+    /// The settings or the files cannot be read now; the start ends and has changed no note.
     std::function<void()> cannotRead = [] {};
     /// Damaged files have been copied as they were found; `names` are those of the copies.
     std::function<void(const std::vector<Text>& names)> damaged = [](const std::vector<Text>&) {};
@@ -71,10 +71,11 @@ public:
     // --- The start (NoteStoreStart.cpp) -------------------------------------------------------------------
     /// Reads the settings and writes missing defaults back, settles the store in force and the number of
     /// notes, and copies registry notes into new local files once. When something cannot be read, nothing is
-    /// concluded from that: the start ends and has written nothing.
+    /// concluded from that: the start ends and has changed no note.
     [[nodiscard]] StartState start(GlobalSettings& settings, const StartQuestions& questions);
     /// Makes a store the one in force as it is, without any of that. Returns the number of notes in it.
     int begin(StoreKind kind);
+    /// The store in force.
     StoreKind kind() const { return inForce_; }
 
     // --- Notes --------------------------------------------------------------------------------------------

@@ -10,8 +10,6 @@ namespace {
 
 constexpr int kTries = 20;  // with a moment between two: about a second
 
-constexpr TextView kLocalFiles[] = {kNoteFile, kHeaderFile, kMemoFile};
-
 bool isFailed(const SectionResult& section, TextView key) {
     return valueOf(section, key).status == IoStatus::Failed;
 }
@@ -122,7 +120,7 @@ bool NoteStore::readSetting(SectionResult& section, GlobalSettings& settings,
 /// Checks whether any of the files is there. False when that is uncertain for one of them.
 bool NoteStore::lookForFiles(bool& any) const {
     any = false;
-    for (const TextView name : kLocalFiles) {
+    for (const TextView name : kDataFiles) {
         const IoStatus status = files_->data().files.length(name).status;
         if (status == IoStatus::Failed) return false;
         any = any || status == IoStatus::Done;
@@ -135,11 +133,11 @@ bool NoteStore::lookForFiles(bool& any) const {
 void NoteStore::deleteLocalFiles() {
     static_cast<void>(dropSetting(registry_->notes().settings, kSettingSection, kImportedKey));
     const DataFiles& data = files_->data();
-    // Records without their bodies would come up as blank notes.
-    if (data.exists(kNoteFile) && !data.files.remove(kNoteFile)) return;
-    for (const TextView name : {kHeaderFile, kMemoFile, TextView(kDraftFile)}) {
-        if (data.exists(name)) static_cast<void>(data.files.remove(name));
+    for (const TextView name : kDataFiles) {
+        const bool gone = !data.exists(name) || data.files.remove(name);
+        if (!gone && name == kNoteFile) return;  // without their bodies the records would be blank notes
     }
+    if (data.exists(kDraftFile)) static_cast<void>(data.files.remove(kDraftFile));
 }
 
 /// Removes what interrupted writes have left in the folder.
@@ -149,10 +147,12 @@ void NoteStore::removeTemporaries(StoreKind kind) {
     const auto isLeft = [&](TextView name) {
         return files.length(temporaryName(name)).status == IoStatus::Done;
     };
-    constexpr TextView kReplaced[] = {kNoteFile, kHeaderFile, kMemoFile, kDraftFile};
-    if (std::none_of(std::begin(kReplaced), std::end(kReplaced), isLeft)) return;
+    std::vector<Text> replaced = upgradeFiles(files);
+    replaced.insert(replaced.end(), std::begin(kDataFiles), std::end(kDataFiles));
+    replaced.emplace_back(kDraftFile);
+    if (std::none_of(replaced.begin(), replaced.end(), isLeft)) return;
     if (!mayUse(StoreKind::Files, false)) return;  // another session may be writing them
-    for (const TextView name : kReplaced) {
+    for (const Text& name : replaced) {
         if (isLeft(name)) static_cast<void>(files.remove(temporaryName(name)));
     }
     if (!ours) giveBack(StoreKind::Files);
@@ -161,8 +161,17 @@ void NoteStore::removeTemporaries(StoreKind kind) {
 /// Brings older data files up to date. False, after telling the user, when they must be left alone.
 bool NoteStore::upgrade(const StartQuestions& questions) {
     std::vector<Text> copies;
-    const Upgraded upgraded = UpgradeDataFiles(files_->data(), copies);
+    Upgraded upgraded = Upgraded::Unreadable;
+    const auto attempt = [&] {
+        upgraded = UpgradeDataFiles(files_->data(), copies);
+        return upgraded != Upgraded::Unreadable;
+    };
+    const bool read = comesToPass(attempt, questions);
     if (!copies.empty()) questions.damaged(copies);
+    if (!read) {
+        questions.cannotRead();
+        return false;
+    }
     if (upgraded != Upgraded::Failed) return true;
     questions.saveFailed();
     return false;

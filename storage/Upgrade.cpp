@@ -1,7 +1,9 @@
 #include "storage/Upgrade.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 #include "support/Number.h"
@@ -86,10 +88,10 @@ bool isOldUnderNewHeader(const DataHeader& header, std::uint64_t bytes, const Ol
 /// one or alone. NotNeeded: there was no such upgrade.
 Upgraded finishInterrupted(const DataFiles& data, StoredHeader& stored) {
     const LengthResult old = data.files.length(kNoteFile);
-    if (old.status == IoStatus::Failed) return Upgraded::Failed;
+    if (old.status == IoStatus::Failed) return Upgraded::Unreadable;
     for (const OldLayout& layout : kOldLayouts) {
         const LengthResult fresh = data.files.length(layout.temporaryFile);
-        if (fresh.status == IoStatus::Failed) return Upgraded::Failed;
+        if (fresh.status == IoStatus::Failed) return Upgraded::Unreadable;
         if (fresh.status == IoStatus::Absent || fresh.bytes % kRecordLength != 0) continue;
         const bool only = old.status == IoStatus::Absent && stored.existed;
         const bool beside =
@@ -104,7 +106,7 @@ Upgraded finishInterrupted(const DataFiles& data, StoredHeader& stored) {
 
 Upgraded convert(const DataFiles& data, DataHeader header, const OldLayout& layout) {
     const ReadResult old = data.files.read(kNoteFile, 0, kMostBytes);
-    if (old.status != IoStatus::Done) return Upgraded::Failed;
+    if (old.status != IoStatus::Done) return Upgraded::Unreadable;
     if (!data.files.replace(layout.temporaryFile, converted(old.bytes, layout.recordLength), Flush::Yes) ||
         !data.WriteHeader(header) || !data.files.rename(layout.temporaryFile, kNoteFile)) {
         return Upgraded::Failed;
@@ -118,10 +120,15 @@ struct Copy {
     bool stands = false;
 };
 
+constexpr int kMostCopies = 1000;
+
+Text copyName(TextView name, int number) {
+    return Text(name) + u".damaged" + (number == 1 ? Text() : decimal(number));
+}
+
 std::optional<Copy> copyOf(const Files& files, TextView name, const std::string& bytes) {
-    constexpr int kMostCopies = 1000;
     for (int number = 1; number <= kMostCopies; ++number) {
-        const Text copy = Text(name) + u".damaged" + (number == 1 ? Text() : decimal(number));
+        const Text copy = copyName(name, number);
         const ReadResult read = files.read(copy, 0, bytes.size() + 1);
         if (read.status == IoStatus::Absent) return Copy{copy, false};
         if (read.status == IoStatus::Done && read.bytes == bytes) return Copy{copy, true};
@@ -129,21 +136,30 @@ std::optional<Copy> copyOf(const Files& files, TextView name, const std::string&
     return std::nullopt;
 }
 
-/// Copies the files as they were found. False when that could not be done for all of them.
-bool keepCopies(const Files& files, std::vector<Text>& copies) {
-    for (const TextView name : {kNoteFile, kHeaderFile, kMemoFile}) {
+/// Copies the files as they were found. Done only when there is a copy of each.
+Upgraded keepCopies(const Files& files, std::vector<Text>& copies) {
+    for (const TextView name : kDataFiles) {
         const LengthResult length = files.length(name);
         if (length.status == IoStatus::Absent) continue;
-        if (length.status == IoStatus::Failed) return false;
+        if (length.status == IoStatus::Failed) return Upgraded::Unreadable;
         const ReadResult read = files.read(name, 0, static_cast<std::size_t>(length.bytes));
-        if (read.status != IoStatus::Done) return false;
+        if (read.status != IoStatus::Done) return Upgraded::Unreadable;
         const std::optional<Copy> copy = copyOf(files, name, read.bytes);
-        if (!copy) return false;
+        if (!copy) return Upgraded::Failed;
         if (copy->stands) continue;
-        if (!files.replace(copy->name, read.bytes, Flush::Yes)) return false;
+        if (!files.replace(copy->name, read.bytes, Flush::Yes)) return Upgraded::Failed;
         copies.push_back(copy->name);
     }
-    return true;
+    return Upgraded::Done;
+}
+
+/// Leaves the whole records in the present layout; `header` counts no more than these.
+Upgraded cutToWhole(const DataFiles& data, DataHeader header, std::uint64_t length) {
+    const std::uint64_t records = length / kRecordLength;
+    header.count =
+        static_cast<std::int32_t>(std::min<std::int64_t>(header.count, static_cast<std::int64_t>(records)));
+    const bool done = data.files.cut(kNoteFile, records * kRecordLength) && data.WriteHeader(header);
+    return done ? Upgraded::Done : Upgraded::Failed;
 }
 
 /// Handles files whose header makes no sense, with records that do not have the present layout.
@@ -153,15 +169,14 @@ Upgraded mend(const DataFiles& data, StoredHeader stored, std::uint64_t length, 
         stored.header.count = static_cast<std::int32_t>(recordsIn(length, layout->recordLength));
         return convert(data, stored.header, *layout);
     }
-    if (!keepCopies(data.files, copies)) return Upgraded::Failed;
+    const Upgraded kept = keepCopies(data.files, copies);
+    if (kept != Upgraded::Done) return kept;
     if (layout != nullptr) {
         stored.header.count = static_cast<std::int32_t>(recordsIn(length, layout->recordLength));
         return convert(data, stored.header, *layout);
     }
-    stored.header.count = static_cast<std::int32_t>(length / kRecordLength);
-    const bool done =
-        data.files.cut(kNoteFile, length / kRecordLength * kRecordLength) && data.WriteHeader(stored.header);
-    return done ? Upgraded::Done : Upgraded::Failed;
+    stored.header.count = std::numeric_limits<std::int32_t>::max();
+    return cutToWhole(data, stored.header, length);
 }
 
 }  // namespace
@@ -171,20 +186,38 @@ Upgraded UpgradeDataFiles(const DataFiles& data, std::vector<Text>& copies) {
     const Upgraded finished = finishInterrupted(data, stored);
     if (finished != Upgraded::NotNeeded) return finished;
     const LengthResult length = data.files.length(kNoteFile);
-    if (length.status == IoStatus::Failed) return Upgraded::Failed;
+    if (length.status == IoStatus::Failed) return Upgraded::Unreadable;
     const bool isPresent = length.status == IoStatus::Absent || length.bytes % kRecordLength == 0;
 
     if (!stored.whole) {
         // Treating present records as old ones would destroy them.
         if (isPresent) return Upgraded::NotNeeded;
         if (!stored.existed || stored.damaged) return mend(data, stored, length.bytes, copies);
-        // It cannot be read now. Records that can only be old ones would be overwritten in another layout.
-        return layoutOfLength(length.bytes) != nullptr ? Upgraded::Failed : Upgraded::NotNeeded;
+        // It cannot be read now, and the records are old ones or damaged: both would be written over.
+        return Upgraded::Unreadable;
     }
     const OldLayout* const layout = layoutOf(stored.header.version);
+    const bool fitsHeader =
+        layout != nullptr && length.status == IoStatus::Done && length.bytes % layout->recordLength == 0;
+    if (!isPresent && !fitsHeader) {
+        const Upgraded kept = keepCopies(data.files, copies);
+        if (kept != Upgraded::Done) return kept;
+        if (layout == nullptr) return cutToWhole(data, stored.header, length.bytes);
+    }
     if (layout == nullptr) return Upgraded::NotNeeded;
-    const bool fitsPresentOnly =
-        length.status == IoStatus::Absent || (isPresent && length.bytes % layout->recordLength != 0);
-    if (!fitsPresentOnly) return convert(data, stored.header, *layout);
+    if (!isPresent || fitsHeader) return convert(data, stored.header, *layout);
     return data.WriteHeader(stored.header) ? Upgraded::NotNeeded : Upgraded::Failed;
+}
+
+std::vector<Text> upgradeFiles(const Files& files) {
+    std::vector<Text> names;
+    for (const OldLayout& layout : kOldLayouts)
+        names.emplace_back(layout.temporaryFile);
+    for (const TextView name : kDataFiles) {
+        for (int number = 1; number <= kMostCopies; ++number) {
+            names.push_back(copyName(name, number));
+            if (files.length(names.back()).status != IoStatus::Done) break;
+        }
+    }
+    return names;
 }

@@ -364,7 +364,9 @@ TEST(LeftOverTemporaries, OfKilledWritesAreRemovedWithEitherStore) {
         Start start;
         seedSettled(start, useRegistry);
         const auto before = start.desk.folder.content;
-        for (const TextView name : {u"MEMO.tmp", u"KARDEL.DAT.tmp", u"KARDEL.TMP.tmp"})
+        for (const TextView name :
+             {u"MEMO.tmp", u"KARDEL.DAT.tmp", u"KARDEL.TMP.tmp", u"KARDEL121.DAT.tmp", u"KARDEL122.DAT.tmp",
+              u"KARDEL125.DAT.tmp", u"KARDEL.DAT.damaged.tmp", u"MEMO.damaged.tmp"})
             start.desk.file(name) = "half";
         start.run();
         EXPECT_EQ(start.desk.folder.content, before);
@@ -620,6 +622,26 @@ TEST(Upgrade, FailureEndsTheStartAndLeavesTheFilesAlone) {
     EXPECT_FALSE(start.state.usable);
     EXPECT_EQ(start.failures, 1);
     EXPECT_EQ(start.desk.folder.content, before);
+}
+
+TEST(Upgrade, WaitsForFilesThatCannotBeReadAndSaysSo) {
+    for (const bool inTime : {true, false}) {
+        Start start;
+        start.desk.file(kHeaderFile) = encodeHeader({2, 0, 1.2F});
+        start.desk.file(kNoteFile) = std::string(2 * 195, ' ');
+        const auto before = start.desk.folder.content;
+        start.desk.folder.locked.insert(Text(kNoteFile));
+        int waits = 0;
+        start.wait = [&] {
+            if (++waits == 10 && inTime) start.desk.folder.locked.clear();
+        };
+        start.run();
+        EXPECT_EQ(start.state.usable, inTime);
+        EXPECT_EQ(start.failures, 0);
+        EXPECT_EQ(start.unreadable, inTime ? 0 : 1);
+        EXPECT_GE(waits, 10);
+        EXPECT_EQ(start.desk.folder.content == before, !inTime);
+    }
 }
 
 /// Texts that a user, another program or a damaged disk may leave in any value.

@@ -172,8 +172,12 @@ TEST(UpgradeDataFiles, ShortLastRecordIsNotDropped) {
     OldFiles old;
     old.seed(1.2F, 195, 3);
     old.file(kNoteFile).resize(2 * 195 + 100);
-    EXPECT_EQ(upgrade(old.data), Upgraded::Done);
+    const std::string found = old.file(kNoteFile);
+    std::vector<Text> copies;
+    EXPECT_EQ(UpgradeDataFiles(old.data, copies), Upgraded::Done);
     EXPECT_EQ(old.file(kNoteFile).size(), 3 * kRecordLength);
+    EXPECT_EQ(copies.size(), 3U);
+    EXPECT_EQ(old.file(u"KARDEL.DAT.damaged"), found);
 }
 
 TEST(UpgradeDataFiles, OldRecordsWithoutAHeaderAreRecognisedByTheLength) {
@@ -203,6 +207,24 @@ TEST(UpgradeDataFiles, LengthThatFitsNoLayoutKeepsWholeRecordsAndACopyOfTheFiles
         EXPECT_EQ(UpgradeDataFiles(odd.data, copies), Upgraded::NotNeeded);
         EXPECT_TRUE(copies.empty()) << "the user must not be told twice";
     }
+}
+
+TEST(UpgradeDataFiles, LengthThatDoesNotFitAWholeHeaderKeepsWholeRecordsAndACopyOfTheFiles) {
+    OldFiles odd;
+    odd.seed(kProgramVersion, kRecordLength, 3);
+    odd.file(kNoteFile).resize(kRecordLength + 88);
+    const auto before = odd.folder.content;
+    std::vector<Text> copies;
+    EXPECT_EQ(UpgradeDataFiles(odd.data, copies), Upgraded::Done);
+    EXPECT_EQ(odd.file(kNoteFile), before.at(Text(kNoteFile)).substr(0, kRecordLength));
+    EXPECT_EQ(odd.file(kHeaderFile), encodeHeader({1, 0, kProgramVersion}));
+    EXPECT_EQ(copies, (std::vector<Text>{u"KARDEL.DAT.damaged", u"KARDEL.HDR.damaged", u"MEMO.damaged"}));
+    EXPECT_EQ(odd.file(u"KARDEL.DAT.damaged"), before.at(Text(kNoteFile)));
+    EXPECT_EQ(odd.file(u"MEMO.damaged"), before.at(Text(kMemoFile)));
+    copies.clear();
+    odd.file(kMemoFile) += "a body since then";
+    EXPECT_EQ(UpgradeDataFiles(odd.data, copies), Upgraded::NotNeeded);
+    EXPECT_TRUE(copies.empty()) << "the user must not be told twice";
 }
 
 TEST(UpgradeDataFiles, DamagedFilesAreLeftAloneUntilTheyAreCopied) {
@@ -303,7 +325,7 @@ TEST(UpgradeDataFiles, RecordsThatCannotBeReadNowAreLeftAlone) {
     old.seed(1.22F, 201, 3);
     const auto before = old.folder.content;
     old.folder.locked.insert(Text(kNoteFile));
-    EXPECT_EQ(upgrade(old.data), Upgraded::Failed);
+    EXPECT_EQ(upgrade(old.data), Upgraded::Unreadable);
     EXPECT_EQ(old.folder.content, before);
 }
 
