@@ -37,11 +37,7 @@ bool FileStore::createFirst() {
     NoteRecord first;
     ClearNoteRecord(first);
     // If only KARDEL.DAT is missing, its bodies must be there when it comes back.
-    const LengthResult memo = data_.files.length(kMemoFile);
-    if (memo.status == IoStatus::Failed) return false;
-    const MemoResult body = data_.WriteMemo(memo.bytes == 0 ? 1 : 0, u"");
-    first.memo = body.recordNumber;
-    return body.done && data_.files.flush(kMemoFile) && data_.PutNoteRecord(1, first);
+    return createInFiles(data_, 1, first).done;
 }
 
 // --- Notes ------------------------------------------------------------------------------------------------

@@ -437,6 +437,18 @@ TEST(UnreadableStart, WithoutItsRecordsOnceBlanksNoBody) {
     }
 }
 
+TEST(UnreadableStart, WithoutItsRecordsOnceKeepsABodyThatWasCutShort) {
+    Start start;
+    start.seedFiles(sampleNotes(3));
+    start.desk.folder.content.erase(Text(kNoteFile));
+    start.desk.file(kMemoFile).resize(2 * kMemoLength + 300);
+    const std::string bodies = start.desk.file(kMemoFile);
+    start.run();
+    EXPECT_EQ(start.state.Count, 1);
+    EXPECT_EQ(start.desk.file(kMemoFile).substr(0, bodies.size()), bodies);
+    EXPECT_EQ(start.desk.file(kMemoFile).size(), 4 * kMemoLength);
+}
+
 TEST(RegistryMode, StrayFilesOfNoKnownLayoutDoNotStopTheStart) {
     Start start;
     start.set(u"UseRegistry", u"True");
