@@ -147,6 +147,7 @@ void NoteStore::settle(NoteList notes, const GlobalSettings& settings) {
     std::erase_if(owedSettings_, [&](const auto& owed) {
         return saveSetting(stored, kSettingSection, rowOf(owed.first).key, owed.second);
     });
+    forgetRegistry();
     if (done && droppedListStands_ && !draftsUnread_) {
         dropped_.clear();
         droppedListStands_ = !dropSetting(stored, kSettingSection, kDroppedKey);

@@ -163,8 +163,10 @@ private:
 
     Store& storeOf(StoreKind kind) const;
     void take(StoreKind kind);
+    bool isKept(StoreKind kind) const;
     [[nodiscard]] bool write(int number, const std::function<Saved(Store&)>& save);
     void forget(int number);
+    void moveDraft(Draft draft, int to);
     [[nodiscard]] bool settleStores();
 
     // NoteStoreStart.cpp
@@ -175,6 +177,7 @@ private:
     [[nodiscard]] bool lookForFiles(bool& any) const;
     void deleteLocalFiles();
     void removeTemporaries(StoreKind kind);
+    void forgetRegistry();
     [[nodiscard]] bool upgrade(const StartQuestions& questions);
     [[nodiscard]] bool importOnce(const SectionResult& section, StartState& state,
                                   const StartQuestions& questions);
@@ -192,6 +195,7 @@ private:
     std::map<int, Draft> drafts_;    ///< of the edits that are open
     std::set<std::uint32_t> taken_;  ///< marks of an earlier run's drafts that the notes have taken over
     std::map<Setting, Text> owedSettings_;
+    bool registryVoid_ = false;  ///< its number of notes still has to go, because the files have them all
     bool draftsUnread_ = false;
     bool droppedListStands_ = false;      ///< section "setting" lists drafts that were dropped
     std::vector<std::uint32_t> dropped_;  ///< marks of drafts that were dropped and may still be stored

@@ -200,7 +200,15 @@ bool NoteStore::importOnce(const SectionResult& section, StartState& state, cons
         state.Count = files_->header().count;
         static_cast<void>(saveSetting(settings, kSettingSection, kImportedKey, u"1"));
     }
-    if (counted.status == IoStatus::Done) static_cast<void>(registry_->removeCount());
-    registry_->forgetList();
+    registryVoid_ = true;
+    forgetRegistry();
     return true;
+}
+
+/// Once the next start is sure to use the files, the registry's notes are none any more. Until then it may be
+/// told to use the registry, and has to find them.
+void NoteStore::forgetRegistry() {
+    if (!registryVoid_ || owedSettings_.contains(Setting::UseRegistry)) return;
+    registryVoid_ = !registry_->removeCount();
+    registry_->forgetList();
 }

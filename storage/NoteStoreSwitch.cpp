@@ -6,15 +6,22 @@
 
 Switched NoteStore::switchTo(StoreKind kind, NoteList notes, GlobalSettings& settings) {
     const Command command(*this);
+    const bool hadIt = claimed_.contains(kind);
     if (!mayUse(kind, true)) return Switched::Refused;
-    const bool done = copyTo(kind, notes, settings) && storeChoice(kind, settings);
-    if (!done) saveFailed();
-    return done ? Switched::Done : Switched::Refused;
+    if (copyTo(kind, notes, settings) && storeChoice(kind, settings)) return Switched::Done;
+    if (!hadIt && !isKept(kind)) giveBack(kind);
+    saveFailed();
+    return Switched::Refused;
+}
+
+bool NoteStore::isKept(StoreKind kind) const {
+    return std::find(kept_.begin(), kept_.end(), &storeOf(kind)) != kept_.end();
 }
 
 bool NoteStore::copyTo(StoreKind kind, NoteList notes, const GlobalSettings& settings) {
     Store& target = storeOf(kind);
-    const bool isKept = std::find(kept_.begin(), kept_.end(), &target) != kept_.end();
+    const bool wasKept = isKept(kind);
+    if (kind == StoreKind::Registry) registryVoid_ = false;
     std::vector<NoteRecord> copies;
     copies.reserve(notes.size());
     for (std::size_t i = 0; i < notes.size(); ++i) {
@@ -26,15 +33,15 @@ bool NoteStore::copyTo(StoreKind kind, NoteList notes, const GlobalSettings& set
     for (NoteRecord& copy : copies)
         all.push_back(&copy);
     const bool chosen = settings.UseRegistry == (kind == StoreKind::Registry);
-    if (!isKept && kind == StoreKind::Files) {
+    if (!wasKept && kind == StoreKind::Files) {
         // When the program is killed on the way, the next start finds files beside the registry and may be
         // told to use them. Until the records are complete, which is the last step, it then has to copy the
         // registry's notes again.
         if (!dropSetting(registry_->notes().settings, kSettingSection, kImportedKey)) return false;
     }
-    if (!isKept || chosen || behind_.contains(&target)) {
+    if (!wasKept || chosen || behind_.contains(&target)) {
         // A store that is kept may be the only complete one, so it is never taken down to be built anew.
-        const bool done = isKept ? target.writeAll(all, settings) : target.replaceAll(all, settings);
+        const bool done = wasKept ? target.writeAll(all, settings) : target.replaceAll(all, settings);
         if (!done) return false;
         behind_.erase(&target);
         for (std::size_t i = 0; i < notes.size(); ++i)
@@ -45,7 +52,7 @@ bool NoteStore::copyTo(StoreKind kind, NoteList notes, const GlobalSettings& set
         target.finishRemovals(all, settings);
         if (target.isUnfinished() || !target.storeCount(static_cast<int>(notes.size()))) return false;
     }
-    if (!isKept) {
+    if (!wasKept) {
         kept_.push_back(&target);
         // It must have the drafts of the open edits, too.
         for (const auto& [number, draft] : drafts_)

@@ -230,6 +230,23 @@ TEST(LeftOverFiles, StayWholeIfTheirRecordsCannotBeDeleted) {
     EXPECT_EQ(second.Nota, sampleNotes(2)[1].Nota);
 }
 
+TEST(LeftOverFiles, AnswerNoKeepsTheRegistrysNotesUntilItIsStored) {
+    Start start;
+    start.seedFiles(sampleNotes(3));
+    start.seedRegistry(sampleNotes(2));
+    start.set(u"UseRegistry", u"True");
+    start.desk.settings.writeProtected.insert(Text(kSettingSection));
+    start.run();
+    EXPECT_EQ(start.state.Count, 3);
+    EXPECT_EQ(start.stored(u"UseRegistry"), u"True");
+    EXPECT_EQ(start.stored(u"count"), u"2") << "the next start may use them";
+    start.desk.settings.writeProtected.clear();
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    start.desk.store.settle(pointersTo(notes), start.settings);
+    EXPECT_EQ(start.stored(u"UseRegistry"), u"False");
+    EXPECT_EQ(start.stored(u"count"), u"(none)");
+}
+
 TEST(LeftOverFiles, AnswerNoWithADamagedHeaderHidesNoNoteAtTheNextStart) {
     Start start;
     start.seedFiles(sampleNotes(5));

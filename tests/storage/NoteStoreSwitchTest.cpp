@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 
 #include "tests/storage/Samples.h"
 
@@ -248,6 +249,48 @@ TEST(Switch, IsRefusedWhileAnotherSessionHoldsTheStoreAndWritesNothing) {
         desk.store.claim = [](StoreKind) { return true; };
         EXPECT_TRUE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
     }
+}
+
+TEST(Switch, GivesTheStoreBackThatItCouldNotWrite) {
+    for (const bool toRegistry : {false, true}) {
+        Desk desk(!toRegistry);
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        desk.createAll(notes);
+        std::set<StoreKind> held;
+        desk.store.claim = [&](StoreKind kind) { return held.insert(kind).second; };
+        desk.store.release = [&](StoreKind kind) { held.erase(kind); };
+        desk.changes->allFail = true;
+        EXPECT_FALSE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+        EXPECT_TRUE(held.empty());
+        desk.changes->allFail = false;
+        EXPECT_TRUE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+        EXPECT_EQ(held.size(), 1U);
+    }
+}
+
+TEST(SwitchToRegistry, KeepsWhatIsKnownOfDroppedDrafts) {
+    Desk desk(false);
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    desk.createAll(notes);
+    desk.store.saveDraft(1, false, u"dropped");
+    const std::string draft = desk.file(kDraftFile);
+    const SharedChanges refusing = std::make_shared<Changes>();
+    refusing->allFail = true;
+    desk.folder.changes = refusing;  // the file is held throughout
+    desk.store.dropDraft(1);
+    EXPECT_TRUE(desk.toRegistry(notes));
+    EXPECT_NE(desk.settings.text(u"setting", u"dropped"), u"(none)");
+    // The next run drops another one beside it, before the file is free.
+    desk.open(false);
+    desk.folder.changes = refusing;
+    notes = desk.loadAll();
+    EXPECT_TRUE(desk.store.takeDrafts(pointersTo(notes)).drafts.empty());
+    desk.store.saveDraft(2, false, u"dropped later");
+    desk.store.dropDraft(2);
+    ASSERT_EQ(desk.file(kDraftFile), draft);
+    desk.open(false);
+    notes = desk.loadAll();
+    EXPECT_TRUE(desk.store.takeDrafts(pointersTo(notes)).drafts.empty());
 }
 
 // --- There and back in one run ---------------------------------------------------------------------------
