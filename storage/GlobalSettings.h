@@ -17,6 +17,9 @@ inline constexpr TextView kSettingSection = u"setting";
 /// the local files hold what the registry held.
 inline constexpr TextView kCountKey = u"count";
 inline constexpr TextView kImportedKey = u"ImportDAT";
+/// Lists the marks of drafts that were dropped but could not be removed from their store. A start ignores
+/// them.
+inline constexpr TextView kDroppedKey = u"dropped";
 
 struct GlobalSettings {
     bool AlignAll = false;            ///< "Automatic position" is on

@@ -1,13 +1,11 @@
 #include "storage/NoteStore.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "support/Number.h"
 
 namespace {
-
-/// Lists the marks of drafts that were dropped but could not be removed. A start ignores them.
-constexpr TextView kDroppedKey = u"dropped";
 
 DefaultSize sizeOf(const GlobalSettings& settings) {
     return {wholeTwips(settings.DefaultWidth), wholeTwips(settings.DefaultHeight)};
@@ -20,8 +18,17 @@ Text marksText(const std::vector<std::uint32_t>& marks) {
     return text;
 }
 
-bool names(TextView marks, std::uint32_t mark) {
-    return (u" " + Text(marks)).find(u" " + decimal(mark) + u" ") != Text::npos;
+std::vector<std::uint32_t> marksIn(TextView list) {
+    std::vector<std::uint32_t> marks;
+    std::uint32_t mark = 0;
+    for (const char16_t c : list) {
+        if (c == u' ') {
+            marks.push_back(std::exchange(mark, 0U));
+        } else {
+            mark = mark * 10 + static_cast<std::uint32_t>(c) - u'0';
+        }
+    }
+    return marks;
 }
 
 }  // namespace
@@ -223,17 +230,27 @@ FoundDrafts NoteStore::takeDrafts(NoteList notes) {
     const SettingResult dropped = registry_->notes().settings.get(kSettingSection, kDroppedKey);
     draftsUnread_ = found.status == IoStatus::Failed || dropped.status == IoStatus::Failed;
     if (dropped.status == IoStatus::Failed) return {IoStatus::Failed, {}};
+    // Those that are still stored must stay void when the list is written again.
+    const auto isDropped = [this](std::uint32_t mark) {
+        return std::find(dropped_.begin(), dropped_.end(), mark) != dropped_.end();
+    };
+    for (const std::uint32_t mark : marksIn(dropped.text)) {
+        if (!isDropped(mark)) dropped_.push_back(mark);
+    }
     std::vector<std::uint32_t> marks;
     for (const NoteRecord* note : notes)
         marks.push_back(note->readOnly ? 0 : storedMark(*note));
     std::vector<Draft> wanted;
-    for (Draft& draft : found.drafts) {
+    // A draft moves to a lower number, whose own draft has then moved already.
+    std::sort(found.drafts.begin(), found.drafts.end(),
+              [](const Draft& one, const Draft& two) { return one.number < two.number; });
+    for (const Draft& draft : found.drafts) {
         drafts_.emplace(draft.number, draft);  // so that it can be dropped
         if (taken_.contains(draftMark(draft))) continue;
         const bool unread = draft.number <= static_cast<int>(notes.size()) &&
                             notes[static_cast<std::size_t>(draft.number - 1)]->readOnly;
         if (unread) continue;  // it waits until the note can be read
-        const int number = names(dropped.text, draftMark(draft)) ? 0 : noteOf(draft, marks);
+        const int number = isDropped(draftMark(draft)) ? 0 : noteOf(draft, marks);
         if (number == 0) {
             dropDraft(draft.number);
             continue;
@@ -241,11 +258,23 @@ FoundDrafts NoteStore::takeDrafts(NoteList notes) {
         taken_.insert(draftMark(draft));
         wanted.push_back(draft);
         wanted.back().number = number;
+        if (number != draft.number) moveDraft(draft, number);
     }
     if (dropped.status == IoStatus::Done) droppedListStands_ = true;
     // A list that is damaged or fits no draft is removed at once.
     if (found.status == IoStatus::Done) static_cast<void>(settleStores());
     return {found.status, std::move(wanted)};
+}
+
+/// Gives a draft the number that its note got in a deletion, which was killed before the draft followed.
+void NoteStore::moveDraft(Draft draft, int to) {
+    const int from = std::exchange(draft.number, to);
+    if (!drafts_.emplace(to, draft).second) return;  // the draft of a note that is exactly alike
+    drafts_.erase(from);
+    for (Store* const store : kept_) {
+        static_cast<void>(store->saveDraft(draft));
+        static_cast<void>(store->dropDraft(from));
+    }
 }
 
 // --- Settings ---------------------------------------------------------------------------------------------

@@ -116,18 +116,22 @@ bool RegistryNotes::set(int number, const NoteRecord& record, std::span<const No
     return changeSection(settings, noteSection(number), std::move(changes));
 }
 
-bool RegistryNotes::moveNote(int from, int to, const NoteRecord& record) const {
+bool RegistryNotes::moveNote(int from, int to, const NoteRecord& record, bool withDraft) const {
     const SettingResult draft = settings.get(noteSection(from), kDraftKey);
     if (draft.status == IoStatus::Failed || !removeNote(to)) return false;
     std::vector<ValueChange> changes = wholeNote(*this, record, false);
-    if (draft.status == IoStatus::Done) changes.push_back({Text(kDraftKey), draft.text});
+    if (withDraft && draft.status == IoStatus::Done) changes.push_back({Text(kDraftKey), draft.text});
     return changeSection(settings, noteSection(to), std::move(changes));
 }
 
-bool RegistryNotes::copySection(int from, int to) const {
-    const SectionResult section = settings.readSection(noteSection(from));
+bool RegistryNotes::copySection(int from, int to, bool withDraft) const {
+    SectionResult section = settings.readSection(noteSection(from));
     if (section.status == IoStatus::Failed) return false;
     if (!section.unreadable.empty() || !settings.removeSection(noteSection(to))) return false;
+    if (!withDraft) {
+        std::erase_if(section.values,
+                      [](const KeyText& value) { return isSameName(value.first, kDraftKey); });
+    }
     return section.values.empty() || settings.set(noteSection(to), section.values);
 }
 

@@ -37,10 +37,12 @@ struct RegistryNotes {
     [[nodiscard]] bool replaceNote(int number, const NoteRecord& record, bool keepDraft) const;
     /// Writes single fields. A date that is not a pattern also removes the pattern's values.
     [[nodiscard]] bool set(int number, const NoteRecord& record, std::span<const NoteField> fields) const;
-    /// Moves the note of section `from`, and the draft of an open edit, to section `to`, whose own note goes.
-    [[nodiscard]] bool moveNote(int from, int to, const NoteRecord& record) const;
+    /// Moves the note of section `from`, and `withDraft` the draft of an open edit, to section `to`, whose
+    /// own note goes.
+    [[nodiscard]] bool moveNote(int from, int to, const NoteRecord& record, bool withDraft) const;
     /// Copies a section value by value, for a note that could not be read.
-    [[nodiscard]] bool copySection(int from, int to) const;
+    [[nodiscard]] bool copySection(int from, int to, bool withDraft) const;
+    /// Removes the section of a note.
     [[nodiscard]] bool removeNote(int number) const;
     /// Removes every note section with a number above `count`.
     [[nodiscard]] bool removeBeyond(int count) const;

@@ -103,6 +103,7 @@ Saved RegistryStore::create(int number, NoteRecord& record) {
     // A left-over section with that number would give the new note its alarm, or hide it.
     const int place = places_.of(number);
     const bool cleared = notes_.removeNote(place);
+    if (cleared) draftsOwed_.erase(place);
     const bool saved = notes_.SaveNoteToRegistry(place, record);
     return {storeCount(number) && saved && cleared, false};
 }
@@ -144,14 +145,17 @@ bool RegistryStore::moveSections(NoteList notes) {
         const int from = places_.of(to);
         if (from == to) continue;
         told = told || writeList(places_, counted);
-        const bool moved = told && (noteAt(to).readOnly ? notes_.copySection(from, to)
-                                                        : notes_.moveNote(from, to, noteAt(to)));
+        const bool withDraft = !draftsOwed_.contains(from);
+        const bool moved = told && (noteAt(to).readOnly ? notes_.copySection(from, to, withDraft)
+                                                        : notes_.moveNote(from, to, noteAt(to), withDraft));
         NotePlaces next = places_;
         next.moved[static_cast<std::size_t>(to - 1)] = to;
         // Its new place could not be stored, so the note stays in its former section, where the next start
         // would look for it.
         if (!moved || !writeList(next, counted)) return false;
         places_ = std::move(next);
+        draftsOwed_.erase(from);
+        draftsOwed_.erase(to);  // the note that was there is written over
     }
     places_.moved.clear();
     return true;
@@ -192,7 +196,8 @@ bool RegistryStore::replaceNotes(NoteList notes, bool keepDrafts) {
     return true;
 }
 
-/// Removes everything from the application's key except the settings and notes 1..`count`.
+/// Removes everything from the application's key except the settings, the list of dropped drafts, which the
+/// files may still hold, and notes 1..`count`.
 bool RegistryStore::clearOthers(int count) {
     const Settings& store = notes_.settings;
     std::set<Text> kept{Text(kSettingSection)};
@@ -206,7 +211,8 @@ bool RegistryStore::clearOthers(int count) {
     }
     const auto isSetting = [](TextView key) {
         const std::span<const SettingRow> rows = settingRows();
-        return std::any_of(rows.begin(), rows.end(),
+        return isSameName(key, kDroppedKey) ||
+               std::any_of(rows.begin(), rows.end(),
                            [key](const SettingRow& row) { return isSameName(row.key, key); });
     };
     for (const auto& [key, text] : setting.values) {

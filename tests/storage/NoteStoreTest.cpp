@@ -282,6 +282,21 @@ TEST_P(EitherStore, ADeletionRenumbersDraftsThatCouldNotBeRead) {
     EXPECT_EQ(found, (std::map<int, Text>{{1, u"typed"}, {2, u"of the last"}}));
 }
 
+TEST_P(EitherStore, ADraftThatIsVoidDoesNotMoveWithItsNote) {
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    desk.createAll(notes);
+    desk.store.saveDraft(2, false, u"dropped");
+    desk.store.saveDraft(3, false, u"alive");
+    desk.changes->failAt = desk.changes->made;
+    desk.store.dropDraft(2);
+    desk.changes->failAt = -1;
+    notes.erase(notes.begin());
+    EXPECT_TRUE(desk.store.remove(1, pointersTo(notes), desk.global));
+    desk.store.settle(pointersTo(notes), desk.global);
+    EXPECT_EQ(typedIn(desk, inRegistry()), std::vector<Text>{u"alive"});
+    EXPECT_EQ(desk.settings.text(u"kardel-1", u"draft"), u"(none)");
+}
+
 TEST_P(EitherStore, EveryOtherDraftIsFlushedToTheDisk) {
     std::vector<NoteRecord> notes = sampleNotes(1);
     desk.createAll(notes);
@@ -385,6 +400,23 @@ struct InFiles : testing::Test {
         return notes;
     }
 };
+
+TEST_F(InFiles, ADraftFollowsItsNoteThatAKilledDeletionMoved) {
+    std::vector<NoteRecord> notes = made(4);
+    desk.store.saveDraft(3, false, u"of three");
+    desk.store.saveDraft(4, false, u"of four");
+    const std::string drafts = desk.file(kDraftFile);
+    notes.erase(notes.begin());
+    EXPECT_TRUE(desk.store.remove(1, pointersTo(notes), desk.global));
+    desk.file(kDraftFile) = drafts;
+    desk.open(false);
+    notes = desk.loadAll();
+    EXPECT_EQ(desk.store.takeDrafts(pointersTo(notes)).drafts.size(), 2U);
+    desk.store.dropDraft(2);
+    EXPECT_EQ(typedIn(desk, false), std::vector<Text>{u"of four"});
+    desk.store.dropDraft(3);
+    EXPECT_FALSE(desk.hasFile(kDraftFile));
+}
 
 TEST_F(InFiles, TheHeaderCountsEveryNewNoteAndTheRegistryDoesNot) {
     made(3);

@@ -294,7 +294,7 @@ TEST_F(RegistryStoreTest, ASectionIsCopiedValueByValue) {
     memory.put(u"kardel-2", u"Titolo", u"moved");
     memory.put(u"kardel-2", u"unknown", u"kept too");
     memory.put(u"kardel-1", u"stale", u"gone");
-    ASSERT_TRUE(store.copySection(2, 1));
+    ASSERT_TRUE(store.copySection(2, 1, true));
     EXPECT_EQ(text(u"Titolo"), u"moved");
     EXPECT_EQ(text(u"unknown"), u"kept too");
     EXPECT_EQ(text(u"stale"), u"(none)");
@@ -304,7 +304,7 @@ TEST_F(RegistryStoreTest, ASectionThatCannotBeReadIsNotCopiedOverAnother) {
     memory.put(u"kardel-2", u"Titolo", u"locked");
     memory.put(u"kardel-1", u"Titolo", u"stays");
     memory.locked.insert(u"kardel-2");
-    EXPECT_FALSE(store.copySection(2, 1));
+    EXPECT_FALSE(store.copySection(2, 1, true));
     EXPECT_EQ(text(u"Titolo"), u"stays");
 }
 
