@@ -147,10 +147,9 @@ void ClearNoteRecord(NoteRecord& record) {
 
 // --- Header -----------------------------------------------------------------------------------------------
 
-IoStatus DataFiles::ReadHeader(DataHeader& header, bool UseRegistry, bool& existed) const {
+IoStatus DataFiles::ReadHeader(DataHeader& header, bool UseRegistry) const {
     const ReadResult read = files.read(kHeaderFile, 0, kHeaderLength);
-    existed = read.status != IoStatus::Absent;
-    if (existed) {
+    if (read.status != IoStatus::Absent) {
         const bool whole = read.status == IoStatus::Done && decodeHeader(read.bytes, header);
         return whole ? IoStatus::Done : IoStatus::Failed;
     }

@@ -24,7 +24,6 @@ inline constexpr std::u16string_view kDataFiles[] = {kNoteFile, kHeaderFile, kMe
 inline constexpr std::size_t kHeaderLength = 10;
 inline constexpr std::size_t kRecordLength = 215;
 inline constexpr std::size_t kMemoLength = 1024;
-inline constexpr std::size_t kTitleLength = 128;  ///< bytes of a title in its record
 inline constexpr std::size_t kMemoNumberAt = 53;  ///< offset of the body's record number in a record
 
 /// The running program's version as a header holds it. Older layouts are recognised by a smaller number, so a
@@ -48,6 +47,7 @@ struct EncodedRecord {
     bool lost = false;        ///< a text was cut or holds characters outside the code page
     bool unmappable = false;  ///< the latter
 };
+/// The bytes of a record. The body is not part of it.
 EncodedRecord encodeRecord(const CodePage& page, const NoteRecord& record);
 /// Reads as many fields as `bytes` has; what is missing reads as zero bytes. The body is not part of it.
 NoteRecord decodeRecord(const CodePage& page, std::string_view bytes);
@@ -77,8 +77,8 @@ struct DataFiles {
 
     /// Reads the header. If there is no file, `header` becomes a fresh one: in registry mode in memory only,
     /// with the flag -1; otherwise it is also written, and counts the records of KARDEL.DAT if that exists.
-    /// Failed, or less than a whole header: `header` is untouched. `existed` says whether there was a file.
-    [[nodiscard]] IoStatus ReadHeader(DataHeader& header, bool UseRegistry, bool& existed) const;
+    /// Absent: there was none. Failed, or less than a whole header: `header` is untouched.
+    [[nodiscard]] IoStatus ReadHeader(DataHeader& header, bool UseRegistry) const;
     /// Writes the header with the running program's version and the flag 0; on the disk when this returns.
     [[nodiscard]] bool WriteHeader(DataHeader& header) const;
 

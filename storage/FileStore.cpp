@@ -12,8 +12,7 @@ constexpr std::size_t kMostDraftBytes = std::size_t{64} << 20;
 // --- The header -------------------------------------------------------------------------------------------
 
 IoStatus FileStore::readHeader(bool useRegistry) {
-    bool existed = false;
-    const IoStatus status = data_.ReadHeader(header_, useRegistry, existed);
+    const IoStatus status = data_.ReadHeader(header_, useRegistry);
     header_.flag = useRegistry ? -1 : 0;
     return status;
 }

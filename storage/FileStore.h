@@ -21,7 +21,9 @@ public:
     /// Sets the number of notes, without writing it.
     void count(int notes) { header_.count = notes; }
 
+    /// The files themselves.
     const DataFiles& data() const { return data_; }
+    /// The header as it is known, which the disk may not have yet.
     DataHeader& header() { return header_; }
 
     [[nodiscard]] IoStatus load(int number, NoteRecord& record, DefaultSize size) const override;

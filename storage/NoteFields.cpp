@@ -112,7 +112,7 @@ constexpr std::array<NoteFieldRow, kNoteFieldCount> kRows{{
     int32<&Note::height>(NoteField::Height, u"height", 31),
     body(),
     flag<&Note::topmost>(NoteField::Topmost, u"topmost", 189),
-    text<&Note::Titolo>(NoteField::Titolo, u"Titolo", 57, 128),
+    text<&Note::Titolo>(NoteField::Titolo, u"Titolo", 57, kTitleLength),
     flag<&Note::iconized>(NoteField::Iconized, u"iconized", 35),
     flag<&Note::closed>(NoteField::Closed, u"closed", 29),
     text<&Note::alarmdate>(NoteField::AlarmDate, u"alarmdate", 0, 10),

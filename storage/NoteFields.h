@@ -39,6 +39,8 @@ enum class NoteField : unsigned char {
 };
 inline constexpr std::size_t kNoteFieldCount = 26;
 
+inline constexpr std::size_t kTitleLength = 128;  ///< bytes of a title in its record
+
 enum class FieldKind : unsigned char { Words, Int32, Int16, Flag, Body };
 
 struct NoteFieldRow {

@@ -12,11 +12,13 @@ struct NotePlaces {
     bool unfinished = false;  ///< the store still has to be reduced to the remaining notes
     std::vector<int> moved;   ///< place of note n at [n - 1]; empty: note n stands at place n
 
+    /// The place of note `number`. Notes beyond those of `moved` follow each other without gaps.
     int of(int number) const;
     /// Fills `moved` with the places of notes 1..`count`, so that each can change by itself.
     void name(int count);
     /// Removes note `number`; `left` remain.
     void remove(int number, int left);
+    /// The store has been reduced: note n stands at place n again.
     void settled();
 };
 

@@ -56,7 +56,7 @@ class NoteStore {
 public:
     NoteStore() = default;
     explicit NoteStore(const StoreParts& parts) { connect(parts); }
-    /// Sets the stores up over what they are built on, with none of the two settled.
+    /// Sets the stores up over what they are built on; `start` or `begin` then settles which is in force.
     void connect(const StoreParts& parts);
 
     /// Called when a body or a record could not be stored completely; shows the user the memo message. Never

@@ -23,4 +23,5 @@ Text logLine(const LogPlace& place, Now now, TextView procedure, TextView messag
 /// missing. Never fails: a line that cannot be written is lost.
 void WriteLog(TextView procedure, TextView message, std::int64_t errorNumber, TextView detail = {});
 
+/// Whether there is a folder of that path, with or without a backslash at its end.
 bool FolderExists(const Text& path);

@@ -188,9 +188,7 @@ TEST_F(DataFilesTest, ACharacterOutsideTheCodePageIsReported) {
 TEST_F(DataFilesTest, AMissingHeaderInRegistryModeCreatesNoFile) {
     DataHeader header;
     header.count = 9;
-    bool existed = true;
-    EXPECT_EQ(data.ReadHeader(header, true, existed), IoStatus::Absent);
-    EXPECT_FALSE(existed);
+    EXPECT_EQ(data.ReadHeader(header, true), IoStatus::Absent);
     EXPECT_EQ(header.count, 1);
     EXPECT_EQ(header.flag, -1);
     EXPECT_TRUE(folder.content.empty());
@@ -198,17 +196,14 @@ TEST_F(DataFilesTest, AMissingHeaderInRegistryModeCreatesNoFile) {
 
 TEST_F(DataFilesTest, AMissingHeaderInFileModeIsCreated) {
     DataHeader header;
-    bool existed = true;
-    EXPECT_EQ(data.ReadHeader(header, false, existed), IoStatus::Absent);
-    EXPECT_FALSE(existed);
+    EXPECT_EQ(data.ReadHeader(header, false), IoStatus::Absent);
     EXPECT_EQ(file(kHeaderFile), "\x01\x00\x00\x00\x00\x00\x0A\xD7\xA3\x3F"s);
 }
 
 TEST_F(DataFilesTest, ALostHeaderCountsTheRecordsThatAreThere) {
     file(kNoteFile) = std::string(12 * kRecordLength, 'x');
     DataHeader header;
-    bool existed = true;
-    static_cast<void>(data.ReadHeader(header, false, existed));
+    static_cast<void>(data.ReadHeader(header, false));
     EXPECT_EQ(header.count, 12);
     EXPECT_EQ(file(kHeaderFile)[0], 12);
 }
@@ -217,8 +212,7 @@ TEST_F(DataFilesTest, NoHeaderIsMadeWhileTheRecordsCannotBeCounted) {
     folder.unseen.insert(Text(kNoteFile));
     DataHeader header;
     header.count = 9;
-    bool existed = true;
-    EXPECT_EQ(data.ReadHeader(header, false, existed), IoStatus::Failed);
+    EXPECT_EQ(data.ReadHeader(header, false), IoStatus::Failed);
     EXPECT_EQ(header.count, 9);
     EXPECT_FALSE(folder.content.contains(Text(kHeaderFile)));
 }
@@ -228,9 +222,7 @@ TEST_F(DataFilesTest, AHeaderThatCannotBeReadLeavesTheOneInMemory) {
         file(kHeaderFile) = std::string(length, '\1');
         DataHeader header;
         header.count = 9;
-        bool existed = false;
-        EXPECT_EQ(data.ReadHeader(header, false, existed), IoStatus::Failed);
-        EXPECT_TRUE(existed);
+        EXPECT_EQ(data.ReadHeader(header, false), IoStatus::Failed);
         EXPECT_EQ(header.count, 9);
         EXPECT_EQ(file(kHeaderFile).size(), length);
     }
@@ -242,8 +234,7 @@ TEST_F(DataFilesTest, WritingTheHeaderStampsTheProgramsVersion) {
     header.version = 1.1F;
     ASSERT_TRUE(data.WriteHeader(header));
     DataHeader read;
-    bool existed = false;
-    EXPECT_EQ(data.ReadHeader(read, false, existed), IoStatus::Done);
+    EXPECT_EQ(data.ReadHeader(read, false), IoStatus::Done);
     EXPECT_EQ(read.version, kProgramVersion);
     EXPECT_EQ(read.count, 3);
 }

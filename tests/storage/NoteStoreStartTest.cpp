@@ -364,7 +364,7 @@ TEST(UnreadableStart, GoesOnWhenItCanReadAgainInTime) {
     }
 }
 
-TEST(UnreadableStart, WithTheRegistryAsksNothingAboutFilesThatCannotBeSeen) {
+TEST(UnreadableStart, WithTheRegistryAsksNothingIfItSeesInTimeThatThereAreNoFiles) {
     Start start;
     seedSettled(start, true);
     int reads = 0;
