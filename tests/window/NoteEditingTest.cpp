@@ -1,5 +1,4 @@
 // Editing a note in place: what each key and mouse press does to the text, the editor and the store.
-#include "resources/resource.h"
 #include "tests/window/AlarmDesk.h"
 #include "tests/window/MenuDesk.h"
 
@@ -7,10 +6,6 @@ namespace {
 
 class NoteEditing : public InBothStores {};
 INSTANTIATE_TEST_SUITE_P(Stores, NoteEditing, testing::Bool(), storeName);
-
-constexpr WPARAM kReturn = 13;
-constexpr WPARAM kLineFeed = 10;  // what Ctrl+Enter types
-constexpr WPARAM kEscape = 27;
 
 std::pair<DWORD, DWORD> selection(HWND editor) {
     DWORD from = 0;
@@ -208,34 +203,25 @@ TEST_P(NoteEditing, AnIconizedNoteOpensItsTitle) {
     EXPECT_TRUE(IsWindowVisible(note.pic2));
 }
 
-// --- What ends an edit ------------------------------------------------------------------------------------
-
-TEST_P(NoteEditing, APressOnAnyPartKeepsWhatIsBeingEditedBeforeItDoesAnythingElse) {
-    NoteRecord record = plainNote(u"a");
-    record.alarmdate = u"01/01/2030";
-    record.alarmtime = u"10:00:00";
-    const auto desk = run({record});
+TEST_P(NoteEditing, WhatTheStoreCannotKeepCannotBeTyped) {
+    const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
-    int round = 0;
-    for (const HWND part : {note.lbl, note.lbl2, note.pic, note.pic2, note.pic_time}) {
-        const Text typed = u"typed " + decimal(++round);
-        note.EditForm();
-        setWindowText(note.editing.txtNota(), typed);
-        click(*desk, part, 225, 255);  // outside every hot area
-        EXPECT_EQ(desk->stored(1).Nota, typed) << GetDlgCtrlID(part);
-        EXPECT_FALSE(note.editing.bodyBeingEdited() || IsWindowVisible(note.editing.txtNota()))
-            << GetDlgCtrlID(part);
-    }
-    for (const HWND part : {note.lbl, note.nota, note.pic2, note.pic_time}) {
-        const Text typed = u"title " + decimal(++round);
-        note.EditCaption();
-        setWindowText(note.editing.txtTitle(), typed);
-        click(*desk, part, 225, 255);
-        EXPECT_EQ(desk->stored(1).Titolo, typed) << GetDlgCtrlID(part);
-        EXPECT_FALSE(note.editing.titleBeingEdited() || IsWindowVisible(note.editing.txtTitle()))
-            << GetDlgCtrlID(part);
-    }
+    note.EditForm();
+    SetWindowTextW(note.editing.txtNota(), wide(Text(1023, u'x')));
+    SendMessageW(note.editing.txtNota(), EM_SETSEL, 1023, 1023);
+    for (const WPARAM letter : {L'y', L'z'})
+        SendMessageW(note.editing.txtNota(), WM_CHAR, letter, 0);
+    note.EditCaption();
+    EXPECT_EQ(desk->stored(1).Nota, Text(1023, u'x') + (GetParam() ? u"yz" : u"y"));
+    SetWindowTextW(note.editing.txtTitle(), wide(Text(127, u'x')));
+    SendMessageW(note.editing.txtTitle(), EM_SETSEL, 127, 127);
+    for (const WPARAM letter : {L'y', L'z'})
+        SendMessageW(note.editing.txtTitle(), WM_CHAR, letter, 0);
+    note.SaveCaption(true);
+    EXPECT_EQ(desk->stored(1).Titolo, Text(127, u'x') + (GetParam() ? u"yz" : u"y"));
 }
+
+// --- What ends an edit ------------------------------------------------------------------------------------
 
 TEST_P(NoteEditing, LosingTheKeyboardKeepsWhatWasTyped) {
     const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
@@ -263,29 +249,6 @@ TEST_P(NoteEditing, TheTwoEditorsAreNeverOpenAtOnce) {
     EXPECT_TRUE(note.editing.bodyBeingEdited());
     EXPECT_FALSE(note.editing.titleBeingEdited() || IsWindowVisible(note.editing.txtTitle()));
     EXPECT_EQ(desk->stored(1).Titolo, u"renamed");
-}
-
-TEST_P(NoteEditing, EveryCommandKeepsTheOpenEditFirst) {
-    const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
-    fpost& note = desk->note(1);
-    int round = 0;
-    constexpr WPARAM kCommands[] = {IDM_TOPMOST, IDM_ICONIZE, IDM_ICONIZE,
-                                    IDM_RESIZE,  IDM_HIDEALL, IDM_CLOSE};
-    for (const WPARAM id : kCommands) {
-        const Text typed = u"typed " + decimal(++round);
-        if (note.record.iconized) {
-            note.EditCaption();
-            setWindowText(note.editing.txtTitle(), typed);
-        } else {
-            note.EditForm();
-            setWindowText(note.editing.txtNota(), typed);
-        }
-        const bool title = note.editing.titleBeingEdited();
-        SendMessageW(note.hwnd, WM_COMMAND, id, 0);
-        EXPECT_EQ(title ? desk->stored(1).Titolo : desk->stored(1).Nota, typed) << id;
-        EXPECT_FALSE(note.editing.bodyBeingEdited() || note.editing.titleBeingEdited()) << id;
-        if (!note.visible()) note.show(true);
-    }
 }
 
 TEST_P(NoteEditing, AnEditEndsTheResizeModeSoThatTheArrowsMoveTheCaret) {
@@ -335,17 +298,36 @@ TEST_P(NoteEditing, TheGripDoesNotLieOverTheTextThatIsTyped) {
     }
 }
 
-TEST_P(NoteEditing, TheTimeStripMakesRoomForTheEditorAndComesBack) {
-    const auto desk = run({every(u"a", u"eachday")});
+// --- Text that fits the window ----------------------------------------------------------------------------
+
+TEST_P(NoteEditing, LongTitleWidensTheNoteUpToTheScreen) {
+    const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
-    EXPECT_TRUE(IsWindowVisible(note.pic_time));
-    for (const WPARAM key : {kReturn, kEscape}) {
-        note.EditForm();
-        EXPECT_FALSE(IsWindowVisible(note.pic_time)) << "it would cover the last line";
-        typeKey(note.editing.txtNota(), key, key);
-        EXPECT_TRUE(IsWindowVisible(note.pic_time));
-        EXPECT_EQ(windowText(note.pic_time), u"0:00:10") << "a pattern goes on counting to its next date";
-    }
+    note.CheckTitleWidth();
+    EXPECT_EQ(desk->stored(1).width, 3000);
+    note.Titolo(Text(60, u'W'));
+    note.CheckTitleWidth();
+    const int wide = desk->stored(1).width;
+    EXPECT_GT(wide, 3000);
+    EXPECT_EQ(wide, note.pWidth());
+    note.Titolo(Text(128, u'W'));
+    note.CheckTitleWidth();
+    EXPECT_LE(note.place.Width(), desk->desk->look.twips(GetSystemMetrics(SM_CXSCREEN)));
+}
+
+TEST_P(NoteEditing, FitsWidthAndHeightToTheBody) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    note.editing.FitWidth();
+    note.editing.FitHeight();
+    EXPECT_EQ(desk->stored(1).width, 3000) << "a short body does not need more room";
+    EXPECT_EQ(desk->stored(1).height, 2250);
+    note.record.Nota = u"one line that is certainly wider than two hundred pixels of a note";
+    note.editing.FitWidth();
+    EXPECT_GT(desk->stored(1).width, 3000);
+    note.record.Nota = u"1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n10\r\n11\r\n12";
+    note.editing.FitHeight();
+    EXPECT_GT(desk->stored(1).height, 2250);
 }
 
 }  // namespace

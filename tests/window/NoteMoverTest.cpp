@@ -1,4 +1,5 @@
-// What moves a note besides the user's own drag, and what becomes of it when the desk changes.
+// What moves a note besides the user's own drag: other programs, the system and the keyboard; and what
+// becomes of it when the desk changes.
 #include "note/bas_GetWorkArea.h"
 #include "tests/window/TestNotes.h"
 
@@ -164,14 +165,112 @@ TEST_P(MovedNotes, WhatWindowsMovesWhenAMonitorGoesKeepsItsStoredPlace) {
     EXPECT_EQ(note.record.x, 90000);
 }
 
-TEST_P(MovedNotes, APenHeldOnTheGripIsNoRightClick) {
+// --- By keyboard ------------------------------------------------------------------------------------------
+
+constexpr int kStep = 120;  // twips
+
+TEST_P(MovedNotes, CtrlAndTheArrowsMoveTheNote) {
     const auto desk = run({plainNote(u"a")});
-    constexpr UINT kQueryGestures = 0x02CC;
-    constexpr LRESULT kNoPressAndHold = 1;
-    const fpost& note = desk->note(1);
-    EXPECT_EQ(SendMessageW(note.pic2, kQueryGestures, 0, 0), kNoPressAndHold);
-    for (const HWND part : {note.lbl, note.lbl2, note.pic, note.nota})
-        EXPECT_EQ(SendMessageW(part, kQueryGestures, 0, 0), 0) << GetDlgCtrlID(part);
+    fpost& note = desk->note(1);
+    struct Way {
+        WPARAM key;
+        int x, y;
+    };
+    int x = 1500;
+    int y = 1500;
+    for (const Way way : {Way{VK_RIGHT, 1, 0}, Way{VK_DOWN, 0, 1}, Way{VK_LEFT, -1, 0}, Way{VK_UP, 0, -1}}) {
+        hold(note.hwnd, way.key, 3);
+        x += 3 * way.x * kStep;
+        y += 3 * way.y * kStep;
+        EXPECT_EQ(std::pair(note.place.Left(), note.place.Top()), std::pair(x, y)) << way.key;
+        EXPECT_EQ(desk->stored(1).x, x) << way.key;
+        EXPECT_EQ(desk->stored(1).y, y) << way.key;
+    }
+    EXPECT_EQ(desk->stored(1).width, 3000);
+    EXPECT_EQ(desk->stored(1).height, 2250);
+}
+
+TEST_P(MovedNotes, AMoveIsStoredOnceWhenItEnds) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    const int before = changesOf(*desk);
+    {
+        const HeldKeys held({VK_CONTROL});
+        for (int i = 0; i < 20; ++i)
+            SendMessageW(note.hwnd, WM_KEYDOWN, VK_RIGHT, 0);
+    }
+    EXPECT_EQ(changesOf(*desk), before);
+    SendMessageW(note.hwnd, WM_KEYUP, VK_CONTROL, 0);
+    EXPECT_EQ(desk->stored(1).x, 1500 + 20 * kStep);
+    const int once = changesOf(*desk);
+    SendMessageW(note.hwnd, WM_KEYUP, VK_RIGHT, 0);
+    EXPECT_EQ(changesOf(*desk), once);
+
+    hold(note.hwnd, VK_DOWN, 0);
+    EXPECT_EQ(changesOf(*desk), once) << "the key itself stores nothing";
+    {
+        const HeldKeys held({VK_CONTROL});
+        SendMessageW(note.hwnd, WM_KEYDOWN, VK_DOWN, 0);
+    }
+    SendMessageW(note.hwnd, WM_KILLFOCUS, 0, 0);
+    EXPECT_EQ(desk->stored(1).y, 1500 + kStep) << "even if the end of the move was missed";
+}
+
+TEST_P(MovedNotes, WithEasyAlignmentAMoveStopsAtEdgesAndCanGoOn) {
+    GlobalSettings settings;
+    settings.EasyAlign = true;
+    NoteRecord left = plainNote(u"left", 3000, 3000);
+    NoteRecord right = plainNote(u"right", 3000 + 3000 + 330, 3000);
+    const auto desk = run({left, right}, settings);
+    ASSERT_EQ(screenDpi(), 96);
+    fpost& note = desk->note(2);
+    hold(note.hwnd, VK_LEFT, 2);
+    EXPECT_EQ(note.place.Left(), 6330 - 2 * kStep);
+    hold(note.hwnd, VK_LEFT, 1);
+    EXPECT_EQ(note.place.Left(), 6000) << "the other note's edge lies within the step";
+    hold(note.hwnd, VK_LEFT, 1);
+    EXPECT_EQ(note.place.Left(), 6000 - kStep);
+}
+
+TEST_P(MovedNotes, AtTheScreensEdgeAMoveEndsFlush) {
+    GlobalSettings settings;
+    settings.EasyAlign = true;
+    const auto desk = run({plainNote(u"a", 150, 150)}, settings);
+    fpost& note = desk->note(1);
+    hold(note.hwnd, VK_LEFT, 5);
+    hold(note.hwnd, VK_UP, 5);
+    const PxRect work = GetWorkArea();
+    EXPECT_EQ(rectOf(note.hwnd).left, work.left);
+    EXPECT_EQ(rectOf(note.hwnd).top, work.top);
+    hold(note.hwnd, VK_RIGHT, 1);
+    EXPECT_EQ(note.place.Left(), desk->desk->look.twips(work.left) + kStep);
+    EXPECT_EQ(rectOf(note.hwnd).right - rectOf(note.hwnd).left, desk->desk->look.px(Twips{3000}));
+}
+
+TEST_P(MovedNotes, ANoteCannotBeMovedOutOfReach) {
+    const auto desk = run({plainNote(u"a")});
+    fpost& note = desk->note(1);
+    for (const WPARAM key : {WPARAM{VK_UP}, WPARAM{VK_LEFT}}) {
+        hold(note.hwnd, key, 300);
+        const RECT rect = rectOf(note.hwnd);
+        const int strip = desk->desk->look.px(design::kStripHeight);
+        EXPECT_TRUE(
+            isInSight(readMonitors(), {static_cast<int>(rect.left), static_cast<int>(rect.top),
+                                       static_cast<int>(rect.right), static_cast<int>(rect.top) + strip}))
+            << key;
+    }
+    EXPECT_EQ(desk->stored(1).x, note.place.Left());
+}
+
+TEST_P(MovedNotes, AnIconizedNoteMovesAndStaysSmall) {
+    NoteRecord record = plainNote(u"a");
+    record.iconized = true;
+    const auto desk = run({record});
+    fpost& note = desk->note(1);
+    hold(note.hwnd, VK_DOWN, 2);
+    EXPECT_EQ(desk->stored(1).y, 1500 + 2 * kStep);
+    EXPECT_TRUE(note.Iconized());
+    EXPECT_EQ(desk->stored(1).height, 2250);
 }
 
 }  // namespace

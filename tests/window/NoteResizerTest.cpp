@@ -1,4 +1,4 @@
-// Resizing and iconizing a note, and the pictures of its strip, with real windows.
+// Resizing a note with real windows: the limits, the keys and the grip.
 #include "note/bas_GetWorkArea.h"
 #include "resources/resource.h"
 #include "tests/window/TestNotes.h"
@@ -7,16 +7,6 @@ namespace {
 
 class NoteSize : public InBothStores {};
 INSTANTIATE_TEST_SUITE_P(Stores, NoteSize, testing::Bool(), storeName);
-
-NoteRecord iconizedNote(TextView title) {
-    NoteRecord note = plainNote(title);
-    note.iconized = true;
-    return note;
-}
-
-int heightOf(HWND window) {
-    return static_cast<int>(rectOf(window).bottom - rectOf(window).top);
-}
 
 // --- Limits -----------------------------------------------------------------------------------------------
 
@@ -62,25 +52,6 @@ TEST_P(NoteSize, ANoteBeyondTheEdgeKeepsItsSize) {
     EXPECT_EQ(desk->note(1).pWidth(), 3000);
 }
 
-TEST_P(NoteSize, AStepPutsTheOtherSideRightThatSomebodyElseChanged) {
-    // A window manager that is late answers with a size from before the note was iconized.
-    const auto desk = run({plainNote(u"a")});
-    fpost& note = desk->note(1);
-    const auto sizeTo = [&](int width, int height) {
-        SetWindowPos(note.hwnd, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    };
-    const PxRect before = note.place.window();
-    note.toggleIconized();
-    const int strip = heightOf(note.hwnd);
-    sizeTo(before.width(), before.height());
-    note.place.resizer.ResizeWidth(15);
-    EXPECT_EQ(heightOf(note.hwnd), strip);
-    note.toggleIconized();
-    sizeTo(before.width() + 30, before.height());
-    note.place.resizer.ResizeHeight(15);
-    EXPECT_EQ(note.place.window().width(), desk->desk->look.px(Twips{3015}));
-}
-
 // --- Keys of the resize mode ------------------------------------------------------------------------------
 
 TEST_P(NoteSize, TheArrowsResizeInTheResizeModeAndAreStoredAtOnce) {
@@ -112,16 +83,6 @@ TEST_P(NoteSize, TheArrowsResizeInTheResizeModeAndAreStoredAtOnce) {
     EXPECT_FALSE(note.place.resizer.isOn() || note.commands.input(note.alarm.rule).resizeMode);
     typeKey(note.hwnd, VK_RIGHT);
     EXPECT_EQ(note.pWidth(), 3180);
-}
-
-TEST_P(NoteSize, AClickOnTitleOrTextLeavesTheResizeMode) {
-    const auto desk = run({plainNote(u"a")});
-    fpost& note = desk->note(1);
-    for (const HWND part : {note.lbl, note.nota}) {
-        note.place.resizer.setMode(true);
-        click(*desk, part, 900, 100);
-        EXPECT_FALSE(note.place.resizer.isOn()) << GetDlgCtrlID(part);
-    }
 }
 
 TEST_P(NoteSize, AnIconizedNoteCannotBeMadeTaller) {
@@ -282,72 +243,6 @@ TEST_P(NoteSize, WhateverTakesTheNoteAwayEndsTheGrip) {
         const WhileHeld wait(note, [&] { c.act(*desk, note); });
         EXPECT_FALSE(wait.gaveUp) << c.name;
     }
-}
-
-// --- Iconizing --------------------------------------------------------------------------------------------
-
-TEST_P(NoteSize, RestoringGivesTheStoredHeightBack) {
-    const auto desk = run({plainNote(u"a")});
-    fpost& note = desk->note(1);
-    note.toggleIconized();
-    EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(kIconizedHeight));
-    EXPECT_TRUE(desk->stored(1).iconized);
-    EXPECT_EQ(desk->stored(1).height, 2250);
-    NoteRecord taller = desk->stored(1);
-    taller.height = 3000;
-    EXPECT_TRUE(desk->desk->store.set(1, taller, {NoteField::Height}));
-    note.toggleIconized();
-    EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(Twips{3000})) << "as the store holds it now";
-    EXPECT_FALSE(desk->stored(1).iconized);
-    EXPECT_TRUE(IsWindowVisible(note.nota));
-}
-
-TEST_P(NoteSize, RestoringWithoutAStoredHeightTakesTheRememberedOne) {
-    const auto desk = run({plainNote(u"a")});
-    fpost& note = desk->note(1);
-    note.toggleIconized();
-    NoteRecord none = desk->stored(1);
-    none.height = 0;
-    EXPECT_TRUE(desk->desk->store.set(1, none, {NoteField::Height}));
-    note.toggleIconized();
-    EXPECT_EQ(heightOf(note.hwnd), desk->desk->look.px(Twips{2250}));
-}
-
-TEST_P(NoteSize, IconizingTheLastNoteChangesEveryCaption) {
-    const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
-    desk->note(1).toggleIconized();
-    EXPECT_FALSE(desk->desk->AllIconized());
-    desk->note(2).toggleIconized();
-    EXPECT_TRUE(desk->desk->AllIconized());
-    EXPECT_TRUE(desk->note(1).commands.input(desk->note(1).alarm.rule).allIconized);
-    desk->note(1).toggleIconized();
-    EXPECT_FALSE(desk->desk->AllIconized());
-}
-
-// --- The pictures of the strip ----------------------------------------------------------------------------
-
-TEST_P(NoteSize, ThePicturesOfTheStripActOnlyWhereTheyAreDrawn) {
-    const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000, 6000)});
-    fpost& note = desk->note(1);
-    int questions = 0;
-    desk->desk->host.ask = [&](const Text&, long, const Text&) {
-        ++questions;
-        return IDNO;
-    };
-    for (const auto& [x, y] : {std::pair{225, 120}, std::pair{105, 15}, std::pair{105, 262}})
-        click(*desk, note.lbl2, x, y);
-    click(*desk, note.pic, 135, 250);
-    EXPECT_FALSE(note.record.iconized || note.record.closed);
-    EXPECT_EQ(questions, 0);
-    click(*desk, note.pic, 135, 120);
-    EXPECT_EQ(questions, 1);
-    click(*desk, note.lbl2, 105, 120);
-    EXPECT_TRUE(desk->stored(1).iconized);
-    click(*desk, note.lbl2, 105, 120);
-    EXPECT_FALSE(desk->stored(1).iconized);
-    click(*desk, note.lbl2, 345, 120);
-    EXPECT_TRUE(desk->stored(1).closed);
-    EXPECT_FALSE(note.visible());
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "core/basPost.h"
 #include "tests/storage/Samples.h"
+#include "tests/window/TypedKeys.h"
 
 struct TestNotes {
     MemoryFiles folder;
@@ -115,6 +116,12 @@ private:
     SharedChanges registry_;
 };
 
+/// Makes note 1 unreadable in either store.
+inline void lockStores(TestNotes& desk) {
+    desk.folder.locked.insert(Text(kNoteFile));
+    desk.registry.locked.insert(u"kardel-1");
+}
+
 /// A note of ordinary size, at a place in twips.
 inline NoteRecord plainNote(TextView title, int x = 1500, int y = 1500) {
     NoteRecord note;
@@ -141,10 +148,28 @@ inline NoteRecord with(NoteRecord note, bool NoteRecord::*flag) {
     return note;
 }
 
+inline NoteRecord iconizedNote(TextView title) {
+    NoteRecord note = plainNote(title);
+    note.iconized = true;
+    return note;
+}
+
 inline RECT rectOf(HWND window) {
     RECT rect{};
     GetWindowRect(window, &rect);
     return rect;
+}
+
+inline int heightOf(HWND window) {
+    return static_cast<int>(rectOf(window).bottom - rectOf(window).top);
+}
+
+/// Whether one window lies above another.
+inline bool isAbove(HWND upper, HWND lower) {
+    for (HWND at = GetWindow(lower, GW_HWNDPREV); at != nullptr; at = GetWindow(at, GW_HWNDPREV)) {
+        if (at == upper) return true;
+    }
+    return false;
 }
 
 /// Behaviour that must be the same in both stores; the parameter is true for the registry.
@@ -187,6 +212,14 @@ private:
 inline void typeKey(HWND window, WPARAM key, WPARAM character = 0) {
     SendMessageW(window, WM_KEYDOWN, key, 0);
     if (character != 0) SendMessageW(window, WM_CHAR, character, 0);
+    SendMessageW(window, WM_KEYUP, key, 0);
+}
+
+/// Sends a key that goes down `times` times, like one that is held, and then up.
+inline void hold(HWND window, WPARAM key, int times, std::initializer_list<int> with = {VK_CONTROL}) {
+    const HeldKeys held(with);
+    for (int i = 0; i < times; ++i)
+        SendMessageW(window, WM_KEYDOWN, key, 0);
     SendMessageW(window, WM_KEYUP, key, 0);
 }
 

@@ -16,6 +16,38 @@ namespace {
 class Collection : public InBothStores {};
 INSTANTIATE_TEST_SUITE_P(Stores, Collection, testing::Bool(), storeName);
 
+// --- Numbers and flags at a start -------------------------------------------------------------------------
+
+TEST_P(Collection, CountsFollowTheNotes) {
+    NoteRecord closed = plainNote(u"closed");
+    closed.closed = true;
+    NoteRecord iconized = plainNote(u"iconized");
+    iconized.iconized = true;
+    const auto desk = run({plainNote(u"a"), closed, iconized});
+    EXPECT_EQ(desk->desk->ClosedCount(), 1);
+    EXPECT_EQ(desk->desk->IconizedCount(), 1);
+    EXPECT_FALSE(desk->desk->AllHidden());
+    EXPECT_FALSE(desk->desk->AllIconized());
+    EXPECT_FALSE(desk->note(2).visible());
+    EXPECT_EQ(desk->desk->NoteSlots[0], &desk->note(1));
+    EXPECT_EQ(desk->desk->NoteSlots[3], nullptr);
+}
+
+TEST_P(Collection, AllClosedAndAllIconizedAreSeenAtTheStart) {
+    NoteRecord note = plainNote(u"a");
+    note.closed = true;
+    note.iconized = true;
+    const auto desk = run({note, note});
+    EXPECT_TRUE(desk->desk->AllHidden());
+    EXPECT_TRUE(desk->desk->AllIconized());
+}
+
+TEST_P(Collection, DeskWithoutNotesIsNeitherHiddenNorIconized) {
+    const auto desk = run({});
+    EXPECT_FALSE(desk->desk->AllHidden());
+    EXPECT_FALSE(desk->desk->AllIconized());
+}
+
 // --- Hide All and Show All --------------------------------------------------------------------------------
 
 TEST_P(Collection, HideAllHidesEveryNoteAndStoresNothing) {

@@ -1,13 +1,11 @@
-// Colour, close and delete: what becomes of the note, the other notes, the captions and the store.
-#include <functional>
-#include <utility>
-
+// Close and delete: what becomes of the note, the other notes, the captions and the store.
 #include "resources/resource.h"
+#include "tests/window/AlarmDesk.h"
 #include "tests/window/MenuDesk.h"
 
 namespace {
 
-class NoteRemoval : public InBothStores {
+class NoteRemoval : public Alarm {
 protected:
     /// Answers every question from here on and remembers the last one.
     void answer(TestNotes& desk, int code) {
@@ -149,6 +147,26 @@ TEST_P(NoteRemoval, WhatWasTypedIsKeptWhenTheQuestionIsAnsweredWithNo) {
     EXPECT_EQ(desk->stored(1).Titolo, u"renamed");
 }
 
+TEST_P(NoteRemoval, DeletingANoteThatRingsDeletesOneNote) {
+    const auto desk = ringing({every(u"a", u"eachday"), once(u"b"), once(u"c")});
+    desk->note(2).DeleteForm(true);
+    desk->note(1).DeleteForm(true);
+    EXPECT_EQ(desk->silences, 2);
+    pumpPending();
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"c"}));
+    EXPECT_EQ(desk->stored(1).Titolo, u"c");
+    EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:10");
+    EXPECT_TRUE(desk->note(1).Alarming());
+}
+
+TEST_P(NoteRemoval, NoteThatCouldNotBeReadIsNotDeletedEither) {
+    const auto desk = run({plainNote(u"a"), plainNote(u"b")});
+    desk->note(1).record.readOnly = true;
+    desk->note(1).DeleteForm(true);
+    EXPECT_EQ(desk->desk->Count(), 2);
+    EXPECT_EQ(desk->stored(1).Titolo, u"a");
+}
+
 // --- A store that refuses, or was left half-way -----------------------------------------------------------
 
 TEST_P(NoteRemoval, ThatTheStoreRefusesTakesTheNoteAwayAndLeavesTheOthersWritable) {
@@ -252,91 +270,19 @@ TEST_P(NoteRemoval, ClosingAndOpeningAgainCountsEachNoteOnce) {
     EXPECT_EQ(desk->desk->ClosedCount(), 0);
 }
 
-// --- Colour -----------------------------------------------------------------------------------------------
-
-/// Presses a button of the system's colour dialog as soon as it appears.
-struct ColourAnswer {
-    static inline WPARAM button = 0;
-    static inline int seen = 0;
-    static inline HWND owner = nullptr;
-    static inline std::function<void(HWND dialog)> look;  ///< called once, before the answer
-    UINT_PTR timer = 0;
-
-    explicit ColourAnswer(WPARAM press) {
-        button = press;
-        seen = 0;
-        look = {};
-        timer = SetTimer(nullptr, 0, 20, onTick);
-    }
-    ~ColourAnswer() { KillTimer(nullptr, timer); }
-    ColourAnswer(const ColourAnswer&) = delete;
-    ColourAnswer& operator=(const ColourAnswer&) = delete;
-
-    static void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) {
-        const HWND dialog = FindWindowW(L"#32770", L"Color");
-        if (dialog == nullptr || IsWindowVisible(dialog) == FALSE) return;
-        ++seen;
-        owner = GetWindow(dialog, GW_OWNER);
-        if (const auto once = std::exchange(look, {})) once(dialog);
-        PostMessageW(dialog, WM_COMMAND, button, 0);
-    }
-};
-
-TEST_P(NoteRemoval, ACancelledColourLeavesEverythingAsItWas) {
-    const auto desk = run({plainNote(u"a")});
-    const int before = changesOf(*desk);
-    const ColourAnswer answering(IDCANCEL);
-    SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_COLOR, 0);
-    EXPECT_GE(ColourAnswer::seen, 1) << "with the caption Color";
-    EXPECT_EQ(ColourAnswer::owner, desk->note(1).hwnd);
-    EXPECT_EQ(changesOf(*desk), before);
-    EXPECT_EQ(desk->note(1).Backcol(), static_cast<Rgb>(kDesignColor));
-}
-
-/// Whether `upper` is above `lower` in the order of windows.
-bool isAbove(HWND upper, HWND lower) {
-    for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
-        if (window == upper || window == lower) return window == upper;
-    }
-    return false;
-}
-
-TEST_P(NoteRemoval, TheColourDialogStaysAboveEveryNote) {
-    const auto desk = run({plainNote(u"a"), with(plainNote(u"b"), &NoteRecord::topmost)});
-    bool atOnce = false;
-    bool afterOpening = false;
-    ColourAnswer answering(IDCANCEL);
-    ColourAnswer::look = [&](HWND dialog) {
-        atOnce = isAbove(dialog, desk->note(2).hwnd);
-        desk->desk->OpenNote(1);
-        afterOpening = isAbove(dialog, desk->note(2).hwnd);
-    };
-    SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_COLOR, 0);
-    EXPECT_GE(ColourAnswer::seen, 1);
-    EXPECT_TRUE(atOnce) << "the other note is always on top";
-    EXPECT_TRUE(afterOpening);
-}
-
-TEST_P(NoteRemoval, TheColourDialogBeginsWithTheNotesOwnColour) {
-    NoteRecord green = plainNote(u"a");
-    green.backcolor = 0x80FF80;
-    const auto desk = run({green});
-    const ColourAnswer answering(IDOK);
-    SendMessageW(desk->note(1).hwnd, WM_COMMAND, IDM_COLOR, 0);
-    EXPECT_GE(ColourAnswer::seen, 1);
-    EXPECT_EQ(desk->note(1).Backcol(), 0x80FF80U);
-    EXPECT_EQ(desk->stored(1).backcolor, 0x80FF80);
-}
-
-TEST_P(NoteRemoval, BlackCannotBeChosen) {
-    const auto desk = run({plainNote(u"a")});
-    fpost& note = desk->note(1);
-    note.Backcol(0);  // as from a damaged record
-    const int before = changesOf(*desk);
-    const ColourAnswer answering(IDOK);
-    note.mnuColor();
-    EXPECT_GE(ColourAnswer::seen, 1);
-    EXPECT_EQ(changesOf(*desk), before);
+TEST_P(NoteRemoval, ClosingSilencesItAndItComesBackTheNextTime) {
+    const auto desk = ringing({every(u"a", u"eachday"), once(u"b")});
+    desk->note(1).CloseForm();
+    EXPECT_FALSE(desk->note(1).Alarming());
+    EXPECT_FALSE(desk->note(1).visible());
+    EXPECT_TRUE(desk->stored(1).closed);
+    desk->note(2).CloseForm();
+    pumpPending();
+    ASSERT_EQ(desk->desk->Count(), 1) << "its alarm is over";
+    desk->clock = {later(kSecondsPerDay), 1};
+    tick(*desk);
+    EXPECT_TRUE(desk->note(1).Alarming());
+    EXPECT_TRUE(desk->note(1).visible());
 }
 
 }  // namespace

@@ -1,0 +1,153 @@
+// The ticks of the desk: what they let count down, how they follow the clock, and how notes that could not be
+// read come back.
+#include <string>
+
+#include "tests/window/AlarmDesk.h"
+
+namespace {
+
+class Ticks : public Alarm {};
+INSTANTIATE_TEST_SUITE_P(Stores, Ticks, testing::Bool(), storeName);
+
+// --- The timer --------------------------------------------------------------------------------------------
+
+/// Whether the program's own timer makes a strip show this text.
+bool comesTo(const fpost& note, const std::string& text) {
+    const ULONGLONG end = GetTickCount64() + 20000;
+    while (strip(note) != text && GetTickCount64() < end && pumpFor(5)) {
+    }
+    return strip(note) == text;
+}
+
+TEST(DeskTimer, EveryNoteCountsDownByItselfAlsoAfterOthersHaveEnded) {
+    TestNotes desk(true, {once(u"a"), once(u"b"), plainNote(u"c")});
+    desk.clock = {later(-9), 0};
+    EXPECT_TRUE(comesTo(desk.note(1), "0:00:09"));
+    EXPECT_TRUE(comesTo(desk.note(2), "0:00:09"));
+    desk.note(1).alarm.clear();
+    desk.clock = {later(-8), 0};
+    EXPECT_TRUE(comesTo(desk.note(2), "0:00:08"));
+    desk.note(2).alarm.clear();
+    desk.note(3).alarm.rule = ruleFromRecord(once(u"c"));
+    desk.note(3).ArmAfterLoad();
+    desk.clock = {later(-7), 0};
+    EXPECT_TRUE(comesTo(desk.note(3), "0:00:07"));
+}
+
+TEST_P(Ticks, WithoutATimerOfItsOwnTheDeskTicksAllTheSame) {
+    const auto desk = run({plainNote(u"a")}, keeping());
+    int refused = 0;
+    desk->desk->startTimer = [&](HWND, UINT_PTR, UINT) {
+        ++refused;
+        return false;
+    };
+    fpost& note = desk->note(1);
+    note.alarm.rule = ruleFromRecord(once(u"a"));
+    note.ArmAfterLoad();
+    desk->clock = {later(-7), 0};
+    const ULONGLONG end = GetTickCount64() + 20000;
+    while (strip(note) != "0:00:07" && GetTickCount64() < end && pumpFor(5)) {
+    }
+    EXPECT_EQ(strip(note), "0:00:07");
+    desk->clock = {kDue, 0};
+    while (!note.Alarming() && GetTickCount64() < end && pumpFor(5)) {
+    }
+    EXPECT_TRUE(note.Alarming());
+    EXPECT_GE(refused, 2) << "it asks again and again";
+    EXPECT_LT(refused, 40) << "once per tick";
+    note.SoundStop();
+}
+
+// --- The clock --------------------------------------------------------------------------------------------
+
+TEST_P(Ticks, ACorrectedClockIsFollowedAtTheNextTick) {
+    const auto desk = run({every(u"a", u"eachday"), weekly(u"b", 1), repeating(u"c", 1, u"dd")});
+    desk->setClock(later(365 * kSecondsPerDay + 1));
+    desk->desk->Tick();
+    EXPECT_EQ(desk->sounds, 0) << "Windows may be about to say that the clock was set";
+    desk->desk->Tick();
+    EXPECT_EQ(desk->sounds, 3) << "it did not: the machine was asleep";
+    for (int n = 1; n <= 3; ++n)
+        press(desk->note(n).pic_time);
+    EXPECT_EQ(desk->stored(3).alarmdate, u"16/06/2027");
+    desk->setClock(later(-3600));
+    desk->desk->Tick();
+    for (int n = 1; n <= 3; ++n) {
+        EXPECT_EQ(desk->note(n).alarm.rule.due, kDue) << n;
+        EXPECT_EQ(strip(desk->note(n)), "1:00:00") << n;
+    }
+    EXPECT_EQ(desk->stored(2).alarmdate, u"15/06/2026");
+    EXPECT_EQ(desk->stored(3).alarmdate, u"15/06/2026");
+}
+
+TEST_P(Ticks, WhatAClockSetFarForwardSkippedDoesNotRing) {
+    const auto desk = run({every(u"a", u"eachday"), weekly(u"b", 1), once(u"c")});
+    for (const bool tickFirst : {false, true}) {
+        desk->setClock({desk->clock.at.seconds + 8 * kSecondsPerDay + 4 * 3600});
+        if (tickFirst) desk->desk->Tick();
+        SendMessageW(desk->desk->tray.hwnd, WM_TIMECHANGE, 0, 0);
+        desk->desk->Tick();
+        EXPECT_FALSE(desk->note(1).Alarming() || desk->note(2).Alarming()) << tickFirst;
+        EXPECT_LT(desk->clock.at, *desk->note(2).alarm.rule.due) << tickFirst;
+        EXPECT_TRUE(desk->note(3).Alarming()) << "it would have rung only once";
+    }
+}
+
+TEST_P(Ticks, AClockSetALittleForwardRingsWhatItSkipped) {
+    const auto desk = run({once(u"a"), weekly(u"b", 1), repeating(u"c", 1, u"hh")});
+    desk->clock = {later(2 * 3600 + 60), 0};
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 3);
+    for (int n = 3; n >= 1; --n)
+        press(desk->note(n).pic_time);
+    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"b", u"c"}));
+    EXPECT_EQ(desk->note(1).alarm.rule.due, later(7 * kSecondsPerDay));
+    EXPECT_EQ(desk->note(2).alarm.rule.due, later(3 * 3600));
+    desk->clock = {kDue, 0};  // and back again: what has rung stays quiet
+    tick(*desk);
+    EXPECT_EQ(desk->sounds, 3);
+}
+
+// --- Notes that could not be read -------------------------------------------------------------------------
+
+TEST_P(Ticks, NotesThatCouldNotBeReadAppearOnceTheyCan) {
+    std::vector<NoteRecord> notes{plainNote(u"a"), plainNote(u"b", 4500, 4500), plainNote(u"c")};
+    notes[1].alarmdate = u"16/06/2026";
+    notes[1].alarmtime = u"12:00:00";
+    notes[2].closed = true;
+    const auto desk = run(notes);
+    const auto lock = [&](bool on) {
+        for (const TextView section : {u"kardel-1", u"kardel-2", u"kardel-3"}) {
+            if (on) desk->registry.locked.insert(Text(section));
+        }
+        if (on) desk->folder.locked.insert(Text(kNoteFile));
+        if (!on) desk->registry.locked.clear();
+        if (!on) desk->folder.locked.clear();
+    };
+    const auto ticks = [&](int count) {
+        for (int i = 0; i < count; ++i)
+            desk->desk->Tick();
+        pumpPending();
+    };
+    lock(true);
+    desk->killAndRestart();
+    ticks(100);
+    ASSERT_EQ(desk->desk->Count(), 3);
+    EXPECT_TRUE(desk->note(2).record.readOnly);
+    lock(false);
+    ticks(200);
+    ASSERT_EQ(desk->desk->Count(), 3);
+    for (int number = 1; number <= 3; ++number)
+        EXPECT_EQ(storeFree(desk->note(number).record),
+                  storeFree(notes[static_cast<std::size_t>(number) - 1]));
+    EXPECT_EQ(windowText(desk->note(2).nota), u"body of b");
+    EXPECT_EQ(desk->note(2).place.Left(), 4500);
+    EXPECT_TRUE(desk->note(2).alarm.isCounting());
+    EXPECT_TRUE(desk->note(1).visible() && desk->note(2).visible());
+    EXPECT_FALSE(desk->note(3).visible());
+    desk->note(1).place.moveTo(Twips{6000}, Twips{6000});
+    desk->note(1).kept.save({NoteField::X});
+    EXPECT_EQ(desk->stored(1).x, 6000);
+}
+
+}  // namespace
