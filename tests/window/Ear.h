@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/Accessible.h"
+#include "support/Window.h"
 // Needs windows.h before it.
 #include <oleacc.h>
 

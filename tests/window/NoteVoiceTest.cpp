@@ -1,18 +1,14 @@
-// What a screen reader hears of notes and dialogs, asked through the system's own accessibility library.
-// Where that knows too little under Wine, the tests look at what it goes by for native controls: classes,
-// texts, order and Tab stops.
+// What a screen reader hears of notes, asked through the system's own accessibility library.
+#include <functional>
 #include <map>
-#include <set>
+#include <utility>
 
-#include "resources/resource.h"
-#include "support/Number.h"
-#include "tests/window/DialogTest.h"
+#include "tests/support/Plain.h"
 #include "tests/window/Ear.h"
+#include "tests/window/TestNotes.h"
 #include "tests/window/TestNotes.h"
 
 namespace {
-
-// --- Notes ------------------------------------------------------------------------------------------------
 
 void letRing(TestNotes& desk) {
     desk.clock.at = instantOf({2026, 6, 15}, {12, 0, 5});
@@ -272,192 +268,6 @@ TEST(AccessibleNote, ListenersHearOfWhatChanges) {
         EXPECT_TRUE(events.has(EVENT_OBJECT_NAMECHANGE, note.hwnd)) << what;
         EXPECT_EQ(events.has(EVENT_SYSTEM_ALERT, note.hwnd), what == std::string("rings")) << what;
     }
-}
-
-// --- Dialogs ----------------------------------------------------------------------------------------------
-
-/// The label that Windows' own objects use as a field's name: the nearest static text before it, visible or
-/// not, with no other field between them.
-Text labelOf(HWND field) {
-    for (HWND before = GetWindow(field, GW_HWNDPREV); before != nullptr;
-         before = GetWindow(before, GW_HWNDPREV)) {
-        if ((SendMessageW(before, WM_GETDLGCODE, 0, 0) & DLGC_STATIC) != 0) return windowText(before);
-        const LONG_PTR style = GetWindowLongPtrW(before, GWL_STYLE);
-        if ((style & static_cast<LONG_PTR>(WS_VISIBLE)) != 0 &&
-            (style & static_cast<LONG_PTR>(WS_TABSTOP)) != 0)
-            break;
-    }
-    return {};
-}
-
-Text classOf(HWND window) {
-    wchar_t name[64]{};
-    GetClassNameW(window, name, static_cast<int>(std::size(name)));
-    return Text(fromWide(name));
-}
-
-/// The field's name, from the program or, for a native control, from Windows.
-Text nameOf(HWND field) {
-    const Text kind = classOf(field);
-    if (kind == u"ComboBox") return labelOf(field);
-    return Ear(field).name();
-}
-
-class AccessibleDialog : public Fmsg {
-protected:
-    /// Every control that Tab currently reaches, in Tab order.
-    std::vector<HWND> tabStops() const {
-        std::vector<HWND> stops;
-        HWND next = nullptr;
-        while ((next = GetNextDlgTabItem(dialog.hwnd, next, FALSE)) != nullptr) {
-            if (!stops.empty() && next == stops.front()) break;
-            stops.push_back(next);
-        }
-        return stops;
-    }
-    /// Whether the dialog is there and has the keyboard, which the window manager gives it a little later.
-    Script::Condition ready(const char* caption) {
-        return [this, caption] { return shown(caption)() && IsChild(dialog.hwnd, GetFocus()) != FALSE; };
-    }
-    /// What must hold for every face: each stop has a name, nothing that is only shown is a stop, and the
-    /// focus is visible.
-    void checkFace() const {
-        EXPECT_EQ(Ear(dialog.hwnd).role(), Role::Dialog);
-        EXPECT_EQ(Ear(dialog.hwnd).name(), windowText(dialog.hwnd));
-        const std::vector<HWND> stops = tabStops();
-        EXPECT_FALSE(stops.empty());
-        std::set<char16_t> letters;
-        for (const HWND stop : stops) {
-            const int id = GetDlgCtrlID(stop);
-            EXPECT_FALSE(nameOf(stop).empty()) << id;
-            EXPECT_NE(plain(classOf(stop)), "Static") << id;
-            EXPECT_EQ(SendMessageW(stop, WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS, 0) << id;
-            const Text caption = windowText(stop);
-            const std::size_t mark = caption.find(u'&');
-            if (mark != Text::npos) {
-                EXPECT_TRUE(letters.insert(caption[mark + 1]).second) << plain(caption);
-            }
-        }
-        EXPECT_NE(std::find(stops.begin(), stops.end(), GetFocus()), stops.end())
-            << "the keyboard is in a control that Tab does not reach";
-    }
-};
-
-TEST_F(AccessibleDialog, EveryBoxCanBeReadAndAnswered) {
-    for (const long buttons :
-         {long{MB_OK}, long{MB_OKCANCEL} | MB_ICONERROR, long{MB_YESNO} | MB_ICONQUESTION,
-          long{MB_RETRYCANCEL} | MB_ICONEXCLAMATION, long{MB_YESNO} | MB_DEFBUTTON2}) {
-        Script script(dialog);
-        script.when(ready("Delete"), [this, buttons] {
-            checkFace();
-            EXPECT_EQ(text(ID_LBLMSG), "Sure?");
-            EXPECT_EQ(text(ID_MICON).empty(), (buttons & MB_ICONMASK) == 0);
-            closeBox();
-        });
-        dialog.MsgBoxExt(u"Sure?", buttons, u"Delete");
-    }
-}
-
-TEST_F(AccessibleDialog, TheAboutBoxNamesItsLinks) {
-    Script script(dialog);
-    script.when(ready("About"), [this] {
-        checkFace();
-        EXPECT_GE(tabStops().size(), 2U);
-        closeBox();
-    });
-    dialog.about();
-}
-
-class AccessibleEditor : public AccessibleDialog {
-protected:
-    void edit(const AlarmRule& rule, const std::function<void()>& look) {
-        const HWND note = addNote();
-        Script script(dialog);
-        script.when(ready("Set alarm"), [&] {
-            checkFace();
-            look();
-            closeBox();
-        });
-        dialog.editAlarm(rule, note, someMonday());
-    }
-    static AlarmRule tomorrow() {
-        AlarmRule rule;
-        rule.AlarmDate = u"16/06/2026";
-        rule.AlarmTime = u"08:30:00";
-        rule.due = instantOf({2026, 6, 16}, {8, 30, 0});
-        return rule;
-    }
-};
-
-TEST_F(AccessibleEditor, SaysTheDateAndTheTimeOfItsFields) {
-    edit(tomorrow(), [this] {
-        EXPECT_EQ(Ear(item(ID_DATA)).name(), u"Date");
-        EXPECT_EQ(Ear(item(ID_DATA)).value(), u"16/06/2026, day");
-        SendMessageW(item(ID_DATA), WM_KEYDOWN, VK_RIGHT, 0);
-        EXPECT_EQ(Ear(item(ID_DATA)).value(), u"16/06/2026, month");
-        SendMessageW(item(ID_DATA), WM_KEYDOWN, VK_RIGHT, 0);
-        EXPECT_EQ(Ear(item(ID_DATA)).value(), u"16/06/2026, year");
-        EXPECT_EQ(Ear(item(ID_HDATE)).value(), u"16/06/2026");
-        const std::pair<int, const char16_t*> bars[] = {
-            {ID_HDATE, u"Date"}, {ID_HORE, u"Hours"}, {ID_HMIN, u"Minutes"}, {ID_HSEC, u"Seconds"}};
-        for (const auto& [bar, name] : bars) {
-            EXPECT_EQ(Ear(item(bar)).name(), name);
-            // Whatever Windows' own object would use as a label must say the same, or nothing.
-            const Text label = labelOf(item(bar));
-            EXPECT_TRUE(label.empty() || label == name) << plain(label);
-        }
-        SendMessageW(dialog.hwnd, WM_HSCROLL, SB_LINERIGHT, reinterpret_cast<LPARAM>(item(ID_HORE)));
-        EXPECT_EQ(Ear(item(ID_HORE)).value(), u"09:30:00");
-    });
-}
-
-TEST_F(AccessibleEditor, NamesItsListsEvenWhenTheyChange) {
-    edit(tomorrow(), [this] {
-        EXPECT_EQ(labelOf(item(ID_CBOREPEAT)), u"Repeat every:");
-        EXPECT_EQ(labelOf(item(ID_CBODAY)), u"Weekday");
-    });
-    AlarmRule repeating = tomorrow();
-    repeating.RepeatNumber = 5;
-    repeating.RepeatEvery = u"mm";
-    edit(repeating, [this] { EXPECT_EQ(labelOf(item(ID_CBODAY)), u"Unit"); });
-}
-
-TEST_F(AccessibleEditor, TabReachesTheSevenDaysOnlyWhenTheyAreShown) {
-    edit(tomorrow(), [this] { EXPECT_EQ(tabStops().size(), 10U); });
-    AlarmRule week = tomorrow();
-    week.AlarmWeekday = 8;
-    edit(week, [this] { EXPECT_EQ(tabStops().size(), 17U); });
-    AlarmRule daily = tomorrow();
-    daily.eachday = true;
-    edit(daily, [this] { EXPECT_EQ(tabStops().size(), 9U) << "a daily pattern has no date to step by"; });
-}
-
-TEST_F(AccessibleEditor, TheButtonThatEnterPressesStaysMarkedWhereverTabGoes) {
-    const auto marked = [this](int button) {
-        return (GetWindowLongPtrW(item(button), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
-    };
-    const HWND note = addNote();
-    Script script(dialog);
-    script.when(focused(ID_DATA), [this] { key(VK_TAB); });
-    script.when(focused(ID_HDATE), [this, marked] {
-        EXPECT_TRUE(marked(ID_BTNOK));
-        SetFocus(item(ID_BTNOK));
-        key(VK_TAB);
-    });
-    script.when(focused(ID_BTNCANCEL), [this, marked] {
-        EXPECT_TRUE(marked(ID_BTNCANCEL));
-        EXPECT_FALSE(marked(ID_BTNOK));
-        closeBox();
-    });
-    dialog.editAlarm(tomorrow(), note, someMonday());
-}
-
-TEST_F(AccessibleEditor, ListenersHearOfADateThatChanges) {
-    edit(tomorrow(), [this] {
-        const Events events;
-        SendMessageW(item(ID_DATA), WM_KEYDOWN, VK_RIGHT, 0);
-        EXPECT_TRUE(events.has(EVENT_OBJECT_VALUECHANGE, item(ID_DATA)));
-    });
 }
 
 }  // namespace
