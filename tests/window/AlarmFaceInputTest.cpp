@@ -7,8 +7,7 @@
 
 namespace {
 
-// --- Bars
-// ---------------------------------------------------------------------------------------------------
+// --- Bars -------------------------------------------------------------------------------------------------
 
 TEST_F(Editor, HoursTurnOverIntoTheNextDayAndBack) {
     Script script(dialog);
@@ -128,8 +127,7 @@ TEST_F(Editor, TheWheelTurnsTheBarWithTheKeyboard) {
     edit({});
 }
 
-// --- Lists
-// --------------------------------------------------------------------------------------------------
+// --- Lists ------------------------------------------------------------------------------------------------
 
 TEST_F(Editor, AWeekdayOnAPatternIsRefusedAndUndone) {
     AlarmRule daily = ruleAt(u"15/06/2026", u"12:00:00");
@@ -256,8 +254,7 @@ TEST_F(Editor, APatternsWeekdayIsRefusedOnceTheListIsClosed) {
     EXPECT_FALSE(edit(daily).AlarmStart);
 }
 
-// --- Buttons and letters
-// ------------------------------------------------------------------------------------
+// --- Buttons and letters ----------------------------------------------------------------------------------
 
 TEST_F(Editor, OnlyTheStopButtonStopsTheAlarm) {
     const AlarmRule rule = ruleAt(u"16/06/2026", u"12:00:00");

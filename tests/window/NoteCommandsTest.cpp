@@ -2,7 +2,9 @@
 // strip, stopping an alarm.
 #include "alarm/AlarmText.h"
 #include "resources/resource.h"
+#include "support/PopupMenu.h"
 #include "tests/window/AlarmDesk.h"
+#include "tests/window/CollectionDesk.h"
 
 namespace {
 
@@ -205,6 +207,36 @@ TEST_P(NoteMenus, EveryCommandKeepsTheOpenEditFirst) {
         EXPECT_FALSE(note.editing.bodyBeingEdited() || note.editing.titleBeingEdited()) << id;
         if (!note.visible()) note.show(true);
     }
+}
+
+TEST_P(NoteMenus, ACommandOfANotesMenuDoesWhatTheMenuSaid) {
+    GlobalSettings settings;
+    settings.RestoreWhenPlay = true;
+    std::vector<NoteRecord> notes = manyNotes(3);
+    for (NoteRecord& note : notes)
+        note.iconized = true;
+    notes[0].alarmdate = u"15/06/2026";
+    notes[0].alarmtime = u"12:00:10";
+    const auto desk = run(notes, settings);
+    const NoteMenuInput own = desk->note(1).commands.input(desk->note(1).alarm.rule);
+    const NoteMenuInput others = desk->note(2).commands.input(desk->note(2).alarm.rule);
+    ASSERT_TRUE(own.iconized && others.allIconized);
+    // While the menu is open, the note rings and is restored for that.
+    desk->clock.at = instantOf({2026, 6, 15}, {12, 0, 11});
+    desk->note(1).tmr_Timer();
+    ASSERT_FALSE(desk->note(1).Iconized());
+    postChosen(desk->note(1).hwnd, IDM_ICONIZE, said(own));  // "Restore"
+    pumpPending();
+    ASSERT_EQ(desk->desk->Count(), 3) << "if it were iconized again, it would be silenced and deleted";
+    EXPECT_FALSE(desk->note(1).Iconized());
+    EXPECT_TRUE(desk->note(1).Alarming());
+    postChosen(desk->note(2).hwnd, IDM_ICONIZEALL, said(others));  // "Restore All"
+    pumpPending();
+    for (int n = 1; n <= 3; ++n)
+        EXPECT_FALSE(desk->note(n).Iconized()) << n;
+    postChosen(desk->note(2).hwnd, IDM_ICONIZE, said(desk->note(2).commands.input(desk->note(2).alarm.rule)));
+    pumpPending();
+    EXPECT_TRUE(desk->note(2).Iconized());
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include "tests/support/Plain.h"
 #include "tests/window/Ear.h"
 #include "tests/window/TestNotes.h"
-#include "tests/window/TestNotes.h"
 
 namespace {
 

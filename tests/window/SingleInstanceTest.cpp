@@ -7,12 +7,11 @@
 #include <algorithm>
 #include <bit>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "core/ProgramFolder.h"
 #include "tests/storage/win/TestFolder.h"
 #include "tests/support/Plain.h"
+#include "tests/window/TestDrive.h"
 
 namespace {
 
@@ -75,22 +74,6 @@ TEST(SingleInstance, AFolderIsTakenOnceHoweverItIsSpelt) {
                             [](const std::wstring& name) { return name.starts_with(L"Kardel.Folder."); }));
 }
 
-/// Wine knows a folder that has a drive letter only by that letter.
-bool underWine() {
-    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-}
-
-/// Gives a folder a drive letter as long as this exists.
-struct Drive {
-    const Text& folder;
-    explicit Drive(const Text& over) : folder(over) {
-        EXPECT_NE(DefineDosDeviceW(0, L"Q:", wide(folder)), FALSE);
-    }
-    ~Drive() { DefineDosDeviceW(DDD_REMOVE_DEFINITION | DDD_EXACT_MATCH_ON_REMOVE, L"Q:", wide(folder)); }
-    Drive(const Drive&) = delete;
-    Drive& operator=(const Drive&) = delete;
-};
-
 TEST(SingleInstance, AFolderIsTakenOnceHoweverItIsReached) {
     const TestFolder folder(u"Kardel notes of one folder");
     SingleInstance first;
@@ -137,43 +120,6 @@ TEST(SingleInstance, ACopyThatMayNotBeAskedCountsAsRunning) {
     const UniqueHandle theirs = foreignMutex(name);
     ASSERT_NE(theirs, nullptr);
     EXPECT_FALSE(claimStore(copy, false, folder.path));
-}
-
-TEST(ProgramFolder, IsRecognisedAsTemporaryHoweverItIsReached) {
-    const TestFolder folder(u"Kardel from inside a zip");
-    EXPECT_TRUE(isTemporaryFolder(folder.path));
-    EXPECT_TRUE(isTemporaryFolder(lowered(folder.path)));
-    const Drive drive(folder.path.substr(0, folder.path.size() - 1));
-    EXPECT_TRUE(underWine() || isTemporaryFolder(u"Q:\\"));
-    Text system(MAX_PATH, u'\0');
-    system.resize(GetSystemDirectoryW(wideBuffer(system), MAX_PATH));
-    EXPECT_FALSE(isTemporaryFolder(system));
-    EXPECT_FALSE(isTemporaryFolder(u"C:\\no such folder\\"));
-}
-
-/// An environment that does not say where temporary files belong.
-struct NoTemporary {
-    std::vector<std::pair<const wchar_t*, std::wstring>> before;
-    NoTemporary() {
-        for (const wchar_t* name : {L"TMP", L"TEMP"}) {
-            std::wstring text(MAX_PATH, L'\0');
-            text.resize(GetEnvironmentVariableW(name, text.data(), MAX_PATH));
-            before.emplace_back(name, text);
-            SetEnvironmentVariableW(name, nullptr);
-        }
-    }
-    ~NoTemporary() {
-        for (const auto& [name, text] : before)
-            SetEnvironmentVariableW(name, text.c_str());
-    }
-    NoTemporary(const NoTemporary&) = delete;
-    NoTemporary& operator=(const NoTemporary&) = delete;
-};
-
-TEST(ProgramFolder, IsNotTemporaryWhereNoFolderForThatIsNamed) {
-    const TestFolder folder(u"KardelSomewhere");
-    const NoTemporary nobody;
-    EXPECT_FALSE(isTemporaryFolder(folder.path));
 }
 
 TEST(SingleInstance, AUsersRegistryIsTakenOnceWhateverTheFolder) {

@@ -1,106 +1,14 @@
-// The tray's menu while it is open: what it shows, and what happens when an entry is chosen, the menu is
-// left, or something else comes between.
+// The tray's menu while it is open: what it shows of the desk, who has the keyboard, and what happens when
+// something else comes between.
 #include <algorithm>
-#include <functional>
+#include <bit>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "support/Messages.h"
-#include "support/WinText.h"
-#include "tests/window/TrayDesk.h"
+#include "tests/window/PopupDesk.h"
 
 namespace {
-
-struct Entry {
-    Text caption;
-    UINT state = 0;
-    UINT id = 0;
-    HMENU submenu = nullptr;
-};
-
-std::vector<Entry> entriesOf(HMENU menu) {
-    std::vector<Entry> entries;
-    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-        Text caption(200, u'\0');
-        MENUITEMINFOW info{};
-        info.cbSize = sizeof(info);
-        info.fMask = MIIM_STATE | MIIM_ID | MIIM_SUBMENU | MIIM_STRING | MIIM_FTYPE;
-        info.dwTypeData = wideBuffer(caption);
-        info.cch = static_cast<UINT>(caption.size());
-        GetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &info);
-        caption.resize((info.fType & MFT_SEPARATOR) != 0 ? 0 : info.cch);
-        entries.push_back(
-            {(info.fType & MFT_SEPARATOR) != 0 ? u"-" : caption, info.fState, info.wID, info.hSubMenu});
-    }
-    return entries;
-}
-
-/// Looks at the open popup, then does what a user would do to it.
-struct OpenPopup {
-    std::vector<Entry> commands;
-    std::vector<Entry> notes;
-    std::vector<WPARAM> keys{VK_ESCAPE};
-    std::function<void()> meanwhile = [] {};  ///< what happens while it is open
-};
-OpenPopup* lookingAt = nullptr;
-
-void CALLBACK look(HWND, UINT, UINT_PTR timer, DWORD) {
-    const HWND popup = FindWindowW(L"#32768", nullptr);
-    if (popup == nullptr || lookingAt == nullptr) return;  // not open yet: the next tick looks again
-    KillTimer(nullptr, timer);
-    const auto menu = reinterpret_cast<HMENU>(SendMessageW(popup, 0x01E1 /* MN_GETHMENU */, 0, 0));
-    lookingAt->commands = entriesOf(menu);
-    if (!lookingAt->commands.empty()) lookingAt->notes = entriesOf(lookingAt->commands[0].submenu);
-    lookingAt->meanwhile();
-    for (const WPARAM key : lookingAt->keys) {
-        PostMessageW(popup, WM_KEYDOWN, key, 0);
-        PostMessageW(popup, WM_KEYUP, key, 0);
-    }
-}
-
-class TrayPopup : public Tray {
-protected:
-    OpenPopup open(
-        std::vector<WPARAM> keys = {VK_ESCAPE}, std::function<void()> meanwhile = [] {}) {
-        OpenPopup seen;
-        seen.keys = std::move(keys);
-        seen.meanwhile = std::move(meanwhile);
-        lookingAt = &seen;
-        const UINT_PTR timer = SetTimer(nullptr, 0, 50, look);
-        mouse({WM_RBUTTONDOWN, WM_RBUTTONUP});
-        pumpPending();
-        lookingAt = nullptr;
-        KillTimer(nullptr, timer);
-        return seen;
-    }
-    static Entry find(const std::vector<Entry>& entries, UINT id) {
-        const auto found =
-            std::find_if(entries.begin(), entries.end(), [id](const Entry& e) { return e.id == id; });
-        return found == entries.end() ? Entry{} : *found;
-    }
-};
-
-TEST_F(TrayPopup, ShowsTheCommandsInOrder) {
-    std::vector<Text> captions;
-    for (const Entry& entry : open().commands)
-        captions.push_back(entry.caption);
-    const std::vector<Text> expected = {u"Open",
-                                        u"New Kardel",
-                                        u"-",
-                                        u"Hide All",
-                                        u"Iconize All",
-                                        u"-",
-                                        u"Automatic position",
-                                        u"Easy alignment",
-                                        u"-",
-                                        u"Use local files",
-                                        u"-",
-                                        u"About...",
-                                        u"-",
-                                        u"Exit"};
-    EXPECT_EQ(captions, expected);
-}
 
 TEST_F(TrayPopup, ShowsHideAllBoldAndOnlyThat) {
     for (const Entry& entry : open().commands) {
@@ -187,33 +95,6 @@ TEST_F(TrayPopup, LeavesTheKeyboardWhereTheUserHasPutIt) {
     EXPECT_EQ(GetForegroundWindow(), other);
     DestroyWindow(desk.box);
     DestroyWindow(other);
-}
-
-TEST_F(TrayPopup, EscapeChoosesNothingAndTheNextPopupStaysOpen) {
-    EXPECT_FALSE(open().commands.empty());
-    EXPECT_FALSE(open().commands.empty());
-    EXPECT_EQ(desk.calls, Calls{});
-}
-
-TEST_F(TrayPopup, RunsTheEntryThatIsChosen) {
-    open({VK_UP, VK_RETURN});  // the last one
-    EXPECT_EQ(desk.calls, Calls{"exit"});
-}
-
-TEST_F(TrayPopup, OpensTheNoteThatIsChosen) {
-    open({VK_DOWN, VK_RIGHT, VK_DOWN, VK_RETURN});
-    EXPECT_EQ(desk.calls, Calls{"open 1"});
-}
-
-TEST_F(TrayPopup, DoesWhatItsEntrySaidEvenIfTheDeskHasChangedMeanwhile) {
-    // A note that rings while the menu is open comes back, so not all notes are hidden any more.
-    desk.shown.allHidden = true;
-    open({VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, [this] { desk.shown.allHidden = false; });
-    EXPECT_EQ(desk.calls, Calls{"show all"});
-    desk.calls.clear();
-    desk.shown.allIconized = true;
-    open({VK_DOWN, VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, [this] { desk.shown.allIconized = false; });
-    EXPECT_EQ(desk.calls, Calls{"restore all"});
 }
 
 bool menuIsOpen() {

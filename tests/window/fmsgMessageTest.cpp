@@ -10,8 +10,7 @@
 
 namespace {
 
-// --- Message box
-// --------------------------------------------------------------------------------------------
+// --- Message box ------------------------------------------------------------------------------------------
 
 TEST_F(Fmsg, AQuestionShowsYesAndNoAndAnswersSix) {
     Script script(dialog);
@@ -114,8 +113,7 @@ TEST_F(Fmsg, APromptTooHighForTheScreenEndsInDots) {
     dialog.MsgBoxExt(prompt, 0);
 }
 
-// --- About
-// --------------------------------------------------------------------------------------------------
+// --- About ------------------------------------------------------------------------------------------------
 
 TEST_F(Fmsg, AboutSaysTheVersionAndOffersItsLinks) {
     Script script(dialog);

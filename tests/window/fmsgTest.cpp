@@ -115,8 +115,7 @@ TEST_F(Fmsg, AboutIsOpenOnlyOnce) {
     EXPECT_FALSE(dialog.open());
 }
 
-// --- Over the alarm editor
-// ----------------------------------------------------------------------------------
+// --- Over the alarm editor --------------------------------------------------------------------------------
 
 TEST_F(Editor, AMessageOverTheEditorLeavesItAsItWas) {
     Script script(dialog);
