@@ -1,6 +1,8 @@
 #include "note/NoteCommands.h"
 
 #include "note/NoteKeys.h"
+#include "note/bas_DialogColor.h"
+#include "note/fmsg.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
 #include "support/Accessible.h"
@@ -90,11 +92,31 @@ void NoteCommands::mnuEdit() {
 }
 
 void NoteCommands::mnuColor() {
-    note_.mnuColor();
+    const NoteWatch watch(note_);
+    if (IsWindowEnabled(note_.hwnd) == FALSE) return;  // its colour dialog or another box is already open
+    note_.CommitEdits();
+    if (watch.gone() || note_.refusesChange()) return;
+    const std::optional<Rgb> chosen = ChooseColorDialog(note_.hwnd, note_.Backcol());
+    // An alarm or Exit may have removed the note while the dialog was open.
+    if (watch.gone()) return;
+    // Black cannot be stored, because 0 means a damaged record.
+    if (!chosen || *chosen == kBlack) return;
+    note_.Backcol(static_cast<std::int32_t>(*chosen));
+    note_.ringing.showStrip();
+    note_.kept.save({NoteField::Backcolor});
 }
 
 void NoteCommands::mnuAlarm() {
-    note_.mnuAlarm();
+    if (note_.host->dialog->open() || note_.refusesChange()) return;
+    const NoteWatch watch(note_);
+    const EditorResult edit = note_.host->dialog->editAlarm(note_.alarm.rule, note_.hwnd, note_.host->now());
+    // Meanwhile the note may have rung, been stopped and gone.
+    if (watch.gone() || edit.AlarmStart == edit.AlarmStop) return;
+    if (edit.AlarmStop) {
+        note_.alarm.clear();
+    } else {
+        note_.alarm.set(ruleFromEditor(edit.alarm, note_.host->now()));
+    }
 }
 
 void NoteCommands::mnuRewhenplay() {

@@ -34,7 +34,9 @@ public:
 
     void mnuNew() override;
     void mnuEdit() override;
+    /// Lets the user choose a colour and stores it. The note may be gone when it returns.
     void mnuColor() override;
+    /// Lets the user edit the alarm; what is confirmed is stored. The note may be gone when it returns.
     void mnuAlarm() override;
     void mnuRewhenplay() override;
     void mnuClose() override;

@@ -43,14 +43,14 @@ void NoteEditing::open(Edited what) {
     if (!opened || !editor_.isOpen()) {
         editClosed(what);
     } else if (what == Edited::Body) {
-        note_.ShowAlarmStrip();  // while it rings there must be something to click
+        note_.ringing.showStrip();  // while it rings there must be something to click
     }
 }
 
 void NoteEditing::editClosed(Edited what) {
     ended_ = note_.host->uptime();
     if (what == Edited::Body) {
-        note_.ShowAlarmStrip();
+        note_.ringing.showStrip();
         return;
     }
     for (const HWND picture : {note_.lbl2, note_.pic, note_.pic2})

@@ -1,4 +1,5 @@
-// What a note's alarm does to its window, to the desk and to the store.
+// What a note's alarm does to its window, to the desk and to the store. alarm/Ringing decides when it rings
+// and what happens then.
 #pragma once
 
 #include "alarm/Ringing.h"
@@ -9,6 +10,7 @@ class NoteRinging final : public RingingFace {
 public:
     explicit NoteRinging(fpost& note) : note_(note) {}
 
+    /// Places and fills the time strip, or hides it when there is nothing to count.
     void showStrip() override;
     void showCountdown(const Text& text) override;
     void showColour(bool white) override;

@@ -44,18 +44,16 @@ struct fpost final {
     /// Whether the note could not be read. If so, nothing of it can be changed, and the user is told.
     [[nodiscard]] bool refusesChange() const;
 
-    // --- Alarm (fpostAlarm.cpp) ---------------------------------------------------------------------------
+    // --- Alarm --------------------------------------------------------------------------------------------
     bool Alarming() const { return alarm.Alarming; }
     /// Stops the ringing and arms the next occurrence. True when this deleted the note.
     bool SoundStop() { return alarm.SoundStop(host->now()); }
     /// Settles the alarm of a note that was just read; starts the countdown.
-    void ArmAfterLoad();
-    /// Places and fills the time strip, or hides it when there is nothing to count.
-    void ShowAlarmStrip();
+    void ArmAfterLoad() {
+        if (!Help) alarm.armAfterLoad(host->now());
+    }
     /// A tick of the countdown, every kAlarmTick as long as the alarm wants ticks.
     void tmr_Timer() { alarm.tick(host->now()); }
-    /// Lets the user edit the alarm; what is confirmed is stored. The note may be gone when it returns.
-    void mnuAlarm();
 
     // --- Menu and editing ---------------------------------------------------------------------------------
     /// Shows the menu where the mouse is. The note may be gone when it returns.
@@ -81,9 +79,7 @@ struct fpost final {
     void IconizeForm();
     void toggleIconized();
 
-    // --- Colour, close, delete (fpostRemove.cpp) ----------------------------------------------------------
-    /// Lets the user choose a colour and stores it. The note may be gone when it returns.
-    void mnuColor();
+    // --- Close, delete (fpostRemove.cpp) ------------------------------------------------------------------
     /// Hides the note until it is opened again.
     void CloseForm();
     /// Deletes the note for good, after a question unless `Silent`.

@@ -49,5 +49,5 @@ void fpost::showIconized() {
     tellNameChanged(hwnd);
     if (record.iconized) return;
     if (visible()) host->realign();
-    ShowAlarmStrip();
+    ringing.showStrip();
 }

@@ -1,5 +1,4 @@
-// Colour, close and delete.
-#include "note/bas_DialogColor.h"
+// Close and delete.
 #include "note/fpost.h"
 
 namespace {
@@ -7,21 +6,6 @@ namespace {
 constexpr long kDeleteQuestion = MB_YESNO | MB_ICONQUESTION;
 
 }  // namespace
-
-void fpost::mnuColor() {
-    const NoteWatch watch(*this);
-    if (IsWindowEnabled(hwnd) == FALSE) return;  // its colour dialog or another box is already open
-    CommitEdits();
-    if (watch.gone() || refusesChange()) return;
-    const std::optional<Rgb> chosen = ChooseColorDialog(hwnd, Backcol());
-    // An alarm or Exit may have removed the note while the dialog was open.
-    if (watch.gone()) return;
-    // Black cannot be stored, because 0 means a damaged record.
-    if (!chosen || *chosen == kBlack) return;
-    Backcol(static_cast<std::int32_t>(*chosen));
-    ShowAlarmStrip();
-    kept.save({NoteField::Backcolor});
-}
 
 void fpost::CloseForm() {
     const NoteWatch watch(*this);

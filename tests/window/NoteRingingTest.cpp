@@ -1,4 +1,4 @@
-// A note's alarm on a live desktop, in both stores: counting down, ringing, and what ends it.
+// A note's alarm on a live desktop, in both stores: counting down, ringing, what ends it, and the strip.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -285,6 +285,52 @@ TEST_P(Alarm, ANoteBeingEditedRingsAndIsStoppedOnceTheTextIsKept) {
     EXPECT_FALSE(note.Alarming());
     EXPECT_EQ(desk->stored(1).Nota, u"half a thought");
     EXPECT_TRUE(stripShown(note));
+}
+
+// --- The strip
+// ----------------------------------------------------------------------------------------------
+
+class TimeStrip : public Alarm {};
+INSTANTIATE_TEST_SUITE_P(Stores, TimeStrip, testing::Bool(), storeName);
+
+TEST_P(TimeStrip, WhileItsTextIsEditedTheStripComesUpToBePressed) {
+    const auto desk = run({every(u"a", u"eachday")});
+    fpost& note = desk->note(1);
+    const auto pressable = [&] {
+        POINT middle{4, 4};
+        MapWindowPoints(note.pic_time, note.hwnd, &middle, 1);
+        return stripShown(note) && RealChildWindowFromPoint(note.hwnd, middle) == note.pic_time;
+    };
+    note.EditForm();
+    EXPECT_FALSE(stripShown(note)) << "it would cover the last line";
+    desk->clock = {kDue, 0};
+    tick(*desk);
+    EXPECT_TRUE(note.editing.bodyBeingEdited());
+    EXPECT_TRUE(pressable());
+    note.SoundStop();
+    EXPECT_FALSE(stripShown(note));
+    note.CancelNote();
+    desk->clock = {later(kSecondsPerDay), 0};
+    tick(*desk);
+    note.EditForm();
+    EXPECT_TRUE(pressable()) << "it rang already when the edit began";
+    SetWindowTextW(note.editing.txtNota(), L"kept");
+    press(note.pic_time);
+    EXPECT_FALSE(note.Alarming());
+    EXPECT_EQ(desk->stored(1).Nota, u"kept");
+}
+
+TEST_P(TimeStrip, TheTimeStripMakesRoomForTheEditorAndComesBack) {
+    const auto desk = run({every(u"a", u"eachday")});
+    fpost& note = desk->note(1);
+    EXPECT_TRUE(IsWindowVisible(note.pic_time));
+    for (const WPARAM key : {kReturn, kEscape}) {
+        note.EditForm();
+        EXPECT_FALSE(IsWindowVisible(note.pic_time)) << "it would cover the last line";
+        typeKey(note.editing.txtNota(), key, key);
+        EXPECT_TRUE(IsWindowVisible(note.pic_time));
+        EXPECT_EQ(windowText(note.pic_time), u"0:00:10") << "a pattern goes on counting to its next date";
+    }
 }
 
 }  // namespace

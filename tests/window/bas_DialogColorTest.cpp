@@ -82,7 +82,7 @@ TEST_P(ColourOfANote, BlackCannotBeChosen) {
     note.Backcol(0);  // as from a damaged record
     const int before = changesOf(*desk);
     const ColourAnswer answering(IDOK);
-    note.mnuColor();
+    note.commands.mnuColor();
     EXPECT_GE(ColourAnswer::seen, 1);
     EXPECT_EQ(changesOf(*desk), before);
 }

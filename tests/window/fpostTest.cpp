@@ -1,4 +1,5 @@
-// A note's window and its parts, and what it stores when the store refuses or cannot be read.
+// A note's window and its parts, what it stores when the store refuses or cannot be read, and what becomes of
+// its alarm at a start.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -157,8 +158,9 @@ TEST_P(NoteWindow, NoteThatCouldNotBeReadTakesNoAlarmColourOrMoveAndSaysSo) {
     const NoteRecord before = note.record;
     const RECT at = rectOf(note.hwnd);
     const std::vector<std::function<void()>> changes{
-        [&] { note.mnuAlarm(); }, [&] { note.mnuColor(); }, [&] { note.commands.mnuTopmost(); },
-        [&] { note.toggleIconized(); }, [&] { note.place.moveStep(1, 0); }};
+        [&] { note.commands.mnuAlarm(); }, [&] { note.commands.mnuColor(); },
+        [&] { note.commands.mnuTopmost(); }, [&] { note.toggleIconized(); },
+        [&] { note.place.moveStep(1, 0); }};
     for (std::size_t i = 0; i < changes.size(); ++i) {
         changes[i]();
         EXPECT_EQ(asked, static_cast<int>(i) + 1);
@@ -177,6 +179,50 @@ TEST_P(NoteWindow, HasNoOwnerAndNoTaskBarButton) {
     const HWND note = desk->note(1).hwnd;
     EXPECT_EQ(GetWindow(note, GW_OWNER), nullptr) << "otherwise a click would bring all notes to the front";
     EXPECT_NE(GetWindowLongPtrW(note, GWL_EXSTYLE) & WS_EX_TOOLWINDOW, 0);
+}
+
+// --- An alarm at a start
+// ------------------------------------------------------------------------------------
+
+class AlarmAtAStart : public InBothStores {};
+INSTANTIATE_TEST_SUITE_P(Stores, AlarmAtAStart, testing::Bool(), storeName);
+
+TEST_P(AlarmAtAStart, MissedDailyAlarmMovesOnSilentlyAndStaysDaily) {
+    NoteRecord daily = plainNote(u"daily");
+    daily.alarmdate = u"*";
+    daily.alarmtime = u"09:00:00";
+    daily.interval = u"eachday";
+    const auto desk = run({daily});
+    const fpost& note = desk->note(1);
+    EXPECT_FALSE(note.Alarming());
+    ASSERT_TRUE(note.alarm.rule.due.has_value());
+    EXPECT_EQ(*note.alarm.rule.due, instantOf({2026, 6, 16}, {9, 0, 0}));
+    EXPECT_EQ(desk->stored(1).alarmdate, u"*");
+    EXPECT_EQ(desk->stored(1).interval, u"eachday");
+}
+
+TEST_P(AlarmAtAStart, MissedRepeatIsMovedOnAndWrittenBack) {
+    NoteRecord repeat = plainNote(u"repeat");
+    repeat.alarmdate = u"14/06/2026";
+    repeat.alarmtime = u"09:00:00";
+    repeat.alarmrepeatnumber = 2;
+    repeat.alarmrepeatevery = u"hh";
+    const auto desk = run({repeat});
+    EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026");
+    EXPECT_EQ(desk->stored(1).alarmtime, u"13:00:00");
+    EXPECT_EQ(windowText(desk->note(1).pic_time), u"1:00:00");
+    EXPECT_TRUE(IsWindowVisible(desk->note(1).pic_time));
+}
+
+TEST_P(AlarmAtAStart, WeekdayRuleWithoutADayHasNothingToWaitFor) {
+    NoteRecord weekly = plainNote(u"weekly");
+    weekly.alarmdate = u"15/06/2026";
+    weekly.alarmtime = u"09:00:00";
+    weekly.alarmweekday = 8;
+    const auto desk = run({weekly});
+    EXPECT_FALSE(desk->note(1).alarm.rule.due.has_value());
+    EXPECT_FALSE(IsWindowVisible(desk->note(1).pic_time));
+    EXPECT_EQ(desk->stored(1).alarmweekday, 8);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// A note's alarm on screen and in the store. alarm/Ringing decides when it rings and what happens then.
+#include "note/NoteRinging.h"
+
 #include "note/fmsg.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
@@ -19,40 +20,16 @@ void CALLBACK AlarmTimerProc(HWND window, UINT message, UINT_PTR, DWORD) noexcep
 
 }  // namespace
 
-// --- The strip and the editor -----------------------------------------------------------------------------
-
-void fpost::ArmAfterLoad() {
-    if (!Help) alarm.armAfterLoad(host->now());
-}
-
-void fpost::ShowAlarmStrip() {
-    // During an edit it would cover the last line; but while the note rings there must be something to click.
-    const bool room = !editing.bodyBeingEdited() || alarm.Alarming;
-    const bool shown = alarm.wantsStrip() && !record.iconized && room && !Help;
-    if (shown && editing.bodyBeingEdited()) {
-        SetWindowPos(pic_time, pic2, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    }
-    setWindowText(pic_time, alarm.stripText(host->now()));
-    ShowWindow(pic_time, shown ? SW_SHOWNA : SW_HIDE);
-}
-
-void fpost::mnuAlarm() {
-    if (host->dialog->open() || refusesChange()) return;
-    const NoteWatch watch(*this);
-    const EditorResult edit = host->dialog->editAlarm(alarm.rule, hwnd, host->now());
-    // Meanwhile the note may have rung, been stopped and gone.
-    if (watch.gone() || edit.AlarmStart == edit.AlarmStop) return;
-    if (edit.AlarmStop) {
-        alarm.clear();
-    } else {
-        alarm.set(ruleFromEditor(edit.alarm, host->now()));
-    }
-}
-
-// --- What the alarm asks of its note ----------------------------------------------------------------------
-
 void NoteRinging::showStrip() {
-    note_.ShowAlarmStrip();
+    // During an edit it would cover the last line; but while the note rings there must be something to click.
+    const bool edited = note_.editing.bodyBeingEdited();
+    const bool room = !edited || note_.alarm.Alarming;
+    const bool shown = note_.alarm.wantsStrip() && !note_.record.iconized && room && !note_.Help;
+    if (shown && edited) {
+        SetWindowPos(note_.pic_time, note_.pic2, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
+    setWindowText(note_.pic_time, note_.alarm.stripText(note_.host->now()));
+    ShowWindow(note_.pic_time, shown ? SW_SHOWNA : SW_HIDE);
 }
 
 void NoteRinging::showCountdown(const Text& text) {
@@ -84,7 +61,7 @@ void NoteRinging::appear() {
     }
     // Not through IconizeForm, which would silence the alarm that has just begun.
     if (restored) note_.showIconized();
-    note_.ShowAlarmStrip();
+    showStrip();
     if (!note_.visible()) {  // a ringing note must be visible to be silenced
         note_.place.goHome();
         note_.show(false);

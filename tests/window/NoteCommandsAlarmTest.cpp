@@ -1,5 +1,5 @@
-// A note's alarm on a live desktop, in both stores: the editor, what it shows of the alarm and what it makes
-// of it; the strip; and what becomes of the alarm at a start.
+// The alarm editor of a note on a live desktop, in both stores: what it shows of the note's alarm and what it
+// makes of it.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -228,94 +228,6 @@ TEST_P(AlarmEditor, EveryKindOfAlarmIsStoredAsTheUserChoseIt) {
         EXPECT_EQ(stored.interval, u"");
         EXPECT_TRUE(stored.mute);
     }
-}
-
-// --- The strip --------------------------------------------------------------------------------------------
-
-class TimeStrip : public Alarm {};
-INSTANTIATE_TEST_SUITE_P(Stores, TimeStrip, testing::Bool(), storeName);
-
-TEST_P(TimeStrip, WhileItsTextIsEditedTheStripComesUpToBePressed) {
-    const auto desk = run({every(u"a", u"eachday")});
-    fpost& note = desk->note(1);
-    const auto pressable = [&] {
-        POINT middle{4, 4};
-        MapWindowPoints(note.pic_time, note.hwnd, &middle, 1);
-        return stripShown(note) && RealChildWindowFromPoint(note.hwnd, middle) == note.pic_time;
-    };
-    note.EditForm();
-    EXPECT_FALSE(stripShown(note)) << "it would cover the last line";
-    desk->clock = {kDue, 0};
-    tick(*desk);
-    EXPECT_TRUE(note.editing.bodyBeingEdited());
-    EXPECT_TRUE(pressable());
-    note.SoundStop();
-    EXPECT_FALSE(stripShown(note));
-    note.CancelNote();
-    desk->clock = {later(kSecondsPerDay), 0};
-    tick(*desk);
-    note.EditForm();
-    EXPECT_TRUE(pressable()) << "it rang already when the edit began";
-    SetWindowTextW(note.editing.txtNota(), L"kept");
-    press(note.pic_time);
-    EXPECT_FALSE(note.Alarming());
-    EXPECT_EQ(desk->stored(1).Nota, u"kept");
-}
-
-TEST_P(TimeStrip, TheTimeStripMakesRoomForTheEditorAndComesBack) {
-    const auto desk = run({every(u"a", u"eachday")});
-    fpost& note = desk->note(1);
-    EXPECT_TRUE(IsWindowVisible(note.pic_time));
-    for (const WPARAM key : {kReturn, kEscape}) {
-        note.EditForm();
-        EXPECT_FALSE(IsWindowVisible(note.pic_time)) << "it would cover the last line";
-        typeKey(note.editing.txtNota(), key, key);
-        EXPECT_TRUE(IsWindowVisible(note.pic_time));
-        EXPECT_EQ(windowText(note.pic_time), u"0:00:10") << "a pattern goes on counting to its next date";
-    }
-}
-
-// --- At a start -------------------------------------------------------------------------------------------
-
-class AlarmAtAStart : public InBothStores {};
-INSTANTIATE_TEST_SUITE_P(Stores, AlarmAtAStart, testing::Bool(), storeName);
-
-TEST_P(AlarmAtAStart, MissedDailyAlarmMovesOnSilentlyAndStaysDaily) {
-    NoteRecord daily = plainNote(u"daily");
-    daily.alarmdate = u"*";
-    daily.alarmtime = u"09:00:00";
-    daily.interval = u"eachday";
-    const auto desk = run({daily});
-    const fpost& note = desk->note(1);
-    EXPECT_FALSE(note.Alarming());
-    ASSERT_TRUE(note.alarm.rule.due.has_value());
-    EXPECT_EQ(*note.alarm.rule.due, instantOf({2026, 6, 16}, {9, 0, 0}));
-    EXPECT_EQ(desk->stored(1).alarmdate, u"*");
-    EXPECT_EQ(desk->stored(1).interval, u"eachday");
-}
-
-TEST_P(AlarmAtAStart, MissedRepeatIsMovedOnAndWrittenBack) {
-    NoteRecord repeat = plainNote(u"repeat");
-    repeat.alarmdate = u"14/06/2026";
-    repeat.alarmtime = u"09:00:00";
-    repeat.alarmrepeatnumber = 2;
-    repeat.alarmrepeatevery = u"hh";
-    const auto desk = run({repeat});
-    EXPECT_EQ(desk->stored(1).alarmdate, u"15/06/2026");
-    EXPECT_EQ(desk->stored(1).alarmtime, u"13:00:00");
-    EXPECT_EQ(windowText(desk->note(1).pic_time), u"1:00:00");
-    EXPECT_TRUE(IsWindowVisible(desk->note(1).pic_time));
-}
-
-TEST_P(AlarmAtAStart, WeekdayRuleWithoutADayHasNothingToWaitFor) {
-    NoteRecord weekly = plainNote(u"weekly");
-    weekly.alarmdate = u"15/06/2026";
-    weekly.alarmtime = u"09:00:00";
-    weekly.alarmweekday = 8;
-    const auto desk = run({weekly});
-    EXPECT_FALSE(desk->note(1).alarm.rule.due.has_value());
-    EXPECT_FALSE(IsWindowVisible(desk->note(1).pic_time));
-    EXPECT_EQ(desk->stored(1).alarmweekday, 8);
 }
 
 }  // namespace
