@@ -26,7 +26,7 @@ void NoteEditing::open(Edited what) {
     note_.CommitEdits();
     note_.place.resizer.setMode(false);
     const NoteLook& look = *note_.host->look;
-    const NoteRects at = note_.partRects();
+    const NoteRects at = note_.parts.rects();
     bool opened = false;
     if (what == Edited::Body) {
         ShowWindow(note_.pic_time, SW_HIDE);  // it would cover the last line
@@ -129,7 +129,7 @@ bool NoteEditing::storeTitle(const Text& title) {
 
 bool NoteEditing::widenToTitle() {
     const NoteLook& look = *note_.host->look;
-    const NotePainter drawn = note_.painter();
+    const NotePainter drawn = note_.surface.painter();
     RECT client{};
     GetClientRect(note_.hwnd, &client);
     const int title = drawn.titleWidth(note_.record.Titolo);
@@ -175,6 +175,6 @@ void NoteEditing::FitHeight() {
 }
 
 Text NoteEditing::WrappedText() const {
-    const PxRect at = note_.partRects().txtNota;
+    const PxRect at = note_.parts.rects().txtNota;
     return wrappedText(note_.hwnd, note_.record.Nota, at, note_.host->look->body.get());
 }

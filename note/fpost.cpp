@@ -1,28 +1,14 @@
 #include "note/fpost.h"
 
-#include <algorithm>
-#include <string>
+#include <string_view>
+#include <vector>
 
-#include "resources/resource.h"
 #include "storage/bas_LogError.h"
 #include "support/Messages.h"
 
 namespace {
 
 constexpr const char16_t* kNoteClass = u"fpost";
-constexpr const char16_t* kPartClass = u"KardelPart";
-constexpr Text::value_type kTitleLead[] = u"     ";
-
-LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) noexcept {
-    fpost* const note = formOf<fpost>(GetParent(part));
-    if (note == nullptr) return DefWindowProcW(part, message, wp, lp);
-    try {
-        return note->onPart(part, message, wp, lp);
-    } catch (...) {
-        fpost::onEscaped(message);
-        return 0;
-    }
-}
 
 Rgb systemColor(int index) {
     return GetSysColor(index);
@@ -32,7 +18,18 @@ Rgb systemColor(int index) {
 
 void registerNoteClasses() {
     registerClass(kNoteClass, formProc<fpost>, 0);
-    registerClass(kPartClass, partProc, CS_DBLCLKS);
+    registerClass(kPartClass, fpost::partProc, CS_DBLCLKS);
+}
+
+LRESULT CALLBACK fpost::partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) noexcept {
+    fpost* const note = formOf<fpost>(GetParent(part));
+    if (note == nullptr) return DefWindowProcW(part, message, wp, lp);
+    try {
+        return note->onPart(part, message, wp, lp);
+    } catch (...) {
+        onEscaped(message);
+        return 0;
+    }
 }
 
 void fpost::onEscaped(UINT message) noexcept {
@@ -85,25 +82,7 @@ void fpost::destroyAll(const NoteHost& host) {
 }
 
 bool fpost::createParts() {
-    const HINSTANCE program = GetModuleHandleW(nullptr);
-    const NoteRects at = partRects();
-    rememberLaid();
-    const auto child = [&](LPCWSTR kind, DWORD style, int id, const Text& text, const PxRect& rect) {
-        return CreateWindowExW(0, kind, wide(text), WS_CHILD | WS_CLIPSIBLINGS | style, rect.left, rect.top,
-                               rect.width(), rect.height(), hwnd,
-                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program, nullptr);
-    };
-    const LPCWSTR part = wide(kPartClass);
-    // Created from the top of the z order down: where parts overlap, the one created first gets the press.
-    lbl2 = child(part, WS_VISIBLE, ID_LBL2, u"Iconize, close", at.lbl2);
-    pic = child(part, WS_VISIBLE, ID_PIC, u"Delete", at.pic);
-    pic2 = child(part, WS_VISIBLE, ID_PIC2, u"Resize", at.pic2);
-    lbl = child(part, WS_VISIBLE, ID_LBL, kTitleLead + record.Titolo, at.lbl);
-    pic_time = child(part, 0, ID_PIC_TIME, u"", at.pic_time);
-    const DWORD bodyShown = record.iconized ? 0 : WS_VISIBLE;
-    nota = child(part, bodyShown, ID_NOTA, withLineBreaks(record.Nota), at.nota);
-    const auto parts = {lbl, lbl2, pic, nota, pic2, pic_time};
-    if (std::any_of(parts.begin(), parts.end(), [](HWND window) { return window == nullptr; })) return false;
+    if (!parts.create()) return false;
     tBackColor(Backcol());
     if (record.topmost) place.applyTopmost();
     return true;
@@ -137,7 +116,7 @@ bool fpost::refusesChange() const {
 void fpost::Titolo(const Text& title) {
     record.Titolo = title;
     setWindowText(hwnd, title);
-    setWindowText(lbl, kTitleLead + title);
+    parts.showTitle();
 }
 
 Rgb fpost::Backcol() const {
@@ -147,17 +126,6 @@ Rgb fpost::Backcol() const {
 void fpost::Backcol(std::int32_t color) {
     record.backcolor = color;
     tBackColor(Backcol());
-}
-
-void fpost::tBackColor(Rgb color) {
-    if (shownBack == color) return;
-    shownBack = color;
-    repaint();
-}
-
-void fpost::repaint() const {
-    if (!visible()) return;
-    RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_FRAME);
 }
 
 // --- Geometry -------------------------------------------------------------------------------------------
@@ -181,48 +149,14 @@ void fpost::pHeight(int twips) {
     if (!record.iconized) place.fitWindow(Along::Height);
 }
 
-NoteRects fpost::partRects() const {
-    RECT client{};
-    GetClientRect(hwnd, &client);
-    return layoutNote(client.right, client.bottom, record.iconized, host->look->dpi, host->look->titleHeight);
-}
-
-void fpost::rememberLaid() {
-    RECT client{};
-    GetClientRect(hwnd, &client);
-    laidWidth = client.right;
-    laidHeight = client.bottom;
-}
-
-void fpost::layout() {
-    const NoteRects at = partRects();
-    rememberLaid();
-    const std::pair<HWND, const PxRect*> places[] = {{lbl, &at.lbl},   {lbl2, &at.lbl2},
-                                                     {pic, &at.pic},   {nota, &at.nota},
-                                                     {pic2, &at.pic2}, {pic_time, &at.pic_time}};
-    HDWP batch = BeginDeferWindowPos(static_cast<int>(std::size(places)));
-    for (const auto& [part, rect] : places) {
-        if (batch == nullptr) break;  // out of memory: the parts stay where they were
-        batch = DeferWindowPos(batch, part, nullptr, rect->left, rect->top, rect->width(), rect->height(),
-                               SWP_NOZORDER | SWP_NOACTIVATE);
-    }
-    if (batch != nullptr) EndDeferWindowPos(batch);
-    editing.place(at);
-    ShowWindow(nota, record.iconized ? SW_HIDE : SW_SHOWNA);
-    if (record.iconized) ShowWindow(pic_time, SW_HIDE);
-}
-
 void fpost::onSize(WPARAM kind) {
     if (kind == SIZE_MINIMIZED) {
         // Not from inside the minimising itself, in the middle of which it would run the layout.
         PostMessageW(hwnd, posted::kRestore, 0, 0);
         return;
     }
-    RECT client{};
-    GetClientRect(hwnd, &client);
-    if (client.right == laidWidth && client.bottom == laidHeight) return;
-    layout();
-    repaint();
+    if (!parts.fit()) return;
+    surface.repaint();
     // A note that is shown smaller where it can be reached counts as not resized, so the others stay where
     // they are.
     if (!record.iconized && visible() && !place.isPlacing()) host->realign();

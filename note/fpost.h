@@ -14,9 +14,10 @@
 #include "note/NoteLayout.h"
 #include "note/NoteLook.h"
 #include "note/NoteMouse.h"
-#include "note/NotePainter.h"
+#include "note/NoteParts.h"
 #include "note/NotePlace.h"
 #include "note/NoteRinging.h"
+#include "note/NoteSurface.h"
 #include "note/NoteTips.h"
 #include "note/StoredNote.h"
 #include "storage/NoteFields.h"
@@ -97,18 +98,14 @@ struct fpost final {
     Rgb Backcol() const;
     void Backcol(std::int32_t color);
     /// The colour that is shown, which differs while the note flashes.
-    Rgb tBackColor() const { return shownBack; }
-    void tBackColor(Rgb color);
+    Rgb tBackColor() const { return surface.color(); }
+    void tBackColor(Rgb color) { surface.color(color); }
     bool Iconized() const { return record.iconized; }
     bool Closed() const { return record.closed; }
     bool TopMost() const { return record.topmost; }
 
     LRESULT onMessage(UINT message, WPARAM wp, LPARAM lp);
-    LRESULT onPart(HWND part, UINT message, WPARAM wp, LPARAM lp);
     static void onEscaped(UINT message) noexcept;
-    /// Where the parts stand in the window as it is.
-    NoteRects partRects() const;
-    NotePainter painter() const;
 
     HWND hwnd = nullptr;
     HWND lbl = nullptr, lbl2 = nullptr, pic = nullptr, nota = nullptr, pic2 = nullptr, pic_time = nullptr;
@@ -119,6 +116,8 @@ struct fpost final {
     StoredNote kept{record, number};
     NoteRinging ringing{*this};
     Ringing alarm{ringing};
+    NoteParts parts{*this};
+    NoteSurface surface{*this};
     NotePlace place{*this};
     NoteEditing editing{*this};
     NoteCommands commands{*this};
@@ -130,31 +129,21 @@ struct fpost final {
 
 private:
     friend class NoteRinging;
+    friend void registerNoteClasses();
 
     void take(const NoteRecord& stored);
     bool createParts();
-    void layout();
-    /// The parts stand as the window is now.
-    void rememberLaid();
     void onSize(WPARAM kind);
-    void showActive(bool on);
-    void paint();
-    void paintFrame();
-    void paintPart(HWND part);
-    void repaint() const;
     void showIconized();
     /// Subtracts the note's own border from the window's rectangle.
     void leaveBorder(RECT& window) const;
-    HBRUSH editorColours(HDC dc) const;
+    static LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) noexcept;
+    LRESULT onPart(HWND part, UINT message, WPARAM wp, LPARAM lp);
     // Messages by subject: an answer, or nothing when Windows has to handle the message.
     std::optional<LRESULT> onLife(UINT message, WPARAM wp, LPARAM lp);
     std::optional<LRESULT> onLooks(UINT message, WPARAM wp, LPARAM lp);
     std::optional<LRESULT> onInput(UINT message, WPARAM wp, LPARAM lp);
 
-    LONG laidWidth = 0;  ///< client size in pixels that the parts are laid out for
-    LONG laidHeight = 0;
-    Rgb shownBack = kDesignColor;
-    bool active = false;    ///< has the keyboard: its lines say so
     bool* freed = nullptr;  ///< set when the window is destroyed while it is still being created
 };
 

@@ -19,14 +19,6 @@ void fpost::leaveBorder(RECT& window) const {
     InflateRect(&window, -border, -border);
 }
 
-HBRUSH fpost::editorColours(HDC dc) const {
-    const Rgb ground = editorGround(shownBack);
-    SetTextColor(dc, inkOn(ground));
-    SetBkColor(dc, ground);
-    SetDCBrushColor(dc, ground);
-    return static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
-}
-
 LRESULT fpost::onMessage(UINT message, WPARAM wp, LPARAM lp) {
     if (message == WM_NCDESTROY) {
         if (freed != nullptr) *freed = true;
@@ -71,15 +63,15 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
             leaveBorder(*reinterpret_cast<RECT*>(lp));
             return 0;
         case WM_NCPAINT:
-            paintFrame();
+            surface.paintFrame();
             return 0;
         case WM_NCACTIVATE:  // there is no caption whose colour would change, but a frame
-            showActive(wp != FALSE);
+            surface.showActive(wp != FALSE);
             return TRUE;
         case WM_ERASEBKGND:
             return 1;
         case WM_PAINT:
-            paint();
+            surface.paint();
             return 0;
         case WM_SIZE:
             onSize(wp);
@@ -103,7 +95,7 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
             if (!Alarming()) tBackColor(Backcol());
             return {};
         case WM_CTLCOLOREDIT:
-            return reinterpret_cast<LRESULT>(editorColours(reinterpret_cast<HDC>(wp)));
+            return reinterpret_cast<LRESULT>(surface.editorColors(reinterpret_cast<HDC>(wp)));
         default:
             return {};
     }
@@ -153,7 +145,7 @@ LRESULT fpost::onPart(HWND part, UINT message, WPARAM wp, LPARAM lp) {
         case WM_ERASEBKGND:
             return 1;
         case WM_PAINT:
-            paintPart(part);
+            surface.paintPart(part);
             return 0;
         case WM_SETTEXT: {
             const LRESULT result = DefWindowProcW(part, message, wp, lp);
