@@ -64,7 +64,7 @@ void AlarmFace::addList(const DialogGrid& grid, int id, CueList& cue) {
 bool AlarmFace::create(HWND form, const DialogGrid& grid, const AlarmRule& rule, Now now) {
     form_ = form;
     ViewElapse = isAhead(rule, now);
-    data.clicked = [this](DatePart part) { onDatePart(part); };
+    data.clicked = [this](DatePart part) { input.onDatePart(part); };
     data.hovered = [this](bool over) { showHint(over); };
 
     hint_ = add(grid, L"STATIC", Text(kHint), WS_BORDER | SS_CENTER | SS_NOPREFIX | SS_CENTERIMAGE, kMarkId);
@@ -110,15 +110,16 @@ void AlarmFace::showRule(const AlarmRule& rule, Now now) {
         numbers.push_back(repeatEntryText(static_cast<int>(i)));
     const std::vector<TextView> entries(numbers.begin(), numbers.end());
     const bool repeats = rule.RepeatNumber >= 1 && unitIndex(rule.RepeatEvery) > 0;
-    repeatKept_ = repeats ? rule.RepeatNumber : std::int16_t{0};
-    lastRepeat_ = repeatIndex(repeatKept_);
+    const std::int16_t number = repeats ? rule.RepeatNumber : std::int16_t{0};
+    const int chosen = repeats ? unitIndex(rule.RepeatEvery) : rule.AlarmWeekday;
     // A step that the list lacks is shown and kept until the user chooses another one.
     repeatCue_.at = CB_ERR;
-    repeatCue_.cue = lastRepeat_ == CB_ERR ? decimal(repeatKept_) : Text();
-    fillList(item(ID_CBOREPEAT), entries, lastRepeat_);
-    fillDays(repeats, repeats ? unitIndex(rule.RepeatEvery) : rule.AlarmWeekday);
+    repeatCue_.cue = repeatIndex(number) == CB_ERR ? decimal(number) : Text();
+    fillList(item(ID_CBOREPEAT), entries, repeatIndex(number));
+    offerDays(repeats, chosen);
+    input.begin(number, repeats, chosen);
 
-    showWeek(!repeats && rule.AlarmWeekday == kSeveralWeekdays);
+    weekShown_ = !repeats && rule.AlarmWeekday == kSeveralWeekdays;
     for (int day = 0; day < kWeekdays; ++day) {
         const bool ticked = weekShown_ && rule.FlagWeekday[static_cast<std::size_t>(day)];
         SendMessageW(item(ID_CHKWEEK + day), BM_SETCHECK, ticked ? BST_CHECKED : BST_UNCHECKED, 0);
@@ -252,33 +253,13 @@ void AlarmFace::moveBar(int id, int position) {
     SendMessageW(item(id), SBM_SETSCROLLINFO, TRUE, reinterpret_cast<LPARAM>(&info));
 }
 
-TimeOfDay AlarmFace::shownTime() const {
-    const Text label = windowText(item(ID_LBLTIME));
-    return label.empty() ? timeOf(host.now().at) : parseTime(label);
-}
-
-int AlarmFace::shownPosition(int id) const {
-    switch (id) {
-        case ID_HORE:
-            return static_cast<int>(shownTime().hours);
-        case ID_HMIN:
-            return static_cast<int>(shownTime().minutes);
-        case ID_HSEC:
-            return static_cast<int>(shownTime().seconds);
-        default:
-            return positionOfDate(datePart(windowText(data.hwnd)), host.now());
-    }
-}
-
 void AlarmFace::showHint(bool shown) {
     hovered_ = shown;
     for (const HWND control : {hint_, mark_})
         ShowWindow(control, shown ? SW_SHOWNA : SW_HIDE);
 }
 
-void AlarmFace::fillDays(bool units, int chosen) {
-    unitMode_ = units;
-    lastDay_ = chosen;
+void AlarmFace::offerDays(bool units, int chosen) {
     setWindowText(dayName_, units ? u"Unit" : u"Weekday");
     dayCue_.at = 0;
     dayCue_.cue = units ? Text() : Text(u"Weekday");
@@ -289,11 +270,16 @@ void AlarmFace::fillDays(bool units, int chosen) {
     }
 }
 
-/// True when this changed the layout.
-bool AlarmFace::showWeek(bool shown) {
-    if (shown == weekShown_) return false;
+void AlarmFace::showWeek(bool shown) {
+    if (shown == weekShown_) return;
     weekShown_ = shown;
-    return true;
+    show(true);
+    host.resized();
+}
+
+void AlarmFace::finish(const EditorResult& answer) {
+    result = answer;
+    host.finished();
 }
 
 void AlarmFace::draw(const DRAWITEMSTRUCT& drawn) {

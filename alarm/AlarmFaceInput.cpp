@@ -1,8 +1,8 @@
-// What the user does in the alarm editor: lists, bars, buttons and access keys.
-#include <algorithm>
+#include "alarm/AlarmFaceInput.h"
 
-#include "alarm/AlarmFace.h"
-#include "alarm/AlarmText.h"
+#include <algorithm>
+#include <iterator>
+
 #include "resources/resource.h"
 
 namespace {
@@ -33,50 +33,57 @@ constexpr AccessKey kAccessKeys[] = {{u'd', ID_DATA},    {u'h', ID_HORE},  {u'r'
 
 }  // namespace
 
-int AlarmFace::selected(int id) const {
-    return static_cast<int>(SendMessageW(item(id), CB_GETCURSEL, 0, 0));
+void AlarmFaceInput::begin(std::int16_t repeatNumber, bool units, int day) {
+    repeatKept_ = repeatNumber;
+    lastRepeat_ = repeatIndex(repeatNumber);
+    unitMode_ = units;
+    lastDay_ = day;
 }
 
-EditorControls AlarmFace::choice() const {
+int AlarmFaceInput::selected(int id) const {
+    return static_cast<int>(SendMessageW(face_.item(id), CB_GETCURSEL, 0, 0));
+}
+
+EditorControls AlarmFaceInput::choice() const {
     EditorControls now;
-    now.data = windowText(data.hwnd);
-    now.time = windowText(item(ID_LBLTIME));
+    now.data = windowText(face_.item(ID_DATA));
+    now.time = windowText(face_.item(ID_LBLTIME));
     now.cboRepeat = selected(ID_CBOREPEAT);
     now.cboDay = std::max(0, selected(ID_CBODAY));
     now.repeatKept = repeatKept_;
     for (int day = 0; day < kWeekdays; ++day) {
         now.chkWeek[static_cast<std::size_t>(day)] =
-            SendMessageW(item(ID_CHKWEEK + day), BM_GETCHECK, 0, 0) == BST_CHECKED;
+            SendMessageW(face_.item(ID_CHKWEEK + day), BM_GETCHECK, 0, 0) == BST_CHECKED;
     }
-    now.chkMute = SendMessageW(item(ID_CHKMUTE), BM_GETCHECK, 0, 0) == BST_CHECKED;
+    now.chkMute = SendMessageW(face_.item(ID_CHKMUTE), BM_GETCHECK, 0, 0) == BST_CHECKED;
     return now;
 }
 
 // The dialog shows the message in place of this editor and may be gone when that returns.
-void AlarmFace::refuse() const {
+void AlarmFaceInput::refuse() const {
     for (const int list : {ID_CBOREPEAT, ID_CBODAY})
-        SendMessageW(item(list), CB_SHOWDROPDOWN, FALSE, 0);
-    host.needFullDate();
+        SendMessageW(face_.item(list), CB_SHOWDROPDOWN, FALSE, 0);
+    face_.needFullDate();
 }
 
-void AlarmFace::onCommand(int id, int code) {
+void AlarmFaceInput::onCommand(int id, int code) {
     if (id == ID_CBOREPEAT || id == ID_CBODAY) {
         onList(id, code);
     } else if (id == ID_BTNOK && code == BN_CLICKED) {
         onStart();
     } else if (id == ID_BTNCANCEL && code == BN_CLICKED) {
-        result = {};
-        result.AlarmStop = true;
-        host.finished();
+        EditorResult stopped;
+        stopped.AlarmStop = true;
+        face_.finish(stopped);
     }
 }
 
 // What the keyboard passes in an open list is not chosen yet; the choice counts once the list is closed.
-void AlarmFace::onList(int id, int code) {
-    const HWND list = item(id);
+void AlarmFaceInput::onList(int id, int code) {
+    const HWND list = face_.item(id);
     if (code == CBN_CLOSEUP) {
         // Windows may still be accepting or cancelling the choice.
-        PostMessageW(form_, WM_COMMAND, static_cast<WPARAM>(MAKELONG(id, CBN_SELCHANGE)),
+        PostMessageW(GetParent(list), WM_COMMAND, static_cast<WPARAM>(MAKELONG(id, CBN_SELCHANGE)),
                      reinterpret_cast<LPARAM>(list));
     } else if (code == CBN_SELCHANGE && SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) == FALSE) {
         if (id == ID_CBOREPEAT) {
@@ -87,66 +94,85 @@ void AlarmFace::onList(int id, int code) {
     }
 }
 
-void AlarmFace::onRepeat() {
+void AlarmFaceInput::onRepeat() {
     const int chosen = selected(ID_CBOREPEAT);
     if (chosen == lastRepeat_) return;
-    if (chosen > 0 && holdsWildcards(windowText(data.hwnd))) {
-        SendMessageW(item(ID_CBOREPEAT), CB_SETCURSEL, static_cast<WPARAM>(lastRepeat_), 0);
+    if (chosen > 0 && holdsWildcards(windowText(face_.item(ID_DATA)))) {
+        SendMessageW(face_.item(ID_CBOREPEAT), CB_SETCURSEL, static_cast<WPARAM>(lastRepeat_), 0);
         refuse();
         return;
     }
     lastRepeat_ = chosen;
-    fillDays(chosen > 0, chosen > 0 ? unitIndex(kMinutes) : 0);
-    if (showWeek(false)) {
-        show(true);
-        host.resized();
-    }
+    unitMode_ = chosen > 0;
+    lastDay_ = unitMode_ ? unitIndex(kMinutes) : 0;
+    face_.offerDays(unitMode_, lastDay_);
+    face_.showWeek(false);
 }
 
-void AlarmFace::onDay() {
+void AlarmFaceInput::onDay() {
     const int chosen = selected(ID_CBODAY);
     if (chosen == lastDay_) return;
     const EditorControls now = choice();
     if (needsFullDate(now)) {
-        SendMessageW(item(ID_CBODAY), CB_SETCURSEL, static_cast<WPARAM>(lastDay_), 0);
+        SendMessageW(face_.item(ID_CBODAY), CB_SETCURSEL, static_cast<WPARAM>(lastDay_), 0);
         refuse();
         return;
     }
     lastDay_ = chosen;
-    if (!unitMode_ && chosen > 0 && now.time.empty()) setWindowText(item(ID_LBLTIME), timeText({}));
-    if (showWeek(!unitMode_ && chosen == kSeveralWeekdays)) {
-        show(true);
-        host.resized();
-    }
+    if (!unitMode_ && chosen > 0 && now.time.empty()) setWindowText(face_.item(ID_LBLTIME), timeText({}));
+    face_.showWeek(!unitMode_ && chosen == kSeveralWeekdays);
 }
 
-void AlarmFace::onDatePart(DatePart part) {
+void AlarmFaceInput::onDatePart(DatePart part) {
     EditorControls next = choice();
-    next.data = toggled(next.data, part, host.now());
+    next.data = toggled(next.data, part, face_.now());
     if (needsFullDate(next)) {
         refuse();
         return;
     }
-    showDate(dateAndTime(next.data, parseTime(next.time)));
+    face_.showDate(dateAndTime(next.data, parseTime(next.time)));
 }
 
-void AlarmFace::onStart() {
+void AlarmFaceInput::onStart() {
     const EditorControls chosen = choice();
     if (needsFullDate(chosen)) {
         refuse();
         return;
     }
-    result = {};
-    result.AlarmStart = true;
-    result.DateNotSet = holdsWildcards(chosen.data);
-    result.alarm = ruleOfControls(chosen);
-    host.finished();
+    EditorResult started;
+    started.AlarmStart = true;
+    started.DateNotSet = holdsWildcards(chosen.data);
+    started.alarm = ruleOfControls(chosen);
+    face_.finish(started);
 }
 
-void AlarmFace::onScroll(HWND control, int code, int trackPosition) {
+bool AlarmFaceInput::isBar(HWND control) const {
+    const int id = GetDlgCtrlID(control);
+    return barOf(id) != nullptr && face_.item(id) == control;
+}
+
+TimeOfDay AlarmFaceInput::shownTime() const {
+    const Text label = windowText(face_.item(ID_LBLTIME));
+    return label.empty() ? timeOf(face_.now().at) : parseTime(label);
+}
+
+int AlarmFaceInput::shownPosition(int id) const {
+    switch (id) {
+        case ID_HORE:
+            return static_cast<int>(shownTime().hours);
+        case ID_HMIN:
+            return static_cast<int>(shownTime().minutes);
+        case ID_HSEC:
+            return static_cast<int>(shownTime().seconds);
+        default:
+            return positionOfDate(datePart(windowText(face_.item(ID_DATA))), face_.now());
+    }
+}
+
+void AlarmFaceInput::onScroll(HWND control, int code, int trackPosition) {
+    if (!isBar(control)) return;
     const Bar* const bar = barOf(GetDlgCtrlID(control));
-    if (bar == nullptr || GetParent(control) != form_) return;
-    if (bar->id == ID_HDATE && holdsWildcards(windowText(data.hwnd))) return;
+    if (bar->id == ID_HDATE && holdsWildcards(windowText(face_.item(ID_DATA)))) return;
     const BarRange range = bar->range;
     const int before = shownPosition(bar->id);
     int position = before;
@@ -187,16 +213,16 @@ void AlarmFace::onScroll(HWND control, int code, int trackPosition) {
     position = std::clamp(position, range.low + beyond, range.high - beyond);
     if (position == before) return;
     if (bar->id == ID_HDATE) {
-        showDate(dateAtPosition(position, host.now()));
+        face_.showDate(dateAtPosition(position, face_.now()));
         return;
     }
     const auto part = static_cast<ClockPart>(bar->id - ID_HORE);
-    showClock(scrolled({datePart(windowText(data.hwnd)), shownTime()}, part, position));
+    face_.showClock(scrolled({datePart(windowText(face_.item(ID_DATA))), shownTime()}, part, position));
 }
 
-void AlarmFace::onWheel(int delta, POINT at) {
+void AlarmFaceInput::onWheel(int delta, POINT at) {
     HWND bar = WindowFromPoint(at);
-    if (GetParent(bar) != form_ || barOf(GetDlgCtrlID(bar)) == nullptr) bar = GetFocus();
+    if (!isBar(bar)) bar = GetFocus();
     wheelRest_ += delta;
     for (; wheelRest_ >= WHEEL_DELTA; wheelRest_ -= WHEEL_DELTA)
         onScroll(bar, SB_LINERIGHT, 0);
@@ -204,13 +230,13 @@ void AlarmFace::onWheel(int delta, POINT at) {
         onScroll(bar, SB_LINELEFT, 0);
 }
 
-bool AlarmFace::accessKey(char16_t letter) const {
+bool AlarmFaceInput::accessKey(char16_t letter) const {
     const Text small = lowered(TextView(&letter, 1));
     for (const AccessKey& key : kAccessKeys) {
         if (key.letter != small.front()) continue;
-        SetFocus(item(key.id));
+        SetFocus(face_.item(key.id));
         const bool isButton = key.id == ID_CHKMUTE || key.id == ID_BTNOK || key.id == ID_BTNCANCEL;
-        if (isButton) SendMessageW(item(key.id), BM_CLICK, 0, 0);
+        if (isButton) SendMessageW(face_.item(key.id), BM_CLICK, 0, 0);
         return true;
     }
     return false;

@@ -156,7 +156,7 @@ bool fmsg::translate(MSG& message) {
     const Face* const face = top();
     const bool ours = message.hwnd == hwnd || IsChild(hwnd, message.hwnd) != FALSE;
     if (message.message == WM_SYSCHAR && ours && face != nullptr && face->editor != nullptr &&
-        face->editor->accessKey(static_cast<char16_t>(message.wParam))) {
+        face->editor->input.accessKey(static_cast<char16_t>(message.wParam))) {
         return true;
     }
     // A letter without Alt is not a command: on a scroll bar, "t" would remove the alarm.

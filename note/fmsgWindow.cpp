@@ -98,9 +98,9 @@ LRESULT fmsg::onMessage(UINT message, WPARAM wp, LPARAM lp) {
             if (face == nullptr || face->editor == nullptr) break;
             if (message == WM_HSCROLL) {
                 const auto position = static_cast<std::int16_t>(HIWORD(wp));  // may be negative
-                face->editor->onScroll(reinterpret_cast<HWND>(lp), LOWORD(wp), position);
+                face->editor->input.onScroll(reinterpret_cast<HWND>(lp), LOWORD(wp), position);
             } else {
-                face->editor->onWheel(GET_WHEEL_DELTA_WPARAM(wp), {GET_X_LPARAM(lp), GET_Y_LPARAM(lp)});
+                face->editor->input.onWheel(GET_WHEEL_DELTA_WPARAM(wp), {GET_X_LPARAM(lp), GET_Y_LPARAM(lp)});
             }
             return 0;
         }
@@ -131,7 +131,7 @@ void fmsg::onCommand(int id, int code) {
     if (id == IDCANCEL) {
         onClose();
     } else if (face->editor != nullptr) {
-        face->editor->onCommand(id, code);
+        face->editor->input.onCommand(id, code);
     } else if (code == BN_CLICKED) {
         switch (id) {
             case ID_BTN1:
