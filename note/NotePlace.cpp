@@ -61,6 +61,10 @@ PxRect NotePlace::area() const {
 // --- Where it belongs -------------------------------------------------------------------------------------
 
 PxRect NotePlace::place() const {
+    return placeOn(note_.host->monitors());
+}
+
+PxRect NotePlace::placeOn(std::span<const Monitor> monitors) const {
     const NoteLook& look = *note_.host->look;
     const NoteRecord& record = note_.record;
     const int left = look.px(Twips{record.x});
@@ -68,7 +72,6 @@ PxRect NotePlace::place() const {
     const int strip = look.px(kIconizedHeight);
     PxRect rect{left, top, left + look.px(Twips{note_.pWidth()}), top + look.px(Twips{note_.pHeight()})};
     // Whatever size is stored, a note is at most as large as the desktop that it is on.
-    const std::vector<Monitor>& monitors = note_.host->monitors();
     const PxRect work = monitorAt(monitors, {left, top, left + strip, top + strip}).work;
     rect.right = left + std::min(rect.width(), work.width());
     rect.bottom = record.iconized ? top + strip : top + std::min(rect.height(), work.height());
@@ -154,21 +157,26 @@ void NotePlace::storePlace() {
 // --- Resizing ---------------------------------------------------------------------------------------------
 
 void NotePlace::fitWindow(Along changed) {
+    fit(changed, note_.host->monitors());
+}
+
+void NotePlace::fit(Along changed, std::span<const Monitor> monitors) {
     const NoteLook& look = *note_.host->look;
     // The other dimension comes from the note and not from the window, since a window manager may be late
     // with an earlier size, which the next steps would keep.
-    const PxRect wanted = place();
+    const PxRect wanted = placeOn(monitors);
     const bool across = changed == Along::Width;
     const int width = across ? look.px(Twips{note_.pWidth()}) : wanted.width();
     const int height = across ? wanted.height() : look.px(Twips{note_.pHeight()});
     SetWindowPos(note_.hwnd, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-ResizeAxis NotePlace::axis(Along along) const {
+ResizeAxis NotePlace::axis(Along along) {
     // What is on screen is resized, since a stored size larger than the desktop is shown smaller than it is.
     const NoteLook& look = *note_.host->look;
     const PxRect rect = window();
-    const PxRect work = workAreaAt(rect);
+    monitors_ = note_.host->monitors();
+    const PxRect work = monitorAt(monitors_, rect).work;
     const bool across = along == Along::Width;
     const int stored = across ? note_.pWidth() : note_.pHeight();
     const int shown = across ? rect.width() : rect.height();
@@ -181,11 +189,8 @@ ResizeAxis NotePlace::axis(Along along) const {
 }
 
 void NotePlace::resize(Along along, Twips size) {
-    if (along == Along::Width) {
-        note_.pWidth(size.n);
-    } else {
-        note_.pHeight(size.n);
-    }
+    (along == Along::Width ? note_.record.width : note_.record.height) = size.n;
+    fit(along, monitors_);
 }
 
 void NotePlace::storeSize() {

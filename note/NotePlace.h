@@ -2,6 +2,9 @@
 // and resizes it.
 #pragma once
 
+#include <span>
+#include <vector>
+
 #include "note/NoteMover.h"
 #include "note/NoteResizer.h"
 
@@ -50,7 +53,7 @@ private:
     void takePlace() override;
     void storePlace() override;
 
-    ResizeAxis axis(Along along) const override;
+    ResizeAxis axis(Along along) override;
     void resize(Along along, Twips size) override;
     void storeSize() override;
     bool isIconized() const override;
@@ -62,9 +65,12 @@ private:
     void releaseGrip() override;
 
     NoteMover::Rules moveRules() const;
+    PxRect placeOn(std::span<const Monitor> monitors) const;
+    void fit(Along changed, std::span<const Monitor> monitors);
     /// Puts open dialogs back above a note that has come to the top.
     void keepBelowDialogs() const;
 
     fpost& note_;
     bool placing_ = false;
+    std::vector<Monitor> monitors_;  ///< at this step of a resizing, which asks for them only once
 };

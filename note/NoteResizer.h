@@ -11,7 +11,7 @@ class ResizedNote {
 public:
     virtual ~ResizedNote() = default;
     /// Where the note is on the screen.
-    virtual ResizeAxis axis(Along along) const = 0;
+    virtual ResizeAxis axis(Along along) = 0;
     /// Shows the note in another size. Nothing is stored.
     virtual void resize(Along along, Twips size) = 0;
     /// Stores the size that it has now.

@@ -39,7 +39,7 @@ struct FakeNote : ResizedNote {
     /// What happens in a turn; a hold of three turns unless a test has another one.
     std::function<Hold()> turn = [this] { return turns < 3 ? Hold::GoesOn : Hold::Over; };
 
-    ResizeAxis axis(Along along) const override {
+    ResizeAxis axis(Along along) override {
         if (along == Along::Width) return {Twips{1000}, width, Twips{9000}, Twips{1130}};
         return {Twips{500}, height, Twips{6000}, Twips{705}};
     }
