@@ -7,9 +7,7 @@
 #include "core/Prompts.h"
 #include "note/bas_DialogColor.h"
 #include "note/bas_GetWorkArea.h"
-#include "resources/resource.h"
 #include "support/Messages.h"
-#include "support/Number.h"
 
 namespace {
 

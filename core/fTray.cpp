@@ -7,7 +7,6 @@
 #include "resources/resource.h"
 #include "storage/NoteRecord.h"
 #include "storage/bas_LogError.h"
-#include "support/Handles.h"
 #include "support/Messages.h"
 #include "support/PopupMenu.h"
 #include "support/SystemLibrary.h"

@@ -7,7 +7,6 @@
 #include "resources/resource.h"
 #include "storage/bas_LogError.h"
 #include "support/Accessible.h"
-#include "support/Handles.h"
 #include "support/Window.h"
 // Need windows.h before them.
 #include <commctrl.h>
