@@ -1,21 +1,37 @@
-// Records the commands of the tray's menu instead of carrying them out.
+// Records the commands of the tray's menu, and what else is asked of a collection, instead of carrying them
+// out.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "core/TrayMenu.h"
 
-struct FakeTray final : TrayCommands {
+/// `Commands` is TrayCommands, or an interface that asks for more.
+template <class Commands>
+struct RecordedTray : Commands {
     std::vector<std::string> calls;
+    std::function<void(const std::string& call)> instead;  ///< called instead of recording the call
 
-    void newNote() override { calls.emplace_back("new"); }
-    void hideAll(bool hidden) override { calls.emplace_back(hidden ? "hide all" : "show all"); }
-    void iconizeAll(bool iconized) override { calls.emplace_back(iconized ? "iconize all" : "restore all"); }
-    void toggleAlignAll() override { calls.emplace_back("align all"); }
-    void toggleEasyAlign() override { calls.emplace_back("easy align"); }
-    void switchStore() override { calls.emplace_back("switch store"); }
-    void about() override { calls.emplace_back("about"); }
-    void exitProgram() override { calls.emplace_back("exit"); }
-    void openNote(int slot) override { calls.push_back("open " + std::to_string(slot)); }
+    void newNote() override { note("new"); }
+    void hideAll(bool hidden) override { note(hidden ? "hide all" : "show all"); }
+    void iconizeAll(bool iconized) override { note(iconized ? "iconize all" : "restore all"); }
+    void toggleAlignAll() override { note("align all"); }
+    void toggleEasyAlign() override { note("easy align"); }
+    void switchStore() override { note("switch store"); }
+    void about() override { note("about"); }
+    void exitProgram() override { note("exit"); }
+    void openNote(int slot) override { note("open " + std::to_string(slot)); }
+
+protected:
+    void note(const std::string& call) {
+        if (instead) {
+            instead(call);
+        } else {
+            calls.push_back(call);
+        }
+    }
 };
+
+struct FakeTray final : RecordedTray<TrayCommands> {};

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -12,16 +11,15 @@
 #include "core/fTray.h"
 #include "resources/resource.h"
 #include "support/Window.h"
+#include "tests/core/FakeTray.h"
 
 /// The collection as the tray knows it: answers with what the test sets and records what it is asked to do.
-class FakeDesk final : public TrayHost {
+class FakeDesk final : public RecordedTray<TrayHost> {
 public:
     TrayMenuState shown;
     std::vector<Text> noteTitles{u"Milk", u"Salt & pepper", u""};
     HWND box = nullptr;
     std::vector<UINT> fromBelow;  ///< messages that programs with fewer rights may send
-    std::vector<std::string> calls;
-    std::function<void(const std::string& call)> instead;  ///< called instead of recording the call
 
     FakeDesk() { shown.notes = 3; }
 
@@ -32,15 +30,6 @@ public:
         EXPECT_EQ(GetWindowTextLengthW(window), 0) << "before the title by which a second start finds it";
         fromBelow.push_back(message);
     }
-    void newNote() override { note("new"); }
-    void hideAll(bool hidden) override { note(hidden ? "hide all" : "show all"); }
-    void iconizeAll(bool iconized) override { note(iconized ? "iconize all" : "restore all"); }
-    void toggleAlignAll() override { note("align all"); }
-    void toggleEasyAlign() override { note("easy align"); }
-    void switchStore() override { note("switch store"); }
-    void about() override { note("about"); }
-    void exitProgram() override { note("exit"); }
-    void openNote(int slot) override { note("open " + std::to_string(slot)); }
     void defaultAction() override { note("default"); }
     void alreadyRunning() override { note("already running"); }
     void commitEdits() override { note("commit"); }
@@ -48,15 +37,6 @@ public:
     void showSaveFailure() override { note("save failure"); }
     void tick() override { note("tick"); }
     void clockSet() override { note("clock set"); }
-
-private:
-    void note(const std::string& call) {
-        if (instead) {
-            instead(call);
-        } else {
-            calls.push_back(call);
-        }
-    }
 };
 
 using Calls = std::vector<std::string>;
