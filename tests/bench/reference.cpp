@@ -2,30 +2,15 @@
 // eight children of the same kinds (six of its own class, two edit controls), created where they belong,
 // shown and painted straight away, and the commands on all of them as plain window calls. It has no store,
 // tray icon or settings, and answers no other message.
-#include <windows.h>
-
 #include <algorithm>
 #include <iterator>
 
+#include "BareDesk.h"
 #include "resource.h"
 
 namespace {
 
-struct Note {
-    int x, y, width, height;  // pixels
-    COLORREF color;
-    const wchar_t* title;
-    const wchar_t* body;
-};
-
-constexpr Note kNotes[] = {
-#include "notes.inc"
-};
-
-constexpr int kFontHeight = -12;  // 9 points at 96 dots an inch
-constexpr int kStrip = 18;        // pixels; height of the title strip
-constexpr int kLead = 32;         // where the title begins
-constexpr int kIconized = 20;     // pixels; height of a note that is shrunk to its strip
+constexpr int kIconized = 20;  // pixels; height of a note that is shrunk to its strip
 constexpr int kParts = 8;
 
 HFONT bodyFont;
@@ -35,24 +20,6 @@ HWND notes[std::size(kNotes)];
 LONG laidHeight[std::size(kNotes)];  // pixels; what the parts of each are laid out for
 bool hidden = false;
 bool iconized = false;
-
-/// The note that a note window was made from, attached at its creation.
-const Note& noteOf(HWND window) {
-    return *reinterpret_cast<const Note*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-}
-
-void fill(HDC dc, const RECT& area, COLORREF color) {
-    const HBRUSH brush = CreateSolidBrush(color);
-    FillRect(dc, &area, brush);
-    DeleteObject(brush);
-}
-
-void text(HDC dc, HFONT font, const wchar_t* words, RECT area, UINT format) {
-    const HGDIOBJ before = SelectObject(dc, font);
-    SetBkMode(dc, TRANSPARENT);
-    DrawTextW(dc, words, -1, &area, format | DT_NOPREFIX);
-    SelectObject(dc, before);
-}
 
 void paintPart(HWND part) {
     PAINTSTRUCT paint{};
@@ -209,13 +176,9 @@ LRESULT CALLBACK partProc(HWND part, UINT message, WPARAM wp, LPARAM lp) {
 
 LRESULT CALLBACK noteProc(HWND window, UINT message, WPARAM wp, LPARAM lp) {
     switch (message) {
-        case WM_CREATE: {
-            const auto* note =
-                static_cast<const Note*>(reinterpret_cast<const CREATESTRUCTW*>(lp)->lpCreateParams);
-            SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(note));
-            createParts(window, *note);
+        case WM_CREATE:
+            createParts(window, attachNote(window, lp));
             return 0;
-        }
         case WM_SIZE:
             onSize(window);
             return 0;
@@ -233,21 +196,6 @@ LRESULT CALLBACK noteProc(HWND window, UINT message, WPARAM wp, LPARAM lp) {
 LRESULT CALLBACK deskProc(HWND window, UINT message, WPARAM wp, LPARAM lp) {
     if (message == WM_COMMAND) onCommand(LOWORD(wp));
     return DefWindowProcW(window, message, wp, lp);
-}
-
-void registerClass(const wchar_t* name, WNDPROC procedure) {
-    WNDCLASSEXW kind{};
-    kind.cbSize = sizeof(kind);
-    kind.lpfnWndProc = procedure;
-    kind.hInstance = GetModuleHandleW(nullptr);
-    kind.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    kind.lpszClassName = name;
-    RegisterClassExW(&kind);
-}
-
-HFONT font(int weight) {
-    return CreateFontW(kFontHeight, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                       CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Segoe UI");
 }
 
 }  // namespace
@@ -269,10 +217,6 @@ int WINAPI WinMain(HINSTANCE program, HINSTANCE, LPSTR, int) {
         notes[i] = window;
         ShowWindow(window, SW_SHOWNOACTIVATE);
     }
-    MSG message{};
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
+    runMessages();
     return 0;
 }
