@@ -291,6 +291,17 @@ class Note(Window):
         wait(lambda: editor.visible and editor.has_focus, 5, f"the editor of {self!r}")
         return editor
 
+    def append(self, text: str) -> None:
+        """Opens the body's editor and types at the end of the text; the edit stays open."""
+        self.edit()
+        self.desk.key("ctrl+End")
+        self.desk.type(text)
+
+    def cancel_edit(self) -> None:
+        """Leaves the open editor with Esc."""
+        self.desk.key("Escape")
+        wait(lambda: not self.editing, 5, "the edit to end")
+
 
 class Dialog(Window):
     """A message box, the About box or the alarm editor."""

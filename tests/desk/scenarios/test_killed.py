@@ -21,12 +21,21 @@ def draft(store, number):
     return path.read_bytes() if path.exists() else b""
 
 
+def edited(desk, store):
+    """The program, and a note in it that is being edited and has a draft."""
+    store.seed(NOTES)
+    kardel = desk.run()
+    note = kardel.note("first")
+    note.edit()
+    desk.type("never mind")
+    desk.wait(lambda: draft(store, 1), 5, "the draft")
+    return kardel, note
+
+
 def test_what_was_typed_a_second_before_is_there_again(desk, store):
     store.seed(NOTES)
     kardel = desk.run()
-    kardel.note("second").edit()
-    desk.key("ctrl+End")
-    desk.type(" and \u00e8 half a thought")
+    kardel.note("second").append(" and \u00e8 half a thought")
     desk.wait(lambda: "half a thought".encode("utf-16-le") in draft(store, 2), 5, "the draft of what was typed")
     assert store.notes()[1]["Nota"] == "two"
     kardel.kill()
@@ -56,14 +65,8 @@ def test_a_title_that_was_being_typed_is_there_again(desk, store):
 
 
 def test_escape_leaves_neither_draft_nor_text(desk, store):
-    store.seed(NOTES)
-    kardel = desk.run()
-    note = kardel.note("first")
-    note.edit()
-    desk.type("never mind")
-    desk.wait(lambda: draft(store, 1), 5, "the draft")
-    desk.key("Escape")
-    desk.wait(lambda: not note.editing, 5, "the edit to end")
+    kardel, note = edited(desk, store)
+    note.cancel_edit()
     assert draft(store, 1) == b""
     kardel.kill()
     assert desk.run().note("first").body == "one"
@@ -71,15 +74,9 @@ def test_escape_leaves_neither_draft_nor_text(desk, store):
 
 def test_what_escape_dropped_stays_dropped_although_its_file_was_held(desk):
     store = Store(desk, "files")
-    store.seed(NOTES)
-    kardel = desk.run()
-    note = kardel.note("first")
-    note.edit()
-    desk.type("never mind")
-    desk.wait(lambda: draft(store, 1), 5, "the draft")
+    kardel, note = edited(desk, store)
     with desk.held("KARDEL.TMP"):
-        desk.key("Escape")
-        desk.wait(lambda: not note.editing, 5, "the edit to end")
+        note.cancel_edit()
         assert kardel.exit() == 0
     assert desk.run().note("first").body == "one"
     assert store.notes()[0]["Nota"] == "one"

@@ -22,9 +22,7 @@ def run(desk, store):
 
 def type_into(desk, kardel, text=" and second"):
     note = kardel.note("a")
-    note.edit()
-    desk.key("ctrl+End")
-    desk.type(text)
+    note.append(text)
     desk.wait_equal(lambda: note.part("txtNota").text, "first" + text)
 
 

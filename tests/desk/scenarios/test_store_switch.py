@@ -124,9 +124,7 @@ def test_switching_to_the_registry_writes_settings_count_and_every_note(desk):
 
 
 def edit(desk, kardel, title, text):
-    kardel.note(title).edit()
-    desk.key("ctrl+End")
-    desk.type(text)
+    kardel.note(title).append(text)
     desk.click_desktop()
     desk.wait(lambda: not kardel.note(title).editing, what="the editor to close")
 
