@@ -1,8 +1,6 @@
 // What the user does in the alarm editor on a live desktop: bars, wheel, lists, buttons and letters.
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "tests/window/AlarmFaceDesk.h"
 
 namespace {

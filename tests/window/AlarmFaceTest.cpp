@@ -1,7 +1,6 @@
 // The alarm editor by itself on a live desktop: what it shows for a rule, and what it returns of it.
 #include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
 
 #include "tests/window/AlarmFaceDesk.h"

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 
 #include "resources/resource.h"
 #include "tests/window/AlarmDesk.h"

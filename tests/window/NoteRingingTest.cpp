@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 
 #include "tests/window/AlarmDesk.h"
 #include "tests/window/MenuDesk.h"

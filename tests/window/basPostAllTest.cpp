@@ -1,6 +1,4 @@
 // The commands on all notes of a live desktop, in both stores: what they do to windows, captions and store.
-#include <utility>
-
 #include "resources/resource.h"
 #include "tests/window/CollectionDesk.h"
 

@@ -4,7 +4,6 @@
 #include <functional>
 #include <string>
 
-#include "resources/resource.h"
 #include "support/Messages.h"
 #include "tests/core/EveryPoint.h"
 #include "tests/window/TestNotes.h"

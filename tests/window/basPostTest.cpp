@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <utility>
 
 #include "resources/resource.h"
 #include "tests/core/EveryPoint.h"

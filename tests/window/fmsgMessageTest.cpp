@@ -1,7 +1,6 @@
 // The dialog's message and About faces on a live desktop: what they show, and where.
 #include <algorithm>
 #include <string>
-#include <utility>
 
 #include "note/About.h"
 #include "note/bas_GetWorkArea.h"
