@@ -286,8 +286,7 @@ TEST_P(Alarm, ANoteBeingEditedRingsAndIsStoppedOnceTheTextIsKept) {
     EXPECT_TRUE(stripShown(note));
 }
 
-// --- The strip
-// ----------------------------------------------------------------------------------------------
+// --- The strip --------------------------------------------------------------------------------------------
 
 class TimeStrip : public Alarm {};
 INSTANTIATE_TEST_SUITE_P(Stores, TimeStrip, testing::Bool(), storeName);

@@ -20,13 +20,6 @@ TEST_F(Tray, IsAHiddenTopLevelWindow) {
     EXPECT_EQ(GetAncestor(tray.hwnd, GA_PARENT), GetDesktopWindow());  // not a message-only one
 }
 
-TEST_F(Tray, TheStartCountsAnIconThatIsThereAsAdded) {
-    EXPECT_FALSE(TrayIconAdd(tray.hwnd));
-    EXPECT_TRUE(tray.addIcon());
-    mouse({WM_LBUTTONDOWN, WM_LBUTTONUP});  // still answered once, not once per try
-    EXPECT_EQ(desk.calls, Calls{"default"});
-}
-
 /// The state of the tray window when its destruction began.
 struct LastLook {
     HWND tray = nullptr;

@@ -1,10 +1,9 @@
-// A note's window and its parts, what it stores when the store refuses or cannot be read, and what becomes of
-// its alarm at a start.
+// A note's window, what it stores when the store refuses or cannot be read, and what becomes of its alarm at
+// a start.
 #include <gtest/gtest.h>
 
 #include <functional>
 
-#include "resources/resource.h"
 #include "support/Messages.h"
 #include "tests/window/AlarmDesk.h"
 
@@ -22,22 +21,6 @@ protected:
 };
 INSTANTIATE_TEST_SUITE_P(Stores, NoteWindow, testing::Bool(), storeName);
 
-// --- Geometry and the store -------------------------------------------------------------------------------
-
-TEST_P(NoteWindow, DeletePictureNeverLeavesTheNote) {
-    const auto desk = run({plainNote(u"a")});
-    fpost& note = desk->note(1);
-    for (int width = 3000; width >= 1130; width -= 10) {
-        note.pWidth(width);
-        RECT client{};
-        GetClientRect(note.hwnd, &client);
-        RECT picture = rectOf(note.pic);
-        MapWindowPoints(nullptr, note.hwnd, reinterpret_cast<POINT*>(&picture), 2);
-        ASSERT_EQ(picture.right, client.right) << width;
-        ASSERT_GE(picture.left, 0) << width;
-    }
-}
-
 // --- Re-alignment -----------------------------------------------------------------------------------------
 
 TEST_P(NoteWindow, ResizingRealignsForANormalNoteButNotForAnIconizedOne) {
@@ -53,34 +36,6 @@ TEST_P(NoteWindow, ResizingRealignsForANormalNoteButNotForAnIconizedOne) {
     desk->note(2).place.moveTo(Twips{9000}, Twips{9000});
     desk->note(1).pWidth(2400);
     EXPECT_EQ(desk->note(2).place.Left(), 9000);
-}
-
-// --- Keys, messages, menu ---------------------------------------------------------------------------------
-
-TEST_P(NoteWindow, PartsHaveTheirIdsAndTexts) {
-    const auto desk = run({plainNote(u"title")});
-    fpost& note = desk->note(1);
-    EXPECT_EQ(note.editing.txtNota(), nullptr);
-    EXPECT_EQ(note.editing.txtTitle(), nullptr);
-    note.EditForm();
-    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTNOTA), note.editing.txtNota());
-    EXPECT_NE(note.editing.txtNota(), nullptr);
-    EXPECT_EQ(note.editing.txtTitle(), nullptr);
-    note.EditCaption();
-    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTTITLE), note.editing.txtTitle());
-    EXPECT_NE(note.editing.txtTitle(), nullptr);
-    EXPECT_EQ(note.editing.txtNota(), nullptr);
-    note.SaveCaption(false);
-    EXPECT_EQ(GetDlgItem(note.hwnd, ID_TXTTITLE), nullptr);
-    const std::pair<HWND, int> parts[] = {{note.lbl, ID_LBL},   {note.lbl2, ID_LBL2},
-                                          {note.pic, ID_PIC},   {note.nota, ID_NOTA},
-                                          {note.pic2, ID_PIC2}, {note.pic_time, ID_PIC_TIME}};
-    for (const auto& [window, id] : parts) {
-        EXPECT_EQ(GetDlgCtrlID(window), id);
-        EXPECT_EQ(GetParent(window), note.hwnd);
-    }
-    EXPECT_EQ(windowText(note.lbl), u"     title");
-    EXPECT_EQ(windowText(note.nota), u"body of title");
 }
 
 // --- Failures ---------------------------------------------------------------------------------------------
@@ -181,8 +136,7 @@ TEST_P(NoteWindow, HasNoOwnerAndNoTaskBarButton) {
     EXPECT_NE(GetWindowLongPtrW(note, GWL_EXSTYLE) & WS_EX_TOOLWINDOW, 0);
 }
 
-// --- An alarm at a start
-// ------------------------------------------------------------------------------------
+// --- An alarm at a start ----------------------------------------------------------------------------------
 
 class AlarmAtAStart : public InBothStores {};
 INSTANTIATE_TEST_SUITE_P(Stores, AlarmAtAStart, testing::Bool(), storeName);
