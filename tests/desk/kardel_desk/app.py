@@ -486,5 +486,6 @@ class Kardel:
         wait(lambda: not self.desk.probe.ask("windows", TRAY_CLASS), 10, "the killed program's windows to go")
 
     def output(self) -> str:
-        """What it wrote to its console; a crash leaves a report there."""
-        return self.log.read_text(errors="replace") if self.log.exists() else ""
+        """What it wrote to its console, where a crash leaves a report, and to its own log."""
+        own = self.desk.path(f"{self.folder}\\KARDEL.log")
+        return "".join(log.read_text(errors="replace") for log in (self.log, own) if log.exists())
