@@ -19,11 +19,15 @@ NoteRecord throughFiles(const CodePage& page, const NoteRecord& note) {
     return result;
 }
 
+bool isEmpty(const NoteRecord& note) {
+    return note.Titolo.empty() && note.Nota.empty() && note.alarmdate.empty() && note.alarmtime.empty();
+}
+
 /// Whether the only note of the files has to stay when the registry's notes come: it holds something, and is
 /// none of them, left by a copy or a deletion that was interrupted.
 bool keepsFirst(const CodePage& page, const NoteRecord& first, const std::vector<NoteRecord>& imported) {
+    if (isEmpty(first)) return false;
     const bool alarm = !first.alarmdate.empty() || !first.alarmtime.empty();
-    if (first.Titolo.empty() && first.Nota.empty() && !alarm) return false;
     const bool onlyBodyCame =
         first.Titolo.empty() && !alarm && first.Nota == throughFiles(page, imported.front()).Nota;
     return !onlyBodyCame && std::none_of(imported.begin(), imported.end(), [&](const NoteRecord& note) {
@@ -130,4 +134,13 @@ Imported importRegistryNotes(FileStore& files, const RegistryStore& registry, in
         putBack(data, kMemoFile, memoBefore);
     }
     return Imported::Refused;
+}
+
+bool mayHoldNote(const DataFiles& data) {
+    const ReadResult record = data.files.read(kNoteFile, 0, kRecordLength);
+    if (record.status == IoStatus::Absent) return false;
+    NoteRecord first = decodeRecord(data.page, record.bytes);
+    const bool read =
+        record.status == IoStatus::Done && data.ReadMemo(first.memo, first.Nota) != IoStatus::Failed;
+    return !read || !isEmpty(first);
 }

@@ -16,3 +16,6 @@ enum class Imported {
 /// written, or the note that is there leaves no room for all of them.
 [[nodiscard]] Imported importRegistryNotes(FileStore& files, const RegistryStore& registry,
                                            int registryCount);
+
+/// Whether the local files hold a note that is not empty, or one that cannot be read now.
+bool mayHoldNote(const DataFiles& data);

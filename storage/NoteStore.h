@@ -197,6 +197,7 @@ private:
     std::set<std::uint32_t> taken_;  ///< marks of an earlier run's drafts that the notes have taken over
     std::map<Setting, Text> owedSettings_;
     bool registryVoid_ = false;  ///< its number of notes still has to go, because the files have them all
+    bool filesApart_ = false;    ///< the files hold a note that is not on screen, as the copy was refused
     bool draftsUnread_ = false;
     bool droppedListStands_ = false;      ///< section "setting" lists drafts that were dropped
     std::vector<std::uint32_t> dropped_;  ///< marks of drafts that were dropped and may still be stored

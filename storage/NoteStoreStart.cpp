@@ -191,6 +191,7 @@ bool NoteStore::importOnce(const SectionResult& section, StartState& state, cons
     if (registryCount >= 1 && state.Count == 1 && !imported) {
         const Imported done = importRegistryNotes(*files_, *registry_, registryCount);
         if (done == Imported::Refused) {
+            filesApart_ = mayHoldNote(files_->data());
             if (!mayUse(StoreKind::Registry, true)) return false;
             take(StoreKind::Registry);
             static_cast<void>(registry_->readCount(section, state.Count));

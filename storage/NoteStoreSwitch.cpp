@@ -6,6 +6,11 @@
 
 Switched NoteStore::switchTo(StoreKind kind, NoteList notes, GlobalSettings& settings) {
     const Command command(*this);
+    if (filesApart_ && kind == StoreKind::Files) {
+        // A switch would replace the note that is there. The next start copies the others behind it.
+        saveFailed();
+        return Switched::Refused;
+    }
     const bool hadIt = claimed_.contains(kind);
     if (!mayUse(kind, true)) return Switched::Refused;
     if (copyTo(kind, notes, settings) && storeChoice(kind, settings)) return Switched::Done;

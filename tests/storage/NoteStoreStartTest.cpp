@@ -619,6 +619,31 @@ TEST(Import, OfATextThatDoesNotFitIsRefusedAndTheRegistryStays) {
     EXPECT_EQ(start.state.Count, 2);
 }
 
+TEST(Import, ThatWasRefusedLeavesTheNoteInTheFilesToTheNextStart) {
+    for (const bool unreadable : {false, true}) {
+        Start start;
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        start.seedFiles({notes[2]});
+        notes.pop_back();
+        notes[0].Nota = Text(1025, u'x');
+        start.seedRegistry(notes);
+        if (unreadable) start.desk.folder.locked.insert(Text(kMemoFile));
+        start.run();
+        ASSERT_TRUE(start.inRegistry());
+        start.desk.folder.locked.clear();
+        notes[0].Nota = u"shorter now";
+        std::vector<NoteRecord*> all{&notes[0], &notes[1]};
+        ASSERT_TRUE(start.desk.store.set(1, notes[0], {NoteField::Nota}));
+        EXPECT_EQ(start.desk.store.switchTo(StoreKind::Files, all, start.settings), Switched::Refused);
+        start.run();
+        EXPECT_FALSE(start.inRegistry());
+        ASSERT_EQ(start.state.Count, 3);
+        NoteRecord first;
+        EXPECT_TRUE(start.desk.store.load(1, first, start.settings));
+        EXPECT_EQ(first.Titolo, u"Title 3");
+    }
+}
+
 TEST(Import, OfTheNoteThatIsThereKeepsTheFilesForm) {
     for (const bool title : {false, true}) {
         Start start;
