@@ -71,16 +71,21 @@ def test_body_that_fills_its_record_is_shown_whole(desk):
     assert kardel.note("blanks").body == "kept"
 
 
-def test_body_of_an_imported_note_loses_what_does_not_fit_and_the_user_is_told(desk):
-    desk.seed_registry({"UseRegistry": False, "count": "1"}, [{"Titolo": "long", "Nota": "y" * 1024 + "z"}])
-    kardel = desk.start()
-    box = kardel.dialog()
-    assert "An error has occurred on saving the memo, possible data lost." in box.texts()
-    box.press("OK")
-    kardel.wait_ready(notes=1)
-    assert desk.read_files().bodies == ["y" * 1024]
-    assert kardel.note("long").body == "y" * 1024
-    assert desk.stored_note(1)["Nota"] == "y" * 1024 + "z"  # the whole text is still in the registry
+def test_notes_that_the_files_cannot_hold_stay_in_the_registry(desk):
+    body = "y" * 1024 + "z"
+    desk.seed_registry({"UseRegistry": False, "count": "1"}, [{"Titolo": "long", "Nota": body}])
+    for _ in range(2):
+        kardel = desk.start()
+        box = kardel.dialog()
+        assert "An error has occurred on saving the memo, possible data lost." in box.texts()
+        box.press("OK")
+        kardel.wait_ready(notes=1)
+        assert kardel.note("long").body == body
+        assert kardel.exit() == 0
+        assert desk.stored_note(1)["Nota"] == body and desk.registry("setting")["count"] == "1"
+    desk.seed_registry({"UseRegistry": False, "count": "1"}, [{"Titolo": "long", "Nota": "shorter"}])
+    assert desk.run().note("long").body == "shorter"
+    assert desk.read_files().bodies == ["shorter"]
 
 
 def test_weekday_flags_of_another_language_read_as_none(desk):
@@ -102,6 +107,10 @@ def test_program_survives_random_bytes_in_its_files(desk, lost):
     dice = random.Random(lost)
     (desk.path() / lost).write_bytes(bytes(dice.randrange(256) for _ in range(700)))
     kardel = desk.start()
+    if lost == "KARDEL.DAT":  # its length is none that a note ends at
+        box = kardel.dialog()
+        assert any("KARDEL.DAT.damaged" in text for text in box.texts())
+        box.press("OK")
     desk.wait(lambda: kardel.notes() and kardel.tray.icons == 1, 20, "the notes and the icon")
     assert 1 <= len(kardel.notes()) <= 50
     assert kardel.exit() == 0
