@@ -44,6 +44,14 @@ def runs_both() -> bool:
 
 
 @functools.cache
+def _steady() -> tuple[str, ...]:
+    """Begins a command whose programs have their heap at a fixed address, where the machine allows that. At a random one
+    it lies, once in some hundred starts, where Wine needs a page of its own, and the program ends before it began."""
+    words = ("setarch", "-R")
+    return words if subprocess.run([*words, "true"], stderr=subprocess.DEVNULL).returncode == 0 else ()
+
+
+@functools.cache
 def _enter(root: pathlib.Path) -> None:
     """Makes what its Wine needs of this system visible in a root folder."""
     processes.private_mounts()
@@ -96,8 +104,8 @@ class Wine:
         wine = _WINE32 if self.arch == "win32" else _WINE64
         program = [wine if kind == "wine" else _WINESERVER, *words]
         if self._root:
-            return ["chroot", str(self._root), "/usr/bin/env", f"--chdir={folder or '/'}", *program]
-        return [*(_WITH_32_BIT if self.both else []), *program]
+            return [*_steady(), "chroot", str(self._root), "/usr/bin/env", f"--chdir={folder or '/'}", *program]
+        return [*_steady(), *(_WITH_32_BIT if self.both else []), *program]
 
     def _quietly(self, kind: str, *words: str, env: dict[str, str] | None = None) -> None:
         subprocess.run(self._command(kind, list(words)), env=env or self.env, check=True, stdin=subprocess.DEVNULL,
