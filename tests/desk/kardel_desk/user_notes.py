@@ -13,8 +13,10 @@ class NoteActions:
     # --- notes that come and go
 
     def _made(self, before: set[int]) -> None:
-        fresh = self.desk.wait(lambda: {n.hwnd for n in self.kardel.notes()} - before, 10, "the new note")
-        note = Note(fresh.pop(), f"- {len(self.model.notes) + 1} -", "", 0, 0, *NEW_SIZE)
+        def made():  # a note that was silenced and deleted just before may still have its window
+            fresh = {n.hwnd for n in self.kardel.notes()} - before
+            return fresh if len(fresh) == 1 else None
+        note = Note(self.desk.wait(made, 10, "the new note").pop(), f"- {len(self.model.notes) + 1} -", "", 0, 0, *NEW_SIZE)
         self._finished()
         self._read_place(note, self._window(note))
         self.model.new(note)
