@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __GLIBC__
+#include <locale.h>
+#include <wctype.h>
+#endif
+
 #include "tests/support/TestCodePages.h"
 
 namespace {
@@ -129,6 +134,23 @@ TEST(Lowered, PairsEveryLetterWithOneThatItLeavesAlone) {
         ASSERT_EQ(lowered(small), small) << std::hex << c;
     }
 }
+
+#ifdef __GLIBC__
+TEST(Lowered, AgreesWithAnotherLibraryAboutEveryLetter) {
+    const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    ASSERT_NE(unicode, nullptr);
+    constexpr TextView kOfThree = u"\u01C5\u01C8\u01CB\u01F2\u03C2";  // they share their capital with another
+    for (unsigned c = 1; c < 0x10000; ++c) {
+        const auto letter = static_cast<char16_t>(c);
+        const wint_t small = towlower_l(c, unicode);
+        const bool pair = small < 0x10000 && towupper_l(small, unicode) == c;
+        const bool ofThree = kOfThree.find(letter) != TextView::npos;
+        const wint_t wanted = ofThree ? towlower_l(towupper_l(c, unicode), unicode) : pair ? small : c;
+        EXPECT_EQ(lowered(Text(1, letter)), Text(1, static_cast<char16_t>(wanted))) << std::hex << c;
+    }
+    freelocale(unicode);
+}
+#endif
 
 TEST(WithLineBreaks, TurnsEveryLoneBreakIntoAPair) {
     EXPECT_EQ(withLineBreaks(u"a\nb\rc\r\nd"), u"a\r\nb\r\nc\r\nd");
