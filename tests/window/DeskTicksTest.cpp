@@ -150,4 +150,27 @@ TEST_P(Ticks, NotesThatCouldNotBeReadAppearOnceTheyCan) {
     EXPECT_EQ(desk->stored(1).x, 6000);
 }
 
+TEST(DeskDrafts, ThatCouldNotBeReadAreTakenUpOnceTheyCan) {
+    TestNotes desk(false, {plainNote(u"a"), plainNote(u"b", 4500, 4500)});
+    desk.desk->store.saveDraft(2, false, u"typed before the kill");
+    desk.folder.locked.insert(Text(kDraftFile));
+    desk.killAndRestart();
+    const auto ticks = [&desk](int count) {
+        for (int i = 0; i < count; ++i)
+            desk.desk->Tick();
+        pumpPending();
+    };
+    ticks(100);
+    EXPECT_EQ(windowText(desk.note(2).nota), u"body of b");
+    desk.folder.locked.clear();
+    const ULONGLONG end = GetTickCount64() + 20000;
+    while (windowText(desk.note(2).nota) == u"body of b" && GetTickCount64() < end) {
+        pumpFor(50);  // the timer of the desk runs for the drafts alone
+        ticks(10);
+    }
+    EXPECT_EQ(windowText(desk.note(2).nota), u"typed before the kill");
+    EXPECT_EQ(desk.stored(2).Nota, u"typed before the kill");
+    EXPECT_FALSE(desk.folder.content.contains(Text(kDraftFile)));
+}
+
 }  // namespace
