@@ -33,19 +33,23 @@ TEST(EditorOpens, OnTheRule) {
 }
 
 TEST(EditorOpens, OnItsWeekdayWhateverPatternStandsBesideIt) {
-    const Now now = at(u"21/11/2026 08:00:00");
-    for (bool AlarmRule::*const pattern :
-         {&AlarmRule::eachday, &AlarmRule::eachmonth, &AlarmRule::eachyear}) {
-        AlarmRule rule = weekdayRule(3, u"09:00:00", now);
-        rule.*pattern = true;
-        rule.alarmday = u"05";
-        rule.alarmdaymonth = u"05/03";
-        EXPECT_EQ(editorDate(rule, now), u"25/11/2026");
-        // And Start accepts it as it is.
-        EditorControls shown;
-        shown.data = editorDate(rule, now);
-        shown.cboDay = rule.AlarmWeekday;
-        EXPECT_FALSE(needsFullDate(shown));
+    const Now now = at(u"21/11/2026 08:00:00");  // a Saturday
+    constexpr const char16_t* kNext[] = {u"23/11/2026", u"24/11/2026", u"25/11/2026", u"26/11/2026",
+                                         u"27/11/2026", u"21/11/2026", u"22/11/2026"};
+    for (std::int16_t day = 1; day <= kWeekdays; ++day) {
+        for (bool AlarmRule::*const pattern :
+             {&AlarmRule::eachday, &AlarmRule::eachmonth, &AlarmRule::eachyear}) {
+            AlarmRule rule = weekdayRule(day, u"09:00:00", now);
+            rule.*pattern = true;
+            rule.alarmday = u"05";
+            rule.alarmdaymonth = u"05/03";
+            EXPECT_EQ(editorDate(rule, now), kNext[day - 1]);
+            // And Start accepts it as it is.
+            EditorControls shown;
+            shown.data = editorDate(rule, now);
+            shown.cboDay = rule.AlarmWeekday;
+            EXPECT_FALSE(needsFullDate(shown));
+        }
     }
 }
 
