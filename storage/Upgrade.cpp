@@ -211,6 +211,7 @@ Upgraded UpgradeDataFiles(const DataFiles& data, std::vector<Text>& copies) {
 
 std::vector<Text> upgradeFiles(const Files& files) {
     std::vector<Text> names;
+    names.reserve(std::size(kOldLayouts) + std::size(kDataFiles));
     for (const OldLayout& layout : kOldLayouts)
         names.emplace_back(layout.temporaryFile);
     for (const TextView name : kDataFiles) {
