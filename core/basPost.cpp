@@ -237,9 +237,8 @@ void basPost::SwitchStore() {
     // Only now, because notes may have come, changed and gone while the question was open.
     CommitEdits();
     const StoreKind kind = toFiles ? StoreKind::Files : StoreKind::Registry;
-    // Refused, the choice is what it was, and the next click has to ask for the same again.
-    if (store.switchTo(kind, records(), settings) == Switched::Refused)
-        localFilesMark = !settings.UseRegistry;
+    // Refused, nothing has changed, and the next click has to ask for the same again.
+    if (store.switchTo(kind, records(), settings) == Switched::Refused) localFilesMark = !toFiles;
 }
 
 // --- Messages ---------------------------------------------------------------------------------------------
