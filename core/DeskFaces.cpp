@@ -85,7 +85,7 @@ std::vector<PxRect> DeskForNotes::otherNotes(const fpost& note) const {
     std::vector<PxRect> rects;
     rects.reserve(desk_.Notes.size());
     for (const fpost* other : desk_.Notes) {
-        if (other != &note && other->visible()) rects.push_back(other->place.area());
+        if (other != &note && other->visible()) rects.push_back(other->place.window());
     }
     return rects;
 }
