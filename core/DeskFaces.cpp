@@ -101,6 +101,10 @@ fpost* DeskForNotes::nextVisible(const fpost& note, int step) const {
     return nullptr;
 }
 
+void DeskForNotes::finishDrafts() {
+    desk_.finishDrafts();
+}
+
 void DeskForNotes::storeSetting(Setting setting) {
     desk_.store.storeSetting(setting, desk_.settings);
 }

@@ -26,6 +26,7 @@ public:
     int count() const override;
     std::vector<PxRect> otherNotes(const fpost& note) const override;
     fpost* nextVisible(const fpost& note, int step) const override;
+    void finishDrafts() override;
     void storeSetting(Setting setting) override;
     const std::vector<Monitor>& monitors() override;
 

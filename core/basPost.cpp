@@ -1,6 +1,7 @@
 #include "core/basPost.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "core/Columns.h"
@@ -132,10 +133,13 @@ bool basPost::openNotes(int count) {
 
 /// Completes edits that the last run left unfinished. A draft that fits no note is removed.
 void basPost::finishDrafts() {
-    const FoundDrafts found = store.takeDrafts(records());
+    std::set<int> edited;
+    for (const fpost* note : Notes) {
+        if (note->editing.isOpen()) edited.insert(note->number);
+    }
+    const FoundDrafts found = store.takeDrafts(records(), edited);
     for (const Draft& draft : found.drafts) {
         fpost& note = *Notes[static_cast<std::size_t>(draft.number - 1)];
-        if (note.editing.isOpen()) continue;
         if (note.editing.finishEdit(draft.title, draft.text)) store.dropDraft(draft.number);
     }
 }

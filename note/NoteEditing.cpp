@@ -24,6 +24,8 @@ void NoteEditing::open(Edited what) {
     const NoteRecord& record = note_.record;
     if (note_.Help || editor_.edits(what) || record.readOnly) return;
     note_.CommitEdits();
+    // Otherwise the user would write over what the last run left of this note's text.
+    if (note_.host->store->hasUnreadDrafts()) note_.host->finishDrafts();
     note_.place.resizer.setMode(false);
     const NoteLook& look = *note_.host->look;
     const NoteRects at = note_.parts.rects();

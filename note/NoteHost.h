@@ -46,6 +46,8 @@ public:
     /// The visible note before (step -1) or after (1) a note, in the order of their numbers and wrapping
     /// around. Null when there is no other.
     virtual fpost* nextVisible(const fpost& note, int step) const = 0;
+    /// Completes edits that the last run left unfinished and whose drafts could not be read until now.
+    virtual void finishDrafts() = 0;
     /// Stores one of the settings.
     virtual void storeSetting(Setting setting) = 0;
     /// Read only once during a command on all notes.

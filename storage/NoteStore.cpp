@@ -224,7 +224,7 @@ void NoteStore::dropDraft(int number) {
         saveSetting(registry_->notes().settings, kSettingSection, kDroppedKey, marksText(dropped_)));
 }
 
-FoundDrafts NoteStore::takeDrafts(NoteList notes) {
+FoundDrafts NoteStore::takeDrafts(NoteList notes, const std::set<int>& edited) {
     const Command command(*this);
     FoundDrafts found = storeOf(inForce_).drafts(static_cast<int>(notes.size()));
     const SettingResult dropped = registry_->notes().settings.get(kSettingSection, kDroppedKey);
@@ -245,6 +245,11 @@ FoundDrafts NoteStore::takeDrafts(NoteList notes) {
     std::sort(found.drafts.begin(), found.drafts.end(),
               [](const Draft& one, const Draft& two) { return one.number < two.number; });
     for (const Draft& draft : found.drafts) {
+        if (edited.contains(draft.number)) {
+            // Unless it is that edit's own, it must not be dropped when the edit ends.
+            draftsUnread_ = draftsUnread_ || !drafts_.contains(draft.number);
+            continue;
+        }
         drafts_.emplace(draft.number, draft);  // so that it can be dropped
         if (taken_.contains(draftMark(draft))) continue;
         const bool unread = draft.number <= static_cast<int>(notes.size()) &&

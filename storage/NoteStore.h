@@ -126,10 +126,10 @@ public:
     /// The edit has ended. A draft that cannot be dropped now is dropped later, and is never used again.
     void dropDraft(int number);
     /// The drafts that an earlier run left, each once. The notes that they belong to, as loaded, have to take
-    /// them over, and drop them once they are stored. Failed: there may be others, which cannot be read now;
-    /// a later call finds them.
-    FoundDrafts takeDrafts(NoteList notes);
-    /// Whether `takeDrafts` could not read all of them.
+    /// them over, and drop them once they are stored. Those of notes that are being `edited` wait until that
+    /// has ended. Failed: there may be others, which cannot be read now; a later call finds them.
+    FoundDrafts takeDrafts(NoteList notes, const std::set<int>& edited = {});
+    /// Whether `takeDrafts` could not read all of them, or left some waiting.
     bool hasUnreadDrafts() const { return draftsUnread_; }
 
     // --- Settings -----------------------------------------------------------------------------------------

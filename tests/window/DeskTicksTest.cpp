@@ -150,27 +150,60 @@ TEST_P(Ticks, NotesThatCouldNotBeReadAppearOnceTheyCan) {
     EXPECT_EQ(desk->stored(1).x, 6000);
 }
 
-TEST(DeskDrafts, ThatCouldNotBeReadAreTakenUpOnceTheyCan) {
-    TestNotes desk(false, {plainNote(u"a"), plainNote(u"b", 4500, 4500)});
-    desk.desk->store.saveDraft(2, false, u"typed before the kill");
-    desk.folder.locked.insert(Text(kDraftFile));
-    desk.killAndRestart();
-    const auto ticks = [&desk](int count) {
-        for (int i = 0; i < count; ++i)
-            desk.desk->Tick();
-        pumpPending();
-    };
-    ticks(100);
-    EXPECT_EQ(windowText(desk.note(2).nota), u"body of b");
-    desk.folder.locked.clear();
+/// A desk of which the last run left a draft that could not be read at the start.
+std::unique_ptr<TestNotes> withUnreadDraft() {
+    auto desk = std::make_unique<TestNotes>(
+        false, std::vector<NoteRecord>{plainNote(u"a"), plainNote(u"b", 4500, 4500)});
+    desk->desk->store.saveDraft(2, false, u"typed before the kill");
+    desk->folder.locked.insert(Text(kDraftFile));
+    desk->killAndRestart();
+    EXPECT_EQ(windowText(desk->note(2).nota), u"body of b");
+    return desk;
+}
+
+/// Ticks, by the desk's own timer and besides, until the draft has been taken over. False when it never is.
+bool takesDraft(TestNotes& desk) {
     const ULONGLONG end = GetTickCount64() + 20000;
     while (windowText(desk.note(2).nota) == u"body of b" && GetTickCount64() < end) {
-        pumpFor(50);  // the timer of the desk runs for the drafts alone
-        ticks(10);
+        pumpFor(50);  // the timer runs for the drafts alone
+        for (int i = 0; i < 10; ++i)
+            desk.desk->Tick();
     }
     EXPECT_EQ(windowText(desk.note(2).nota), u"typed before the kill");
-    EXPECT_EQ(desk.stored(2).Nota, u"typed before the kill");
-    EXPECT_FALSE(desk.folder.content.contains(Text(kDraftFile)));
+    return desk.stored(2).Nota == u"typed before the kill" && !desk.folder.content.contains(Text(kDraftFile));
+}
+
+TEST(DeskDrafts, ThatCouldNotBeReadAreTakenUpOnceTheyCan) {
+    const auto desk = withUnreadDraft();
+    for (int i = 0; i < 100; ++i)
+        desk->desk->Tick();
+    EXPECT_EQ(windowText(desk->note(2).nota), u"body of b");
+    desk->folder.locked.clear();
+    EXPECT_TRUE(takesDraft(*desk));
+}
+
+TEST(DeskDrafts, WaitForTheEndOfAnEditThatBeganBeforeThem) {
+    constexpr WPARAM kEnds[] = {VK_ESCAPE, VK_RETURN};
+    for (const WPARAM key : kEnds) {
+        const auto desk = withUnreadDraft();
+        fpost& note = desk->note(2);
+        note.EditForm();
+        desk->folder.locked.clear();
+        for (int i = 0; i < 100; ++i)
+            desk->desk->Tick();
+        ASSERT_TRUE(note.editing.isOpen());
+        EXPECT_EQ(windowText(note.editing.txtNota()), u"body of b");
+        typeKey(note.editing.txtNota(), key, key);
+        ASSERT_FALSE(note.editing.isOpen());
+        EXPECT_TRUE(takesDraft(*desk)) << key;
+    }
+}
+
+TEST(DeskDrafts, AreTakenUpBeforeAnEditWouldWriteOverThem) {
+    const auto desk = withUnreadDraft();
+    desk->folder.locked.clear();
+    desk->note(2).EditForm();
+    EXPECT_EQ(windowText(desk->note(2).editing.txtNota()), u"typed before the kill");
 }
 
 }  // namespace
