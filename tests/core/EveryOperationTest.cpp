@@ -214,39 +214,14 @@ TEST_P(EveryOperation, InterruptedByAPowerCutLeavesEachNoteAsItWasAtSomeMoment) 
     });
 }
 
-TEST_P(EveryOperation, ADeletionThatFollowsARefusedOneMayBeKilledToo) {
+/// Deletes note 2 with one write refused, each `step`th in turn, then does all `acts`, killed at every point.
+void killedAfterARefusedDeletion(const std::function<void(Stores&)>& seed, const std::vector<Act>& acts,
+                                 int step) {
     Finds finds;
-    for (int number = 0;; ++number) {
+    for (int number = 0;; number += step) {
         SCOPED_TRACE("write " + std::to_string(number) + " refused");
         Stores stores;
-        seed(stores, {"", {}});
-        Program program(stores);
-        History history;
-        history.add(program.wanted());
-        kFailingWrite.fail(stores, number);
-        program.remove(2);
-        const bool reached = kFailingWrite.end(stores);
-        history.add(program.wanted());
-        const std::vector<Image> points = everyPoint(stores, [&] { program.remove(1); });
-        history.add(program.wanted());
-        for (std::size_t point = 0; point < points.size(); ++point) {
-            SCOPED_TRACE(at(1, point, false));
-            history.expectFromThen(finds.in(points[point], false));
-            ++tally.killed;
-        }
-        EXPECT_EQ(finds.in(points.back(), false), program.wanted());
-        if (!reached) break;
-    }
-}
-
-TEST_P(EveryOperation, ADragOrANewNoteThatFollowsARefusedDeletionMayBeKilledToo) {
-    constexpr int kStep = 5;  // the writes of one note are much alike
-    const std::vector<Act> acts{drag(1, 4711), create(), remove(3), drag(2, 4712)};
-    Finds finds;
-    for (int number = 0;; number += kStep) {
-        SCOPED_TRACE("write " + std::to_string(number) + " refused");
-        Stores stores;
-        stores.seed(GetParam(), sampleNotes(4));
+        seed(stores);
         Program program(stores);
         History history;
         history.add(program.wanted());
@@ -266,6 +241,19 @@ TEST_P(EveryOperation, ADragOrANewNoteThatFollowsARefusedDeletionMayBeKilledToo)
         EXPECT_EQ(finds.in(stores.image(), false), program.wanted());
         if (!reached) break;
     }
+}
+
+TEST_P(EveryOperation, ADeletionThatFollowsARefusedOneMayBeKilledToo) {
+    killedAfterARefusedDeletion([](Stores& stores) { seed(stores, {"", {}}); }, {remove(1)}, 1);
+}
+
+TEST_P(EveryOperation, ADragOrANewNoteThatFollowsARefusedDeletionMayBeKilledToo) {
+    constexpr int kStep = 5;  // the writes of one note are much alike
+    killedAfterARefusedDeletion(
+        [](Stores& stores) {
+            seed(stores, {"", {}, 4});
+        },
+        {drag(1, 4711), create(), remove(3), drag(2, 4712)}, kStep);
 }
 
 TEST_P(EveryOperation, ASwitchThatFollowsARefusedOneMayBeKilledToo) {

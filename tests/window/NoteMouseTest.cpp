@@ -81,10 +81,7 @@ TEST_P(PressedNote, ThePicturesOfTheStripActOnlyWhereTheyAreDrawn) {
 // --- What a press ends ------------------------------------------------------------------------------------
 
 TEST_P(PressedNote, APressOnAnyPartKeepsWhatIsBeingEditedBeforeItDoesAnythingElse) {
-    NoteRecord record = plainNote(u"a");
-    record.alarmdate = u"01/01/2030";
-    record.alarmtime = u"10:00:00";
-    const auto desk = run({record});
+    const auto desk = run({armed(u"a")});
     fpost& note = desk->note(1);
     int round = 0;
     for (const HWND part : {note.lbl, note.lbl2, note.pic, note.pic2, note.pic_time}) {

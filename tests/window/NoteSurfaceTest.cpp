@@ -13,10 +13,7 @@ Rgb pixelOf(HWND window, int x, int y) {
 }
 
 TEST_P(PaintedNote, PaintingSetsAllSevenSurfaces) {
-    NoteRecord record = plainNote(u"a");
-    record.alarmdate = u"01/01/2030";
-    record.alarmtime = u"10:00:00";
-    const auto desk = run({record});
+    const auto desk = run({armed(u"a")});
     fpost& note = desk->note(1);
     note.Backcol(0x30C0F0);
     for (const HWND part : {note.nota, note.pic, note.pic2, note.lbl2, note.pic_time}) {
