@@ -81,3 +81,20 @@ def test_what_escape_dropped_stays_dropped_although_its_file_was_held(desk):
     assert desk.run().note("first").body == "one"
     assert store.notes()[0]["Nota"] == "one"
     desk.wait(lambda: draft(store, 1) == b"", 5, "the draft to go")
+
+
+def test_what_was_typed_before_a_kill_is_not_written_over_although_its_file_was_held(desk):
+    store = Store(desk, "files")
+    store.seed(NOTES)
+    kardel = desk.run()
+    kardel.note("second").append(" and \u20ac half a thought")
+    desk.wait(lambda: "half a thought".encode("utf-16-le") in draft(store, 2), 5, "the draft of what was typed")
+    kardel.kill()
+    with desk.held("KARDEL.TMP"):
+        kardel = desk.run()
+        note = kardel.note("second")
+        assert note.body == "two"
+    note.append("!")
+    desk.key("Return")
+    desk.wait_equal(lambda: store.notes()[1]["Nota"], "two and \u20ac half a thought!")
+    desk.wait(lambda: draft(store, 2) == b"", 5, "the draft to go")
