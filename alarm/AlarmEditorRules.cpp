@@ -45,11 +45,6 @@ bool choosesRepeat(const EditorControls& choice) {
     return number && !unitCode(choice.cboDay).empty();
 }
 
-/// Whether the day list currently holds units rather than weekdays.
-bool inUnitMode(const EditorControls& choice) {
-    return choice.cboRepeat != 0;
-}
-
 /// The weekday 0..8 that applies: "several days" without a tick is none.
 std::int16_t chosenWeekday(const EditorControls& choice) {
     if (inUnitMode(choice) || choice.cboDay < 1 || choice.cboDay > kSeveralWeekdays) return 0;
@@ -193,7 +188,24 @@ int unitIndex(TextView code) {
     return found == kUnitCodes.end() ? 0 : static_cast<int>(found - kUnitCodes.begin());
 }
 
-// --- Start ------------------------------------------------------------------------------------------------
+// --- The controls ------------------------------------------------------------------------------------------
+
+EditorControls controlsOf(const AlarmRule& rule, Now now) {
+    EditorControls shown;
+    shown.data = editorDate(rule, now);
+    shown.time = editorTime(rule, now);
+    const bool repeats = rule.RepeatNumber >= 1 && unitIndex(rule.RepeatEvery) > 0;
+    shown.repeatKept = repeats ? rule.RepeatNumber : std::int16_t{0};
+    shown.cboRepeat = repeatIndex(shown.repeatKept);
+    shown.cboDay = repeats ? unitIndex(rule.RepeatEvery) : rule.AlarmWeekday;
+    if (!repeats && rule.AlarmWeekday == kSeveralWeekdays) shown.chkWeek = rule.FlagWeekday;
+    shown.chkMute = rule.Mute;
+    return shown;
+}
+
+bool inUnitMode(const EditorControls& shown) {
+    return shown.cboRepeat != 0;
+}
 
 bool needsFullDate(const EditorControls& choice) {
     return holdsWildcards(choice.data) && (inUnitMode(choice) || choice.cboDay >= 1);

@@ -101,9 +101,9 @@ inline constexpr std::array<TextView, 9> kWeekdayEntries{
 inline constexpr std::array<TextView, kWeekdays> kWeekdayCaptions{u"Mon", u"Tue", u"Wed", u"Thu",
                                                                   u"Fri", u"Sat", u"Sun"};
 
-// --- Start ------------------------------------------------------------------------------------------------
+// --- The controls ------------------------------------------------------------------------------------------
 
-/// What the controls show when the user presses Start.
+/// What the controls show.
 struct EditorControls {
     Text data;                    ///< the date label
     Text time;                    ///< the time label
@@ -112,7 +112,15 @@ struct EditorControls {
     std::int16_t repeatKept = 0;  ///< repeat number that the editor was opened with
     std::array<bool, kWeekdays> chkWeek{};
     bool chkMute = false;
+
+    bool operator==(const EditorControls&) const = default;
 };
+
+/// What they show of a rule when the editor opens.
+EditorControls controlsOf(const AlarmRule& rule, Now now);
+
+/// Whether the day list holds the units of a repeat step rather than the weekdays.
+bool inUnitMode(const EditorControls& shown);
 
 /// Whether a weekday or a repeat is chosen on a date with wildcards. Then the user has to be told, and the
 /// last choice or click is undone: call this with what the controls would show.

@@ -64,7 +64,7 @@ void AlarmFace::addList(const DialogGrid& grid, int id, CueList& cue) {
 bool AlarmFace::create(HWND form, const DialogGrid& grid, const AlarmRule& rule, Now now) {
     form_ = form;
     ViewElapse = isAhead(rule, now);
-    data.clicked = [this](DatePart part) { input.onDatePart(part); };
+    data.clicked = [this](DatePart part) { editor.onDatePart(part); };
     data.hovered = [this](bool over) { showHint(over); };
 
     hint_ = add(grid, L"STATIC", Text(kHint), WS_BORDER | SS_CENTER | SS_NOPREFIX | SS_CENTERIMAGE, kMarkId);
@@ -102,29 +102,25 @@ bool AlarmFace::create(HWND form, const DialogGrid& grid, const AlarmRule& rule,
 }
 
 void AlarmFace::showRule(const AlarmRule& rule, Now now) {
-    SetWindowTextW(data.hwnd, wide(editorDate(rule, now)));
-    showClock({datePart(editorDate(rule, now)), parseTime(editorTime(rule, now))});
+    const EditorControls shown = controlsOf(rule, now);
+    SetWindowTextW(data.hwnd, wide(shown.data));
+    showClock({datePart(shown.data), parseTime(shown.time)});
 
     std::vector<Text> numbers;
     for (std::size_t i = 0; i < repeatEntries().size(); ++i)
         numbers.push_back(repeatEntryText(static_cast<int>(i)));
     const std::vector<TextView> entries(numbers.begin(), numbers.end());
-    const bool repeats = rule.RepeatNumber >= 1 && unitIndex(rule.RepeatEvery) > 0;
-    const std::int16_t number = repeats ? rule.RepeatNumber : std::int16_t{0};
-    const int chosen = repeats ? unitIndex(rule.RepeatEvery) : rule.AlarmWeekday;
     // A step that the list lacks is shown and kept until the user chooses another one.
     repeatCue_.at = CB_ERR;
-    repeatCue_.cue = repeatIndex(number) == CB_ERR ? decimal(number) : Text();
-    fillList(item(ID_CBOREPEAT), entries, repeatIndex(number));
-    offerDays(repeats, chosen);
-    input.begin(number, repeats, chosen);
+    repeatCue_.cue = shown.cboRepeat == CB_ERR ? decimal(shown.repeatKept) : Text();
+    fillList(item(ID_CBOREPEAT), entries, shown.cboRepeat);
+    offerDays(inUnitMode(shown), shown.cboDay);
+    editor.begin(shown);
 
-    weekShown_ = !repeats && rule.AlarmWeekday == kSeveralWeekdays;
-    for (int day = 0; day < kWeekdays; ++day) {
-        const bool ticked = weekShown_ && rule.FlagWeekday[static_cast<std::size_t>(day)];
-        SendMessageW(item(ID_CHKWEEK + day), BM_SETCHECK, ticked ? BST_CHECKED : BST_UNCHECKED, 0);
-    }
-    SendMessageW(item(ID_CHKMUTE), BM_SETCHECK, rule.Mute ? BST_CHECKED : BST_UNCHECKED, 0);
+    weekShown_ = !inUnitMode(shown) && shown.cboDay == kSeveralWeekdays;
+    for (int day = 0; day < kWeekdays; ++day)
+        tick(ID_CHKWEEK + day, shown.chkWeek[static_cast<std::size_t>(day)]);
+    tick(ID_CHKMUTE, shown.chkMute);
     if (ViewElapse && rule.due) showCountdown(countdownText(*rule.due, now));
 }
 
@@ -225,8 +221,29 @@ PxSize AlarmFace::layout(const DialogGrid& grid) {
 
 // --- What the controls show ------------------------------------------------------------------------------
 
+EditorControls AlarmFace::controls() const {
+    const auto selected = [this](int list) {
+        return static_cast<int>(SendMessageW(item(list), CB_GETCURSEL, 0, 0));
+    };
+    const auto ticked = [this](int box) { return SendMessageW(item(box), BM_GETCHECK, 0, 0) == BST_CHECKED; };
+    EditorControls now;
+    now.data = windowText(data.hwnd);
+    now.time = windowText(item(ID_LBLTIME));
+    now.cboRepeat = selected(ID_CBOREPEAT);
+    now.cboDay = std::max(0, selected(ID_CBODAY));
+    for (int day = 0; day < kWeekdays; ++day)
+        now.chkWeek[static_cast<std::size_t>(day)] = ticked(ID_CHKWEEK + day);
+    now.chkMute = ticked(ID_CHKMUTE);
+    return now;
+}
+
+void AlarmFace::choose(EditorList list, int index) {
+    SendMessageW(item(list == EditorList::Repeat ? ID_CBOREPEAT : ID_CBODAY), CB_SETCURSEL,
+                 static_cast<WPARAM>(index), 0);
+}
+
 void AlarmFace::showClock(const EditorClock& clock) {
-    setWindowText(item(ID_LBLTIME), timeText(clock.time));
+    showTime(timeText(clock.time));
     moveBar(ID_HORE, static_cast<int>(clock.time.hours));
     moveBar(ID_HMIN, static_cast<int>(clock.time.minutes));
     moveBar(ID_HSEC, static_cast<int>(clock.time.seconds));
@@ -241,6 +258,10 @@ void AlarmFace::showClock(const EditorClock& clock) {
     }
 }
 
+void AlarmFace::showTime(const Text& time) {
+    setWindowText(item(ID_LBLTIME), time);
+}
+
 void AlarmFace::showDate(const Text& date) {
     setWindowText(data.hwnd, date);
     const bool full = !holdsWildcards(date);
@@ -251,6 +272,10 @@ void AlarmFace::showDate(const Text& date) {
 void AlarmFace::moveBar(int id, int position) {
     SCROLLINFO info{sizeof(info), SIF_POS, 0, 0, 0, position, 0};
     SendMessageW(item(id), SBM_SETSCROLLINFO, TRUE, reinterpret_cast<LPARAM>(&info));
+}
+
+void AlarmFace::tick(int box, bool ticked) {
+    SendMessageW(item(box), BM_SETCHECK, ticked ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
 void AlarmFace::showHint(bool shown) {
@@ -275,6 +300,12 @@ void AlarmFace::showWeek(bool shown) {
     weekShown_ = shown;
     show(true);
     host.resized();
+}
+
+void AlarmFace::needFullDate() {
+    for (const int list : {ID_CBOREPEAT, ID_CBODAY})
+        SendMessageW(item(list), CB_SHOWDROPDOWN, FALSE, 0);
+    host.needFullDate();
 }
 
 void AlarmFace::finish(const EditorResult& answer) {

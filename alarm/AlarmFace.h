@@ -1,5 +1,5 @@
-// The alarm editor: the controls that it puts on the program's dialog, and what they show. AlarmFaceInput has
-// what they do, and AlarmEditorRules what they mean.
+// The alarm editor: the controls that it puts on the program's dialog, and what they show. AlarmFaceInput
+// tells AlarmEditor what the user does with them.
 #pragma once
 
 #include <functional>
@@ -43,19 +43,23 @@ struct AlarmFace final : private EditorFace {
     static void draw(const DRAWITEMSTRUCT& drawn);
 
     DateLabel data;
-    AlarmFaceInput input{*this};
+    AlarmEditor editor{*this};
+    AlarmFaceInput input{editor, form_};
     bool ViewElapse = false;  ///< the countdown is shown
 
 private:
-    HWND item(int id) const override { return GetDlgItem(form_, id); }
     Now now() const override { return host.now(); }
+    EditorControls controls() const override;
+    void choose(EditorList list, int index) override;
     void showClock(const EditorClock& clock) override;
+    void showTime(const Text& time) override;
     void showDate(const Text& date) override;
     void offerDays(bool units, int chosen) override;
     void showWeek(bool shown) override;
-    void needFullDate() const override { host.needFullDate(); }
+    void needFullDate() override;
     void finish(const EditorResult& answer) override;
 
+    HWND item(int id) const { return GetDlgItem(form_, id); }
     HWND add(const DialogGrid& grid, const wchar_t* name, const Text& text, DWORD style, int id);
     void addBar(const DialogGrid& grid, int id, BarRange range, const Text& name);
     void addList(const DialogGrid& grid, int id, CueList& cue);
@@ -65,6 +69,7 @@ private:
     void showHint(bool shown);
     bool alive() const { return IsWindow(form_) != FALSE; }
     void moveBar(int id, int position);
+    void tick(int box, bool ticked);
 
     HWND form_ = nullptr;
     HWND hint_ = nullptr;

@@ -51,31 +51,6 @@ TEST_F(Editor, ListsAndBarsHaveTheirRanges) {
     edit({});
 }
 
-TEST_F(Editor, PatternsAreShownWithTheirWildcards) {
-    AlarmRule daily = ruleAt(u"15/06/2026", u"12:00:00");
-    daily.eachday = true;
-    AlarmRule monthly = ruleAt(u"15/06/2026", u"12:00:00");
-    monthly.eachmonth = true;
-    monthly.alarmday = u"7";
-    AlarmRule yearly = ruleAt(u"15/06/2026", u"12:00:00");
-    yearly.eachyear = true;
-    yearly.alarmdaymonth = u"29/02";
-    const std::pair<AlarmRule, const char*> rows[] = {
-        {daily, " **/**/****"}, {monthly, "07/**/****"}, {yearly, "29/02/****"}};
-    for (const auto& row : rows) {
-        Script script(dialog);
-        script.when(shown("Set alarm"), [&] {
-            EXPECT_EQ(text(ID_DATA), row.second);
-            click(ID_BTNOK);
-        });
-        const EditorResult answer = edit(row.first);
-        EXPECT_TRUE(answer.AlarmStart && answer.DateNotSet);
-        EXPECT_EQ(answer.alarm.AlarmTime, u"12:00:00");
-        EXPECT_EQ(plain(answer.alarm.AlarmDate),
-                  plain(datePart(Text(row.second, row.second + strlen(row.second)))));
-    }
-}
-
 TEST_F(Editor, ARepeatThatTheListLacksIsKeptAndShown) {
     AlarmRule repeating = ruleAt(u"16/06/2026", u"12:00:00");
     repeating.RepeatNumber = 90;

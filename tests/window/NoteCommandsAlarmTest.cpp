@@ -26,10 +26,6 @@ protected:
     static void scroll(const TestNotes& desk, int bar, WORD code) {
         SendMessageW(desk.desk->dialog.hwnd, WM_HSCROLL, code, reinterpret_cast<LPARAM>(item(desk, bar)));
     }
-    static void clickYear(const TestNotes& desk) {
-        const int x = toPx(Twips{900}, screenDpi()).n;
-        SendMessageW(item(desk, ID_DATA), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, 4));
-    }
 };
 INSTANTIATE_TEST_SUITE_P(Stores, AlarmEditor, testing::Bool(),
                          [](const auto& store) { return store.param ? "Registry" : "Files"; });
@@ -49,50 +45,6 @@ TEST_P(AlarmEditor, OnANoteWithoutAnAlarmShowsTodayAndNow) {
     EXPECT_EQ(desk->stored(1).alarmtime, u"12:00:00");
     tick(*desk);
     EXPECT_TRUE(desk->note(1).Alarming());
-}
-
-TEST_P(AlarmEditor, HoursTurnOverIntoTheNextDayAndBack) {
-    NoteRecord late = once(u"a");
-    late.alarmtime = u"23:30:00";
-    const auto desk = run({late});
-    struct Step {
-        WORD code;
-        TextView date, time;
-    };
-    for (const Step& step :
-         {Step{SB_LINERIGHT, u"16/06/2026", u"00:30:00"}, Step{SB_LINELEFT, u"15/06/2026", u"23:30:00"}}) {
-        Script script(desk->desk->dialog);
-        script.when(opened(*desk), [&] {
-            scroll(*desk, ID_HORE, step.code);
-            click(*desk, ID_BTNOK);
-        });
-        edit(*desk);
-        EXPECT_EQ(desk->stored(1).alarmdate, step.date);
-        EXPECT_EQ(desk->stored(1).alarmtime, step.time);
-        EXPECT_TRUE(stripShown(desk->note(1)));
-    }
-}
-
-TEST_P(AlarmEditor, TheYearClickedTwiceIsAFullDateOfThisYear) {
-    NoteRecord faraway = once(u"a");
-    faraway.alarmdate = u"15/06/2030";
-    const auto desk = run({faraway});
-    struct Step {
-        TextView date, interval, dayMonth;
-    };
-    for (const Step& step : {Step{u"*", u"eachyear", u"15/06"}, Step{u"15/06/2026", u"", u""}}) {
-        Script script(desk->desk->dialog);
-        script.when(opened(*desk), [&] {
-            clickYear(*desk);
-            click(*desk, ID_BTNOK);
-        });
-        edit(*desk);
-        const NoteRecord stored = desk->stored(1);
-        EXPECT_EQ(stored.alarmdate, step.date);
-        EXPECT_EQ(stored.interval, step.interval);
-        EXPECT_EQ(stored.alarmdaymonth, step.dayMonth);
-        EXPECT_EQ(desk->note(1).alarm.rule.due, kDue);
-    }
 }
 
 TEST_P(AlarmEditor, ShowsTheCountdownOfItsNoteOnly) {
