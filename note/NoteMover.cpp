@@ -2,12 +2,8 @@
 
 #include <utility>
 
-#include "note/bas_GetWorkArea.h"
-#include "resources/resource.h"
-
 namespace {
 
-constexpr UINT kRest = 300;                // ms without a move after which a window has come to rest
 constexpr std::uint64_t kUpheaval = 2000;  // ms after a change of monitors in which Windows moves windows
 
 bool sameCorner(const PxRect& a, const PxRect& b) {
@@ -18,58 +14,40 @@ bool sameCorner(const PxRect& a, const PxRect& b) {
 
 // --- With the mouse ---------------------------------------------------------------------------------------
 
-void NoteMover::drag(HWND window, const Rules& rules) {
-    ReleaseCapture();
-    const auto move = [window] {
-        // Returns when the button is up. The place of the press is passed on, so that the note stays under
-        // the pointer.
-        SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, static_cast<LPARAM>(GetMessagePos()));
-    };
-    if (!rules.alignAll && !rules.snap.easyAlign) {
-        move();
-        return;
-    }
-    const MoveHook hook(window, rules.alignAll ? MoveHook::Kind::AlignedMove : MoveHook::Kind::EasyMove,
-                        rules.snap);
-    move();
+void NoteMover::begin() {
+    if (running_++ == 0) before_ = note_.window();
 }
 
-void NoteMover::begin(HWND window) {
-    if (running_++ == 0) before_ = windowRect(window);
-}
-
-void NoteMover::end(HWND window) {
+void NoteMover::end() {
     if (running_ == 0 || --running_ > 0) return;
-    if (!sameCorner(windowRect(window), before_)) note_.storePlace();
+    if (!sameCorner(note_.window(), before_)) note_.storePlace();
     if (std::exchange(deskChanged_, false)) note_.goHome();
 }
 
-void NoteMover::endDrag(HWND window) {
+void NoteMover::endDrag() {
     running_ = 1;
-    end(window);
+    end();
 }
 
 // --- With the keyboard ------------------------------------------------------------------------------------
 
-void NoteMover::step(HWND window, const Rules& rules, const KeyStep& by) {
-    const PxRect from = windowRect(window);
+void NoteMover::step(const SnapRules& rules, const KeyStep& by) {
+    const PxRect from = note_.window();
     PxRect to = from.shifted(by.columns * by.length, by.rows * by.length);
-    if (rules.snap.easyAlign) {
+    if (rules.easyAlign) {
         // Pixel by pixel, so that no edge is stepped over; edges that hold the note now let it go.
-        const MoveHook hook(window, MoveHook::Kind::EasyMove, rules.snap);
+        const Snapping snapping(from, rules, {by.monitors.begin(), by.monitors.end()});
         bool caught = false;
         for (int way = kSnapTolerance + 1; way <= by.length && !caught; ++way) {
             const PxRect wanted = from.shifted(by.columns * way, by.rows * way);
-            RECT moving{wanted.left, wanted.top, wanted.right, wanted.bottom};
-            SendMessageW(window, WM_MOVING, 0, reinterpret_cast<LPARAM>(&moving));
-            to = pxRect(moving);
+            to = snapping.moved(wanted);
             caught = !sameCorner(to, wanted);
         }
     }
     if (!isInSight(by.monitors, {to.left, to.top, to.left + from.width(), to.top + by.strip})) return;
     if (sameCorner(to, from)) return;
     ++running_;
-    SetWindowPos(window, nullptr, to.left, to.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    note_.moveWindow(to.left, to.top);
     --running_;
     note_.takePlace();
     byKeys_ = true;
@@ -82,24 +60,19 @@ void NoteMover::endKeys() {
 
 // --- By others --------------------------------------------------------------------------------------------
 
-void NoteMover::onMoved(HWND window) {
+void NoteMover::onMoved() {
     if (running_ > 0) return;
-    stray_ = !sameCorner(windowRect(window), note_.place());
-    if (stray_) {
-        SetTimer(window, IDT_MOVED, kRest, nullptr);
-    } else {
-        KillTimer(window, IDT_MOVED);
-    }
+    stray_ = !sameCorner(note_.window(), note_.place());
+    note_.awaitRest(stray_);
 }
 
-void NoteMover::settle(HWND window) {
-    KillTimer(window, IDT_MOVED);
-    if (!std::exchange(stray_, false) || IsWindowVisible(window) == FALSE || IsIconic(window) != FALSE)
-        return;
-    if (sameCorner(windowRect(window), note_.place())) return;
+void NoteMover::settle(std::uint64_t tick) {
+    note_.awaitRest(false);
+    if (!std::exchange(stray_, false) || !note_.isOnScreen()) return;
+    if (sameCorner(note_.window(), note_.place())) return;
     // When a monitor goes, Windows itself moves what was on it. The note keeps its own place until the
     // monitor is back.
-    const bool upheaval = changedAt_ && GetTickCount64() - *changedAt_ < kUpheaval;
+    const bool upheaval = changedAt_ && tick - *changedAt_ < kUpheaval;
     if (upheaval && !note_.isAtHome()) {
         note_.goHome();
     } else {
@@ -107,12 +80,12 @@ void NoteMover::settle(HWND window) {
     }
 }
 
-void NoteMover::onDeskChanged(HWND window, std::uint64_t tick) {
+void NoteMover::onDeskChanged(std::uint64_t tick) {
     changedAt_ = tick;
     if (running_ > 0) {
         deskChanged_ = true;
         return;
     }
-    settle(window);
+    settle(tick);
     note_.goHome();
 }

@@ -1,17 +1,25 @@
-// Moves a note, whether by mouse, by keyboard or by whatever else moves windows. The place is stored once,
-// when the move is over.
+// A note that is moved, whether by mouse, by keyboard or by whatever else moves windows: what is stored and
+// when. The place is stored once, when the move is over.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <span>
 
-#include "note/bas_HookEasyMove.h"
+#include "note/Snapping.h"
 
 /// The note that a mover moves.
 class MovedNote {
 public:
     virtual ~MovedNote() = default;
+    /// The window on screen, in pixels.
+    virtual PxRect window() const = 0;
+    /// Whether it is there at all, and neither hidden nor minimised.
+    virtual bool isOnScreen() const = 0;
+    /// Moves the window's corner.
+    virtual void moveWindow(int left, int top) = 0;
+    /// Calls settle() when the window has not moved for a while, or no longer.
+    virtual void awaitRest(bool awaited) = 0;
     /// Where the note belongs, in pixels, unless somebody is moving it.
     virtual PxRect place() const = 0;
     /// Whether its stored place is visible. If not, place() is somewhere else.
@@ -26,11 +34,6 @@ public:
 
 class NoteMover {
 public:
-    /// How notes behave on this desk while one of them is moved.
-    struct Rules {
-        bool alignAll = false;
-        MoveHook::Desk snap;
-    };
     /// One step by keyboard. All lengths are in pixels.
     struct KeyStep {
         int columns = 0;  ///< -1, 0 or 1
@@ -42,27 +45,25 @@ public:
 
     explicit NoteMover(MovedNote& note) : note_(note) {}
 
-    /// Lets the mouse move the window until the button is up. The note may be gone when this returns.
-    static void drag(HWND window, const Rules& rules);
     /// A move begins; until it ends, changes of the desk do not affect the note.
-    void begin(HWND window);
+    void begin();
     /// The move is over, and the new place is stored. Nothing is stored if the note has not moved, so that a
     /// note that is shown elsewhere while its monitor is gone keeps its place.
-    void end(HWND window);
+    void end();
     /// The whole drag is over, whether or not its begin and end were reported.
-    void endDrag(HWND window);
+    void endDrag();
 
     /// Moves the note by a key. Nothing is stored before endKeys().
-    void step(HWND window, const Rules& rules, const KeyStep& by);
+    void step(const SnapRules& rules, const KeyStep& by);
     void endKeys();
 
     /// The window has been moved. If that was neither the note itself nor a drag, the place is stored once
     /// the window has come to rest.
-    void onMoved(HWND window);
-    /// It has come to rest, or cannot wait any longer.
-    void settle(HWND window);
+    void onMoved();
+    /// It has come to rest, or cannot wait any longer. `tick` is the time in ms since some beginning.
+    void settle(std::uint64_t tick);
     /// Monitors or the work area have changed.
-    void onDeskChanged(HWND window, std::uint64_t tick);
+    void onDeskChanged(std::uint64_t tick);
 
 private:
     MovedNote& note_;

@@ -6,6 +6,7 @@
 
 #include "note/bas_DialogColor.h"
 #include "note/bas_GetWorkArea.h"
+#include "note/bas_HookEasyMove.h"
 #include "note/fmsg.h"
 #include "note/fpost.h"
 #include "resources/resource.h"
@@ -14,12 +15,20 @@
 namespace {
 
 constexpr float kGripPause = 0.01F;  // seconds from one step of the grip to the next
+constexpr UINT kRest = 300;          // ms without a move after which a window has come to rest
 constexpr Twips kMoveStep{120};      // per arrow key; more than what snaps, so that notes come off
 
 /// Waits while messages are processed. False when the program has to end.
 bool Pause(float Seconds) {
     constexpr float kMsPerSecond = 1000;
     return pumpFor(static_cast<DWORD>(std::lround(Seconds * kMsPerSecond)));
+}
+
+/// Runs the system's own loop until the button is up. The place of the press is passed on, so that the note
+/// stays under the pointer. The note may be gone when this returns.
+void letSystemMove(HWND window) {
+    ReleaseCapture();
+    SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, static_cast<LPARAM>(GetMessagePos()));
 }
 
 /// Whether a mouse button is down at this moment, wherever the pointer is and whichever window got the
@@ -110,36 +119,58 @@ bool NotePlace::isAtHome() const {
 void NotePlace::drag() {
     note_.mouse.showCursor(IDC_MOVING);
     const NoteWatch watch(note_);
-    const HWND window = note_.hwnd;
-    mover.begin(window);
-    NoteMover::drag(window, moveRules());
+    mover.begin();
+    const SnapRules rules = snapRules();
+    const bool alignAll = note_.host->settings->AlignAll;
+    if (alignAll || rules.easyAlign) {
+        const MoveHook hook(note_.hwnd, alignAll ? MoveHook::Kind::AlignedMove : MoveHook::Kind::EasyMove,
+                            rules);
+        letSystemMove(note_.hwnd);
+    } else {
+        letSystemMove(note_.hwnd);
+    }
     if (watch.destroyed()) return;
     note_.mouse.showCursor(0);
-    mover.endDrag(window);
+    mover.endDrag();
 }
 
-NoteMover::Rules NotePlace::moveRules() const {
+SnapRules NotePlace::snapRules() const {
     const NoteLook& look = *note_.host->look;
-    NoteMover::Rules rules;
-    rules.alignAll = note_.host->settings->AlignAll;
-    rules.snap.easyAlign = note_.host->settings->EasyAlign;
-    rules.snap.leastWidth = look.px(design::kMinWidth);
-    rules.snap.leastHeight = look.px(note_.record.iconized ? kIconizedHeight : design::kMinHeight);
-    rules.snap.others = [this] { return note_.host->otherNotes(note_); };
+    SnapRules rules;
+    rules.easyAlign = note_.host->settings->EasyAlign;
+    rules.leastWidth = look.px(design::kMinWidth);
+    rules.leastHeight = look.px(note_.record.iconized ? kIconizedHeight : design::kMinHeight);
+    rules.others = [this] { return note_.host->otherNotes(note_); };
     return rules;
 }
 
 void NotePlace::moveStep(int columns, int rows) {
     if (note_.refusesChange()) return;
     const NoteLook& look = *note_.host->look;
-    mover.step(note_.hwnd, moveRules(),
+    mover.step(snapRules(),
                {columns, rows, look.px(kMoveStep), look.px(design::kStripHeight), note_.host->monitors()});
 }
 
 void NotePlace::onPosition(const WINDOWPOS& changed) {
     if ((changed.flags & SWP_NOZORDER) == 0) keepBelowDialogs();
     const bool moved = (changed.flags & SWP_NOMOVE) == 0;
-    if (moved && !placing_ && note_.visible() && IsIconic(note_.hwnd) == FALSE) mover.onMoved(note_.hwnd);
+    if (moved && !placing_ && isOnScreen()) mover.onMoved();
+}
+
+bool NotePlace::isOnScreen() const {
+    return note_.visible() && IsIconic(note_.hwnd) == FALSE;
+}
+
+void NotePlace::moveWindow(int left, int top) {
+    SetWindowPos(note_.hwnd, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void NotePlace::awaitRest(bool awaited) {
+    if (awaited) {
+        SetTimer(note_.hwnd, IDT_MOVED, kRest, nullptr);
+    } else {
+        KillTimer(note_.hwnd, IDT_MOVED);
+    }
 }
 
 void NotePlace::takePlace() {

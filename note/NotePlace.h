@@ -15,7 +15,7 @@ public:
     explicit NotePlace(fpost& note) : note_(note) {}
 
     /// The window in pixels, and in twips, as it is on screen.
-    PxRect window() const;
+    PxRect window() const override;
     int Left() const;
     int Top() const;
     int Width() const;
@@ -49,6 +49,9 @@ public:
     NoteResizer resizer{*this};
 
 private:
+    bool isOnScreen() const override;
+    void moveWindow(int left, int top) override;
+    void awaitRest(bool awaited) override;
     bool isAtHome() const override;
     void takePlace() override;
     void storePlace() override;
@@ -64,7 +67,7 @@ private:
     Hold waitOnGrip(bool rightButton) override;
     void releaseGrip() override;
 
-    NoteMover::Rules moveRules() const;
+    SnapRules snapRules() const;
     PxRect placeOn(std::span<const Monitor> monitors) const;
     void fit(Along changed, std::span<const Monitor> monitors);
     /// Puts open dialogs back above a note that has come to the top.

@@ -192,6 +192,6 @@ void fpost::EditForm() {
 }
 
 void fpost::CommitEdits() {
-    place.mover.settle(hwnd);
+    place.mover.settle(GetTickCount64());
     editing.commit();
 }

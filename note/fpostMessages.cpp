@@ -50,7 +50,7 @@ std::optional<LRESULT> fpost::onLife(UINT message, WPARAM wp, LPARAM lp) {
         case WM_GETOBJECT:
             return answerSpoken(*this, hwnd, wp, lp);
         case WM_TIMER:
-            if (wp == IDT_MOVED) place.mover.settle(hwnd);
+            if (wp == IDT_MOVED) place.mover.settle(GetTickCount64());
             return 0;
         default:
             return {};
@@ -83,13 +83,13 @@ std::optional<LRESULT> fpost::onLooks(UINT message, WPARAM wp, LPARAM lp) {
         case WM_SETTINGCHANGE:
             // A note whose monitor is gone is shown where it can be reached; its stored place is kept until
             // the monitor is back.
-            place.mover.onDeskChanged(hwnd, GetTickCount64());
+            place.mover.onDeskChanged(GetTickCount64());
             return {};
         case WM_ENTERSIZEMOVE:
-            place.mover.begin(hwnd);
+            place.mover.begin();
             return 0;
         case WM_EXITSIZEMOVE:
-            place.mover.end(hwnd);
+            place.mover.end();
             return 0;
         case WM_SYSCOLORCHANGE:
             if (!Alarming()) tBackColor(Backcol());

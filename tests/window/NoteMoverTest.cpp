@@ -46,35 +46,6 @@ TEST_P(MovedNotes, AMoveByTheSystemsMenuIsStoredWhenItEnds) {
     EXPECT_TRUE(isAt(corner(note), 345, 234));
 }
 
-/// Where Windows drags outlines, it moves the window itself only at the end. It does not say whether that
-/// comes before or after the message about the end.
-TEST_P(MovedNotes, ANoteDraggedAsAnOutlineIsStoredWithItsSnappedPlace) {
-    GlobalSettings settings;
-    settings.EasyAlign = true;
-    const auto desk = run({plainNote(u"a")}, settings);
-    const fpost& note = desk->note(1);
-    const RECT start = rectOf(note.hwnd);
-    const int width = static_cast<int>(start.right - start.left);
-    int top = 300;
-    for (const bool movedFirst : {true, false}) {
-        const int beyond = GetWorkArea().right - width - 1;
-        RECT outline{beyond, ++top, beyond + width, top + 150};
-        {
-            MoveHook::Desk rules;
-            rules.easyAlign = true;
-            rules.others = [] { return std::vector<PxRect>{}; };
-            const MoveHook hook(note.hwnd, MoveHook::Kind::EasyMove, rules);
-            SendMessageW(note.hwnd, WM_ENTERSIZEMOVE, 0, 0);
-            SendMessageW(note.hwnd, WM_MOVING, 0, reinterpret_cast<LPARAM>(&outline));
-            if (movedFirst) moveByOthers(note, outline.left, outline.top);
-            SendMessageW(note.hwnd, WM_EXITSIZEMOVE, 0, 0);
-            if (!movedFirst) moveByOthers(note, outline.left, outline.top);
-        }
-        const int right = GetWorkArea().right - width;
-        EXPECT_TRUE(waitFor([&] { return isAt(storedCorner(*desk), right, top); })) << movedFirst;
-    }
-}
-
 TEST_P(MovedNotes, AMoveByAnotherProgramIsStoredOnceItHasComeToRest) {
     const auto desk = run({plainNote(u"a")});
     const fpost& note = desk->note(1);
@@ -214,52 +185,6 @@ TEST_P(MovedNotes, AMoveIsStoredOnceWhenItEnds) {
     }
     SendMessageW(note.hwnd, WM_KILLFOCUS, 0, 0);
     EXPECT_EQ(desk->stored(1).y, 1500 + kStep) << "even if the end of the move was missed";
-}
-
-TEST_P(MovedNotes, WithEasyAlignmentAMoveStopsAtEdgesAndCanGoOn) {
-    GlobalSettings settings;
-    settings.EasyAlign = true;
-    NoteRecord left = plainNote(u"left", 3000, 3000);
-    NoteRecord right = plainNote(u"right", 3000 + 3000 + 330, 3000);
-    const auto desk = run({left, right}, settings);
-    ASSERT_EQ(screenDpi(), 96);
-    fpost& note = desk->note(2);
-    hold(note.hwnd, VK_LEFT, 2);
-    EXPECT_EQ(note.place.Left(), 6330 - 2 * kStep);
-    hold(note.hwnd, VK_LEFT, 1);
-    EXPECT_EQ(note.place.Left(), 6000) << "the other note's edge lies within the step";
-    hold(note.hwnd, VK_LEFT, 1);
-    EXPECT_EQ(note.place.Left(), 6000 - kStep);
-}
-
-TEST_P(MovedNotes, AtTheScreensEdgeAMoveEndsFlush) {
-    GlobalSettings settings;
-    settings.EasyAlign = true;
-    const auto desk = run({plainNote(u"a", 150, 150)}, settings);
-    fpost& note = desk->note(1);
-    hold(note.hwnd, VK_LEFT, 5);
-    hold(note.hwnd, VK_UP, 5);
-    const PxRect work = GetWorkArea();
-    EXPECT_EQ(rectOf(note.hwnd).left, work.left);
-    EXPECT_EQ(rectOf(note.hwnd).top, work.top);
-    hold(note.hwnd, VK_RIGHT, 1);
-    EXPECT_EQ(note.place.Left(), desk->desk->look.twips(work.left) + kStep);
-    EXPECT_EQ(rectOf(note.hwnd).right - rectOf(note.hwnd).left, desk->desk->look.px(Twips{3000}));
-}
-
-TEST_P(MovedNotes, ANoteCannotBeMovedOutOfReach) {
-    const auto desk = run({plainNote(u"a")});
-    fpost& note = desk->note(1);
-    for (const WPARAM key : {WPARAM{VK_UP}, WPARAM{VK_LEFT}}) {
-        hold(note.hwnd, key, 300);
-        const RECT rect = rectOf(note.hwnd);
-        const int strip = desk->desk->look.px(design::kStripHeight);
-        EXPECT_TRUE(
-            isInSight(readMonitors(), {static_cast<int>(rect.left), static_cast<int>(rect.top),
-                                       static_cast<int>(rect.right), static_cast<int>(rect.top) + strip}))
-            << key;
-    }
-    EXPECT_EQ(desk->stored(1).x, note.place.Left());
 }
 
 TEST_P(MovedNotes, AnIconizedNoteMovesAndStaysSmall) {

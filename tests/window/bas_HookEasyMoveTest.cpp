@@ -46,7 +46,7 @@ protected:
     HWND window = nullptr;
     LONG_PTR procedure = 0;
     LRESULT answer = 0;
-    MoveHook::Desk desk;
+    SnapRules desk;
     std::vector<PxRect> others;
 };
 
@@ -73,16 +73,6 @@ TEST_F(DraggedNote, OnAnAlignedDeskSnapsOnlyWithEasyAlignment) {
     }
 }
 
-TEST_F(DraggedNote, NeverBecomesSmallerStepByStep) {
-    const PxRect work = GetWorkArea();
-    const MoveHook hook(window, MoveHook::Kind::EasyMove, desk);
-    RECT rect{-30, -20, -30 + kWidth, -20 + kHeight};
-    for (int step = 0; step < 100; ++step)
-        SendMessageW(window, WM_MOVING, 0, reinterpret_cast<LPARAM>(&rect));
-    EXPECT_EQ(rect.right - rect.left, kWidth - work.left) << "shrunk by the work area's offset, once";
-    EXPECT_EQ(rect.bottom - rect.top, kHeight - work.top);
-}
-
 TEST_F(DraggedNote, KeepsItsOwnProcedureForEverythingElseAndGetsItBack) {
     {
         const MoveHook hook(window, MoveHook::Kind::EasyMove, desk);
@@ -103,13 +93,6 @@ TEST_F(DraggedNote, MayGoDuringTheDrag) {
     const MoveHook hook(window, MoveHook::Kind::EasyMove, desk);
     DestroyWindow(window);
     EXPECT_FALSE(IsWindow(window));
-}
-
-TEST_F(DraggedNote, SnapsToTheEdgesWhenTheOtherNotesCannotBeListed) {
-    desk.others = []() -> std::vector<PxRect> { throw std::bad_alloc(); };
-    const PxRect work = GetWorkArea();
-    const MoveHook hook(window, MoveHook::Kind::EasyMove, desk);
-    EXPECT_EQ(dragTo(200, work.bottom - kHeight - 1).bottom, work.bottom);
 }
 
 }  // namespace
