@@ -1,5 +1,8 @@
 #include "core/DeskFaces.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "alarm/bas_PlaySound.h"
 #include "core/basPost.h"
 #include "note/bas_DialogColor.h"
@@ -12,6 +15,11 @@ BOOL CALLBACK findSystemDialog(HWND window, LPARAM found) noexcept {
     if (!isSystemDialog(window) || IsWindowVisible(window) == FALSE) return TRUE;
     *reinterpret_cast<HWND*>(found) = window;
     return FALSE;
+}
+
+/// Whether a note stands for one that could not be read.
+bool isBlank(const fpost* note) {
+    return note->record.readOnly;
 }
 
 }  // namespace
@@ -193,4 +201,79 @@ void DeskForTray::tick() {
 
 void DeskForTray::clockSet() {
     desk_.ClockSet();
+}
+
+// --- For the ticks ----------------------------------------------------------------------------------------
+
+Now DeskForTicks::now() const {
+    return desk_.host.now();
+}
+
+std::uint64_t DeskForTicks::uptime() const {
+    return desk_.host.uptime();
+}
+
+bool DeskForTicks::isCounting() const {
+    return std::any_of(desk_.Notes.begin(), desk_.Notes.end(),
+                       [](const fpost* note) { return note->alarm.wantsTicks(); });
+}
+
+bool DeskForTicks::isUnread() const {
+    return desk_.store.hasUnreadDrafts() || std::any_of(desk_.Notes.begin(), desk_.Notes.end(), isBlank);
+}
+
+bool DeskForTicks::mayRead() const {
+    return !desk_.dialog.open();
+}
+
+bool DeskForTicks::startTimer() {
+    return desk_.startTimer(desk_.tray.hwnd, IDT_ALARM, kAlarmTick);
+}
+
+void DeskForTicks::stopTimer() {
+    KillTimer(desk_.tray.hwnd, IDT_ALARM);
+}
+
+void DeskForTicks::tickLater() {
+    postLater(desk_.tray.hwnd, WM_TIMER, IDT_ALARM, kAlarmTick);
+}
+
+void DeskForTicks::tickNotes() {
+    desk_.forEachNote([](fpost& note) {
+        try {
+            note.tmr_Timer();
+        } catch (...) {
+            fpost::onEscaped(WM_TIMER);
+        }
+    });
+}
+
+void DeskForTicks::followClock(Now now, std::int64_t jump) {
+    desk_.forEachNote([now, jump](fpost& note) {
+        try {
+            note.alarm.clockSet(now, jump);
+        } catch (...) {
+            fpost::onEscaped(WM_TIMECHANGE);
+        }
+    });
+}
+
+/// Replaces the blank stand-ins of notes that another program held at the start, if they can be read now, and
+/// takes over drafts that it held.
+void DeskForTicks::readAgain() {
+    for (fpost*& note : desk_.Notes) {
+        if (!isBlank(note)) continue;
+        NoteRecord record;
+        if (!desk_.store.load(note->number, record, desk_.settings)) return;
+        fpost* const whole = fpost::open(desk_.host, note->number, record);
+        if (whole == nullptr) return;
+        std::exchange(note, whole)->leave();
+        desk_.Renumber();
+        whole->ArmAfterLoad();
+        if (!whole->Closed() && !desk_.AllHidden()) whole->show(false);
+    }
+    desk_.finishDrafts();
+    desk_.NotesChanged();
+    desk_.ticks.countingChanged();
+    desk_.Realign();
 }

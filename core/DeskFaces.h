@@ -1,8 +1,9 @@
-// What notes and tray see of the desk, each through an interface of its own.
+// What notes, tray and ticks see of the desk, each through an interface of its own.
 #pragma once
 
 #include <vector>
 
+#include "core/DeskTicks.h"
 #include "core/fTray.h"
 #include "note/NoteHost.h"
 
@@ -57,6 +58,26 @@ public:
     void showSaveFailure() override;
     void tick() override;
     void clockSet() override;
+
+private:
+    basPost& desk_;
+};
+
+class DeskForTicks final : public TickedDesk {
+public:
+    explicit DeskForTicks(basPost& desk) : desk_(desk) {}
+
+    Now now() const override;
+    std::uint64_t uptime() const override;
+    bool isCounting() const override;
+    bool isUnread() const override;
+    bool mayRead() const override;
+    [[nodiscard]] bool startTimer() override;
+    void stopTimer() override;
+    void tickLater() override;
+    void tickNotes() override;
+    void followClock(Now now, std::int64_t jump) override;
+    void readAgain() override;
 
 private:
     basPost& desk_;

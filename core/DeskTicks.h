@@ -6,11 +6,35 @@
 
 #include "core/ClockWatch.h"
 
-struct basPost;
+/// The desk that is to tick.
+class TickedDesk {
+public:
+    virtual ~TickedDesk() = default;
+    virtual Now now() const = 0;
+    /// ms; cannot be set, and runs on while the machine sleeps.
+    virtual std::uint64_t uptime() const = 0;
+    /// Whether a note counts down or rings.
+    virtual bool isCounting() const = 0;
+    /// Whether a note or a draft waits to be read.
+    virtual bool isUnread() const = 0;
+    /// Whether it may be read now: not below an open dialog.
+    virtual bool mayRead() const = 0;
+    /// Half-second ticks by a timer. False when Windows refuses one, which alarms must not depend on.
+    [[nodiscard]] virtual bool startTimer() = 0;
+    virtual void stopTimer() = 0;
+    /// One tick after half a second, without a timer.
+    virtual void tickLater() = 0;
+    /// A tick for every note. The failure of one must not affect the others.
+    virtual void tickNotes() = 0;
+    /// Lets the alarms of all notes follow a clock that was set by `jump` seconds.
+    virtual void followClock(Now now, std::int64_t jump) = 0;
+    /// Tries to read what waits.
+    virtual void readAgain() = 0;
+};
 
 class DeskTicks {
 public:
-    explicit DeskTicks(basPost& desk) : desk_(desk) {}
+    explicit DeskTicks(TickedDesk& desk) : desk_(desk) {}
     DeskTicks(const DeskTicks&) = delete;
     DeskTicks& operator=(const DeskTicks&) = delete;
 
@@ -26,15 +50,11 @@ public:
     void clockSet();
 
 private:
-    /// Half-second ticks to the tray window, by a timer or in another way.
     void startTicks();
-    /// Lets the alarms follow a clock that was set by `jump` seconds.
     void followClock(Now now, std::int64_t jump);
-    /// Replaces the blank stand-ins of notes that another program held at the start, if they can be read now,
-    /// and takes over drafts that it held.
     void readAgain();
 
-    basPost& desk_;
+    TickedDesk& desk_;
     bool ticking_ = false;
     bool ownTimer_ = false;  ///< the ticks come by a timer of the window
     ClockWatch clock_;

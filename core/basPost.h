@@ -88,7 +88,7 @@ struct basPost {
     /// Starts a timer of a window: Windows' own, unless a test has another. False when Windows refuses.
     std::function<bool(HWND, UINT_PTR, UINT)> startTimer;
     DeskForNotes host{*this};
-    DeskTicks ticks{*this};
+    DeskTicks ticks{ticksHost_};
 
     std::vector<fpost*> Notes;                  ///< note n is Notes[n - 1]
     std::array<fpost*, kMaxNotes> NoteSlots{};  ///< the same, slot n - 1; null beyond the last note
@@ -97,7 +97,7 @@ struct basPost {
 
 private:
     friend DeskForNotes;
-    friend DeskTicks;
+    friend DeskForTicks;
 
     /// A command on all notes: ends open edits, and re-aligns none meanwhile.
     template <class Act>
@@ -128,6 +128,7 @@ private:
     std::vector<NoteRecord*> records() const;
 
     DeskForTray trayHost_{*this};
+    DeskForTicks ticksHost_{*this};
     std::vector<Monitor> monitors_;
     bool failureShown_ = false;
     bool runningShown_ = false;

@@ -322,6 +322,22 @@ TEST(Ringing, ScreenReadersHearOfEveryChange) {
     EXPECT_EQ(note.spoken, 4);
 }
 
+TEST(Ringing, AClockSetALittleForwardRingsWhatItSkipped) {
+    const AlarmRule hourly = repeatRule(u"15/06/2026", u"12:00:10", 1, u"hh", kNoon);
+    const std::pair<AlarmRule, const char*> rows[] = {
+        {weekdayRule(1, u"12:00:10", kNoon), "22/06/2026 12:00:10"}, {hourly, "15/06/2026 15:00:10"}};
+    for (const auto& [rule, next] : rows) {
+        FakeNote note;
+        note.set(rule, kNoon);
+        note.tick(after(kDueNow, 2 * 3600 + 60));
+        EXPECT_EQ(note.sounds, 1);
+        note.stop(note.now);
+        EXPECT_EQ(shown(note.alarm.rule.due), next);
+        note.tick(kDueNow);  // and back again: what has rung stays quiet
+        EXPECT_EQ(note.sounds, 1);
+    }
+}
+
 TEST(Ringing, AClockSetBackNeitherLosesNorDoublesAnAlarm) {
     for (const AlarmRule& rule : {weekdayRule(1, u"12:00:10", kNoon), daily(),
                                   repeatRule(u"15/06/2026", u"12:00:10", 1, u"dd", kNoon)}) {

@@ -34,51 +34,7 @@ TEST(DeskTimer, EveryNoteCountsDownByItselfAlsoAfterOthersHaveEnded) {
     EXPECT_TRUE(comesTo(desk.note(3), "0:00:07"));
 }
 
-TEST_P(Ticks, WithoutATimerOfItsOwnTheDeskTicksAllTheSame) {
-    const auto desk = run({plainNote(u"a")}, keeping());
-    int refused = 0;
-    desk->desk->startTimer = [&](HWND, UINT_PTR, UINT) {
-        ++refused;
-        return false;
-    };
-    fpost& note = desk->note(1);
-    note.alarm.rule = ruleFromRecord(once(u"a"));
-    note.ArmAfterLoad();
-    desk->clock = {later(-7), 0};
-    const ULONGLONG end = GetTickCount64() + 20000;
-    while (strip(note) != "0:00:07" && GetTickCount64() < end && pumpFor(5)) {
-    }
-    EXPECT_EQ(strip(note), "0:00:07");
-    desk->clock = {kDue, 0};
-    while (!note.Alarming() && GetTickCount64() < end && pumpFor(5)) {
-    }
-    EXPECT_TRUE(note.Alarming());
-    EXPECT_GE(refused, 2) << "it asks again and again";
-    EXPECT_LT(refused, 40) << "once per tick";
-    note.SoundStop();
-}
-
 // --- The clock --------------------------------------------------------------------------------------------
-
-TEST_P(Ticks, ACorrectedClockIsFollowedAtTheNextTick) {
-    const auto desk = run({every(u"a", u"eachday"), weekly(u"b", 1), repeating(u"c", 1, u"dd")});
-    desk->setClock(later(365 * kSecondsPerDay + 1));
-    desk->desk->Tick();
-    EXPECT_EQ(desk->sounds, 0) << "Windows may be about to say that the clock was set";
-    desk->desk->Tick();
-    EXPECT_EQ(desk->sounds, 3) << "it did not: the machine was asleep";
-    for (int n = 1; n <= 3; ++n)
-        press(desk->note(n).pic_time);
-    EXPECT_EQ(desk->stored(3).alarmdate, u"16/06/2027");
-    desk->setClock(later(-3600));
-    desk->desk->Tick();
-    for (int n = 1; n <= 3; ++n) {
-        EXPECT_EQ(desk->note(n).alarm.rule.due, kDue) << n;
-        EXPECT_EQ(strip(desk->note(n)), "1:00:00") << n;
-    }
-    EXPECT_EQ(desk->stored(2).alarmdate, u"15/06/2026");
-    EXPECT_EQ(desk->stored(3).alarmdate, u"15/06/2026");
-}
 
 TEST_P(Ticks, WhatAClockSetFarForwardSkippedDoesNotRing) {
     const auto desk = run({every(u"a", u"eachday"), weekly(u"b", 1), once(u"c")});
@@ -91,21 +47,6 @@ TEST_P(Ticks, WhatAClockSetFarForwardSkippedDoesNotRing) {
         EXPECT_LT(desk->clock.at, *desk->note(2).alarm.rule.due) << tickFirst;
         EXPECT_TRUE(desk->note(3).Alarming()) << "it would have rung only once";
     }
-}
-
-TEST_P(Ticks, AClockSetALittleForwardRingsWhatItSkipped) {
-    const auto desk = run({once(u"a"), weekly(u"b", 1), repeating(u"c", 1, u"hh")});
-    desk->clock = {later(2 * 3600 + 60), 0};
-    tick(*desk);
-    EXPECT_EQ(desk->sounds, 3);
-    for (int n = 3; n >= 1; --n)
-        press(desk->note(n).pic_time);
-    ASSERT_EQ(desk->desk->titles(), (std::vector<Text>{u"b", u"c"}));
-    EXPECT_EQ(desk->note(1).alarm.rule.due, later(7 * kSecondsPerDay));
-    EXPECT_EQ(desk->note(2).alarm.rule.due, later(3 * 3600));
-    desk->clock = {kDue, 0};  // and back again: what has rung stays quiet
-    tick(*desk);
-    EXPECT_EQ(desk->sounds, 3);
 }
 
 // --- Notes that could not be read -------------------------------------------------------------------------
