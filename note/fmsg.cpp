@@ -280,6 +280,8 @@ void fmsg::resizeTo(const Face& face, PxSize client) {
         left = std::min(static_cast<int>(face.place.x), work.right - width);
         top = std::min(static_cast<int>(face.place.y), work.bottom - height);
     }
+    sizing_ = true;
     SetWindowPos(hwnd, nullptr, std::max(left, work.left), std::max(top, work.top), width, height,
                  SWP_NOZORDER | SWP_NOACTIVATE);
+    sizing_ = false;
 }

@@ -69,6 +69,10 @@ LRESULT fmsg::onMessage(UINT message, WPARAM wp, LPARAM lp) {
         case WM_CLOSE:
             onClose();
             return 0;
+        case WM_WINDOWPOSCHANGING:
+            // A tool that arranges windows, or a window manager that lags behind, would cut off its contents.
+            if (!sizing_) reinterpret_cast<WINDOWPOS*>(lp)->flags |= SWP_NOSIZE;
+            break;
         case WM_ACTIVATE:
             onActivate(LOWORD(wp) != WA_INACTIVE);
             return 0;

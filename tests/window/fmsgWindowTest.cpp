@@ -56,6 +56,25 @@ TEST_F(Fmsg, TheKeyboardGoesBackToWhereItWas) {
     EXPECT_EQ(GetFocus(), editor);
 }
 
+TEST_F(Fmsg, ABoxThatIsArrangedByOthersMovesAndStaysWhole) {
+    Script script(dialog);
+    script.when(shown("Kardel"), [this] {
+        RECT before{};
+        GetWindowRect(dialog.hwnd, &before);
+        for (const int size : {1, 3000}) {
+            SetWindowPos(dialog.hwnd, nullptr, 20, 30, size, size, SWP_NOZORDER | SWP_NOACTIVATE);
+            RECT after{};
+            GetWindowRect(dialog.hwnd, &after);
+            EXPECT_EQ(after.right - after.left, before.right - before.left);
+            EXPECT_EQ(after.bottom - after.top, before.bottom - before.top);
+            EXPECT_EQ(after.left, 20);
+            EXPECT_EQ(after.top, 30);
+        }
+        click(ID_BTN1);
+    });
+    EXPECT_EQ(dialog.MsgBoxExt(u"Sure?", 36), IDYES);
+}
+
 TEST_F(Fmsg, ABoxIsAboveTopmostNotesAndOwned) {
     addNote(WS_EX_TOPMOST);
     Script script(dialog);
