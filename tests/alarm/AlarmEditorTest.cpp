@@ -179,6 +179,10 @@ TEST(EditorBars, AnEmptyTimeBeginsWithNowOrMidnight) {
     editor.scroll(EditorBar::Minutes, BarMove::LineRight);
     EXPECT_EQ(editor.time(), "10:21:30");
     editor.shown.time = u"";
+    editor.day(1);
+    editor.shown.time = u"";
+    editor.day(0);
+    EXPECT_EQ(editor.time(), "") << "no weekday, no time";
     editor.day(3);
     EXPECT_EQ(editor.time(), "00:00:00");
     const AlarmRule rule = editor.start();
@@ -211,10 +215,12 @@ TEST(EditorLists, AWeekdayOrARepeatOnAPatternIsRefusedAndUndone) {
             EXPECT_FALSE(editor.week);
         }
         EXPECT_EQ(editor.refusals, 3);
-        editor.repeat(5);
-        EXPECT_EQ(editor.shown.cboRepeat, 0);
-        EXPECT_FALSE(editor.units);
-        EXPECT_EQ(editor.refusals, 4);
+        for (const int number : {1, 5}) {
+            editor.repeat(number);
+            EXPECT_EQ(editor.shown.cboRepeat, 0);
+            EXPECT_FALSE(editor.units);
+        }
+        EXPECT_EQ(editor.refusals, 5);
         EXPECT_TRUE(holdsWildcards(editor.shown.data));
     }
 }

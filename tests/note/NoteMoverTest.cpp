@@ -259,6 +259,17 @@ TEST(KeyMove, StopsAtTheEdgeOfAnotherNoteAndCanGoOn) {
     EXPECT_EQ(note.shown.width(), 200);
 }
 
+TEST(KeyMove, GoesFlushToAnEdgeThatIsNearerThanAStep) {
+    for (int distance = 1; distance <= 8; ++distance) {
+        FakeNote note;
+        Keys keys{note, easy({{0, 180, 100 - distance, 300}})};
+        keys.press(-1, 0);
+        EXPECT_EQ(note.shown.left, 100 - distance);
+        keys.press(-1, 0);
+        EXPECT_EQ(note.shown.left, 92 - distance);
+    }
+}
+
 TEST(KeyMove, AtTheScreensEdgesEndsFlush) {
     for (const Corner& way : {Corner{-1, 0}, Corner{1, 0}, Corner{0, -1}, Corner{0, 1}}) {
         FakeNote note;
