@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "note/NoteHome.h"
 #include "note/bas_DialogColor.h"
 #include "note/bas_GetWorkArea.h"
 #include "note/bas_HookEasyMove.h"
@@ -74,21 +75,8 @@ PxRect NotePlace::place() const {
 }
 
 PxRect NotePlace::placeOn(std::span<const Monitor> monitors) const {
-    const NoteLook& look = *note_.host->look;
-    const NoteRecord& record = note_.record;
-    const int left = look.px(Twips{record.x});
-    const int top = look.px(Twips{record.y});
-    const int strip = look.px(kIconizedHeight);
-    PxRect rect{left, top, left + look.px(Twips{note_.pWidth()}), top + look.px(Twips{note_.pHeight()})};
-    // Whatever size is stored, a note is at most as large as the desktop that it is on.
-    const PxRect work = monitorAt(monitors, {left, top, left + strip, top + strip}).work;
-    rect.right = left + std::min(rect.width(), work.width());
-    rect.bottom = record.iconized ? top + strip : top + std::min(rect.height(), work.height());
-    const PxRect title{rect.left, rect.top, rect.right, rect.top + strip};
-    // A note that has never had a size has never had a place, either: it appears where it can be used.
-    const bool fresh = record.width <= 0 && record.height <= 0;
-    if (fresh || !isInSight(monitors, title)) rect = movedInto(rect, monitorAt(monitors, rect).work, strip);
-    return rect;
+    return shownPlace(note_.record, Twips{note_.pWidth()}, Twips{note_.pHeight()}, note_.host->look->dpi,
+                      monitors);
 }
 
 void NotePlace::goHome() {
@@ -107,11 +95,7 @@ void NotePlace::moveTo(Twips left, Twips top) {
 }
 
 bool NotePlace::isAtHome() const {
-    const NoteLook& look = *note_.host->look;
-    const int left = look.px(Twips{note_.record.x});
-    const int top = look.px(Twips{note_.record.y});
-    const PxRect title{left, top, left + look.px(Twips{note_.pWidth()}), top + look.px(kIconizedHeight)};
-    return isInSight(note_.host->monitors(), title);
+    return ::isAtHome(note_.record, Twips{note_.pWidth()}, note_.host->look->dpi, note_.host->monitors());
 }
 
 // --- Moving -----------------------------------------------------------------------------------------------

@@ -52,13 +52,6 @@ TEST_P(PlacedNote, NonsenseSizesAreMadeUsableOnScreenAndStayStored) {
     EXPECT_EQ(desk->stored(3).width, 2000000000);
 }
 
-TEST_P(PlacedNote, RescuedNoteKeepsItsStoredPlace) {
-    const auto desk = run({plainNote(u"far", -900000, 900000)});
-    EXPECT_GE(desk->note(1).place.Left(), 0);
-    EXPECT_EQ(desk->note(1).record.x, -900000);
-    EXPECT_EQ(desk->stored(1).y, 900000);
-}
-
 TEST_P(PlacedNote, AStepPutsTheOtherSideRightThatSomebodyElseChanged) {
     // A window manager that is late answers with a size from before the note was iconized.
     const auto desk = run({plainNote(u"a")});

@@ -10,27 +10,6 @@ INSTANTIATE_TEST_SUITE_P(Stores, NoteSize, testing::Bool(), storeName);
 
 // --- Limits -----------------------------------------------------------------------------------------------
 
-TEST_P(NoteSize, ShrinkingStopsAtTheSmallestSizeStepByStep) {
-    const auto desk = run({plainNote(u"a")});
-    fpost& note = desk->note(1);
-    note.pWidth(1150);
-    note.place.resizer.ResizeWidth(-15);
-    EXPECT_EQ(note.pWidth(), 1135);
-    note.place.resizer.ResizeWidth(-15);
-    EXPECT_EQ(note.pWidth(), 1135) << "1120 is refused as a whole";
-    note.place.resizer.ResizeWidth(-5);
-    EXPECT_EQ(note.pWidth(), 1130);
-    note.place.resizer.ResizeWidth(-1);
-    EXPECT_EQ(note.pWidth(), 1130);
-    note.pHeight(710);
-    note.place.resizer.ResizeHeight(-15);
-    EXPECT_EQ(note.pHeight(), 710);
-    note.place.resizer.ResizeHeight(-5);
-    EXPECT_EQ(note.pHeight(), 705);
-    note.place.resizer.ResizeHeight(-1);
-    EXPECT_EQ(note.pHeight(), 705);
-}
-
 TEST_P(NoteSize, GrowingStopsFlushWithTheWorkArea) {
     const auto desk = run({plainNote(u"a")});
     fpost& note = desk->note(1);
@@ -42,14 +21,6 @@ TEST_P(NoteSize, GrowingStopsFlushWithTheWorkArea) {
     EXPECT_EQ(rectOf(note.hwnd).right, work.right);
     EXPECT_EQ(rectOf(note.hwnd).bottom, work.bottom);
     EXPECT_EQ(rectOf(note.hwnd).left, desk->desk->look.px(Twips{1500}));
-}
-
-TEST_P(NoteSize, ANoteBeyondTheEdgeKeepsItsSize) {
-    NoteRecord record = plainNote(u"a");
-    record.x = toTwips(Px{GetWorkArea().right - 50}, screenDpi()).n;
-    const auto desk = run({record});
-    desk->note(1).place.resizer.ResizeWidth(180);
-    EXPECT_EQ(desk->note(1).pWidth(), 3000);
 }
 
 // --- Keys of the resize mode ------------------------------------------------------------------------------
