@@ -52,6 +52,27 @@ TEST(StoredForm, OmitsTheDayOfAnotherPattern) {
     EXPECT_EQ(record.alarmdaymonth, u"");
 }
 
+TEST(StoredForm, ReadsTheFirstTwoDigitsOfADayOrMonth) {
+    const Now now = at(u"01/12/2026 08:00:00");
+    struct Row {
+        const char16_t* day;
+        const char16_t* dayMonth;
+        const char* due;
+    };
+    for (const Row& row : {Row{u"155", u"", "15/12/2026 09:00:00"}, Row{u" 7", u"", "07/12/2026 09:00:00"},
+                           Row{u"", u"155/044", "15/04/2027 09:00:00"}}) {
+        NoteRecord record;
+        record.interval = row.day[0] != 0 ? u"eachmonth" : u"eachyear";
+        record.alarmdate = u"*";
+        record.alarmtime = u"09:00:00";
+        record.alarmday = row.day;
+        record.alarmdaymonth = row.dayMonth;
+        AlarmRule rule = ruleFromRecord(record);
+        armAfterLoad(rule, now);
+        EXPECT_EQ(shown(rule.due), row.due);
+    }
+}
+
 TEST(StoredForm, NamesAPatternByExactlyItsWord) {
     for (const TextView word : {u" eachyear", u"eachyear ", u"Eachday", u"eachmonths", u"each", u""}) {
         NoteRecord record;

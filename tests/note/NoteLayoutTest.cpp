@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 namespace {
 
 constexpr int kTitle = 15;
@@ -57,6 +59,17 @@ TEST(NoteLayout, TitleEditorLeavesButtonsAndDeletePictureFree) {
     const NoteRects at = layoutNote(200, 150, false, 96, kTitle);
     EXPECT_GE(at.txtTitle.left, at.lbl2.right);
     EXPECT_EQ(at.txtTitle.right, at.pic.left - 2);
+}
+
+TEST(NoteLayout, TitleEditorIsInTheMiddleOfTheStrip) {
+    for (const int dpi : {96, 120, 144, 192}) {
+        for (const int line : {8, 15, 16}) {
+            const NoteRects at = layoutNote(400, 300, false, dpi, line);
+            const int strip = toPx(design::kStripHeight, dpi).n;
+            EXPECT_EQ(at.txtTitle.height(), line);
+            EXPECT_LE(std::abs(at.txtTitle.top - (strip - at.txtTitle.bottom)), 1) << dpi << " " << line;
+        }
+    }
 }
 
 TEST(NoteLayout, HotAreasLieWithinTheirPartsAtEveryScaling) {
