@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <random>
 #include <string>
 
 #include "alarm/AlarmRule.h"
 #include "storage/NoteRecord.h"
+#include "tests/alarm/RandomRules.h"
 
 namespace {
 
@@ -198,63 +198,7 @@ void modelRearm(Model& model, const AlarmRule& rule, Millis now) {
     if (model.due && now >= *model.due) model.due.reset();
 }
 
-// --- Random rules -----------------------------------------------------------------------------------------
-
-struct Random {
-    std::mt19937_64 engine;
-    int below(int limit) { return static_cast<int>(engine() % static_cast<std::uint64_t>(limit)); }
-    bool oneIn(int n) { return below(n) == 0; }
-
-    /// Anywhere in a century, but often around the ends of months and years and at full minutes.
-    Now now() {
-        Date date{2000 + below(100), 1 + below(12), 1 + below(28)};
-        if (oneIn(3)) date.day = 28 + below(4);
-        if (oneIn(4)) date.month = oneIn(2) ? 2 : 12;
-        TimeOfDay time{below(24), below(60), oneIn(2) ? 0 : below(60)};
-        return {instantOf(date, time), oneIn(3) ? 0 : below(1000)};
-    }
-
-    Text time(Now near) {
-        if (oneIn(5)) return timeText(timeOf(near.at));  // the very second
-        return timeText({below(24), below(60), oneIn(2) ? 0 : below(60)});
-    }
-
-    EditorRule alarm(Now now) {
-        EditorRule alarm;
-        alarm.AlarmTime = time(now);
-        const int kind = below(8);
-        Date date = dateOf({now.at.seconds + static_cast<std::int64_t>(below(1200) - 900) * kSecondsPerDay});
-        if (oneIn(3)) date.day = 28 + below(4);
-        if (oneIn(6)) date = dateOf(now.at);
-        const Text full = dateText(date);
-        if (kind == 0) {
-            alarm.AlarmDate = u"**/**/****";
-        } else if (kind == 1) {
-            alarm.AlarmDate = full.substr(0, 2) + u"/**/****";
-        } else if (kind == 2) {
-            alarm.AlarmDate = full.substr(0, 5) + u"/****";
-        } else {
-            alarm.AlarmDate = full;
-        }
-        if (kind == 3 || kind == 4) {
-            alarm.AlarmWeekday = static_cast<std::int16_t>(1 + below(8));
-            for (bool& flag : alarm.FlagWeekday)
-                flag = oneIn(3);
-        }
-        if (kind >= 5 || (kind < 3 && oneIn(8))) {
-            constexpr TextView kUnits[] = {kMinutes, kHours, kDays, kMonths};
-            alarm.RepeatEvery = kUnits[below(4)];
-            alarm.RepeatNumber = static_cast<std::int16_t>(1 + (oneIn(3) ? below(30) : below(60)));
-            // The other model goes step by step: at most a day by minutes, or some weeks by hours.
-            const int reach = alarm.RepeatEvery == kMinutes ? 2 : alarm.RepeatEvery == kHours ? 120 : 0;
-            if (reach > 0) {
-                const Date recent = dateOf({now.at.seconds - below(reach) * (kSecondsPerDay / 2)});
-                alarm.AlarmDate = kind == 0 ? Text(u"**/**/****") : dateText(recent);
-            }
-        }
-        return alarm;
-    }
-};
+// --- Both side by side ------------------------------------------------------------------------------------
 
 const Millis kZeroOfDayCounts = midnight({30, 12, 1899});
 
@@ -353,58 +297,6 @@ TEST(AlarmModel, AgreesOnMonthsForEveryDayAndStep) {
                 }
             }
         }
-    }
-}
-
-// --- What must hold for every rule ------------------------------------------------------------------------
-
-TEST(AlarmProperties, RearmedInstantIsAfterNow) {
-    Random random{std::mt19937_64(7)};
-    for (int round = 0; round < 30000; ++round) {
-        const Now now = random.now();
-        AlarmRule rule = ruleFromEditor(random.alarm(now), now);
-        if (!rule.due || isOneOff(rule)) continue;
-        const Now silenced{{rule.due->seconds + random.below(100000000)}, 1 + random.below(999)};
-        ASSERT_EQ(rearm(rule, silenced), Rearmed::Armed);
-        ASSERT_TRUE(isBefore(silenced, *rule.due));
-        ASSERT_TRUE(isAhead(rule, silenced));
-    }
-}
-
-TEST(AlarmProperties, RepeatKeepsItsPhase) {
-    Random random{std::mt19937_64(8)};
-    for (int round = 0; round < 30000; ++round) {
-        const Now now = random.now();
-        EditorRule editor = random.alarm(now);
-        if (editor.RepeatNumber < 1 || editor.RepeatEvery == kMonths) continue;
-        AlarmRule rule = ruleFromEditor(editor, now);
-        const Instant first = *rule.due;
-        const Now silenced{{first.seconds + random.below(2000000000)}, 5};
-        ASSERT_EQ(rearm(rule, silenced), Rearmed::Armed);
-        const std::int64_t unit = editor.RepeatEvery == kMinutes ? 60
-                                  : editor.RepeatEvery == kHours ? 3600
-                                                                 : 86400;
-        const std::int64_t step = unit * editor.RepeatNumber;
-        ASSERT_EQ((rule.due->seconds - first.seconds) % step, 0);
-        // The first one ahead, not a later one.
-        ASSERT_LE(rule.due->seconds - step, silenced.at.seconds);
-    }
-}
-
-TEST(AlarmProperties, PatternSurvivesBothStores) {
-    Random random{std::mt19937_64(9)};
-    for (int round = 0; round < 30000; ++round) {
-        const Now now = random.now();
-        const AlarmRule rule = ruleFromEditor(random.alarm(now), now);
-        if (rule.DateNotSet() && rule.RepeatNumber >= 1)
-            continue;  // the editor refuses it, as there is no place for its day
-        NoteRecord record;
-        storeRule(record, rule);
-        ASSERT_EQ(record.alarmdate == u"*", rule.DateNotSet());
-        ASSERT_LE(record.alarmdate.size(), 10U);
-        AlarmRule stored = ruleFromRecord(record);
-        ASSERT_FALSE(armAfterLoad(stored, now));
-        ASSERT_EQ(stored, rule);
     }
 }
 
