@@ -1,94 +1,9 @@
 // Deleting a note, interrupted and disturbed at every point.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
-
-#include "tests/storage/Samples.h"
+#include "tests/storage/Removal.h"
 
 namespace {
-
-constexpr int kMostNotes = 6;
-
-/// A desk of notes, one of which is to be removed.
-struct Removal {
-    Desk desk;
-    bool inRegistry;
-    int number;
-    std::vector<NoteRecord> notes;      ///< as loaded
-    std::vector<NoteRecord> remaining;  ///< without the one that is removed
-
-    Removal(bool registry, int total, int which) : desk(registry), inRegistry(registry), number(which) {
-        std::vector<NoteRecord> made = sampleNotes(total);
-        desk.createAll(made);
-        desk.settings.put(u"setting", u"ImportDAT", u"1");
-        desk.open(registry);
-        notes = desk.loadAll();
-        remaining = notes;
-        remaining.erase(remaining.begin() + (which - 1));
-    }
-
-    bool run() {
-        const std::vector<NoteRecord*> pointers = pointersTo(remaining);
-        return desk.store.remove(number, pointers, desk.global);
-    }
-
-    /// What the next start finds.
-    std::vector<NoteRecord> found() {
-        desk.open(inRegistry);
-        std::vector<NoteRecord> loaded = desk.loadAll();
-        for (NoteRecord& note : loaded)
-            note = storeFree(note);
-        return loaded;
-    }
-
-    void expectDense() {
-        std::vector<NoteRecord> expected;
-        for (const NoteRecord& note : remaining)
-            expected.push_back(storeFree(note));
-        expectDense(expected);
-    }
-
-    void expectDense(const std::vector<NoteRecord>& expected) {
-        if (remaining.empty()) {
-            EXPECT_FALSE(desk.hasFile(kNoteFile));
-            EXPECT_FALSE(desk.hasFile(kMemoFile));
-            EXPECT_EQ(desk.settings.find(u"kardel-1"), nullptr);
-            return;
-        }
-        EXPECT_EQ(found(), expected);
-        EXPECT_EQ(desk.count(), static_cast<int>(remaining.size()));
-        if (inRegistry) {
-            EXPECT_EQ(desk.settings.content.size(), remaining.size() + 1);  // and "setting"
-            EXPECT_EQ(desk.settings.find(u"setting", u"places"), nullptr);
-        } else {
-            EXPECT_EQ(desk.file(kNoteFile).size(), remaining.size() * kRecordLength);
-            EXPECT_EQ(desk.file(kMemoFile).size(), remaining.size() * kMemoLength);
-        }
-    }
-
-    void expectNoneLost(const std::string& where) {
-        const std::vector<NoteRecord> loaded = found();
-        for (const NoteRecord& note : remaining) {
-            NoteRecord wanted = storeFree(note);
-            wanted.readOnly = false;
-            EXPECT_NE(std::find(loaded.begin(), loaded.end(), wanted), loaded.end())
-                << where << ": lost the note with x " << note.x;
-        }
-        EXPECT_LE(loaded.size(), remaining.size() + 1) << where;
-    }
-};
-
-/// Runs the removal and ends the program at that change. False when it was finished before.
-bool endedAt(Removal& removal, int at) {
-    removal.desk.changes->endAt = at;
-    try {
-        removal.run();
-    } catch (const ProgramEnd&) {
-        return true;
-    }
-    return false;
-}
 
 struct RemoveNote : testing::TestWithParam<bool> {
     template <class Test>
@@ -234,6 +149,8 @@ TEST_P(RemoveNote, WhileUnfinishedGivesNoNewNoteAPlaceBeyondTheLast) {
     EXPECT_EQ(loaded.Titolo, u"fresh");
 }
 
+// --- The registry ----------------------------------------------------------------------------------------
+
 TEST(RemoveNoteFromRegistry, MovesANoteThatCouldNotBeReadAsItIs) {
     Removal removal(true, 3, 1);
     removal.desk.settings.put(u"kardel-2", u"later release", u"kept");
@@ -286,116 +203,7 @@ TEST(RemoveNoteFromRegistry, RemovesSectionsThatAreNoLongerNotes) {
     removal.expectDense();
 }
 
-// --- What a removal in the registry that was ended half-way leaves to the next start ----------------------
-
-/// Starts over the registry and returns the notes as loaded.
-std::vector<NoteRecord> startOver(Desk& desk) {
-    desk.open(true);
-    return desk.loadAll();
-}
-
-/// Calls `act` with every desk that a removal leaves when it is killed at some change, until `act` returns
-/// false.
-void forEveryEnd(int total, int number, const std::function<void(Removal&)>& act) {
-    for (int at = 0;; ++at) {
-        SCOPED_TRACE("ended at change " + std::to_string(at));
-        Removal removal(true, total, number);
-        if (!endedAt(removal, at)) return;
-        act(removal);
-    }
-}
-
-TEST(ResumedRemoval, IsDoneByTheNextStart) {
-    for (int total = 2; total <= kMostNotes; ++total) {
-        for (int number = 1; number <= total; ++number) {
-            int resumed = 0;
-            forEveryEnd(total, number, [&](Removal& removal) {
-                std::vector<NoteRecord> notes = startOver(removal.desk);
-                if (notes.size() == static_cast<std::size_t>(total)) return;
-                EXPECT_EQ(notes, removal.remaining);
-                if (removal.desk.settings.text(u"setting", u"places") == u"(none)") return;
-                removal.desk.store.settle(pointersTo(notes), removal.desk.global);
-                removal.expectDense();
-                ++resumed;
-            });
-            EXPECT_GE(resumed, 20 * (total - number)) << number << " of " << total;
-        }
-    }
-}
-
-TEST(ResumedRemoval, IsDoneByTheStartAfterThatIfItIsKilledAgain) {
-    forEveryEnd(4, 1, [&](Removal& removal) {
-        const auto left = removal.desk.settings.content;
-        for (int at = 0;; ++at) {
-            removal.desk.settings.content = left;
-            std::vector<NoteRecord> notes = startOver(removal.desk);
-            if (notes.size() != removal.remaining.size()) return;
-            removal.desk.changes->endAt = at;
-            try {
-                removal.desk.store.settle(pointersTo(notes), removal.desk.global);
-            } catch (const ProgramEnd&) {
-                EXPECT_EQ(startOver(removal.desk), removal.remaining) << "and then at " << at;
-                continue;
-            }
-            break;
-        }
-    });
-}
-
-TEST(ResumedRemoval, KeepsEveryNoteAndItsChangesWhenRefused) {
-    forEveryEnd(4, 1, [&](Removal& removal) {
-        const auto left = removal.desk.settings.content;
-        for (int at = 0;; ++at) {
-            removal.desk.settings.content = left;
-            std::vector<NoteRecord> notes = startOver(removal.desk);
-            if (notes.size() != removal.remaining.size()) return;
-            removal.desk.changes->failAt = at;
-            removal.desk.store.settle(pointersTo(notes), removal.desk.global);
-            const bool reached = removal.desk.changes->made > at;
-            removal.desk.changes->failAt = -1;
-            for (std::size_t i = 0; i < notes.size(); ++i) {
-                notes[i].Nota = u"edited " + notes[i].Titolo;
-                EXPECT_TRUE(removal.desk.store.set(static_cast<int>(i) + 1, notes[i], {NoteField::Nota}));
-            }
-            EXPECT_EQ(startOver(removal.desk), notes) << "refused at " << at;
-            if (!reached) break;
-        }
-    });
-}
-
-TEST(ResumedRemoval, KeepsACompleteNoteAddedMeanwhile) {
-    Removal removal(true, 4, 1);
-    removal.desk.changes->failAt = 30;  // while the second of three notes is being moved
-    EXPECT_FALSE(removal.run());
-    removal.desk.changes->failAt = -1;
-    const NoteRecord fresh = sampleNotes(9).back();
-    removal.remaining.push_back(fresh);
-    EXPECT_TRUE(removal.desk.store.create(4, removal.remaining.back()));
-    removal.expectNoneLost("ended after the new note");
-    std::vector<NoteRecord> notes = startOver(removal.desk);
-    EXPECT_EQ(notes.back(), fresh);
-}
-
-TEST(ResumedRemoval, LeavesNotesThatCannotBeReadWhereTheyAre) {
-    Removal removal(true, 4, 1);
-    ASSERT_TRUE(endedAt(removal, 30));
-    removal.desk.settings.locked = {u"kardel-3", u"kardel-4"};
-    std::vector<NoteRecord> notes = startOver(removal.desk);
-    ASSERT_EQ(notes.size(), 3U);
-    removal.desk.store.settle(pointersTo(notes), removal.desk.global);
-    removal.desk.settings.locked.clear();
-    EXPECT_EQ(startOver(removal.desk), removal.remaining);
-}
-
-TEST(ResumedRemoval, IsNotSeenInTwoIdenticalNotesOfTheUser) {
-    Desk desk(true);
-    std::vector<NoteRecord> notes(2, sampleNotes(1).front());
-    desk.createAll(notes);
-    std::vector<NoteRecord> found = startOver(desk);
-    desk.store.settle(pointersTo(found), desk.global);
-    EXPECT_EQ(found.size(), 2U);
-    EXPECT_EQ(desk.changes->made, 0);
-}
+// --- The local files -------------------------------------------------------------------------------------
 
 TEST(RemoveNoteFromFiles, KeepsABodyThatAnotherNoteShares) {
     Removal removal(false, 4, 2);
