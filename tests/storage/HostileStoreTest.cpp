@@ -1,7 +1,7 @@
 // Damaged, cut and hostile stores: every start succeeds, and work goes on.
 #include <gtest/gtest.h>
 
-#include "tests/storage/Samples.h"
+#include "tests/storage/Start.h"
 
 namespace {
 
@@ -164,6 +164,51 @@ TEST(HostileRegistry, RandomTextsInEveryValue) {
         desk.open(false);
         static_cast<void>(desk.import(leadingInt32(desk.settings.text(u"setting", u"count"))));
         workThrough(desk);
+    }
+}
+
+/// Texts that a user, another program or a damaged disk may leave in any value.
+Text hostileText(Dice& dice) {
+    const std::uint32_t kind = dice.roll(4);
+    if (kind == 0)
+        return dice.oneOf({u"", u"True", u"-1", u"0", u"1e999", u"-1e999", u"99999999999999999999"});
+    if (kind == 1) return decimal(dice.number());
+    Text text;
+    for (std::uint32_t i = dice.roll(40); i > 0; --i)
+        text += static_cast<char16_t>(dice.roll(65535) + 1);
+    if (kind == 3 && dice.roll(20) == 0) text = Text(100000, u'9');
+    return text;
+}
+
+TEST(HostileStores, LetFiveThousandStartsSettleOnSomethingUsable) {
+    Dice dice(20260101);
+    for (int round = 0; round < 5000; ++round) {
+        Start start;
+        for (const TextView key :
+             {u"AlignAll", u"EasyAlign", u"RestoreWhenPlay", u"DontDeleteWhenPlay", u"UseRegistry", u"count",
+              u"ImportDAT", u"defaultwidth", u"defaultheight"}) {
+            if (dice.coin()) start.set(key, hostileText(dice));
+        }
+        for (int number = 1; number <= 3; ++number) {
+            for (const NoteFieldRow& row : noteFields()) {
+                if (row.key != nullptr && dice.coin()) {
+                    start.desk.settings.put(noteSection(number), row.key, hostileText(dice));
+                }
+            }
+        }
+        for (const TextView name : {kHeaderFile, kNoteFile, kMemoFile}) {
+            if (dice.roll(3) == 0) start.desk.file(name) = dice.bytes(dice.roll(2500));
+        }
+        start.answerDelete = dice.coin();
+        start.run();
+        ASSERT_GE(start.state.Count, 1);
+        ASSERT_LE(start.state.Count, kMaxNotes);
+        if (!start.state.usable) continue;
+        for (int number = 1; number <= start.state.Count; ++number) {
+            NoteRecord note;
+            start.desk.store.load(number, note, start.settings);
+            ASSERT_LE(note.Titolo.size(), 100000U);
+        }
     }
 }
 
