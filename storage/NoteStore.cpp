@@ -186,15 +186,6 @@ bool NoteStore::fits(NoteField field, TextView text) const {
     });
 }
 
-std::size_t NoteStore::limit(NoteField field) const {
-    std::size_t least = 0;
-    for (const Store* store : kept_) {
-        const std::size_t limit = store->limit(field).value_or(0);
-        if (limit != 0) least = least == 0 ? limit : std::min(least, limit);
-    }
-    return least;
-}
-
 // --- Drafts -----------------------------------------------------------------------------------------------
 
 void NoteStore::saveDraft(int number, bool title, const Text& text) {

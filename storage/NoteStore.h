@@ -116,8 +116,6 @@ public:
     // --- What fits ----------------------------------------------------------------------------------------
     /// Whether a field can hold the whole text.
     bool fits(NoteField field, TextView text) const;
-    /// The most characters that a field has room for; 0: any number.
-    std::size_t limit(NoteField field) const;
 
     // --- Drafts -------------------------------------------------------------------------------------------
     /// Stores the text in the open editor of note `number` in place of an earlier draft. It tries once,

@@ -151,6 +151,7 @@ TEST(DateLabel, ClickTogglesAPart) {
 TEST(DateLabel, YearTwiceIsAFullDateOfThisYear) {
     const Now now = at(u"21/11/2026 08:00:00");
     EXPECT_EQ(toggled(toggled(u"05/03/2031", DatePart::Year, now), DatePart::Year, now), u"05/03/2026");
+    EXPECT_EQ(toggled(u"05/03/*031", DatePart::Year, now), u"05/03/2026") << "all of the year counts";
 }
 
 // --- Scroll bars ------------------------------------------------------------------------------------------

@@ -200,6 +200,7 @@ TEST(OpenMenu, OpensOnlyNotesThatExist) {
     for (const unsigned id : {IDM_DYN2 + 0U, IDM_DYN2 + 2U, IDM_DYN2 + 3U, IDM_DYN2 - 1U})
         answer(menu, menu, id);
     EXPECT_EQ(desk.calls, (std::vector<std::string>{"open 0", "open 2"}));
+    EXPECT_FALSE(::openMenu({u"a", u"b", u"c", u"gone"}, someNotes(), desk).back().enabled);
 }
 
 struct Caption {

@@ -56,6 +56,20 @@ TEST(SwitchBack, KeepsBothStoresInStepUntilTheEnd) {
     }
 }
 
+TEST(SwitchBack, ANumberOfNotesThatTheRegistryRefusesIsNotKept) {
+    for (const bool useRegistry : {true, false}) {
+        Desk desk(useRegistry);
+        std::vector<NoteRecord> notes = sampleNotes(4);
+        desk.createAll(notes);
+        ASSERT_TRUE(useRegistry ? desk.toFiles(notes) : desk.toRegistry(notes));
+        ASSERT_TRUE(useRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+        desk.changes->allFail = true;
+        EXPECT_FALSE(desk.store.storeCount(4)) << useRegistry;
+        desk.changes->allFail = false;
+        EXPECT_TRUE(desk.store.storeCount(4)) << useRegistry;
+    }
+}
+
 TEST(SwitchBack, KeepsTheDraftOfANoteThatEndsInABlankInBothStores) {
     for (const bool useRegistry : {true, false}) {
         Desk desk(useRegistry);
