@@ -21,7 +21,7 @@ def compiler_arguments():
                          capture_output=True, text=True).stdout.strip()
     include = f"{os.path.dirname(gcc)}/include/c++"
     words = ["-Wno-ignored-optimization-argument", "--target=x86_64-w64-mingw32", "-nostdinc++", f"-isystem{include}",
-             f"-isystem{include}/x86_64-w64-mingw32", "-Wno-unknown-warning-option"]
+             f"-isystem{include}/x86_64-w64-mingw32", "-Wno-unknown-warning-option", "-Wreserved-identifier"]
     return [f"--extra-arg={word}" for word in words]
 
 
