@@ -84,6 +84,7 @@ class Desk:
         self._folders = 0
         self._seeded_notes: dict[str, int] = {}
         self._registry_notes = 0
+        self.panel_restarted = False  # because it took in no icon
         try:
             self.display = Display(self.work, *size, panel_strut=panel_strut, monitors=monitors)
             self.hands = Hands(self.display)
