@@ -161,15 +161,18 @@ TEST(Load, ImpossibleWeekdayIsNone) {
 }
 
 TEST(Load, UnknownUnitIsNoRepeat) {
-    NoteRecord record;
-    record.alarmdate = u"20/11/2026";
-    record.alarmtime = u"09:00:00";
-    record.alarmrepeatnumber = 5;
-    record.alarmrepeatevery = u"xx";
-    AlarmRule rule = ruleFromRecord(record);
-    armAfterLoad(rule, at(u"21/11/2026 10:00:00"));
-    EXPECT_TRUE(isOneOff(rule));
-    EXPECT_EQ(shown(rule.due), "20/11/2026 09:00:00");
+    for (const std::int16_t number : {std::int16_t{1}, std::int16_t{5}}) {
+        NoteRecord record;
+        record.alarmdate = u"20/11/2026";
+        record.alarmtime = u"09:00:00";
+        record.alarmrepeatnumber = number;
+        record.alarmrepeatevery = u"xx";
+        AlarmRule rule = ruleFromRecord(record);
+        armAfterLoad(rule, at(u"21/11/2026 10:00:00"));
+        EXPECT_TRUE(isOneOff(rule));
+        EXPECT_EQ(rule.RepeatNumber, 0);
+        EXPECT_EQ(shown(rule.due), "20/11/2026 09:00:00");
+    }
 }
 
 TEST(Load, PatternWithoutATimeIsNoAlarm) {

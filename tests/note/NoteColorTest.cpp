@@ -67,4 +67,12 @@ TEST(FrameColor, SeparatesTwoNotesOfOneColour) {
     }
 }
 
+TEST(NoteColor, AShadeIsTheGroundWithASetShareOfInk) {
+    EXPECT_EQ(shaded(0xFFFFFF, 0), 0xFFFFFFU);
+    EXPECT_EQ(shaded(0xFFFFFF, 10), 0xE6E6E6U);
+    EXPECT_EQ(shaded(0xFFFFFF, 50), 0x808080U);
+    EXPECT_EQ(shaded(0xFFFFFF, 100), 0x000000U);
+    EXPECT_EQ(shaded(0x000040, 50), 0x8080A0U) << "each channel by itself";
+}
+
 }  // namespace

@@ -68,6 +68,17 @@ TEST(Import, ReplacesAnEmptyFirstNote) {
     EXPECT_EQ(import.found(), storeFree(import.notes));
 }
 
+TEST(Import, ReplacesAFirstNoteOfWhichOnlyTheBodyHadCome) {
+    ImportDesk import(3);
+    NoteRecord half;
+    ClearNoteRecord(half);
+    EXPECT_TRUE(import.desk.dataFiles().WriteMemo(1, import.notes[0].Nota).done);
+    half.memo = 1;
+    EXPECT_TRUE(import.desk.dataFiles().PutNoteRecord(1, half));
+    EXPECT_EQ(import.desk.import(3), Imported::Done);
+    EXPECT_EQ(import.found(), storeFree(import.notes));
+}
+
 struct ImportBehindANote : testing::Test {
     ImportDesk import{3};
     NoteRecord first;

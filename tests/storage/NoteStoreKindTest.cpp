@@ -131,6 +131,18 @@ TEST_F(InFiles, ACharacterOutsideTheCodePageIsReportedOncePerSaveAndTheRestKept)
     EXPECT_EQ(desk.told, 1);
 }
 
+TEST_F(InFiles, ACharacterOutsideTheCodePageIsReportedInTitleAndBodyAlike) {
+    std::vector<NoteRecord> notes = made(1);
+    notes[0].Titolo = u"Title";
+    notes[0].Nota = u"\u0416 body";
+    EXPECT_TRUE(desk.store.set(1, notes[0], {kTitle, kBody}));
+    EXPECT_EQ(desk.told, 1);
+    notes[0].Titolo = u"\u0416";
+    notes[0].Nota = u"plain body";
+    EXPECT_TRUE(desk.store.set(1, notes[0], {kTitle, kBody}));
+    EXPECT_EQ(desk.told, 2);
+}
+
 TEST_F(InFiles, ATextThatIsOnlyTooLongIsCutSilently) {
     std::vector<NoteRecord> notes = made(1);
     notes[0].Nota = Text(1025, u'x');

@@ -163,13 +163,15 @@ TEST(RemoveNoteFromRegistry, MovesANoteThatCouldNotBeReadAsItIs) {
 }
 
 TEST(RemoveNoteFromRegistry, StopsBeforeANoteThatStillCannotBeRead) {
-    Removal removal(true, 3, 1);
-    removal.remaining[1] = NoteRecord();
-    removal.remaining[1].readOnly = true;
-    removal.desk.settings.locked.insert(u"kardel-3");
-    EXPECT_FALSE(removal.run());
-    EXPECT_EQ(removal.desk.changes->made, 0);
-    EXPECT_EQ(removal.desk.told, 1);
+    for (const std::size_t unread : {0U, 1U}) {
+        Removal removal(true, 3, 1);
+        removal.remaining[unread] = NoteRecord();
+        removal.remaining[unread].readOnly = true;
+        removal.desk.settings.locked.insert(unread == 0 ? u"kardel-2" : u"kardel-3");
+        EXPECT_FALSE(removal.run());
+        EXPECT_EQ(removal.desk.changes->made, 0);
+        EXPECT_EQ(removal.desk.told, 1);
+    }
 }
 
 TEST(RemoveNoteFromRegistry, RewritesTheSettingsFromMemoryAndLeavesOthers) {
