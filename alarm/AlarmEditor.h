@@ -1,5 +1,5 @@
-// The alarm editor at work, without its window: what bars, wheel, lists, clicks and buttons do, one after the
-// other. What the choices mean is in AlarmEditorRules; AlarmFace has the controls.
+// The alarm editor without its window: how it answers bars, wheel, lists, clicks and buttons, one event after
+// another. What the choices mean is in AlarmEditorRules; AlarmFace has the controls.
 #pragma once
 
 #include <optional>
@@ -38,7 +38,7 @@ public:
     /// What the controls show. A day list without a choice counts as its first entry; `repeatKept` is left
     /// alone.
     virtual EditorControls controls() const = 0;
-    /// Chooses an entry of a list without saying so.
+    /// Chooses an entry of a list. This is not reported back as the user's choice.
     virtual void choose(EditorList list, int index) = 0;
     /// Shows date and time, and puts the bars where they belong.
     virtual void showClock(const EditorClock& clock) = 0;
@@ -58,10 +58,11 @@ class AlarmEditor {
 public:
     explicit AlarmEditor(EditorFace& face) : face_(face) {}
 
-    /// The controls show this of the note's rule.
+    /// The editor opens, and its controls show this of the note's rule.
     void begin(const EditorControls& shown);
 
-    /// A bar was used, or an assistive tool has moved it. `trackPosition` counts with the two thumb moves.
+    /// A bar was used, or an assistive tool has moved it. `trackPosition` matters for the two thumb
+    /// moves only.
     void onScroll(EditorBar bar, BarMove move, int trackPosition);
     /// The wheel was turned by `delta`, 120 per notch, over a bar or elsewhere.
     void onWheel(std::optional<EditorBar> bar, int delta);

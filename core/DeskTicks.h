@@ -6,7 +6,7 @@
 
 #include "core/ClockWatch.h"
 
-/// The desk that is to tick.
+/// The desk as its ticks see it.
 class TickedDesk {
 public:
     virtual ~TickedDesk() = default;

@@ -18,7 +18,7 @@ public:
     virtual bool isOnScreen() const = 0;
     /// Moves the window's corner.
     virtual void moveWindow(int left, int top) = 0;
-    /// Calls settle() when the window has not moved for a while, or no longer.
+    /// Begins to wait for the window to come to rest, when settle() is called, or stops waiting.
     virtual void awaitRest(bool awaited) = 0;
     /// Where the note belongs, in pixels, unless somebody is moving it.
     virtual PxRect place() const = 0;
@@ -60,7 +60,7 @@ public:
     /// The window has been moved. If that was neither the note itself nor a drag, the place is stored once
     /// the window has come to rest.
     void onMoved();
-    /// It has come to rest, or cannot wait any longer. `tick` is the time in ms since some beginning.
+    /// It has come to rest, or cannot wait any longer. `tick` is in ms, from a clock that nobody can set.
     void settle(std::uint64_t tick);
     /// Monitors or the work area have changed.
     void onDeskChanged(std::uint64_t tick);

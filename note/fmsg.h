@@ -119,7 +119,7 @@ private:
     UniqueFont linkFont_;
     HICON icon_ = nullptr;   ///< of mIcon; shared, never destroyed
     int textWidth_ = 0;      ///< pixels at which the lines of lblmsg break
-    bool sizing_ = false;    ///< the box itself gives its window another size
+    bool sizing_ = false;    ///< the box is resizing its own window
     int contentHeight_ = 0;  ///< pixels; the buttons are below it
 };
 
