@@ -7,6 +7,7 @@
 
 #include "note/NoteMover.h"
 #include "note/NoteResizer.h"
+#include "support/WinText.h"
 
 struct fpost;
 
