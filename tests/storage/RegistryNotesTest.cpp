@@ -178,10 +178,12 @@ TEST_F(RegistryStoreTest, AnEmptyDayOfAPatternIsRemoved) {
 }
 
 TEST_F(RegistryStoreTest, AWeeklyRuleLeavesTheIntervalUntouched) {
-    memory.put(u"kardel-1", u"interval", u"as it was");
-    ASSERT_TRUE(store.SaveNoteToRegistry(1, withPattern(u"", 3)));
-    EXPECT_EQ(text(u"alarmdate"), u"*");
-    EXPECT_EQ(text(u"interval"), u"as it was");
+    for (const std::int16_t weekday : {std::int16_t{1}, std::int16_t{3}, std::int16_t{8}}) {
+        memory.put(u"kardel-1", u"interval", u"as it was");
+        ASSERT_TRUE(store.SaveNoteToRegistry(1, withPattern(u"", weekday)));
+        EXPECT_EQ(text(u"alarmdate"), u"*");
+        EXPECT_EQ(text(u"interval"), u"as it was") << weekday;
+    }
     ASSERT_TRUE(store.SaveNoteToRegistry(2, withPattern(u"", 3)));
     EXPECT_EQ(memory.text(u"kardel-2", u"interval"), u"(none)");
 }

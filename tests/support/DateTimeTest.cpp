@@ -66,6 +66,7 @@ TEST(DateText, PadsAndKeepsImpossibleDates) {
     EXPECT_EQ(dateText({2025, 2, 31}), u"31/02/2025");
     EXPECT_EQ(dateText({2025, 13, 15}), u"15/13/2025");
     EXPECT_EQ(dateText({25, 1, 1}), u"01/01/0025");
+    EXPECT_EQ(dateText({12345, 1, 1}), u"01/01/12345");
 }
 
 TEST(TimeText, Pads) {
