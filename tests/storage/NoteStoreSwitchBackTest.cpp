@@ -70,6 +70,19 @@ TEST(SwitchBack, ANumberOfNotesThatTheRegistryRefusesIsNotKept) {
     }
 }
 
+TEST(SwitchBack, IsRefusedWhileTheRegistryRefusesTheNumberOfNotes) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(4);
+    desk.createAll(notes);
+    ASSERT_TRUE(desk.toFiles(notes));
+    desk.changes->made = 0;
+    desk.changes->failAt = 0;
+    EXPECT_FALSE(desk.toRegistry(notes));
+    desk.changes->failAt = -1;
+    EXPECT_TRUE(desk.toRegistry(notes));
+    EXPECT_EQ(desk.told, 1) << "the user knows";
+}
+
 TEST(SwitchBack, KeepsTheDraftOfANoteThatEndsInABlankInBothStores) {
     for (const bool useRegistry : {true, false}) {
         Desk desk(useRegistry);
