@@ -27,7 +27,7 @@ if(WIN32 AND NOT MSVC)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # The program is optimised as a whole when it is linked, which saves a fifth of its size. The tests share its
     # objects and are linked the quick way. (With several partitions GCC 12 fails because of a bug of its own.)
-    target_compile_options(kardel_flags INTERFACE $<$<NOT:${KARDEL_PLAINLY}>:-flto;-ffat-lto-objects>)
+    target_compile_options(kardel_flags INTERFACE "$<$<NOT:${KARDEL_PLAINLY}>:-flto;-ffat-lto-objects>")
     set(KARDEL_WHOLE_PROGRAM -flto -flto-partition=one)
     target_link_options(kardel_flags INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:KARDEL_WHOLE_PROGRAM>>>:-fno-lto>)
     # A failed assertion or an uncaught exception ends the program without a message, and everything that the library
