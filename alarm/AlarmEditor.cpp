@@ -7,17 +7,8 @@ namespace {
 constexpr int kNotch = 120;  // of the wheel, as Windows reports it
 
 BarRange rangeOf(EditorBar bar) {
-    switch (bar) {
-        case EditorBar::Hours:
-            return kHourBar;
-        case EditorBar::Minutes:
-            return kMinuteBar;
-        case EditorBar::Seconds:
-            return kSecondBar;
-        case EditorBar::Date:
-            break;
-    }
-    return kDateBar;
+    constexpr BarRange kRanges[] = {kDateBar, kHourBar, kMinuteBar, kSecondBar};
+    return kRanges[static_cast<std::size_t>(bar)];
 }
 
 ClockPart partOf(EditorBar bar) {
@@ -30,7 +21,6 @@ ClockPart partOf(EditorBar bar) {
 void AlarmEditor::begin(const EditorControls& shown) {
     repeatKept_ = shown.repeatKept;
     lastRepeat_ = shown.cboRepeat;
-    unitMode_ = inUnitMode(shown);
     lastDay_ = shown.cboDay;
 }
 
@@ -52,9 +42,8 @@ void AlarmEditor::onRepeat() {
         return;
     }
     lastRepeat_ = chosen;
-    unitMode_ = chosen > 0;
-    lastDay_ = unitMode_ ? unitIndex(kMinutes) : 0;
-    face_.offerDays(unitMode_, lastDay_);
+    lastDay_ = offersUnits() ? unitIndex(kMinutes) : 0;
+    face_.offerDays(offersUnits(), lastDay_);
     face_.showWeek(false);
 }
 
@@ -68,8 +57,8 @@ void AlarmEditor::onDay() {
         return;
     }
     lastDay_ = chosen;
-    if (!unitMode_ && chosen > 0 && now.time.empty()) face_.showTime(timeText({}));
-    face_.showWeek(!unitMode_ && chosen == kSeveralWeekdays);
+    if (!offersUnits() && chosen > 0 && now.time.empty()) face_.showTime(timeText({}));
+    face_.showWeek(!offersUnits() && chosen == kSeveralWeekdays);
 }
 
 void AlarmEditor::onDatePart(DatePart part) {

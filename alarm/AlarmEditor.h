@@ -76,14 +76,15 @@ public:
 
 private:
     EditorControls choice() const;
+    /// Whether the day list offers the units of a repeat step rather than the weekdays.
+    bool offersUnits() const { return lastRepeat_ != 0; }
     /// The time with which the bars begin: now, if none is shown.
     TimeOfDay shownTime(const EditorControls& shown) const;
     /// A bar's position according to the date or time shown; the bar itself may have been moved already.
     int shownPosition(EditorBar bar, const EditorControls& shown) const;
 
     EditorFace& face_;
-    bool unitMode_ = false;  ///< the day list holds the units of a repeat step rather than the weekdays
-    int lastRepeat_ = 0;     ///< list indexes to return to when a choice is refused
+    int lastRepeat_ = 0;  ///< list indexes to return to when a choice is refused
     int lastDay_ = 0;
     std::int16_t repeatKept_ = 0;  ///< a repeat number that the list may lack
     bool dragging_ = false;        ///< a bar's thumb is held

@@ -1,5 +1,8 @@
 #include "alarm/AlarmFaceInput.h"
 
+#include <span>
+#include <utility>
+
 #include "resources/resource.h"
 
 namespace {
@@ -12,29 +15,28 @@ struct AccessKey {
 constexpr AccessKey kAccessKeys[] = {{u'd', ID_DATA},    {u'h', ID_HORE},  {u'r', ID_CBOREPEAT},
                                      {u'm', ID_CHKMUTE}, {u's', ID_BTNOK}, {u't', ID_BTNCANCEL}};
 
-std::optional<BarMove> moveOf(int code) {
-    switch (code) {
-        case SB_LINELEFT:
-            return BarMove::LineLeft;
-        case SB_LINERIGHT:
-            return BarMove::LineRight;
-        case SB_PAGELEFT:
-            return BarMove::PageLeft;
-        case SB_PAGERIGHT:
-            return BarMove::PageRight;
-        case SB_LEFT:
-            return BarMove::Left;
-        case SB_RIGHT:
-            return BarMove::Right;
-        case SB_THUMBTRACK:
-            return BarMove::ThumbTrack;
-        case SB_THUMBPOSITION:
-            return BarMove::ThumbPosition;
-        case SB_ENDSCROLL:
-            return BarMove::EndScroll;
-        default:
-            return {};
+constexpr std::pair<int, BarMove> kMoves[] = {{SB_LINELEFT, BarMove::LineLeft},
+                                              {SB_LINERIGHT, BarMove::LineRight},
+                                              {SB_PAGELEFT, BarMove::PageLeft},
+                                              {SB_PAGERIGHT, BarMove::PageRight},
+                                              {SB_LEFT, BarMove::Left},
+                                              {SB_RIGHT, BarMove::Right},
+                                              {SB_THUMBTRACK, BarMove::ThumbTrack},
+                                              {SB_THUMBPOSITION, BarMove::ThumbPosition},
+                                              {SB_ENDSCROLL, BarMove::EndScroll}};
+
+constexpr std::pair<int, EditorBar> kBars[] = {{ID_HDATE, EditorBar::Date},
+                                               {ID_HORE, EditorBar::Hours},
+                                               {ID_HMIN, EditorBar::Minutes},
+                                               {ID_HSEC, EditorBar::Seconds}};
+
+/// What a table has for one of Windows' numbers, if anything.
+template <class T>
+std::optional<T> found(std::span<const std::pair<int, T>> table, int number) {
+    for (const auto& [known, meaning] : table) {
+        if (known == number) return meaning;
     }
+    return {};
 }
 
 }  // namespace
@@ -68,23 +70,12 @@ void AlarmFaceInput::onList(int id, int code) {
 std::optional<EditorBar> AlarmFaceInput::barOf(HWND control) const {
     const int id = GetDlgCtrlID(control);
     if (control == nullptr || item(id) != control) return {};
-    switch (id) {
-        case ID_HDATE:
-            return EditorBar::Date;
-        case ID_HORE:
-            return EditorBar::Hours;
-        case ID_HMIN:
-            return EditorBar::Minutes;
-        case ID_HSEC:
-            return EditorBar::Seconds;
-        default:
-            return {};
-    }
+    return found<EditorBar>(kBars, id);
 }
 
 void AlarmFaceInput::onScroll(HWND control, int code, int trackPosition) {
     const std::optional<EditorBar> bar = barOf(control);
-    const std::optional<BarMove> move = moveOf(code);
+    const std::optional<BarMove> move = found<BarMove>(kMoves, code);
     if (bar && move) editor_.onScroll(*bar, *move, trackPosition);
 }
 

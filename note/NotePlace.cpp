@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 #include "note/NoteHome.h"
@@ -106,13 +107,12 @@ void NotePlace::drag() {
     mover.begin();
     const SnapRules rules = snapRules();
     const bool alignAll = note_.host->settings->AlignAll;
+    std::optional<MoveHook> hook;
     if (alignAll || rules.easyAlign) {
-        const MoveHook hook(note_.hwnd, alignAll ? MoveHook::Kind::AlignedMove : MoveHook::Kind::EasyMove,
-                            rules);
-        letSystemMove(note_.hwnd);
-    } else {
-        letSystemMove(note_.hwnd);
+        hook.emplace(note_.hwnd, alignAll ? MoveHook::Kind::AlignedMove : MoveHook::Kind::EasyMove, rules);
     }
+    letSystemMove(note_.hwnd);
+    hook.reset();
     if (watch.destroyed()) return;
     note_.mouse.showCursor(0);
     mover.endDrag();
