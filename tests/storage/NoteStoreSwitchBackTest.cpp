@@ -44,8 +44,7 @@ TEST(SwitchBack, KeepsBothStoresInStepUntilTheEnd) {
         Desk desk(useRegistry);
         std::vector<NoteRecord> notes = sampleNotes(4);
         desk.createAll(notes);
-        ASSERT_TRUE(useRegistry ? desk.toFiles(notes) : desk.toRegistry(notes));
-        ASSERT_TRUE(useRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+        ASSERT_NO_FATAL_FAILURE(switchThereAndBack(desk, notes, useRegistry));
         EXPECT_EQ(desk.settings.text(u"setting", u"UseRegistry"), boolText(useRegistry));
         live(desk, notes);
         EXPECT_EQ(desk.told, 0);
@@ -61,8 +60,7 @@ TEST(SwitchBack, ANumberOfNotesThatTheRegistryRefusesIsNotKept) {
         Desk desk(useRegistry);
         std::vector<NoteRecord> notes = sampleNotes(4);
         desk.createAll(notes);
-        ASSERT_TRUE(useRegistry ? desk.toFiles(notes) : desk.toRegistry(notes));
-        ASSERT_TRUE(useRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+        ASSERT_NO_FATAL_FAILURE(switchThereAndBack(desk, notes, useRegistry));
         desk.changes->allFail = true;
         EXPECT_FALSE(desk.store.storeCount(4)) << useRegistry;
         desk.changes->allFail = false;

@@ -19,6 +19,12 @@ inline std::vector<NoteRecord> randomNotes(int count, unsigned seed) {
     return notes;
 }
 
+/// Switches the store there and back, so that both are kept in step.
+inline void switchThereAndBack(Desk& desk, std::vector<NoteRecord>& notes, bool useRegistry) {
+    ASSERT_TRUE(useRegistry ? desk.toFiles(notes) : desk.toRegistry(notes));
+    ASSERT_TRUE(useRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+}
+
 /// What the user does between the switch and the restart: edits, a new note, a deletion.
 inline void live(Desk& desk, std::vector<NoteRecord>& notes) {
     notes[0].Nota = u"edited after the switch";
