@@ -34,6 +34,30 @@ TEST(DeskTimer, EveryNoteCountsDownByItselfAlsoAfterOthersHaveEnded) {
     EXPECT_TRUE(comesTo(desk.note(3), "0:00:07"));
 }
 
+TEST(DeskTimer, RefusedByWindowsTheTicksComeAllTheSame) {
+    GlobalSettings keeping;
+    keeping.DontDeleteWhenPlay = true;
+    TestNotes desk(true, {plainNote(u"a")}, keeping);
+    int refused = 0;
+    desk.desk->startTimer = [&](HWND, UINT_PTR, UINT) {
+        ++refused;
+        return false;
+    };
+    fpost& note = desk.note(1);
+    note.alarm.rule = ruleFromRecord(once(u"a"));
+    note.ArmAfterLoad();
+    desk.clock = {later(-7), 0};
+    EXPECT_TRUE(comesTo(note, "0:00:07"));
+    desk.clock = {kDue, 0};
+    const ULONGLONG end = GetTickCount64() + 20000;
+    while (!note.Alarming() && GetTickCount64() < end && pumpFor(5)) {
+    }
+    EXPECT_TRUE(note.Alarming());
+    EXPECT_GE(refused, 2) << "it asks again and again";
+    EXPECT_LT(refused, 40) << "once per tick";
+    note.SoundStop();
+}
+
 // --- The clock --------------------------------------------------------------------------------------------
 
 TEST_P(Ticks, WhatAClockSetFarForwardSkippedDoesNotRing) {
