@@ -90,6 +90,20 @@ TEST_F(Editor, TheWheelTurnsTheBarWithTheKeyboard) {
     edit({});
 }
 
+TEST_F(Editor, TheWheelTurnsTheBarUnderThePointerWhoeverHasTheKeyboard) {
+    Script script(dialog);
+    script.when(focused(ID_DATA), [this] {
+        SetFocus(item(ID_HMIN));
+        RECT bar{};
+        GetWindowRect(item(ID_HORE), &bar);
+        const LPARAM at = MAKELPARAM((bar.left + bar.right) / 2, (bar.top + bar.bottom) / 2);
+        SendMessageW(dialog.hwnd, WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), at);
+        EXPECT_EQ(text(ID_LBLTIME), "11:20:30");
+        closeBox();
+    });
+    edit({});
+}
+
 // --- Lists ------------------------------------------------------------------------------------------------
 
 TEST_F(Editor, AWeekdayOnAPatternIsRefusedAndUndone) {
@@ -157,6 +171,23 @@ TEST_F(Editor, APatternsWeekdayIsRefusedOnceTheListIsClosed) {
         closeBox();
     });
     EXPECT_FALSE(edit(daily).AlarmStart);
+}
+
+TEST_F(Editor, AListThatIsOpenClosesBeforeTheUserIsToldWhatIsMissing) {
+    AlarmRule weekly = ruleAt(u"16/06/2026", u"12:00:00");
+    weekly.AlarmWeekday = 2;
+    const auto open = [this] { return SendMessageW(item(ID_CBODAY), CB_GETDROPPEDSTATE, 0, 0) != FALSE; };
+    Script script(dialog);
+    script.when(focused(ID_DATA), [this] {
+        SendMessageW(item(ID_CBODAY), CB_SHOWDROPDOWN, TRUE, 0);
+        clickDate(kYear);
+    });
+    script.when(shown("Date"), [this, open] {
+        EXPECT_FALSE(open());
+        click(ID_BTN1);
+    });
+    script.when(shown("Set alarm"), [this] { closeBox(); });
+    edit(weekly);
 }
 
 // --- Buttons and letters ----------------------------------------------------------------------------------

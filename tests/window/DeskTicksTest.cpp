@@ -2,7 +2,9 @@
 // read come back.
 #include <string>
 
+#include "resources/resource.h"
 #include "tests/window/AlarmDesk.h"
+#include "tests/window/Script.h"
 
 namespace {
 
@@ -32,6 +34,8 @@ TEST(DeskTimer, EveryNoteCountsDownByItselfAlsoAfterOthersHaveEnded) {
     desk.note(3).ArmAfterLoad();
     desk.clock = {later(-7), 0};
     EXPECT_TRUE(comesTo(desk.note(3), "0:00:07"));
+    desk.note(3).alarm.clear();
+    EXPECT_FALSE(KillTimer(desk.desk->tray.hwnd, IDT_ALARM)) << "an idle desk wakes nobody";
 }
 
 TEST(DeskTimer, RefusedByWindowsTheTicksComeAllTheSame) {
@@ -144,6 +148,22 @@ TEST(DeskDrafts, ThatCouldNotBeReadAreTakenUpOnceTheyCan) {
         desk->desk->Tick();
     EXPECT_EQ(windowText(desk->note(2).nota), u"body of b");
     desk->folder.locked.clear();
+    EXPECT_TRUE(takesDraft(*desk));
+}
+
+TEST(DeskDrafts, WaitUntilABoxIsAnswered) {
+    const auto desk = withUnreadDraft();
+    desk->folder.locked.clear();
+    fmsg& dialog = desk->desk->dialog;
+    Script script(dialog);
+    script.when([&] { return dialog.hwnd != nullptr && IsWindowVisible(dialog.hwnd) != FALSE; },
+                [&] {
+                    for (int i = 0; i < 100; ++i)
+                        desk->desk->Tick();
+                    EXPECT_EQ(windowText(desk->note(2).nota), u"body of b");
+                    PostMessageW(dialog.hwnd, WM_CLOSE, 0, 0);
+                });
+    dialog.MsgBoxExt(u"Sure?", MB_YESNO);
     EXPECT_TRUE(takesDraft(*desk));
 }
 

@@ -1,6 +1,7 @@
 // What moves a note besides the user's own drag: other programs, the system and the keyboard; and what
 // becomes of it when the desk changes.
 #include "note/bas_GetWorkArea.h"
+#include "resources/resource.h"
 #include "tests/window/TestNotes.h"
 
 namespace {
@@ -71,6 +72,7 @@ TEST_P(MovedNotes, AMoveByAnotherProgramDoesNotWaitForAChangeOfTheDeskOrForTheEn
     moveByOthers(note, 400, 100);
     desk->desk->CommitEdits();
     EXPECT_TRUE(isAt(storedCorner(*desk), 400, 100));
+    EXPECT_FALSE(KillTimer(note.hwnd, IDT_MOVED)) << "nothing is left to wait for";
 }
 
 TEST_P(MovedNotes, AChangeOfTheDeskWaitsForTheEndOfAMove) {
@@ -185,6 +187,21 @@ TEST_P(MovedNotes, AMoveIsStoredOnceWhenItEnds) {
     }
     SendMessageW(note.hwnd, WM_KILLFOCUS, 0, 0);
     EXPECT_EQ(desk->stored(1).y, 1500 + kStep) << "even if the end of the move was missed";
+}
+
+TEST_P(MovedNotes, WithEasyAlignmentAMoveStopsAtTheEdgeOfAnotherNote) {
+    GlobalSettings settings;
+    settings.EasyAlign = true;
+    const auto desk = run({plainNote(u"left", 3000, 3000), plainNote(u"right", 6330, 3000)}, settings);
+    ASSERT_EQ(screenDpi(), 96);
+    fpost& note = desk->note(2);
+    hold(note.hwnd, VK_LEFT, 2);
+    EXPECT_EQ(note.place.Left(), 6330 - 2 * kStep);
+    hold(note.hwnd, VK_LEFT, 1);
+    EXPECT_EQ(note.place.Left(), 6000) << "the other note's edge lies within the step";
+    hold(note.hwnd, VK_LEFT, 1);
+    EXPECT_EQ(note.place.Left(), 6000 - kStep);
+    EXPECT_EQ(desk->stored(2).x, 6000 - kStep);
 }
 
 TEST_P(MovedNotes, AnIconizedNoteMovesAndStaysSmall) {
