@@ -6,12 +6,9 @@
 
 namespace {
 
-class PartsOfANote : public InBothStores {};
-INSTANTIATE_TEST_SUITE_P(Stores, PartsOfANote, testing::Bool(), storeName);
-
-TEST_P(PartsOfANote, DeletePictureNeverLeavesTheNote) {
-    const auto desk = run({plainNote(u"a")});
-    fpost& note = desk->note(1);
+TEST(PartsOfANote, DeletePictureNeverLeavesTheNote) {
+    TestNotes desk(true, {plainNote(u"a")});
+    fpost& note = desk.note(1);
     for (int width = 3000; width >= 1130; width -= 10) {
         note.pWidth(width);
         RECT client{};
@@ -23,9 +20,9 @@ TEST_P(PartsOfANote, DeletePictureNeverLeavesTheNote) {
     }
 }
 
-TEST_P(PartsOfANote, PartsHaveTheirIdsAndTexts) {
-    const auto desk = run({plainNote(u"title")});
-    fpost& note = desk->note(1);
+TEST(PartsOfANote, PartsHaveTheirIdsAndTexts) {
+    TestNotes desk(true, {plainNote(u"title")});
+    fpost& note = desk.note(1);
     EXPECT_EQ(note.editing.txtNota(), nullptr);
     EXPECT_EQ(note.editing.txtTitle(), nullptr);
     note.EditForm();

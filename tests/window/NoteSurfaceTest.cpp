@@ -3,18 +3,15 @@
 
 namespace {
 
-class PaintedNote : public InBothStores {};
-INSTANTIATE_TEST_SUITE_P(Stores, PaintedNote, testing::Bool(), storeName);
-
 Rgb pixelOf(HWND window, int x, int y) {
     UpdateWindow(window);
     const WindowDc dc(window);
     return GetPixel(dc, x, y);
 }
 
-TEST_P(PaintedNote, PaintingSetsAllSevenSurfaces) {
-    const auto desk = run({armed(u"a")});
-    fpost& note = desk->note(1);
+TEST(PaintedNote, PaintingSetsAllSevenSurfaces) {
+    TestNotes desk(true, {armed(u"a")});
+    fpost& note = desk.note(1);
     note.Backcol(0x30C0F0);
     for (const HWND part : {note.nota, note.pic, note.pic2, note.lbl2, note.pic_time}) {
         EXPECT_EQ(pixelOf(part, 0, 0), 0x30C0F0U) << GetDlgCtrlID(part);
@@ -41,12 +38,12 @@ COLORREF frameOf(const fpost& note) {
     return color;
 }
 
-TEST_P(PaintedNote, TheNoteThatHasTheKeyboardShowsIt) {
-    const auto desk = run({plainNote(u"a"), plainNote(u"b", 6000)});
+TEST(PaintedNote, TheNoteThatHasTheKeyboardShowsIt) {
+    TestNotes desk(true, {plainNote(u"a"), plainNote(u"b", 6000)});
     for (const int at : {1, 2, 1}) {
-        desk->note(at).show(true);
-        EXPECT_EQ(frameOf(desk->note(at)), inkOn(kDesignColor)) << at;
-        EXPECT_EQ(frameOf(desk->note(3 - at)), frameColor(kDesignColor)) << at;
+        desk.note(at).show(true);
+        EXPECT_EQ(frameOf(desk.note(at)), inkOn(kDesignColor)) << at;
+        EXPECT_EQ(frameOf(desk.note(3 - at)), frameColor(kDesignColor)) << at;
     }
 }
 
