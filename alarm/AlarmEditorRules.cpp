@@ -12,7 +12,7 @@ constexpr std::array<std::int16_t, 37> kRepeatEntries{0,  1,  2,  3,  4,  5,  6,
                                                       13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25,
                                                       26, 27, 28, 29, 30, 35, 40, 45, 50, 55, 60};
 
-constexpr std::array<TextView, 5> kUnitCodes{u"", kMinutes, kHours, kDays, kMonths};
+constexpr std::array kUnitCodes{TextView(), kMinutes, kHours, kDays, kMonths};
 
 /// A day or month of a stored pattern; 0 when it is not one.
 int numberOf(TextView piece) {
@@ -113,7 +113,7 @@ Text toggled(TextView label, DatePart part, Now now) {
     const TextView shown = date;
     const TextView day = shown.substr(0, 2);
     const TextView month = shown.substr(3, 2);
-    const TextView year = shown.substr(6, 4);
+    const TextView year = shown.substr(6);
     const bool hasDay = isDigits(day);
     const bool hasMonth = hasDay && isDigits(month);
     switch (part) {

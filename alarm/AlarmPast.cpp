@@ -17,8 +17,9 @@ bool isDueSince(const AlarmRule& rule, Now now, std::int64_t seconds) {
     return rule.due && now.at.seconds - rule.due->seconds >= seconds;
 }
 
+/// For one rule before and after it moved, which never makes a date of a pattern.
 bool sameStoredForm(const AlarmRule& a, const AlarmRule& b) {
-    const bool sameDate = a.AlarmDate == b.AlarmDate || (a.DateNotSet() && b.DateNotSet());
+    const bool sameDate = a.DateNotSet() || a.AlarmDate == b.AlarmDate;
     return sameDate && a.AlarmTime == b.AlarmTime;
 }
 
@@ -30,10 +31,7 @@ void AlarmPast::rang(Instant due, Now now) {
 }
 
 bool AlarmPast::hasRung(Instant due) const {
-    constexpr std::int64_t kMinute = 60;
-    return std::any_of(rung_.begin(), rung_.end(), [due](const Ring& rung) {
-        return rung.due.seconds / kMinute == due.seconds / kMinute;
-    });
+    return std::any_of(rung_.begin(), rung_.end(), [due](const Ring& rung) { return rung.due == due; });
 }
 
 void AlarmPast::forgetFarAhead(Now now) {
@@ -43,14 +41,14 @@ void AlarmPast::forgetFarAhead(Now now) {
 }
 
 void AlarmPast::movedOn(const AlarmRule& before, const AlarmRule& after, Now now) {
-    if (!hasOwnStart(before) || sameStoredForm(before, after)) return;
+    if (sameStoredForm(before, after)) return;
     if (!move_) move_ = Move{now, before.AlarmDate, before.AlarmTime};
     if (isAfter(now, move_->at.at)) move_->at = now;
 }
 
 bool AlarmPast::followClock(AlarmRule& rule, Now now, std::int64_t jump) {
     forgetFarAhead(now);
-    if (!hasAlarm(rule) || isOneOff(rule)) return false;
+    if (isOneOff(rule)) return false;
     const bool due = isDueSince(rule, now, 0);
     // What lies before the jump was missed for another reason, such as a sleeping machine.
     const bool neverWas = isDueSince(rule, now, kSmallJump) && !isDueSince(rule, now, jump);
@@ -70,7 +68,7 @@ bool AlarmPast::followClock(AlarmRule& rule, Now now, std::int64_t jump) {
     const AlarmRule start = rule;
     arm(rule, now);
     while (rule.due && hasRung(*rule.due))
-        arm(rule, {*rule.due, 1});
+        arm(rule, justAfter(*rule.due));
     movedOn(start, rule, now);
     return !sameStoredForm(before, rule);
 }

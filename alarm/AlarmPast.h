@@ -20,8 +20,8 @@ public:
     /// without a start of its own (each day, month or year, weekdays) is computed anew. A repeat that moved
     /// on at a moment that is now still to come goes back by whole periods, but never behind where it stood;
     /// one that begins far ahead because the user wanted it so stays. What a small step forward skipped rings
-    /// late; what a large one skipped does not ring. Nothing becomes due again in a minute for which it has
-    /// rung. True when the stored date or time changed.
+    /// late; what a large one skipped does not ring. Nothing becomes due again for an instant for which it
+    /// has rung. True when the stored date or time changed.
     bool followClock(AlarmRule& rule, Now now, std::int64_t jump);
 
 private:

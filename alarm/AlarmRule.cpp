@@ -16,8 +16,7 @@ constexpr std::int64_t kLastYear = 9999;
 constexpr std::int64_t kShortestMonth = 28;
 
 bool hasText(Instant instant) {
-    const std::int64_t year = dateOf(instant).year;
-    return year >= 0 && year <= kLastYear;
+    return dateOf(instant).year <= kLastYear;
 }
 
 bool isRealDate(Date date) {
@@ -58,8 +57,7 @@ std::optional<Instant> instantOfTexts(const AlarmRule& rule) {
 /// rule's date as it is, with nothing to wait for.
 void setDate(AlarmRule& rule, Date date) {
     rule.due.reset();
-    if (!isRealDate(date)) return;
-    if (date.year < 0 || !hasText(instantOf(date, parseTime(rule.AlarmTime)))) return;
+    if (!isRealDate(date) || !hasText(instantOf(date, parseTime(rule.AlarmTime)))) return;
     rule.AlarmDate = dateText(date);
     rule.due = instantOfTexts(rule);
 }
@@ -290,7 +288,7 @@ std::optional<Text> NextWeekdayDate(int weekday, TextView time, Now now) {
     std::int64_t day = dayNumber(today) + (weekday - weekdayOf(today) + kWeekdays) % kWeekdays;
     if (!isBefore(now, instantOf(dateOfDay(day), parseTime(time)))) day += kWeekdays;
     const Date date = dateOfDay(day);
-    if (date.year < 0 || date.year > kLastYear) return {};
+    if (date.year > kLastYear) return {};
     return dateText(date);
 }
 
@@ -336,7 +334,7 @@ Rearmed rearm(AlarmRule& rule, Now now) {
     const std::optional<Instant> rung = rule.due;
     moveOn(rule, now);
     // When the clock was set back while it rang, the same instant lies ahead again, but it has had its turn.
-    if (rung && rule.due == rung && isBefore(now, *rung)) moveOn(rule, {*rung, 1});
+    if (rung && rule.due == rung && isBefore(now, *rung)) moveOn(rule, justAfter(*rung));
     if (isAhead(rule, now)) return Rearmed::Armed;
     rule.due.reset();
     return Rearmed::NotAhead;

@@ -113,8 +113,7 @@ bool Ringing::SoundStop(Now now) {
         return false;
     }
     past_.movedOn(rung, rule, now);
-    const std::int64_t jump = std::exchange(jumpWhileRinging_, 0);
-    if (jump != 0) past_.followClock(rule, now, jump);
+    if (jumpWhileRinging_ != 0) past_.followClock(rule, now, jumpWhileRinging_);
     face_.store(AlarmFields::Everything);
     updateCountdown();
     return false;

@@ -26,6 +26,10 @@ constexpr bool isAfter(const Now& now, Instant then) {
 constexpr bool isBefore(const Now& now, Instant then) {
     return now.at < then;
 }
+/// The first moment that is after it.
+constexpr Now justAfter(Instant then) {
+    return {then, 1};
+}
 
 /// A civil date. Not necessarily a real one: month 13 or 31 February carries over when it is turned into an
 /// Instant.

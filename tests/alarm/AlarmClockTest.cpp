@@ -128,6 +128,27 @@ TEST(AlarmClock, AfterASmallStepBackNothingRingsTwice) {
     }
 }
 
+TEST(AlarmClock, WhatRangUpToADayAheadDoesNotRingAgain) {
+    const AlarmRule daily = dateRule(u"**/**/****", u"12:00:10", moment(u"15/06/2026 08:00:00"));
+    for (const auto& [back, next] : {std::pair{u"14/06/2026 12:00:20", "16/06/2026 12:00:10"},
+                                     std::pair{u"14/06/2026 12:00:19", "15/06/2026 12:00:10"}}) {
+        Life life(daily, u"15/06/2026 11:00:00");
+        life.clock = moment(u"15/06/2026 12:00:20");
+        life.note.tick(life.clock);
+        ASSERT_TRUE(life.note.alarm.Alarming) << "ten seconds late";
+        life.note.stop(life.clock);
+        life.set(back);
+        EXPECT_EQ(life.due(), next);
+    }
+}
+
+TEST(AlarmClock, WhatRangTheDayBeforeDoesNotRingAgain) {
+    Life life(dateRule(u"**/**/****", u"12:00:10", moment(u"15/06/2026 08:00:00")), u"15/06/2026 11:00:00");
+    EXPECT_EQ(life.runUntil(u"16/06/2026 12:30:00").size(), 2U);
+    life.set(u"15/06/2026 12:00:00");
+    EXPECT_EQ(life.due(), "16/06/2026 12:00:10") << "the one of the 15th has rung";
+}
+
 TEST(AlarmClock, ADayThatComesAgainAfterALargeStepBackRingsLikeAnyOther) {
     Life life(dateRule(u"**/**/****", u"12:00:10", moment(u"15/06/2026 08:00:00")), u"15/06/2026 08:00:00");
     EXPECT_EQ(life.runUntil(u"17/06/2026 13:00:00").size(), 3U);
@@ -223,6 +244,26 @@ TEST(AlarmClock, WhatASmallStepForwardSkippedStillRings) {
         EXPECT_TRUE(life.note.alarm.Alarming) << kind.name;
         life.note.stop(life.clock);
         EXPECT_EQ(life.due(), kind.next) << kind.name;
+    }
+}
+
+TEST(AlarmClock, ASmallStepIsOneThatReachesLessThanThreeHoursBeyondTheAlarm) {
+    for (const Kind& kind : recurring()) {
+        Life within(kind.rule, u"15/06/2026 12:00:00");
+        within.set(u"15/06/2026 15:00:09");
+        EXPECT_TRUE(within.note.alarm.Alarming) << kind.name;
+        Life beyond(kind.rule, u"15/06/2026 12:00:00");
+        beyond.set(u"15/06/2026 15:00:10");
+        EXPECT_FALSE(beyond.note.alarm.Alarming) << kind.name;
+        EXPECT_EQ(beyond.due(), kind.next) << kind.name;
+    }
+}
+
+TEST(AlarmClock, SetToTheVeryInstantItRings) {
+    for (const Kind& kind : recurring()) {
+        Life life(kind.rule, u"15/06/2026 12:00:00");
+        life.set(u"15/06/2026 12:00:10");
+        EXPECT_TRUE(life.note.alarm.Alarming) << kind.name;
     }
 }
 

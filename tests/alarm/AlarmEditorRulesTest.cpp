@@ -32,6 +32,21 @@ TEST(EditorOpens, OnTheRule) {
     EXPECT_EQ(editorTime(dateRule(u"05/03/2027", u"09:00:00", now), now), u"09:00:00");
 }
 
+TEST(EditorOpens, OnTheDayThatAPatternRings) {
+    const Now now = at(u"21/11/2026 08:00:00");
+    EXPECT_EQ(editorDate(dateRule(u"01/**/****", u"09:00:00", now), now), u"01/**/****");
+    AlarmRule monthly = dateRule(u"05/**/****", u"09:00:00", now);
+    monthly.alarmday = u"123";  // as another program may have stored it
+    arm(monthly, now);
+    EXPECT_EQ(shown(monthly.due), "12/12/2026 09:00:00");
+    EXPECT_EQ(editorDate(monthly, now), u"12/**/****");
+}
+
+TEST(EditorOpens, OnTheLastDayOfAll) {
+    const Now now = at(u"21/11/2026 08:00:00");
+    EXPECT_EQ(editorDate(dateRule(u"31/12/9999", u"09:00:00", now), now), u"31/12/9999");
+}
+
 TEST(EditorOpens, OnItsWeekdayWhateverPatternStandsBesideIt) {
     const Now now = at(u"21/11/2026 08:00:00");  // a Saturday
     constexpr const char16_t* kNext[] = {u"23/11/2026", u"24/11/2026", u"25/11/2026", u"26/11/2026",
@@ -148,6 +163,13 @@ TEST(DateLabel, ClickTogglesAPart) {
         EXPECT_EQ(toggled(c.from, c.part, now), c.to) << c.name;
 }
 
+TEST(DateLabel, EveryDigitIsOne) {
+    const Now now = at(u"21/11/2026 08:00:00");
+    EXPECT_EQ(toggled(u"09/19/2029", DatePart::Year, now), u"09/19/****");
+    EXPECT_EQ(toggled(u"09/19/2029", DatePart::Month, now), u"09/**/****");
+    EXPECT_EQ(toggled(u"09/19/2029", DatePart::Day, now), u"**/**/****");
+}
+
 TEST(DateLabel, YearTwiceIsAFullDateOfThisYear) {
     const Now now = at(u"21/11/2026 08:00:00");
     EXPECT_EQ(toggled(toggled(u"05/03/2031", DatePart::Year, now), DatePart::Year, now), u"05/03/2026");
@@ -251,6 +273,45 @@ EditorControls choice(TextView data) {
     result.data = data;
     result.time = u"09:00:00";
     return result;
+}
+
+TEST(Start, HandsOverTheRuleThatTheEditorOpenedOn) {
+    const Now now = at(u"21/11/2026 08:00:00");
+    std::vector<AlarmRule> rules{
+        dateRule(u"05/03/2027", u"09:00:00", now), dateRule(u"**/**/****", u"09:00:00", now),
+        dateRule(u"09/**/****", u"09:00:00", now), dateRule(u"19/09/****", u"09:00:00", now)};
+    for (const std::int16_t number : std::initializer_list<std::int16_t>{1, 2, 30, 31, 35, 60, 90, 32767}) {
+        for (const TextView unit : {kMinutes, kHours, kDays, kMonths})
+            rules.push_back(repeatRule(u"05/03/2027", u"09:00:00", number, unit, now));
+    }
+    for (std::int16_t day = 1; day <= kWeekdays; ++day)
+        rules.push_back(weekdayRule(day, u"09:00:00", now));
+    EditorRule several;
+    several.AlarmTime = u"09:00:00";
+    several.AlarmWeekday = kSeveralWeekdays;
+    several.FlagWeekday = {false, true, false, false, true, false, true};
+    rules.push_back(ruleFromEditor(several, now));
+    for (const AlarmRule& rule : rules) {
+        const AlarmRule same = ruleFromEditor(ruleOfControls(controlsOf(rule, now)), now);
+        NoteRecord before, after;
+        storeRule(before, rule);
+        storeRule(after, same);
+        EXPECT_TRUE(before == after) << rule.RepeatNumber << plain(rule.RepeatEvery) << rule.AlarmWeekday
+                                     << plain(rule.AlarmDate);
+        EXPECT_EQ(shown(same.due), shown(rule.due));
+    }
+}
+
+TEST(Start, AnUnknownUnitIsNoRepeat) {
+    AlarmRule rule = dateRule(u"05/03/2027", u"09:00:00", at(u"21/11/2026 08:00:00"));
+    for (const auto& [number, unit] : {std::pair{5, TextView(u"ss")}, std::pair{0, TextView(kDays)}}) {
+        rule.RepeatNumber = static_cast<std::int16_t>(number);
+        rule.RepeatEvery = unit;
+        const EditorControls shown = controlsOf(rule, at(u"21/11/2026 08:00:00"));
+        EXPECT_EQ(shown.cboRepeat, 0);
+        EXPECT_EQ(shown.repeatKept, 0);
+        EXPECT_EQ(shown.cboDay, 0) << "the list offers weekdays then";
+    }
 }
 
 TEST(Start, HandsOverTheDatePartOnly) {

@@ -183,6 +183,9 @@ TEST(EditorBars, AnEmptyTimeBeginsWithNowOrMidnight) {
     editor.shown.time = u"";
     editor.day(0);
     EXPECT_EQ(editor.time(), "") << "no weekday, no time";
+    editor.day(1);
+    EXPECT_EQ(editor.time(), "00:00:00");
+    editor.shown.time = u"";
     editor.day(3);
     EXPECT_EQ(editor.time(), "00:00:00");
     const AlarmRule rule = editor.start();
@@ -223,6 +226,18 @@ TEST(EditorLists, AWeekdayOrARepeatOnAPatternIsRefusedAndUndone) {
         EXPECT_EQ(editor.refusals, 5);
         EXPECT_TRUE(holdsWildcards(editor.shown.data));
     }
+}
+
+TEST(EditorLists, ARepeatBesideAPatternMayBeTakenBack) {
+    AlarmRule rule = ruleOn(u"05/**/****", u"12:00:00");
+    rule.RepeatNumber = 2;  // as an older release may have stored it
+    rule.RepeatEvery = kDays;
+    FakeControls editor(rule);
+    ASSERT_EQ(editor.shown.cboRepeat, 2);
+    editor.repeat(0);
+    EXPECT_EQ(editor.refusals, 0);
+    EXPECT_EQ(editor.shown.cboRepeat, 0);
+    EXPECT_EQ(editor.start().alarmday, u"05");
 }
 
 TEST(EditorLists, AWildcardBesideAWeekdayIsRefused) {

@@ -91,6 +91,9 @@ TEST(EditorDate, NonsenseHasNothingToWaitFor) {
                                 u"**/12/****", u"xx/**/****", u"00/**/****", u"24/xx/****"}) {
         const AlarmRule rule = dateRule(date, u"10:00:00", now);
         EXPECT_EQ(shown(rule.due), "none") << testing::PrintToString(Text(date));
+        if (rule.DateNotSet()) {
+            EXPECT_EQ(rule.AlarmDate, u"") << testing::PrintToString(Text(date));
+        }
     }
     EXPECT_EQ(shown(dateRule(u"24/12/2026", u"", now).due), "none");
     EXPECT_EQ(shown(dateRule(u"24/12/2026", u"24:00:00", now).due), "none");
@@ -156,6 +159,12 @@ TEST(NextWeekday, IsWithinTheWeekForEveryOtherDay) {
     EXPECT_EQ(NextWeekdayDate(1, u"00:00:00", saturday), u"23/11/2026");
     EXPECT_EQ(NextWeekdayDate(5, u"23:00:00", saturday), u"27/11/2026");
     EXPECT_EQ(NextWeekdayDate(5, u"23:00:00", at(u"31/12/2026 10:00:00")), u"01/01/2027");
+}
+
+TEST(NextWeekday, IsInTheLastYearOfAllAsInAnyOther) {
+    const Now thursday = at(u"30/12/9999 09:00:00");
+    EXPECT_EQ(NextWeekdayDate(5, u"08:00:00", thursday), u"31/12/9999");
+    EXPECT_FALSE(NextWeekdayDate(6, u"08:00:00", thursday)) << "the first day of the year 10000";
 }
 
 TEST(NextWeekday, IsNoneForANumberThatIsNoDay) {

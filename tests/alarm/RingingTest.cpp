@@ -179,6 +179,16 @@ TEST(Ringing, StaysSilentOnceSilencedWithoutATimer) {
     EXPECT_FALSE(note.sounding);
 }
 
+TEST(Ringing, ALateTickOfItsTimerChangesNothing) {
+    FakeNote note;
+    ring(note, daily());
+    note.stop(after(kDueNow, 3));
+    const int colours = note.colours;
+    note.flash(20);  // Windows had sent them before the timer ended
+    EXPECT_EQ(note.colours, colours);
+    EXPECT_FALSE(note.sounding);
+}
+
 // --- What ends it -----------------------------------------------------------------------------------------
 
 TEST(Ringing, TakesItsNoteAlongWhenItIsStopped) {
