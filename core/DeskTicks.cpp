@@ -43,11 +43,11 @@ void DeskTicks::tick() {
     if (ticking_ && !ownTimer_) startTicks();
     const Now now = desk_.now();
     const std::int64_t jump = clock_.jump(now, desk_.uptime());
-    if (jump < 0) followClock(now, jump);
+    followClock(now, std::min<std::int64_t>(jump, 0));
     // A leap forward means that the machine slept, and missed alarms ring, unless Windows says that the clock
     // was set; that message may come after this tick.
     untold_ = std::max<std::int64_t>(jump, 0);
-    if (untold_ > 0) return;
+    if (untold_ != 0) return;
     desk_.tickNotes();
     readAgain();
 }

@@ -19,7 +19,7 @@ bool isDrive(TextView path) {
 }  // namespace
 
 bool liesInTemporary(TextView folder, TextView temporary, TextView profile) {
-    if (folder.empty() || temporary.empty()) return false;
+    if (temporary.empty()) return false;
     const Text below = withBackslash(temporary);
     if (isDrive(below) || (!profile.empty() && withBackslash(profile).starts_with(below))) return false;
     return withBackslash(folder).starts_with(below);

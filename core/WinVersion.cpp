@@ -6,11 +6,11 @@
 namespace {
 
 struct Row {
-    std::uint32_t platform = 0;
-    std::uint32_t major = 0;
-    std::uint32_t minor = 0;
-    std::uint32_t firstBuild = 0;  ///< the row applies from this build on
-    bool serverOnly = false;
+    std::uint32_t platform;
+    std::uint32_t major;
+    std::uint32_t minor;
+    std::uint32_t firstBuild;  ///< the row applies from this build on
+    bool serverOnly;
     WinClass system;
 };
 

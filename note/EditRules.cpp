@@ -12,15 +12,13 @@ Kind kindOf(char16_t c) {
     constexpr char16_t kWideSpace = 0x3000;
     if (c == u'\r' || c == u'\n') return Kind::Break;
     if (c == u' ' || c == u'\t' || c == kNoBreakSpace || c == kWideSpace) return Kind::Blank;
-    const bool ascii = c > u' ' && c < 0x7F;
-    const bool word =
-        (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || c == u'_';
-    return ascii && !word ? Kind::Sign : Kind::Letter;
+    constexpr TextView kSigns = u"!\"#$%&'()*+,-./:;<=>?@[\\]^`{|}~";
+    return kSigns.find(c) != TextView::npos ? Kind::Sign : Kind::Letter;
 }
 
-/// Whether a text may be cut before its unit `at`.
+/// Whether a text may be cut before its unit `at`, which is 0 or one of its units.
 bool isBoundary(TextView text, std::size_t at) {
-    if (at == 0 || at >= text.size()) return true;
+    if (at == 0) return true;
     const bool pair = isHighSurrogate(text[at - 1]) && isLowSurrogate(text[at]);
     return !pair && !(text[at - 1] == u'\r' && text[at] == u'\n');
 }
@@ -91,7 +89,7 @@ Text TypedText::next(char16_t character) {
 
 int WheelLines::turned(int delta, int perNotch) {
     constexpr int kNotch = 120;
-    if ((delta < 0) != (rest_ < 0)) rest_ = 0;  // the direction has changed
+    if (delta * rest_ < 0) rest_ = 0;  // the direction has changed
     const int units = rest_ + delta * perNotch;
     const int lines = units / kNotch;
     rest_ = units - lines * kNotch;

@@ -13,7 +13,7 @@ std::int64_t shared(int from, int to, int otherFrom, int otherTo) {
 std::int64_t commonArea(const PxRect& a, const PxRect& b) {
     const std::int64_t across = shared(a.left, a.right, b.left, b.right);
     const std::int64_t down = shared(a.top, a.bottom, b.top, b.bottom);
-    return across > 0 && down > 0 ? across * down : 0;
+    return std::max<std::int64_t>(across, 0) * std::max<std::int64_t>(down, 0);
 }
 
 double distance(const PxRect& a, const PxRect& b) {

@@ -1,5 +1,7 @@
 #include "note/NoteColor.h"
 
+#include <algorithm>
+
 namespace {
 
 struct Channels {
@@ -45,7 +47,7 @@ bool isLegible(Rgb ink, Rgb ground) {
     constexpr double kGlare = 0.05;  // light that falls on any screen
     const double one = lightOf(ink) + kGlare;
     const double other = lightOf(ground) + kGlare;
-    return one >= kLeast * other || other >= kLeast * one;
+    return std::max(one, other) >= kLeast * std::min(one, other);
 }
 
 Rgb inkOn(Rgb ground) {

@@ -3,15 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-namespace {
-
-bool isWithin(const PxRect& rect, const PxRect& area) {
-    return rect.left >= area.left && rect.top >= area.top && rect.right <= area.right &&
-           rect.bottom <= area.bottom;
-}
-
-}  // namespace
-
 Snapping::Snapping(const PxRect& start, SnapRules rules, std::vector<Monitor> monitors)
     : rules_(std::move(rules)),
       monitors_(std::move(monitors)),
@@ -23,9 +14,7 @@ Snapping::Snapping(const PxRect& start, SnapRules rules, std::vector<Monitor> mo
 }
 
 SnapScreen Snapping::screenAt(const PxRect& rect) const {
-    const auto under = std::find_if(monitors_.begin(), monitors_.end(),
-                                    [&rect](const Monitor& monitor) { return isWithin(rect, monitor.area); });
-    const Monitor& monitor = under != monitors_.end() ? *under : monitorAt(monitors_, rect);
+    const Monitor& monitor = monitorAt(monitors_, rect);
     if (monitor.primary) return {0, 0, workArea_};
     return {monitor.area.left, monitor.area.top, monitor.work};
 }

@@ -94,6 +94,22 @@ TEST(DeskState, IconizingASingleNoteIsNotIconizingAll) {
     EXPECT_FALSE(state.allIconized());
 }
 
+TEST(DeskState, ACommandOnAllNotesReachesASingleOneAndNotNone) {
+    for (const int notes : {1, 2}) {
+        DeskState state = loaded(count(notes, notes));
+        state.onAllHidden(true, count(notes, 0));
+        EXPECT_TRUE(state.allHidden()) << notes;
+        state.onAllHidden(false, count(notes, notes));
+        EXPECT_FALSE(state.allHidden()) << notes;
+        state.onAllIconized(true, count(notes, notes, notes));
+        EXPECT_TRUE(state.allIconized()) << notes;
+    }
+    DeskState empty = loaded(count(0, 0));
+    empty.onAllHidden(true, count(0, 0));
+    empty.onAllIconized(true, count(0, 0));
+    EXPECT_FALSE(empty.allHidden() || empty.allIconized());
+}
+
 TEST(DeskState, RemovingTheOddOneMakesTheRestAlike) {
     DeskState state = loaded(count(3, 1, 2));
     state.onNoteRemoved(count(2, 0, 2));

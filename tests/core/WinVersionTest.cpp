@@ -52,6 +52,7 @@ TEST(WinVersion, KnowsTheFirstBuildsOfEveryWindows) {
         EXPECT_EQ(classified(first).family, c.family) << c.name;
         EXPECT_LE(classified(first).edition, c.edition) << c.name;
     }
+    EXPECT_STREQ(classified({2, 5, 2, 0, true}).name, "Windows Server 2003");
 }
 
 TEST(WinVersion, EveryWindowsActsOnExactlyOneKindOfClick) {

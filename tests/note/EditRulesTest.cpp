@@ -45,6 +45,11 @@ TEST(EditRules, NeverCutsALetterOrALineBreak) {
     EXPECT_EQ(fittingPart(u"", {0, 0}, u"a\r\nb", atMost(3)), u"a\r\n");
 }
 
+TEST(EditRules, HalvesThatBelongToNoWholeAreCutLikeLetters) {
+    for (const TextView text : {u"a\xDE00", u"\xD83D\x61", u"\xD83D\xD83D", u"a\n", u"\ra", u"\r\r", u"\n\n"})
+        EXPECT_EQ(fittingPart(u"", {0, 0}, text, atMost(1)), text.substr(0, 1));
+}
+
 TEST(EditRules, CountsBytesWhereTheStoreDoes) {
     const CodePage page = kanaPage();
     const auto room = [&page](std::size_t bytes) {
@@ -81,7 +86,15 @@ TEST(EditRules, CtrlBackspaceDeletesAWord) {
     EXPECT_EQ(rest(u"one\r\n"), u"one");
     EXPECT_EQ(rest(u"one\r\n\r\n"), u"one\r\n") << "one line break at a time";
     EXPECT_EQ(rest(u"one\r\n  "), u"one\r\n") << "only the blanks of the line";
-    EXPECT_EQ(rest(u"a\u00A0"), u"");
+    for (const TextView blank : {u" ", u"\t", u"\u00A0", u"\u3000"}) {
+        EXPECT_EQ(rest(u"a" + Text(blank)), u"");
+        EXPECT_EQ(rest(u"a!" + Text(blank)), u"a");
+        EXPECT_EQ(rest(u"a" + Text(blank) + u"b"), u"a" + Text(blank));
+    }
+    for (const TextView letters : {u"azAZ09_", u"\u00A1\u00BF", u"\u3001\u3002", u"\x7F\x80"})
+        EXPECT_EQ(rest(u"! " + Text(letters)), u"! ");
+    for (const char16_t sign : TextView(u"!\"#$%&'()*+,-./:;<=>?@[\\]^`{|}~"))
+        EXPECT_EQ(rest(Text(u"word") + sign), u"word");
     EXPECT_EQ(rest(u"   "), u"");
     EXPECT_EQ(rest(u""), u"");
     EXPECT_EQ(wordStart(u"milk and bread", 8), 5U) << "from the caret, wherever it stands";
@@ -95,6 +108,7 @@ TEST(EditRules, KnowsWhatIsComposedAtTheCaret) {
     EXPECT_FALSE(standsAt(u"milk ", {5, 5}, u"kana"));
     EXPECT_FALSE(standsAt(u"kana and milk", {13, 13}, u"kana")) << "elsewhere";
     EXPECT_FALSE(standsAt(u"", {0, 0}, u"k"));
+    EXPECT_TRUE(standsAt(u"milk", {4, 4}, u"")) << "nothing is composed, so it is there";
     EXPECT_FALSE(standsAt(u"milk", {9, 9}, u"kana"));
 }
 
@@ -132,6 +146,11 @@ TEST(EditRules, TheWheelAddsUpToLines) {
     EXPECT_EQ(wheel.turned(-240, 1), 2);
     EXPECT_EQ(wheel.turned(-30, 3), 0);
     EXPECT_EQ(wheel.turned(-30, 3), 1) << "a fine wheel";
+    EXPECT_EQ(wheel.turned(-30, 3), 1);
+    EXPECT_EQ(wheel.turned(-30, 3), 1);
+    EXPECT_EQ(wheel.turned(-30, 3), 0);
+    EXPECT_EQ(wheel.turned(0, 3), 0);
+    EXPECT_EQ(wheel.turned(-30, 3), 1) << "a message without a turn forgets nothing";
     EXPECT_EQ(wheel.turned(-30, 3), 1);
     EXPECT_EQ(wheel.turned(-30, 3), 1);
     EXPECT_EQ(wheel.turned(-30, 3), 0);

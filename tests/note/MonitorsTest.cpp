@@ -33,6 +33,21 @@ TEST(Monitors, ANoteOnNoneBelongsToTheNearest) {
     EXPECT_EQ(workAt({-kFar, 0, -kFar + 100, 100}), kLeft.work);
 }
 
+TEST(Monitors, ANoteFarAboveOneMonitorDoesNotBelongToOneThatIsFartherAway) {
+    EXPECT_EQ(workAt({-700, -200, -500, -110}), kLeft.work) << "210 pixels above it, 512 from the other";
+    EXPECT_EQ(workAt({2000, -200, 2200, -110}), kPrimary.work);
+    EXPECT_EQ(workAt({-1600, -200, -1400, -110}), kLeft.work);
+}
+
+TEST(Monitors, OfTwoThatAreEquallyNearTheFirstIsTaken) {
+    const PxRect between{-110, 10, -10, 90};  // ten pixels above one, ten pixels left of the other
+    EXPECT_TRUE(monitorAt(kBoth, between).primary);
+    EXPECT_FALSE(monitorAt(std::array{kLeft, kPrimary}, between).primary);
+    const PxRect half{-100, 200, 100, 300};
+    EXPECT_TRUE(monitorAt(kBoth, half).primary);
+    EXPECT_FALSE(monitorAt(std::array{kLeft, kPrimary}, half).primary);
+}
+
 TEST(Monitors, ANoteWithoutExtentIsAPoint) {
     EXPECT_EQ(workAt({10, 10, 10, 10}), kPrimary.work);
     EXPECT_EQ(workAt({-10, 200, -10, 200}), kLeft.work);

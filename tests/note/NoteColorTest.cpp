@@ -7,7 +7,7 @@
 namespace {
 
 Rgb fakeSystemColor(int index) {
-    return static_cast<Rgb>(index) * 0x10101;
+    return 0x100 + static_cast<Rgb>(index) * 0x10101;
 }
 
 TEST(ShownColor, TakesPlainColours) {
@@ -17,7 +17,7 @@ TEST(ShownColor, TakesPlainColours) {
 }
 
 TEST(ShownColor, LooksNegativeNumbersUpAsSystemColours) {
-    EXPECT_EQ(shownColor(-2147483643, fakeSystemColor), 0x050505U);  // 0x80000005
+    EXPECT_EQ(shownColor(-2147483643, fakeSystemColor), 0x050605U);  // 0x80000005
 }
 
 double channel(Rgb color, int shift) {
@@ -73,6 +73,22 @@ TEST(NoteColor, AShadeIsTheGroundWithASetShareOfInk) {
     EXPECT_EQ(shaded(0xFFFFFF, 50), 0x808080U);
     EXPECT_EQ(shaded(0xFFFFFF, 100), 0x000000U);
     EXPECT_EQ(shaded(0x000040, 50), 0x8080A0U) << "each channel by itself";
+}
+
+TEST(NoteColor, AShadeIsRoundedToTheNearest) {
+    for (int level = 128; level < 256; ++level) {  // black is the ink
+        for (int percent = 0; percent <= 100; ++percent) {
+            const double exact = level * (100 - percent) / 100.0;
+            ASSERT_EQ(shaded(static_cast<Rgb>(level) * 0x10101, percent),
+                      static_cast<Rgb>(exact + 0.5) * 0x10101)
+                << level << " " << percent;
+        }
+    }
+}
+
+TEST(NoteColor, AFrameAndAnEditorAreSetSharesOfTheirColours) {
+    EXPECT_EQ(frameColor(0xFFFFFF), 0x595959U) << "65 parts of black";
+    EXPECT_EQ(editorGround(0xC8C8C8), 0xE6E6E6U) << "55 parts of white";
 }
 
 }  // namespace

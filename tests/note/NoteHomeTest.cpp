@@ -4,6 +4,7 @@
 
 #include <ostream>
 #include <random>
+#include <utility>
 #include <vector>
 
 // Found by the test library's printer.
@@ -88,8 +89,13 @@ TEST(NoteHome, OfANoteThatNeverHadASizeIsWhereItCanBeUsed) {
     fresh.height = -7;
     const auto place = [&] { return shownPlace(fresh, Twips{2910}, Twips{1890}, kDpi, kMonitors); };
     EXPECT_EQ(place().right, 1280);
-    fresh.width = 2910;
-    EXPECT_EQ(place().left, 1200) << "one that had a width was put there by the user";
+    fresh.height = 0;
+    EXPECT_EQ(place().right, 1280);
+    for (const auto& [width, height] : {std::pair{2910, 0}, std::pair{1, 0}, std::pair{0, 1}}) {
+        fresh.width = width;
+        fresh.height = height;
+        EXPECT_EQ(place().left, 1200) << "one that had a size was put there by the user";
+    }
 }
 
 TEST(NoteHome, IsAlwaysInSightWhateverIsStored) {

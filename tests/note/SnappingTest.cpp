@@ -66,6 +66,9 @@ TEST_F(Moving, UsesTheMonitorThatTheNoteIsOn) {
     EXPECT_EQ(to(snapping, 1500, 733).bottom, 884) << "its own task bar";
     EXPECT_EQ(to(snapping, 600, 873).bottom, 1024) << "the other one has none there";
     EXPECT_EQ(to(snapping, 1100, 300).right, 1280) << "more of it is on the first one";
+    EXPECT_EQ(to(snapping, 600, 1).top, 0);
+    EXPECT_EQ(to(snapping, 600, 2).top, 2) << "not near enough to its upper edge";
+    EXPECT_EQ(to(snapping, 2, 300).left, 2);
 }
 
 TEST_F(Moving, FollowsMonitorsThatChangeMeanwhile) {
