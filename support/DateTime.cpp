@@ -10,13 +10,14 @@ namespace {
 constexpr std::int64_t kEpochShift = 693899;
 constexpr std::int64_t kDaysPerEra = 146097;  // 400 years
 
+/// Rounded down; `b` is positive.
 constexpr std::int64_t floorDiv(std::int64_t a, std::int64_t b) {
-    return a / b - (a % b != 0 && (a % b < 0) != (b < 0) ? 1 : 0);
+    return a / b - (a % b < 0 ? 1 : 0);
 }
 
-std::int64_t piece(TextView text, std::size_t at, std::size_t length) {
+std::int64_t piece(TextView text, std::size_t at, std::size_t length = TextView::npos) {
     std::int64_t value = 0;
-    for (const char16_t c : at < text.size() ? text.substr(at, length) : TextView()) {
+    for (const char16_t c : text.substr(std::min(at, text.size()), length)) {
         if (c < u'0' || c > u'9') break;
         value = value * 10 + (c - u'0');
     }
@@ -75,7 +76,7 @@ int weekdayOf(Date date) {
 
 Text dateText(Date date) {
     Text year = decimal(date.year);
-    if (date.year >= 0 && year.size() < 4) year.insert(0, 4 - year.size(), u'0');
+    year.insert(0, 4 - std::min<std::size_t>(4, year.size()), u'0');
     return twoDigits(date.day) + u"/" + twoDigits(date.month) + u"/" + year;
 }
 
@@ -84,8 +85,8 @@ Text timeText(TimeOfDay time) {
 }
 
 Date parseDate(TextView text) {
-    const std::size_t year = text.size() < 4 ? 0 : text.size() - 4;
-    return {piece(text, year, 4), piece(text, 3, 2), piece(text, 0, 2)};
+    const std::size_t year = text.size() - std::min<std::size_t>(4, text.size());
+    return {piece(text, year), piece(text, 3, 2), piece(text, 0, 2)};
 }
 
 TimeOfDay parseTime(TextView text) {

@@ -65,7 +65,9 @@ TEST(DateText, PadsAndKeepsImpossibleDates) {
     EXPECT_EQ(dateText({2026, 1, 5}), u"05/01/2026");
     EXPECT_EQ(dateText({2025, 2, 31}), u"31/02/2025");
     EXPECT_EQ(dateText({2025, 13, 15}), u"15/13/2025");
+    EXPECT_EQ(dateText({0, 1, 1}), u"01/01/0000");
     EXPECT_EQ(dateText({25, 1, 1}), u"01/01/0025");
+    EXPECT_EQ(dateText({999, 1, 1}), u"01/01/0999");
     EXPECT_EQ(dateText({12345, 1, 1}), u"01/01/12345");
 }
 
@@ -79,6 +81,8 @@ TEST(ParseDate, ReadsByPosition) {
     EXPECT_EQ(parseDate(u"**/**/****"), (Date{0, 0, 0}));
     EXPECT_EQ(parseDate(u"5/"), (Date{5, 0, 5}));
     EXPECT_EQ(parseDate(u""), (Date{0, 0, 0}));
+    EXPECT_EQ(parseDate(u"2026"), (Date{2026, 6, 20}));
+    EXPECT_EQ(parseDate(u"123456789"), (Date{6789, 45, 12})) << "whatever stands between them";
 }
 
 TEST(ParseTime, ReadsByPosition) {
@@ -109,6 +113,7 @@ TEST(IsTimeText, TakesTimesOfDay) {
 TEST(ParseTime, TakesTwoDigitsOfEach) {
     EXPECT_EQ(parseTime(u"12:34:567").seconds, 56);
     EXPECT_EQ(parseTime(u"123:45:6").hours, 12);
+    EXPECT_EQ(parseTime(u"12345678"), (TimeOfDay{12, 45, 78}));
 }
 
 }  // namespace

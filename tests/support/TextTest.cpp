@@ -65,6 +65,18 @@ TEST(EncodeField, CutsBesideAHalfPairThatIsFollowedByAnotherLetter) {
     EXPECT_EQ(encodeField(utf8Page(), u"ab\xD83D\xDFFF", 5).bytes, "ab   ");
 }
 
+TEST(EncodeField, CutsBehindAPairThatHasRoom) {
+    EXPECT_EQ(encodeField(utf8Page(), u"\U0001F600bc", 4).bytes, "\xF0\x9F\x98\x80");
+    EXPECT_EQ(encodeField(utf8Page(), u"\U0001F600bc", 5).bytes,
+              "\xF0\x9F\x98\x80"
+              "b");
+}
+
+TEST(EncodeField, LooksNoFurtherThanTheTextThatItIsGiven) {
+    const TextView whole = u"abc\U0001F600";
+    EXPECT_EQ(encodeField(utf8Page(), whole.substr(0, 4), 5).bytes, "abc  ") << "half of a pair has no room";
+}
+
 TEST(EncodeField, ReportsCharactersOutsideTheCodePage) {
     EXPECT_TRUE(encodeField(kDouble, u"a\u03B1", 4).unmappable);
     EXPECT_FALSE(encodeField(kDouble, u"a\u3042", 4).unmappable);
@@ -168,7 +180,10 @@ TEST(Replaced, ReplacesEveryOccurrence) {
 TEST(Clipped, KeepsPairsWhole) {
     EXPECT_EQ(clipped(u"abc", 5), u"abc");
     EXPECT_EQ(clipped(u"abc", 2), u"ab");
+    EXPECT_EQ(clipped(u"\U0001F600b", 1), u"");
     EXPECT_EQ(clipped(u"a\U0001F600b", 2), u"a");
+    const TextView half = TextView(u"a\U0001F600b").substr(0, 2);
+    EXPECT_EQ(clipped(half, 2), half) << "a half that is the text's end stays";
     EXPECT_EQ(clipped(u"a\U0001F600b", 3), u"a\U0001F600");
 }
 
