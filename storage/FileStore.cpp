@@ -7,6 +7,14 @@ namespace {
 
 constexpr std::size_t kMostDraftBytes = std::size_t{64} << 20;
 
+/// Drops the drafts of a note that is removed; the notes behind it move up.
+void removeNote(std::vector<Draft>& drafts, int number) {
+    std::erase_if(drafts, [number](const Draft& draft) { return draft.number == number; });
+    for (Draft& draft : drafts) {
+        if (draft.number > number) --draft.number;
+    }
+}
+
 }  // namespace
 
 // --- The header -------------------------------------------------------------------------------------------
@@ -79,10 +87,7 @@ Saved FileStore::create(int number, NoteRecord& record) {
 
 bool FileStore::remove(int number, NoteList remaining, const GlobalSettings&) {
     places_.remove(number, static_cast<int>(remaining.size()));
-    std::erase_if(drafts_, [number](const Draft& draft) { return draft.number == number; });
-    for (Draft& draft : drafts_) {
-        if (draft.number > number) --draft.number;
-    }
+    removeNote(drafts_, number);
     if (!draftsRead_) removedSince_.push_back(number);
     return makeDense(remaining);
 }
@@ -189,11 +194,8 @@ bool FileStore::readDrafts() {
     // It goes with the next draft that is written or dropped.
     draftsOwed_ = true;
     std::vector<Draft> found = decodeDrafts(read.bytes);
-    for (const int removed : std::exchange(removedSince_, {})) {
-        for (Draft& draft : found) {
-            if (draft.number > removed) --draft.number;
-        }
-    }
+    for (const int removed : std::exchange(removedSince_, {}))
+        removeNote(found, removed);
     for (Draft& draft : found) {
         const bool newer = std::any_of(drafts_.begin(), drafts_.end(), [&](const Draft& other) {
             return other.number == draft.number && other.stored == draft.stored;

@@ -17,6 +17,7 @@ struct MemorySettings {
     std::set<Text> locked;                       ///< sections that cannot be read
     std::set<std::pair<Text, Text>> unreadable;  ///< values (section and key) of another type
     std::set<Text> writeProtected;               ///< sections that no value can be written to
+    std::set<std::pair<Text, Text>> kept;        ///< values (section and key) that cannot be removed
     bool namesFail = false;                      ///< the list of sections breaks off
     /// Called before every read; false lets it fail.
     std::function<bool(TextView section)> mayRead = [](TextView) { return true; };
@@ -88,7 +89,7 @@ struct MemorySettings {
             return done;
         };
         settings.removeValue = [this](TextView section, TextView key) {
-            if (!changes->next()) return false;
+            if (!changes->next() || kept.contains({Text(section), Text(key)})) return false;
             Section* const in = find(section);
             if (in == nullptr) return true;
             std::erase_if(in->values, [&](const KeyText& value) { return isSameName(value.first, key); });

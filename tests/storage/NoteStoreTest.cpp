@@ -1,27 +1,14 @@
-// Notes and drafts in a store of either kind: what is saved comes back, and what is refused is told.
+// Notes in a store of either kind: what is saved comes back, and what is refused is told.
 #include "storage/NoteStore.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
-#include <set>
 
 #include "tests/storage/StoreCases.h"
 
 namespace {
 
-struct EitherStore : testing::TestWithParam<bool> {
-    Desk desk{GetParam()};
-    bool inRegistry() const { return GetParam(); }
-
-    NoteRecord load(int number) {
-        NoteRecord note;
-        EXPECT_TRUE(desk.store.load(number, note, desk.global));
-        return storeFree(note);
-    }
-    void restart() { desk.open(inRegistry()); }
-};
 INSTANTIATE_TEST_SUITE_P(Stores, EitherStore, testing::Values(true, false),
                          [](const auto& store) { return store.param ? "Registry" : "Files"; });
 
@@ -161,139 +148,18 @@ TEST_P(EitherStore, AFailedCreationIsReported) {
 
 // --- Drafts ----------------------------------------------------------------------------------------------
 
-TEST_P(EitherStore, DraftsOfSeveralNotesNeverMix) {
-    std::vector<NoteRecord> notes = sampleNotes(3);
-    desk.createAll(notes);
-    desk.store.saveDraft(1, false, u"one");
-    desk.store.saveDraft(3, true, u"three");
-    desk.store.saveDraft(1, false, u"one and more");
-    EXPECT_EQ(typedIn(desk, inRegistry()).size(), 2U);
-    desk.open(inRegistry());
-    notes = desk.loadAll();
-    const std::vector<Draft> drafts = desk.store.takeDrafts(pointersTo(notes)).drafts;
-    ASSERT_EQ(drafts.size(), 2U);
-    for (const Draft& draft : drafts)
-        EXPECT_EQ(draft.text, draft.number == 1 ? u"one and more" : u"three");
-    EXPECT_TRUE(desk.store.takeDrafts(pointersTo(notes)).drafts.empty()) << "handed out once";
-    desk.store.dropDraft(3);
-    EXPECT_EQ(typedIn(desk, inRegistry()), std::vector<Text>{u"one and more"});
-}
-
-TEST_P(EitherStore, ADraftThatCannotBeDroppedNeverComesBack) {
-    std::vector<NoteRecord> notes = sampleNotes(2);
-    desk.createAll(notes);
-    desk.store.saveDraft(2, false, u"dropped");
-    // The file cannot be touched at all, or the value cannot be removed.
-    const SharedChanges refusing = std::make_shared<Changes>();
-    refusing->allFail = true;
-    if (inRegistry()) {
-        desk.changes->failAt = desk.changes->made;
-    } else {
-        desk.folder.changes = refusing;
-    }
-    desk.store.dropDraft(2);
-    EXPECT_NE(desk.settings.text(u"setting", u"dropped"), u"(none)");
-    const auto held = desk.folder.content;
-    EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
-    // And if the file was held during that start, too, the one after it.
-    if (!inRegistry()) desk.folder.content = held;
-    EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
-    // The same words typed again are a draft like any other once the old one is gone.
-    desk.open(inRegistry());
-    notes = desk.loadAll();
-    static_cast<void>(desk.store.takeDrafts(pointersTo(notes)));
-    desk.store.settle(pointersTo(notes), desk.global);
-    EXPECT_EQ(desk.settings.text(u"setting", u"dropped"), u"(none)");
-    desk.store.saveDraft(2, false, u"dropped");
-    EXPECT_EQ(typedIn(desk, inRegistry()), std::vector<Text>{u"dropped"});
-}
-
-TEST_P(EitherStore, ADraftIsGoneEvenIfItsFileMayNotBeDeleted) {
-    std::vector<NoteRecord> notes = sampleNotes(1);
-    desk.createAll(notes);
-    desk.store.saveDraft(1, false, u"dropped");
-    desk.folder.kept.insert(Text(kDraftFile));
-    desk.store.dropDraft(1);
-    EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
-    EXPECT_EQ(desk.settings.text(u"setting", u"dropped"), u"(none)");
-}
-
-TEST_P(EitherStore, TypingLeavesDraftsAloneThatCouldNotBeRead) {
-    std::vector<NoteRecord> notes = sampleNotes(3);
-    desk.createAll(notes);
-    desk.store.saveDraft(1, false, u"one");
-    desk.store.saveDraft(3, true, u"three");
-    restart();
-    desk.folder.locked.insert(Text(kDraftFile));
-    desk.settings.unreadable = {{u"kardel-1", u"draft"}, {u"kardel-3", u"draft"}};
-    notes = desk.loadAll();
-    const FoundDrafts none = desk.store.takeDrafts(pointersTo(notes));
-    EXPECT_EQ(none.status, IoStatus::Failed);
-    EXPECT_TRUE(none.drafts.empty() && desk.store.hasUnreadDrafts());
-    desk.store.saveDraft(2, false, u"typed meanwhile");
-    if (inRegistry()) desk.store.saveDraft(3, true, u"typed over it");
-    desk.store.settle(pointersTo(notes), desk.global);
-    desk.folder.locked.clear();
-    desk.settings.unreadable.clear();
-    std::set<Text> found;
-    for (const Draft& draft : desk.store.takeDrafts(pointersTo(notes)).drafts)
-        found.insert(draft.text);
-    EXPECT_TRUE(found.contains(u"one") && found.contains(u"three"));
-    EXPECT_FALSE(desk.store.hasUnreadDrafts());
-    // And after a kill that came before any of them was finished.
-    desk.store.saveDraft(2, false, u"typed later");
-    const std::vector<Text> typed = typedIn(desk, inRegistry());
-    EXPECT_EQ(std::set<Text>(typed.begin(), typed.end()), (std::set<Text>{u"one", u"typed later", u"three"}));
-}
-
-TEST_P(EitherStore, ADeletionRenumbersDraftsThatCouldNotBeRead) {
-    std::vector<NoteRecord> notes = sampleNotes(3);
-    for (NoteRecord& note : notes)
-        note.Titolo = note.Nota = u"all alike";
-    desk.createAll(notes);
-    desk.store.saveDraft(3, false, u"of the last");
-    restart();
-    desk.folder.locked.insert(Text(kDraftFile));
-    notes = desk.loadAll();
-    static_cast<void>(desk.store.takeDrafts(pointersTo(notes)));
-    notes.erase(notes.begin());
-    EXPECT_TRUE(desk.store.remove(1, pointersTo(notes), desk.global));
-    desk.folder.locked.clear();
-    desk.store.saveDraft(1, false, u"typed");
-    restart();
-    notes = desk.loadAll();
-    std::map<int, Text> found;
-    for (const Draft& draft : desk.store.takeDrafts(pointersTo(notes)).drafts)
-        found[draft.number] = draft.text;
-    EXPECT_EQ(found, (std::map<int, Text>{{1, u"typed"}, {2, u"of the last"}}));
-}
-
-TEST_P(EitherStore, ADraftThatIsVoidDoesNotMoveWithItsNote) {
-    std::vector<NoteRecord> notes = sampleNotes(3);
-    desk.createAll(notes);
-    desk.store.saveDraft(2, false, u"dropped");
-    desk.store.saveDraft(3, false, u"alive");
-    desk.changes->failAt = desk.changes->made;
-    desk.store.dropDraft(2);
-    desk.changes->failAt = -1;
-    notes.erase(notes.begin());
-    EXPECT_TRUE(desk.store.remove(1, pointersTo(notes), desk.global));
-    desk.store.settle(pointersTo(notes), desk.global);
-    EXPECT_EQ(typedIn(desk, inRegistry()), std::vector<Text>{u"alive"});
-    EXPECT_EQ(desk.settings.text(u"kardel-1", u"draft"), u"(none)");
-}
-
-TEST_P(EitherStore, EveryOtherDraftIsFlushedToTheDisk) {
-    std::vector<NoteRecord> notes = sampleNotes(1);
-    desk.createAll(notes);
-    desk.folder.waits.clear();
-    int flushed = 0;
-    for (int second = 0; second < 6; ++second) {
-        desk.store.saveDraft(1, false, u"typed for " + decimal(second));
-        flushed += desk.folder.unflushed.contains(Text(kDraftFile)) ? 0 : 1;
-    }
-    EXPECT_EQ(flushed, inRegistry() ? 6 : 3);
-    EXPECT_EQ(desk.folder.waits, std::vector<unsigned>(6, 0)) << "nobody who types waits for a file";
+TEST_P(EitherStore, TheDefaultSizeIsReadAnewUnlessItCannotBe) {
+    for (const auto& [key, wanted] :
+         {std::pair{u"defaultwidth", 3000.0F}, std::pair{u"defaultheight", 2000.0F}})
+        desk.settings.put(kSettingSection, key, decimal(static_cast<int>(wanted)));
+    GlobalSettings settings;
+    desk.settings.locked.insert(Text(kSettingSection));
+    desk.store.refreshDefaultSize(settings);
+    EXPECT_EQ(settings.DefaultWidth, 2910);
+    desk.settings.locked.clear();
+    desk.store.refreshDefaultSize(settings);
+    EXPECT_EQ(settings.DefaultWidth, 3000);
+    EXPECT_EQ(settings.DefaultHeight, 2000);
 }
 
 // --- Patience --------------------------------------------------------------------------------------------
