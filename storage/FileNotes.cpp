@@ -43,7 +43,7 @@ MemoResult writeBody(const DataFiles& data, int number, std::int32_t current, Te
     const LengthResult memos = data.memoRecords();
     if (!others || memos.status == IoStatus::Failed) return {};
     if (static_cast<std::size_t>(number) <= others->size()) others->erase(others->begin() + (number - 1));
-    const bool inside = current >= 1 && static_cast<std::uint64_t>(current) <= memos.bytes + 1;
+    const bool inside = current >= 1 && static_cast<std::uint64_t>(current) <= memos.bytes;
     if (inside && !isIn(*others, current)) return data.WriteMemo(current, body);
     return appendMemo(data, *others, body);
 }
@@ -205,9 +205,9 @@ void compactMemo(const DataFiles& data, std::span<NoteRecord* const> notes) {
         ReadResult body = data.files.read(kMemoFile, at(last), kMemoLength);
         if (body.status != IoStatus::Done) return;
         body.bytes.resize(kMemoLength, ' ');
-        // The body must be on the disk before a record points to it, and the record before the body's old
-        // place is used again.
+        // The body must be on the disk before a record points to it. Its old place stays as it is until the
+        // records are on the disk, too, and the end of the file is cut off.
         if (!data.files.write(kMemoFile, at(gap), body.bytes) || !data.files.flush(kMemoFile)) return;
-        if (!repoint(data, image, last, gap, notes) || !data.files.flush(kNoteFile)) return;
+        if (!repoint(data, image, last, gap, notes)) return;
     }
 }

@@ -48,8 +48,7 @@ bool RegistryStore::storeCount(int count) {
     } else {
         // A list that was written for another number of notes must not be used for this one.
         if (!dropList()) return false;
-        const int last = count > 0 ? places_.of(count) : 0;
-        if (!saveSetting(notes_.settings, kSettingSection, kCountKey, decimal(last))) return false;
+        if (!saveSetting(notes_.settings, kSettingSection, kCountKey, decimal(count))) return false;
     }
     countOwed_ = 0;
     return true;

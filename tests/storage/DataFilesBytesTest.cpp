@@ -34,6 +34,12 @@ TEST_F(DataFilesTest, LessThanAWholeHeaderIsNoHeader) {
     }
 }
 
+TEST_F(DataFilesTest, AHeaderOfZerosIsNoHeaderWhateverFollows) {
+    DataHeader header;
+    EXPECT_FALSE(decodeHeader(std::string(kHeaderLength, '\0') + "rest", header));
+    EXPECT_TRUE(decodeHeader(std::string(kHeaderLength - 1, '\0') + "x", header));
+}
+
 TEST_F(DataFilesTest, ARecordIsWrittenByteForByte) {
     const EncodedRecord encoded = encodeRecord(westernPage(), handWrittenNote());
     EXPECT_EQ(encoded.bytes, handWrittenRecord());

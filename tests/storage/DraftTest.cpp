@@ -15,7 +15,7 @@ std::vector<Draft> three() {
 }
 
 TEST(Drafts, ReadAsTheyWereWritten) {
-    for (const std::vector<Draft>& drafts : {three(), {sample()}, {}})
+    for (const std::vector<Draft>& drafts : {three(), {sample()}, {three()[1]}, {}})
         EXPECT_EQ(decodeDrafts(encodeDrafts(drafts)), drafts);
 }
 
@@ -43,6 +43,54 @@ TEST(Drafts, AreIgnoredWithAnyOtherLength) {
         EXPECT_TRUE(decodeDrafts(whole.substr(0, length)).empty()) << length;
     EXPECT_TRUE(decodeDrafts(whole + '\0').empty());
     EXPECT_TRUE(decodeDrafts(whole + whole).empty());
+}
+
+/// The file with these bytes, numbers of one byte given as such, and a checksum that is right.
+std::string withCheck(std::string bytes) {
+    std::uint32_t check = 2166136261U;
+    for (const char byte : bytes)
+        check = (check ^ static_cast<unsigned char>(byte)) * 16777619U;
+    for (int shift = 0; shift < 32; shift += 8)
+        bytes += static_cast<char>(check >> shift & 0xFF);
+    return bytes;
+}
+
+std::string bytesOf(std::initializer_list<unsigned> numbers, const std::string& kind = "KTM2") {
+    std::string bytes = kind;
+    for (const unsigned number : numbers)
+        bytes += std::string(1, static_cast<char>(number)) + std::string(3, '\0');
+    return bytes;
+}
+
+TEST(Drafts, AreIgnoredIfTheyMakeNoSenseAlthoughNothingIsDamaged) {
+    const std::string text("h\0i\0", 4);
+    ASSERT_EQ(decodeDrafts(withCheck(bytesOf({1, 7, 1, 9, 2}) + text)),
+              (std::vector<Draft>{{7, true, u"hi", 9}}));
+    ASSERT_EQ(decodeDrafts(withCheck(bytesOf({7, 0, 9, 2}, "KTMP") + text)),
+              (std::vector<Draft>{{7, false, u"hi", 9}}));
+    const std::pair<const char*, std::string> rows[] = {
+        {"of another kind", bytesOf({1, 7, 1, 9, 2}, "KTM3") + text},
+        {"of no kind", ""},
+        {"nothing but a kind", bytesOf({})},
+        {"an old one of nothing but a kind", bytesOf({}, "KTMP")},
+        {"an editor that is none", bytesOf({1, 7, 2, 9, 2}) + text},
+        {"more units than bytes", bytesOf({1, 7, 1, 9, 3}) + text},
+        {"fewer units than bytes", bytesOf({1, 7, 1, 9, 1}) + text},
+        {"half a unit", bytesOf({1, 7, 1, 9, 2}) + text.substr(0, 3)},
+        {"more drafts than there are", bytesOf({2, 7, 1, 9, 2}) + text},
+        {"fewer drafts than there are", bytesOf({0, 7, 1, 9, 2}) + text},
+        {"a draft without its text's length", bytesOf({1, 7, 1, 9})},
+        {"two old ones", bytesOf({7, 1, 9, 2}, "KTMP") + text + bytesOf({7, 1, 9, 2}, "") + text},
+    };
+    for (const auto& [name, bytes] : rows)
+        EXPECT_TRUE(decodeDrafts(withCheck(bytes)).empty()) << name;
+}
+
+TEST(Drafts, OfMoreThanFiftyNotesAreNone) {
+    for (const int count : {kMaxNotes, kMaxNotes + 1}) {
+        const std::vector<Draft> drafts(static_cast<std::size_t>(count), sample());
+        EXPECT_EQ(decodeDrafts(encodeDrafts(drafts)).size(), count > kMaxNotes ? 0U : 50U);
+    }
 }
 
 TEST(Drafts, AreIgnoredWithANumberThatNoNoteHas) {

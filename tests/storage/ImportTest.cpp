@@ -105,6 +105,21 @@ TEST_F(ImportBehindANote, AddsTheRegistrysNotes) {
     EXPECT_EQ(import.found(), all());
 }
 
+TEST_F(ImportBehindANote, LeavesWhatIsLeftOfItsBody) {
+    for (const std::size_t left : {1U, 300U, 1023U}) {
+        ImportDesk again(3);
+        seed(again);
+        std::string record = again.desk.file(kNoteFile);
+        setMemoNumber(record, 2);
+        again.desk.file(kNoteFile) = record;
+        again.desk.file(kMemoFile) = std::string(kMemoLength, ' ') + std::string(left, 'x');
+        EXPECT_EQ(again.desk.import(3), Imported::Done);
+        const std::vector<NoteRecord> found = again.found();
+        EXPECT_EQ(found.at(0).Nota, Text(left, u'x'));
+        EXPECT_EQ(found.at(3).Nota, again.notes[2].Nota);
+    }
+}
+
 TEST_F(ImportBehindANote, IsRefusedIfOneOfFiftyWouldHaveToGo) {
     const auto before = import.desk.folder.content;
     EXPECT_EQ(import.desk.import(50), Imported::Refused);
@@ -157,6 +172,36 @@ TEST(Import, LeavesNoFilesWhereverItFails) {
         EXPECT_FALSE(import.desk.hasFile(kNoteFile)) << at;
         EXPECT_FALSE(import.desk.hasFile(kMemoFile)) << at;
     }
+}
+
+TEST(Import, LeavesAnEmptyFirstNoteAsItWasWhereverItFails) {
+    for (const bool records : {false, true}) {
+        for (int at = 0; at < 3; ++at) {
+            ImportDesk import(3);
+            NoteRecord empty;
+            ClearNoteRecord(empty);
+            import.desk.file(kMemoFile) = std::string(kMemoLength, ' ') + "a body that no record points to";
+            if (records) {
+                EXPECT_TRUE(import.desk.dataFiles().PutNoteRecord(1, empty));
+            }
+            const auto before = import.desk.folder.content;
+            import.desk.changes->made = 0;
+            import.desk.changes->failAt = at;
+            EXPECT_EQ(import.desk.import(3), Imported::Refused) << at;
+            EXPECT_EQ(import.desk.folder.content, before) << at;
+        }
+    }
+}
+
+TEST(Import, KnowsANoteByItsBodyAlone) {
+    ImportDesk import(1);
+    EXPECT_FALSE(mayHoldNote(import.desk.dataFiles()));
+    NoteRecord bodyOnly;
+    ClearNoteRecord(bodyOnly);
+    EXPECT_TRUE(import.desk.dataFiles().PutNoteRecord(1, bodyOnly));
+    EXPECT_FALSE(mayHoldNote(import.desk.dataFiles()));
+    EXPECT_TRUE(import.desk.dataFiles().WriteMemo(1, u"words").done);
+    EXPECT_TRUE(mayHoldNote(import.desk.dataFiles()));
 }
 
 TEST(Import, DoesNotCountIfItCannotBeReadBack) {
@@ -328,6 +373,32 @@ TEST(Import, OfTheNoteThatIsThereKeepsTheFilesForm) {
         NoteRecord note;
         EXPECT_TRUE(start.desk.store.load(1, note, start.settings));
         EXPECT_EQ(storeFree(note), storeFree(one[0]));
+    }
+}
+
+TEST(Import, TakesTwoNotesForOneOnlyIfAllButOneOfTheirTextsAgree) {
+    struct Row {
+        const char* name;
+        bool title, body, place;  ///< what differs
+        int notes;
+    };
+    for (const Row& row :
+         {Row{"nothing", false, false, false, 1}, Row{"place", false, false, true, 1},
+          Row{"body", false, true, false, 1}, Row{"title", true, false, false, 1},
+          Row{"title and place", true, false, true, 2}, Row{"body and place", false, true, true, 2},
+          Row{"title and body", true, true, false, 2}, Row{"all", true, true, true, 2}}) {
+        Start start;
+        std::vector<NoteRecord> one = sampleNotes(1);
+        start.seedRegistry(one);
+        if (row.title) one[0].Titolo = u"another title";
+        if (row.body) one[0].Nota = u"another body";
+        if (row.place) one[0].x += 15;
+        start.seedFiles(one);
+        start.run();
+        EXPECT_EQ(start.state.Count, row.notes) << row.name;
+        NoteRecord first;
+        EXPECT_TRUE(start.desk.store.load(1, first, start.settings));
+        EXPECT_EQ(storeFree(first), storeFree(one[0])) << row.name;
     }
 }
 

@@ -225,6 +225,17 @@ TEST_F(InFiles, NotesThatShareABodyAreSeparatedByTheLaterOnesNextSave) {
     EXPECT_EQ(load(3).Nota, u"third's own");
 }
 
+TEST_F(InFiles, ABodyIsWrittenAnewInItsPlace) {
+    made(3);
+    for (int n = 1; n <= 3; ++n) {
+        NoteRecord note = load(n);
+        note.Nota = u"rewritten";
+        EXPECT_TRUE(desk.store.set(n, note, {kBody}));
+        EXPECT_EQ(memoNumber(n), n);
+    }
+    EXPECT_EQ(desk.file(kMemoFile).size(), 3 * kMemoLength);
+}
+
 TEST_F(InFiles, AWildBodyNumberReadsAsNothingAndGetsANewRecord) {
     for (const std::int32_t wild : {2000000000, -1, 0, 5}) {
         desk.folder.content.clear();
@@ -254,13 +265,38 @@ TEST_F(InFiles, AfterMemoWasLostEachNoteStillGetsItsOwnBody) {
         EXPECT_EQ(load(n).Nota, u"rewritten " + decimal(n));
 }
 
+TEST_F(InFiles, ABodyNeverTakesThePlaceThatAnotherNotePointsTo) {
+    for (const std::int32_t lost : {4, 5, 6}) {
+        desk.folder.content.clear();
+        made(3);
+        setMemo(1, lost);
+        setMemo(2, 4);
+        NoteRecord first = load(1);
+        first.Nota = u"only the first one's";
+        EXPECT_TRUE(desk.store.set(1, first, {kBody}));
+        EXPECT_EQ(load(1).Nota, first.Nota);
+        EXPECT_EQ(load(2).Nota, u"") << lost;
+    }
+}
+
+TEST_F(InFiles, AZeroRecordNeverShowsABodyThatWasNotItsOwn) {
+    made(3);
+    setMemo(1, 3);
+    setMemo(3, 2);
+    desk.file(kNoteFile).replace(kRecordLength, kRecordLength, kRecordLength, '\0');
+    EXPECT_EQ(load(2).Nota, u"") << "the first body is not the second note's";
+}
+
 TEST_F(InFiles, ABodyCutShortIsNotOverwrittenByANewOne) {
-    std::vector<NoteRecord> notes = made(2);
-    desk.file(kMemoFile).resize(2 * kMemoLength - 1);
-    NoteRecord third = sampleNotes(3)[2];
-    EXPECT_TRUE(desk.store.create(3, third));
-    EXPECT_EQ(load(2).Nota, notes[1].Nota);
-    EXPECT_EQ(load(3).Nota, third.Nota);
+    for (const std::size_t left : {1U, 300U, 1023U}) {
+        desk.folder.content.clear();
+        made(2);
+        desk.file(kMemoFile).replace(kMemoLength, kMemoLength, std::string(left, 'x'));
+        NoteRecord third = sampleNotes(3)[2];
+        EXPECT_TRUE(desk.store.create(3, third));
+        EXPECT_EQ(load(2).Nota, Text(left, u'x'));
+        EXPECT_EQ(load(3).Nota, third.Nota);
+    }
 }
 
 TEST_F(InFiles, TheBodyIsWrittenBeforeTheRecordThatPointsToIt) {

@@ -174,6 +174,16 @@ TEST(RemoveNoteFromRegistry, StopsBeforeANoteThatStillCannotBeRead) {
     }
 }
 
+TEST(RemoveNoteFromRegistry, DoesNotCareForANoteThatCannotBeReadAndStaysWhereItIs) {
+    Removal removal(true, 3, 2);
+    removal.remaining[0] = NoteRecord();
+    removal.remaining[0].readOnly = true;
+    removal.desk.settings.locked.insert(u"kardel-1");
+    EXPECT_TRUE(removal.run());
+    EXPECT_EQ(removal.desk.settings.text(u"kardel-1", u"Titolo"), u"Title 1");
+    EXPECT_EQ(removal.desk.settings.text(u"kardel-2", u"Titolo"), u"Title 3");
+}
+
 TEST(RemoveNoteFromRegistry, RewritesTheSettingsFromMemoryAndLeavesOthers) {
     Removal removal(true, 2, 1);
     removal.desk.settings.put(u"setting", u"AlignAll", u"False");
@@ -205,7 +215,26 @@ TEST(RemoveNoteFromRegistry, RemovesSectionsThatAreNoLongerNotes) {
     removal.expectDense();
 }
 
+TEST(RemoveNoteFromRegistry, TakesTheLastSectionEvenIfTheSectionsCannotBeListed) {
+    for (int number = 1; number <= 3; ++number) {
+        Removal removal(true, 3, number);
+        removal.desk.settings.namesFail = true;
+        EXPECT_FALSE(removal.run()) << "others may be left over";
+        EXPECT_EQ(removal.desk.settings.find(u"kardel-3"), nullptr);
+        EXPECT_NE(removal.desk.settings.find(u"kardel-2"), nullptr);
+    }
+}
+
 // --- The local files -------------------------------------------------------------------------------------
+
+TEST(RemoveNoteFromFiles, CutsNoBodyOffBeforeTheRecordsAreOnTheDisk) {
+    Removal removal(false, 3, 1);
+    removal.desk.folder.mayFlush = [](TextView name) { return name != kNoteFile; };
+    EXPECT_TRUE(removal.run());
+    EXPECT_EQ(removal.desk.file(kMemoFile).size(), 3 * kMemoLength);
+    removal.desk.folder.mayFlush = [](TextView) { return true; };
+    removal.expectNoneLost("the bodies have moved");
+}
 
 TEST(RemoveNoteFromFiles, KeepsABodyThatAnotherNoteShares) {
     Removal removal(false, 4, 2);
@@ -236,6 +265,29 @@ TEST(RemoveNoteFromFiles, DropsBodiesThatNoNotePointsTo) {
     EXPECT_TRUE(removal.desk.dataFiles().WriteMemo(0, u"orphan").done);
     EXPECT_TRUE(removal.run());
     removal.expectDense();
+}
+
+TEST(RemoveNoteFromFiles, KeepsWhatIsLeftOfABodyThatWasCutShort) {
+    for (const std::size_t left : {1U, 300U, 1023U}) {
+        Removal removal(false, 3, 1);
+        removal.desk.file(kMemoFile).replace(2 * kMemoLength, kMemoLength, std::string(left, 'x'));
+        EXPECT_TRUE(removal.run());
+        EXPECT_EQ(removal.found().at(1).Nota, Text(left, u'x'));
+    }
+}
+
+TEST(RemoveNoteFromFiles, MakesNoRoomForABodyOfAWildNumber) {
+    for (const std::int32_t wild : {2000000000, 4, 0, -1}) {
+        Removal removal(false, 3, 1);
+        std::string record = removal.desk.file(kNoteFile).substr(kRecordLength, kRecordLength);
+        setMemoNumber(record, wild);
+        removal.desk.file(kNoteFile).replace(kRecordLength, kRecordLength, record);
+        EXPECT_TRUE(removal.run());
+        EXPECT_EQ(removal.desk.file(kMemoFile).size(), kMemoLength) << wild;
+        const std::vector<NoteRecord> left = removal.found();
+        ASSERT_EQ(left.size(), 2U);
+        EXPECT_EQ(left[1].Nota, u"Body 3\r\nsecond line");
+    }
 }
 
 TEST(RemoveNoteFromFiles, WhereTheRecordsWereLostWritesTheOthersFromMemory) {

@@ -97,6 +97,31 @@ TEST(LeftOverFiles, AnswerNoKeepsTheRegistrysNotesUntilItIsStored) {
     EXPECT_EQ(start.stored(u"count"), u"(none)");
 }
 
+TEST(LeftOverFiles, AnswerNoMakesTheirHeaderOneOfThisRelease) {
+    Start start;
+    start.seedFiles(sampleNotes(3));
+    start.desk.file(kHeaderFile) = encodeHeader({3, -1, 1.27F});
+    start.set(u"UseRegistry", u"True");
+    start.run();
+    EXPECT_EQ(start.state.Count, 3);
+    EXPECT_EQ(start.desk.file(kHeaderFile), encodeHeader({3, 0, kProgramVersion}));
+}
+
+TEST(LeftOverFiles, AnswerNoLeavesAHeaderAloneThatCannotBeRead) {
+    Start start;
+    start.seedFiles(sampleNotes(5));
+    start.desk.file(kHeaderFile) = encodeHeader({3, 0, kProgramVersion});  // two records are left over
+    const auto before = start.desk.folder.content;
+    start.set(u"UseRegistry", u"True");
+    start.desk.folder.locked.insert(Text(kHeaderFile));
+    start.run();
+    EXPECT_EQ(start.state.Count, 5) << "none is hidden";
+    EXPECT_EQ(start.desk.folder.content, before);
+    start.desk.folder.locked.clear();
+    start.run();
+    EXPECT_EQ(start.state.Count, 3);
+}
+
 TEST(LeftOverFiles, AnswerNoWithADamagedHeaderHidesNoNoteAtTheNextStart) {
     Start start;
     start.seedFiles(sampleNotes(5));

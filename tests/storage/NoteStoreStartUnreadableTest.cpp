@@ -40,8 +40,7 @@ TEST(UnreadableStart, EndsInOneBoxAndHasWrittenNothing) {
             EXPECT_FALSE(start.state.usable);
             EXPECT_EQ(start.unreadable, 1);
             EXPECT_EQ(start.questions + start.failures + start.refusals, 0);
-            EXPECT_GE(waits, 10) << "about a second, 50 ms at a time";
-            EXPECT_LE(waits, 20);
+            EXPECT_EQ(waits, 19) << "about a second, 50 ms at a time";
             EXPECT_EQ(start.desk.folder.content, files);
             EXPECT_EQ(start.desk.settings.content, settings);
         }

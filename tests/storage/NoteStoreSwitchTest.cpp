@@ -237,6 +237,45 @@ TEST(Switch, GivesTheStoreBackThatItCouldNotWrite) {
     }
 }
 
+TEST(Switch, KeepsTheStoreThatItHasIfALaterOneIsRefused) {
+    for (const bool toRegistry : {false, true}) {
+        Desk desk(!toRegistry);
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        desk.createAll(notes);
+        std::set<StoreKind> held;
+        desk.store.claim = [&](StoreKind kind) { return held.insert(kind).second; };
+        desk.store.release = [&](StoreKind kind) { held.erase(kind); };
+        EXPECT_TRUE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+        desk.settings.writeProtected.insert(Text(kSettingSection));
+        EXPECT_FALSE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
+        EXPECT_TRUE(held.contains(toRegistry ? StoreKind::Registry : StoreKind::Files))
+            << "it holds the notes, and every change still goes there";
+    }
+}
+
+TEST(SwitchToFiles, BetweenStoresInStepNeverForgetsThatTheFilesHaveTheNotes) {
+    Desk desk(false);
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    desk.createAll(notes);
+    switchThereAndBack(desk, notes, false);
+    desk.changes->before = [&desk] {
+        EXPECT_EQ(desk.settings.text(kSettingSection, kImportedKey), u"1") << "they would be copied twice";
+    };
+    switchThereAndBack(desk, notes, false);
+}
+
+TEST(SwitchToFiles, TellsEachNoteWhereItsBodyIs) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    desk.createAll(notes);
+    EXPECT_TRUE(desk.toFiles(notes));
+    for (int number = 1; number <= 3; ++number) {
+        NoteRecord stored;
+        EXPECT_EQ(desk.dataFiles().GetNoteRecord(number, stored), IoStatus::Done);
+        EXPECT_EQ(notes[static_cast<std::size_t>(number - 1)].memo, stored.memo);
+    }
+}
+
 TEST(SwitchToRegistry, KeepsWhatIsKnownOfDroppedDrafts) {
     Desk desk(false);
     std::vector<NoteRecord> notes = sampleNotes(2);

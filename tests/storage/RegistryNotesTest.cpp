@@ -271,6 +271,29 @@ TEST_F(RegistryStoreTest, SectionsThatCouldNotAllBeListedAreLeftToTheNextTime) {
     EXPECT_EQ(memory.find(u"kardel-2"), nullptr);
 }
 
+TEST_F(RegistryStoreTest, ASectionThatCannotBeRemovedIsReportedWhicheverItIs) {
+    for (int failing = 0; failing < 3; ++failing) {
+        for (const TextView section : {u"kardel-2", u"kardel-3", u"kardel-4"})
+            memory.put(section, u"a", u"b");
+        memory.changes->made = 0;
+        memory.changes->failAt = failing;
+        EXPECT_FALSE(store.removeBeyond(1)) << failing;
+        EXPECT_EQ(memory.changes->made, 3) << "the others are removed nevertheless";
+        EXPECT_TRUE(store.removeBeyond(1));
+    }
+}
+
+TEST_F(RegistryStoreTest, ANoteThatReplacesAnotherTakesNothingOver) {
+    for (const bool keepDraft : {false, true}) {
+        memory.put(u"kardel-1", u"stale", u"of the other");
+        memory.put(u"kardel-1", u"draft", u"typed");
+        ASSERT_TRUE(store.replaceNote(1, sampleNotes(1)[0], keepDraft));
+        EXPECT_EQ(text(u"Titolo"), u"Title 1");
+        EXPECT_EQ(text(u"stale"), u"(none)");
+        EXPECT_EQ(text(u"draft"), keepDraft ? u"typed" : u"(none)");
+    }
+}
+
 TEST_F(RegistryStoreTest, OnlyNoteSectionsAreNotes) {
     EXPECT_TRUE(isNoteSection(u"kardel-1"));
     EXPECT_TRUE(isNoteSection(u"Kardel-99999"));

@@ -139,6 +139,15 @@ TEST(UpgradeDataFiles, HeaderThatCannotBeReadDoesNotCountAsAnOldVersion) {
     EXPECT_EQ(files.folder.content, before);
 }
 
+TEST(UpgradeDataFiles, OldRecordsWithAHeaderThatCannotBeReadNowAreLeftAlone) {
+    OldFiles files;
+    files.seed(1.2F, 195, 4);
+    files.folder.locked.insert(Text(kHeaderFile));
+    const auto before = files.folder.content;
+    EXPECT_EQ(upgrade(files.data), Upgraded::Unreadable);
+    EXPECT_EQ(files.folder.content, before);
+}
+
 TEST(UpgradeDataFiles, OldRecordsWithADamagedHeaderAreRecognisedByTheLengthAndCopiedFirst) {
     for (const std::size_t length : {std::size_t{195}, std::size_t{197}, std::size_t{201}}) {
         const std::string noNumber = encodeHeader({4, 0, std::numeric_limits<float>::quiet_NaN()});
@@ -227,6 +236,23 @@ TEST(UpgradeDataFiles, LengthThatDoesNotFitAWholeHeaderKeepsWholeRecordsAndACopy
     EXPECT_TRUE(copies.empty()) << "the user must not be told twice";
 }
 
+TEST(UpgradeDataFiles, AThousandCopiesAreEnough) {
+    for (const int stand : {999, 1000}) {
+        OldFiles odd;
+        odd.file(kNoteFile) = std::string(333, 'x');
+        for (int number = 1; number <= stand; ++number)
+            odd.file(u"KARDEL.DAT.damaged" + (number == 1 ? Text() : decimal(number))) = "another";
+        const auto before = odd.folder.content;
+        std::vector<Text> copies;
+        EXPECT_EQ(UpgradeDataFiles(odd.data, copies), stand == 999 ? Upgraded::Done : Upgraded::Failed);
+        if (stand == 999) {
+            EXPECT_EQ(copies, std::vector<Text>{u"KARDEL.DAT.damaged1000"});
+        } else {
+            EXPECT_EQ(odd.folder.content, before) << "what is not copied is left alone";
+        }
+    }
+}
+
 TEST(UpgradeDataFiles, DamagedFilesAreLeftAloneUntilTheyAreCopied) {
     for (int at = 0; at < 3; ++at) {
         OldFiles odd;
@@ -242,26 +268,32 @@ TEST(UpgradeDataFiles, DamagedFilesAreLeftAloneUntilTheyAreCopied) {
     }
 }
 
+/// Kills the upgrade of so many notes at every point, and lets the next start finish it.
+void killEverywhere(const Layout& layout, int notes) {
+    int points = 0;
+    for (bool ended = true; ended; ++points) {
+        OldFiles old;
+        old.seed(layout.version, layout.length, notes);
+        old.folder.changes->endAt = points;
+        ended = false;
+        try {
+            upgrade(old.data);
+        } catch (const ProgramEnd&) {
+            ended = true;
+        }
+        old.folder.changes->endAt = -1;
+        EXPECT_NE(upgrade(old.data), Upgraded::Failed);
+        EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(layout.length, notes)) << points;
+        EXPECT_EQ(old.file(kHeaderFile), encodeHeader({notes, 0, kProgramVersion}));
+        EXPECT_FALSE(old.has(layout.temporary));
+    }
+    EXPECT_EQ(points, 4) << "temporary file, header, rename, and once to the end";
+}
+
 TEST(UpgradeDataFiles, IsFinishedByTheNextStartWhereverItIsKilled) {
     for (const Layout& layout : kLayouts) {
-        int points = 0;
-        for (bool ended = true; ended; ++points) {
-            OldFiles old;
-            old.seed(layout.version, layout.length, 4);
-            old.folder.changes->endAt = points;
-            ended = false;
-            try {
-                upgrade(old.data);
-            } catch (const ProgramEnd&) {
-                ended = true;
-            }
-            old.folder.changes->endAt = -1;
-            EXPECT_NE(upgrade(old.data), Upgraded::Failed);
-            EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(layout.length, 4)) << points;
-            EXPECT_EQ(old.file(kHeaderFile), encodeHeader({4, 0, kProgramVersion}));
-            EXPECT_FALSE(old.has(layout.temporary));
-        }
-        EXPECT_EQ(points, 4) << "temporary file, header, rename, and once to the end";
+        for (const int notes : {1, 4, kMaxNotes})
+            killEverywhere(layout, notes);
     }
 }
 
