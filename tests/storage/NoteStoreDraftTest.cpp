@@ -74,6 +74,26 @@ TEST_P(DraftsInEitherStore, ADraftThatCannotBeDroppedStaysVoidAsLongAsItIsThere)
     EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
 }
 
+TEST_P(DraftsInEitherStore, ADraftThatOneOfTwoStoresCannotDropStaysVoidThere) {
+    for (const bool stuckInRegistry : {false, true}) {
+        desk.folder.content.clear();
+        desk.settings.content.clear();
+        restart();
+        std::vector<NoteRecord> notes = sampleNotes(2);
+        desk.createAll(notes);
+        ASSERT_TRUE(inRegistry() ? desk.toFiles(notes) : desk.toRegistry(notes));
+        desk.store.saveDraft(2, false, u"dropped");
+        const SharedChanges refusing = std::make_shared<Changes>();
+        refusing->allFail = true;
+        if (stuckInRegistry) desk.settings.kept.insert({u"kardel-2", u"draft"});
+        if (!stuckInRegistry) desk.folder.changes = refusing;
+        desk.store.dropDraft(2);
+        desk.store.settle(pointersTo(notes), desk.global);
+        EXPECT_TRUE(typedIn(desk, stuckInRegistry).empty());
+        desk.settings.kept.clear();
+    }
+}
+
 TEST_P(DraftsInEitherStore, ADraftOfANoteThatIsBeingEditedWaitsForTheEnd) {
     std::vector<NoteRecord> notes = sampleNotes(2);
     desk.createAll(notes);
