@@ -290,6 +290,16 @@ TEST(RemoveNoteFromFiles, MakesNoRoomForABodyOfAWildNumber) {
     }
 }
 
+TEST(RemoveNoteFromFiles, OfTheLastBodyLeavesNone) {
+    Removal removal(false, 2, 1);
+    std::string record = removal.desk.file(kNoteFile).substr(kRecordLength, kRecordLength);
+    setMemoNumber(record, 7);  // the other one's was lost
+    removal.desk.file(kNoteFile).replace(kRecordLength, kRecordLength, record);
+    EXPECT_TRUE(removal.run());
+    EXPECT_EQ(removal.desk.file(kMemoFile), "");
+    EXPECT_EQ(removal.found().at(0).Titolo, u"Title 2");
+}
+
 TEST(RemoveNoteFromFiles, WhereTheRecordsWereLostWritesTheOthersFromMemory) {
     for (const std::size_t left : {std::size_t{0}, kRecordLength - 1, 2 * kRecordLength + 5}) {
         for (const bool memoToo : {false, true}) {

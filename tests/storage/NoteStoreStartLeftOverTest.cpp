@@ -97,6 +97,25 @@ TEST(LeftOverFiles, AnswerNoKeepsTheRegistrysNotesUntilItIsStored) {
     EXPECT_EQ(start.stored(u"count"), u"(none)");
 }
 
+TEST(LeftOverNotes, ThatCouldNotBeForgottenDoNotCostTheNotesOfALaterSwitch) {
+    Start start;
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    start.seedFiles(notes);
+    start.set(u"count", u"2");
+    start.desk.settings.kept.insert({Text(kSettingSection), Text(kCountKey)});
+    start.run();
+    ASSERT_FALSE(start.inRegistry());
+    start.desk.settings.kept.clear();
+    ASSERT_EQ(start.desk.store.switchTo(StoreKind::Registry, pointersTo(notes), start.settings),
+              Switched::Done);
+    start.desk.store.settle(pointersTo(notes), start.settings);
+    EXPECT_EQ(start.stored(u"count"), u"3");
+    start.answerDelete = true;
+    start.run();
+    EXPECT_TRUE(start.inRegistry());
+    EXPECT_EQ(start.state.Count, 3);
+}
+
 TEST(LeftOverFiles, AnswerNoMakesTheirHeaderOneOfThisRelease) {
     Start start;
     start.seedFiles(sampleNotes(3));

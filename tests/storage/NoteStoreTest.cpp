@@ -162,6 +162,26 @@ TEST_P(EitherStore, TheDefaultSizeIsReadAnewUnlessItCannotBe) {
     EXPECT_EQ(settings.DefaultHeight, 2000);
 }
 
+// --- What fits -------------------------------------------------------------------------------------------
+
+TEST_P(EitherStore, KnowsWhatItHasRoomFor) {
+    const Text cyrillic = u"\u0416";  // not in the code page of the files
+    for (const auto& [field, room] : {std::pair{kTitle, 128U}, std::pair{kBody, 1024U}}) {
+        EXPECT_TRUE(desk.store.fits(field, Text(room, u'x')));
+        EXPECT_EQ(desk.store.fits(field, Text(room + 1, u'x')), inRegistry());
+        EXPECT_EQ(desk.store.fits(field, cyrillic), inRegistry());
+    }
+    EXPECT_TRUE(desk.store.fits(NoteField::X, u"any number"));
+}
+
+TEST_P(EitherStore, BesideTheOtherHasRoomForWhatBothHave) {
+    std::vector<NoteRecord> notes = sampleNotes(1);
+    desk.createAll(notes);
+    ASSERT_TRUE(inRegistry() ? desk.toFiles(notes) : desk.toRegistry(notes));
+    EXPECT_TRUE(desk.store.fits(kTitle, Text(128, u'x')));
+    EXPECT_FALSE(desk.store.fits(kTitle, Text(129, u'x')));
+}
+
 // --- Patience --------------------------------------------------------------------------------------------
 
 TEST_P(EitherStore, ACommandOnAllNotesWaitsForFilesOnce) {
