@@ -54,7 +54,7 @@ std::string encodeHeader(const DataHeader& header) {
     static_assert(sizeof(header.version) == 4 && std::numeric_limits<float>::is_iec559);
     std::string bytes(kHeaderLength, '\0');
     putNumber(bytes, 0, static_cast<std::uint32_t>(header.count));
-    putNumber(bytes, 4, std::uint16_t{0});
+    // The two bytes of the flag are always stored as 0.
     putNumber(bytes, 6, std::bit_cast<std::uint32_t>(header.version));
     return bytes;
 }

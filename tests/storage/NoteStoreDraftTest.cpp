@@ -108,6 +108,17 @@ TEST_P(DraftsInEitherStore, ADraftOfANoteThatIsBeingEditedWaitsForTheEnd) {
     EXPECT_FALSE(desk.store.hasUnreadDrafts());
 }
 
+TEST_P(DraftsInEitherStore, OneThatIsDamagedIsRemovedAtOnce) {
+    std::vector<NoteRecord> notes = sampleNotes(1);
+    desk.createAll(notes);
+    desk.file(kDraftFile) = "rubbish";
+    desk.settings.put(u"kardel-1", u"draft", u"rubbish");
+    restart();
+    EXPECT_EQ(desk.store.takeDrafts(pointersTo(notes)).drafts, std::vector<Draft>());
+    EXPECT_EQ(inRegistry() ? desk.settings.find(u"kardel-1", u"draft") != nullptr : desk.hasFile(kDraftFile),
+              false);
+}
+
 TEST_P(DraftsInEitherStore, ADraftIsGoneEvenIfItsFileMayNotBeDeleted) {
     std::vector<NoteRecord> notes = sampleNotes(1);
     desk.createAll(notes);

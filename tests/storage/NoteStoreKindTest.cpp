@@ -141,6 +141,12 @@ TEST_F(InFiles, ACharacterOutsideTheCodePageIsReportedInTitleAndBodyAlike) {
     notes[0].Nota = u"plain body";
     EXPECT_TRUE(desk.store.set(1, notes[0], {kTitle, kBody}));
     EXPECT_EQ(desk.told, 2);
+    EXPECT_TRUE(desk.store.create(2, notes[0]));
+    EXPECT_EQ(desk.told, 3) << "of a new note as well";
+    notes[0].Titolo = u"Title";
+    notes[0].Nota = u"\u0416 body";
+    EXPECT_TRUE(desk.store.create(3, notes[0]));
+    EXPECT_EQ(desk.told, 4);
 }
 
 TEST_F(InFiles, ATextThatIsOnlyTooLongIsCutSilently) {

@@ -204,6 +204,8 @@ TEST(LeftOverTemporaries, OfKilledWritesAreRemovedWithEitherStore) {
         start.run();
         EXPECT_EQ(start.desk.folder.content, before);
         EXPECT_EQ(start.questions, 0);
+        const StoreKind used = useRegistry ? StoreKind::Registry : StoreKind::Files;
+        EXPECT_EQ(start.held, std::set<StoreKind>{used}) << "another session may use the other one";
     }
 }
 

@@ -164,6 +164,34 @@ TEST(SwitchToRegistry, NeverTakesEffectIfItFailsAnywhere) {
     }
 }
 
+TEST(SwitchToRegistry, IsRefusedWhileWhatIsLeftOverThereCannotBeTold) {
+    for (const TextView unread : {u"", u"setting"}) {
+        Desk desk(false);
+        std::vector<NoteRecord> notes = sampleNotes(2);
+        desk.createAll(notes);
+        bool listed = false;
+        desk.settings.mayRead = [&](TextView section) {
+            listed = listed || section.empty();
+            return !listed || section != unread;
+        };
+        EXPECT_FALSE(desk.toRegistry(notes));
+        EXPECT_TRUE(listed);
+        EXPECT_EQ(desk.settings.text(u"setting", u"count"), u"(none)") << "it holds nothing yet";
+        desk.settings.mayRead = [](TextView) { return true; };
+        EXPECT_TRUE(desk.toRegistry(notes));
+    }
+}
+
+TEST(SwitchToRegistry, IsRefusedWhileAnOlderCountStays) {
+    Desk desk(false);
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    desk.createAll(notes);
+    desk.settings.put(kSettingSection, kCountKey, u"4");
+    desk.settings.kept.insert({Text(kSettingSection), Text(kCountKey)});
+    EXPECT_FALSE(desk.toRegistry(notes));
+    EXPECT_EQ(desk.settings.find(u"kardel-1"), nullptr) << "no section may be taken for a note";
+}
+
 TEST(SwitchToRegistry, IsRefusedWhileANoteCannotBeRead) {
     Desk desk(false);
     std::vector<NoteRecord> notes = sampleNotes(2);

@@ -297,6 +297,7 @@ TEST_F(RegistryStoreTest, ANoteThatReplacesAnotherTakesNothingOver) {
 TEST_F(RegistryStoreTest, OnlyNoteSectionsAreNotes) {
     EXPECT_TRUE(isNoteSection(u"kardel-1"));
     EXPECT_TRUE(isNoteSection(u"Kardel-99999"));
+    EXPECT_TRUE(isNoteSection(u"kardel-10"));
     for (const TextView other :
          {u"setting", u"kardel-", u"kardel-0", u"kardel-01", u"kardel-1a", u"kardel1", u"my kardel-1", u""}) {
         EXPECT_FALSE(isNoteSection(other));

@@ -12,6 +12,7 @@ struct Start {
     Desk desk{false};
     std::optional<bool> answerDelete = false;
     std::set<StoreKind> heldElsewhere;  ///< stores that another session is using
+    std::set<StoreKind> held;           ///< those that this one keeps to itself
     std::function<void()> wait = [] {};
     int questions = 0;
     int failures = 0;
@@ -26,7 +27,11 @@ struct Start {
 
     void run() {
         desk.store = NoteStore(desk.parts());
-        desk.store.claim = [this](StoreKind kind) { return !heldElsewhere.contains(kind); };
+        held.clear();
+        desk.store.claim = [this](StoreKind kind) {
+            return !heldElsewhere.contains(kind) && held.insert(kind).second;
+        };
+        desk.store.release = [this](StoreKind kind) { held.erase(kind); };
         desk.store.heldElsewhere = [this] { ++refusals; };
         settings = GlobalSettings();
         StartQuestions asked;
