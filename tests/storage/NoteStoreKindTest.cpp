@@ -293,6 +293,31 @@ TEST_F(InFiles, AZeroRecordNeverShowsABodyThatWasNotItsOwn) {
     EXPECT_EQ(load(2).Nota, u"") << "the first body is not the second note's";
 }
 
+TEST_F(InFiles, AfterMemoWasLostANewNotesBodyIsNobodyElses) {
+    made(2);
+    desk.folder.content.erase(Text(kMemoFile));
+    NoteRecord third = sampleNotes(3)[2];
+    EXPECT_TRUE(desk.store.create(3, third));
+    EXPECT_EQ(load(1).Nota + load(2).Nota, u"");
+    EXPECT_EQ(load(3).Nota, third.Nota);
+}
+
+TEST_F(InFiles, ABodyThatMovesIsOnTheDiskBeforeItsRecordPointsThere) {
+    std::vector<NoteRecord> notes = made(2);
+    desk.folder.flushAll();
+    desk.changes->made = 0;
+    desk.changes->before = [this] {
+        if (desk.changes->made == 1) {
+            EXPECT_FALSE(desk.folder.unflushed.contains(Text(kMemoFile)));
+        }
+    };
+    notes[0].Titolo = u"another title";
+    notes[0].Nota = u"another body";
+    EXPECT_TRUE(desk.store.set(1, notes[0], {kTitle, kBody}));
+    EXPECT_EQ(desk.changes->made, 2) << "the body, then the record";
+    EXPECT_EQ(memoNumber(1), 3);
+}
+
 TEST_F(InFiles, ABodyCutShortIsNotOverwrittenByANewOne) {
     for (const std::size_t left : {1U, 300U, 1023U}) {
         desk.folder.content.clear();
