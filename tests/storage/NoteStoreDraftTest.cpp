@@ -61,14 +61,17 @@ TEST_P(DraftsInEitherStore, ADraftThatCannotBeDroppedNeverComesBack) {
 }
 
 TEST_P(DraftsInEitherStore, ADraftThatCannotBeDroppedStaysVoidAsLongAsItIsThere) {
-    std::vector<NoteRecord> notes = sampleNotes(2);
+    std::vector<NoteRecord> notes = sampleNotes(3);
     desk.createAll(notes);
-    desk.store.saveDraft(2, false, u"dropped");
     const SharedChanges refusing = std::make_shared<Changes>();
     refusing->allFail = true;
-    desk.settings.kept.insert({u"kardel-2", u"draft"});
+    for (int number = 1; number <= 3; ++number) {
+        desk.store.saveDraft(number, false, u"dropped");
+        desk.settings.kept.insert({u"kardel-" + decimal(number), u"draft"});
+    }
     if (!inRegistry()) desk.folder.changes = refusing;
-    desk.store.dropDraft(2);
+    for (int number = 1; number <= 3; ++number)
+        desk.store.dropDraft(number);
     for (int minute = 0; minute < 3; ++minute)
         desk.store.settle(pointersTo(notes), desk.global);
     EXPECT_TRUE(typedIn(desk, inRegistry()).empty());
