@@ -139,14 +139,18 @@ TEST_F(ImportBehindANote, KilledAtAnyPointLosesNothingAndIsDoneAgain) {
 }
 
 TEST_F(ImportBehindANote, LeavesTheFilesAsTheyWereWhereverItFails) {
-    for (int at = 0; at < 3; ++at) {
-        ImportDesk again(3);
-        seed(again);
-        const auto before = again.desk.folder.content;
-        again.desk.changes->failAt = at;
-        EXPECT_EQ(again.desk.import(3), Imported::Refused) << at;
-        EXPECT_EQ(again.desk.folder.content, before) << at;
-        EXPECT_EQ(again.desk.headerCount(), 1);
+    for (const std::size_t bodies : {0U, 1U, 500U}) {  // what MEMO holds; it may have grown for years
+        for (int at = 0; at < 3; ++at) {
+            ImportDesk again(3);
+            seed(again);
+            again.desk.file(kMemoFile).resize(bodies * kMemoLength, ' ');
+            if (bodies == 0) again.desk.folder.content.erase(Text(kMemoFile));
+            const auto before = again.desk.folder.content;
+            again.desk.changes->failAt = at;
+            EXPECT_EQ(again.desk.import(3), Imported::Refused) << at;
+            EXPECT_EQ(again.desk.folder.content, before) << at;
+            EXPECT_EQ(again.desk.headerCount(), 1);
+        }
     }
 }
 

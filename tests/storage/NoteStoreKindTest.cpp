@@ -87,6 +87,15 @@ TEST_F(InFiles, TheHeaderCountsEveryNewNoteAndTheRegistryDoesNot) {
     EXPECT_TRUE(desk.settings.content.empty());
 }
 
+TEST_F(InFiles, TheHeaderInMemoryKnowsTheStoreThatIsUsed) {
+    made(1);
+    FileStore files(desk.folder.files(), desk.page);
+    for (const bool useRegistry : {true, false}) {
+        EXPECT_EQ(files.readHeader(useRegistry), IoStatus::Done);
+        EXPECT_EQ(files.header().flag, useRegistry ? -1 : 0);
+    }
+}
+
 TEST_F(InFiles, RecordNHoldsNoteNAndItsBody) {
     const std::vector<NoteRecord> notes = made(3);
     EXPECT_EQ(desk.file(kNoteFile).size(), 3 * kRecordLength);

@@ -192,6 +192,15 @@ TEST(SwitchToRegistry, IsRefusedWhileAnOlderCountStays) {
     EXPECT_EQ(desk.settings.find(u"kardel-1"), nullptr) << "no section may be taken for a note";
 }
 
+TEST(SwitchToRegistry, LeavesAHeaderOfThisRelease) {
+    Desk desk(false);
+    std::vector<NoteRecord> notes = sampleNotes(2);
+    desk.createAll(notes);
+    desk.file(kHeaderFile) = encodeHeader({2, 0, 1.27F});
+    EXPECT_TRUE(desk.toRegistry(notes));
+    EXPECT_EQ(desk.file(kHeaderFile), encodeHeader({2, 0, kProgramVersion}));
+}
+
 TEST(SwitchToRegistry, IsRefusedWhileANoteCannotBeRead) {
     Desk desk(false);
     std::vector<NoteRecord> notes = sampleNotes(2);
