@@ -201,6 +201,16 @@ TEST_F(InFiles, AZeroRecordIsReplacedByAWholeOneAtTheNextSave) {
     EXPECT_EQ(load(3).Nota, u"Body 3\r\nsecond line");
 }
 
+TEST_F(InFiles, AZeroRecordWhoseBodyIsRefusedShowsNobodyElses) {
+    std::vector<NoteRecord> notes = made(2);
+    desk.file(kNoteFile).replace(kRecordLength, kRecordLength, kRecordLength, '\0');
+    desk.changes->made = 0;
+    desk.changes->failAt = 0;
+    EXPECT_FALSE(desk.store.set(2, notes[1], {kTitle}));
+    EXPECT_EQ(load(2).Titolo, u"Title 2");
+    EXPECT_EQ(load(2).Nota, u"") << "the first body is another note's";
+}
+
 TEST_F(InFiles, AZeroFirstRecordKeepsTheFirstBodyUnlessAnotherNoteHasIt) {
     made(2);
     desk.file(kNoteFile).replace(0, kRecordLength, std::string(kRecordLength, '\0'));

@@ -321,6 +321,22 @@ TEST(RemoveNoteFromFiles, WhereTheRecordsWereLostWritesTheOthersFromMemory) {
     }
 }
 
+TEST(RemoveNoteFromFiles, GivesABodyFromMemoryNoPlaceThatAnotherNotePointsTo) {
+    for (const int lost : {2, 3}) {
+        Removal removal(false, 3, 1);
+        const int other = 5 - lost;
+        removal.desk.file(kNoteFile).replace((static_cast<std::size_t>(lost) - 1) * kRecordLength,
+                                             kRecordLength, kRecordLength, '\0');
+        removal.desk.file(kMemoFile).resize((static_cast<std::size_t>(other) - 1) * kMemoLength);
+        EXPECT_TRUE(removal.run());
+        const std::vector<NoteRecord> left = removal.found();
+        ASSERT_EQ(left.size(), 2U);
+        EXPECT_EQ(left[static_cast<std::size_t>(lost) - 2].Nota,
+                  u"Body " + decimal(lost) + u"\r\nsecond line");
+        EXPECT_EQ(left[static_cast<std::size_t>(other) - 2].Nota, u"") << "it was lost with the end of MEMO";
+    }
+}
+
 TEST(RemoveNoteFromFiles, KeepsANoteThatCouldNotBeRead) {
     Removal removal(false, 3, 1);
     removal.remaining[0] = NoteRecord();

@@ -97,6 +97,17 @@ TEST(LeftOverFiles, AnswerNoKeepsTheRegistrysNotesUntilItIsStored) {
     EXPECT_EQ(start.stored(u"count"), u"(none)");
 }
 
+TEST(LeftOverNotes, AreForgottenForGood) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    desk.createAll(notes);
+    RegistryStore registry(desk.settings.settings(), englishWeekdayKeys());
+    EXPECT_TRUE(registry.storeCount(3));
+    EXPECT_TRUE(registry.removeCount());
+    EXPECT_TRUE(registry.settle());
+    EXPECT_EQ(desk.settings.text(kSettingSection, kCountKey), u"(none)");
+}
+
 TEST(LeftOverNotes, ThatCouldNotBeForgottenDoNotCostTheNotesOfALaterSwitch) {
     Start start;
     std::vector<NoteRecord> notes = sampleNotes(3);

@@ -274,6 +274,18 @@ TEST(Switch, GivesTheStoreBackThatItCouldNotWrite) {
     }
 }
 
+TEST(Switch, KeepsTheStoreThatHasAllNotesIfOnlyTheChoiceIsRefused) {
+    Desk desk(true);
+    std::vector<NoteRecord> notes = sampleNotes(3);
+    desk.createAll(notes);
+    std::set<StoreKind> held;
+    desk.store.claim = [&](StoreKind kind) { return held.insert(kind).second; };
+    desk.store.release = [&](StoreKind kind) { held.erase(kind); };
+    desk.settings.writeProtected.insert(Text(kSettingSection));
+    EXPECT_FALSE(desk.toFiles(notes));
+    EXPECT_EQ(held, std::set<StoreKind>{StoreKind::Files}) << "every change goes there, too";
+}
+
 TEST(Switch, KeepsTheStoreThatItHasIfALaterOneIsRefused) {
     for (const bool toRegistry : {false, true}) {
         Desk desk(!toRegistry);

@@ -2,76 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
-#include "tests/storage/Samples.h"
+#include "tests/storage/OldFiles.h"
 
 namespace {
-
-struct OldFiles {
-    MemoryFiles folder;
-    DataFiles data{folder.files(), westernPage()};
-
-    std::string& file(TextView name) { return folder.content[Text(name)]; }
-    bool has(TextView name) const { return folder.content.contains(Text(name)); }
-
-    void seed(float version, std::size_t recordLength, int count) {
-        file(kHeaderFile) = encodeHeader({count, 0, version});
-        file(kNoteFile) = oldRecords(recordLength, count);
-        file(kMemoFile) = std::string(kMemoLength * static_cast<std::size_t>(count), 'm');
-    }
-
-    /// Records as an older release wrote them, which are the present ones cut off.
-    static std::string oldRecords(std::size_t recordLength, int count) {
-        std::string bytes;
-        for (NoteRecord note : sampleNotes(count)) {
-            note.memo = count - note.x / 15 + 1;
-            bytes += encodeRecord(westernPage(), note).bytes.substr(0, recordLength);
-        }
-        return bytes;
-    }
-
-    /// What the upgrade must make of them.
-    static std::string expected(std::size_t recordLength, int count) {
-        std::string bytes;
-        const std::string old = oldRecords(recordLength, count);
-        for (std::size_t at = 0; at < old.size(); at += recordLength) {
-            std::string record = old.substr(at, recordLength);
-            while (record.size() < 199)
-                record += '\0';
-            if (record.size() == 199) record += "  ";
-            while (record.size() < kRecordLength)
-                record += '\0';
-            bytes += record;
-        }
-        return bytes;
-    }
-};
-
-struct Layout {
-    float version;
-    std::size_t length;
-    TextView temporary;
-};
-/// The last version below a limit.
-float below(float limit) {
-    return std::nextafter(limit, 0.0F);
-}
-
-/// An upgrade that has nothing damaged to copy.
-Upgraded upgrade(const DataFiles& data) {
-    std::vector<Text> copies;
-    const Upgraded upgraded = UpgradeDataFiles(data, copies);
-    EXPECT_TRUE(copies.empty());
-    return upgraded;
-}
-
-const Layout kLayouts[] = {
-    {-1.0F, 195, u"KARDEL121.DAT"},   {0.0F, 195, u"KARDEL121.DAT"},         {0.5F, 195, u"KARDEL121.DAT"},
-    {1.2099F, 195, u"KARDEL121.DAT"}, {below(1.21F), 195, u"KARDEL121.DAT"}, {1.21F, 197, u"KARDEL122.DAT"},
-    {1.2199F, 197, u"KARDEL122.DAT"}, {below(1.22F), 197, u"KARDEL122.DAT"}, {1.22F, 201, u"KARDEL125.DAT"},
-    {1.2499F, 201, u"KARDEL125.DAT"}, {below(1.25F), 201, u"KARDEL125.DAT"}};
 
 TEST(UpgradeDataFiles, RewritesEveryOlderLayoutByteForByte) {
     for (const Layout& layout : kLayouts) {
@@ -265,110 +200,6 @@ TEST(UpgradeDataFiles, DamagedFilesAreLeftAloneUntilTheyAreCopied) {
         EXPECT_EQ(odd.file(u"KARDEL.DAT.damaged"), std::string(333, 'x'));
         EXPECT_EQ(copies.size(), 1U);
         EXPECT_FALSE(odd.folder.content.contains(u"KARDEL.DAT.damaged2")) << "one copy is enough";
-    }
-}
-
-/// Kills the upgrade of so many notes at every point, and lets the next start finish it.
-void killEverywhere(const Layout& layout, int notes) {
-    int points = 0;
-    for (bool ended = true; ended; ++points) {
-        OldFiles old;
-        old.seed(layout.version, layout.length, notes);
-        old.folder.changes->endAt = points;
-        ended = false;
-        try {
-            upgrade(old.data);
-        } catch (const ProgramEnd&) {
-            ended = true;
-        }
-        old.folder.changes->endAt = -1;
-        EXPECT_NE(upgrade(old.data), Upgraded::Failed);
-        EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(layout.length, notes)) << points;
-        EXPECT_EQ(old.file(kHeaderFile), encodeHeader({notes, 0, kProgramVersion}));
-        EXPECT_FALSE(old.has(layout.temporary));
-    }
-    EXPECT_EQ(points, 4) << "temporary file, header, rename, and once to the end";
-}
-
-TEST(UpgradeDataFiles, IsFinishedByTheNextStartWhereverItIsKilled) {
-    for (const Layout& layout : kLayouts) {
-        for (const int notes : {1, 4, kMaxNotes})
-            killEverywhere(layout, notes);
-    }
-}
-
-TEST(UpgradeDataFiles, ARewrittenHeaderIsRecognisedByItsCountIfTheLengthFitsBothLayouts) {
-    constexpr int kNotes = 43;  // as long as 39 present records
-    OldFiles old;
-    old.seed(1.2F, 195, kNotes);
-    ASSERT_EQ(old.file(kNoteFile).size() % kRecordLength, 0U);
-    old.file(kHeaderFile) = encodeHeader({kNotes, 0, kProgramVersion});
-    old.file(u"KARDEL121.DAT") = OldFiles::expected(195, kNotes);
-    EXPECT_EQ(upgrade(old.data), Upgraded::Done);
-    EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(195, kNotes));
-
-    OldFiles present;
-    present.seed(1.28F, kRecordLength, 39);
-    present.file(u"KARDEL121.DAT") = OldFiles::expected(195, kNotes);
-    const std::string before = present.file(kNoteFile);
-    EXPECT_EQ(upgrade(present.data), Upgraded::NotNeeded);
-    EXPECT_EQ(present.file(kNoteFile), before);
-}
-
-TEST(UpgradeDataFiles, NewFileAloneWithAnOldHeaderIsPutInPlaceOnce) {
-    OldFiles old;
-    old.seed(1.2F, 195, 39);
-    old.folder.content.erase(Text(kNoteFile));
-    old.file(u"KARDEL121.DAT") = OldFiles::expected(195, 39);  // as long as 43 old records
-    for (const Upgraded wanted : {Upgraded::Done, Upgraded::NotNeeded}) {
-        EXPECT_EQ(upgrade(old.data), wanted);
-        EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(195, 39));
-        EXPECT_EQ(old.file(kHeaderFile), encodeHeader({39, 0, kProgramVersion}));
-    }
-}
-
-TEST(UpgradeDataFiles, LongerStaleTemporaryFileLeavesNothingBehind) {
-    OldFiles old;
-    old.seed(1.2F, 195, 2);
-    old.file(u"KARDEL121.DAT") = std::string(9 * kRecordLength, 's');
-    EXPECT_EQ(upgrade(old.data), Upgraded::Done);
-    EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(195, 2));
-}
-
-TEST(UpgradeDataFiles, StaleTemporaryFileNeverReplacesPresentNotes) {
-    OldFiles files;
-    files.seed(1.28F, kRecordLength, 3);
-    files.file(u"KARDEL121.DAT") = std::string(4 * kRecordLength, 's');
-    const std::string before = files.file(kNoteFile);
-    EXPECT_EQ(upgrade(files.data), Upgraded::NotNeeded);
-    EXPECT_EQ(files.file(kNoteFile), before);
-}
-
-TEST(UpgradeDataFiles, EmptyLeftOverBesideAnEmptyFileIsNothingToFinish) {
-    OldFiles empty;
-    empty.seed(kProgramVersion, kRecordLength, 0);
-    empty.file(u"KARDEL122.DAT") = "";
-    EXPECT_EQ(upgrade(empty.data), Upgraded::NotNeeded);
-    EXPECT_TRUE(empty.has(u"KARDEL122.DAT"));
-}
-
-TEST(UpgradeDataFiles, RecordsThatCannotBeReadNowAreLeftAlone) {
-    OldFiles old;
-    old.seed(1.22F, 201, 3);
-    const auto before = old.folder.content;
-    old.folder.locked.insert(Text(kNoteFile));
-    EXPECT_EQ(upgrade(old.data), Upgraded::Unreadable);
-    EXPECT_EQ(old.folder.content, before);
-}
-
-TEST(UpgradeDataFiles, FailedChangeLeavesTheNotesReadable) {
-    for (int point = 0; point < 3; ++point) {
-        OldFiles old;
-        old.seed(1.22F, 201, 3);
-        old.folder.changes->failAt = point;
-        EXPECT_EQ(upgrade(old.data), Upgraded::Failed);
-        EXPECT_NE(upgrade(old.data), Upgraded::Failed);
-        EXPECT_EQ(old.file(kNoteFile), OldFiles::expected(201, 3));
     }
 }
 
