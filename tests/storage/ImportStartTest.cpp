@@ -174,6 +174,37 @@ TEST(Import, KeepsANoteWithoutATitleThatHasAnAlarm) {
     }
 }
 
+TEST(Import, IsDoneAgainAfterASwitchToTheFilesThatWasKilledAnywhere) {
+    int asked = 0;
+    bool ended = true;
+    for (int point = 0; ended; ++point) {
+        Start start;
+        std::vector<NoteRecord> notes = sampleNotes(3);
+        start.seedRegistry(notes);
+        start.set(u"UseRegistry", u"True");
+        start.set(u"ImportDAT", u"1");  // from files that were deleted since
+        start.run();
+        start.desk.changes->made = 0;
+        start.desk.changes->endAt = point;
+        ended = false;
+        try {
+            static_cast<void>(start.desk.store.switchTo(StoreKind::Files, pointersTo(notes), start.settings));
+        } catch (const ProgramEnd&) {
+            ended = true;
+        }
+        start.desk.changes->endAt = -1;
+        start.run();  // files that are found are to be used
+        asked += start.questions;
+        ASSERT_EQ(start.state.Count, 3) << point;
+        for (int number = 1; number <= 3; ++number) {
+            NoteRecord note;
+            EXPECT_TRUE(start.desk.store.load(number, note, start.settings));
+            EXPECT_EQ(storeFree(note), storeFree(notes[static_cast<std::size_t>(number - 1)])) << point;
+        }
+    }
+    EXPECT_GE(asked, 3) << "after the first body, the header and the records";
+}
+
 TEST(Import, StopsAtFiftyForAnEndlessCount) {
     Start start;
     start.set(u"count", u"999999999");
