@@ -58,6 +58,9 @@ inline void CALLBACK look(HWND, UINT, UINT_PTR timer, DWORD) {
 
 class TrayPopup : public Tray {
 protected:
+    /// Takes the icon out of the panel, for tests of who has the keyboard: a panel that has just taken an
+    /// icon in may give the keyboard to it some moments later. The menu opens without an icon as well.
+    void leavePanel() const { TrayIconDelete(tray.hwnd); }
     OpenPopup open(
         std::vector<WPARAM> keys = {VK_ESCAPE}, std::function<void()> meanwhile = [] {}) {
         OpenPopup seen;

@@ -87,6 +87,7 @@ HWND settledForeground() {
 }
 
 TEST_F(TrayPopup, GivesTheKeyboardBackToAnOpenBox) {
+    leavePanel();
     desk.shown.dialogOpen = true;
     desk.box = plainWindow();
     SetForegroundWindow(desk.box);
@@ -96,6 +97,7 @@ TEST_F(TrayPopup, GivesTheKeyboardBackToAnOpenBox) {
 }
 
 TEST_F(TrayPopup, LeavesTheKeyboardWhereTheUserHasPutIt) {
+    leavePanel();
     const HWND other = plainWindow();
     desk.shown.dialogOpen = true;
     desk.box = plainWindow();
