@@ -43,7 +43,7 @@ MemoResult writeBody(const DataFiles& data, int number, std::int32_t current, Te
     const LengthResult memos = data.memoRecords();
     if (!others || memos.status == IoStatus::Failed) return {};
     if (static_cast<std::size_t>(number) <= others->size()) others->erase(others->begin() + (number - 1));
-    const bool inside = current >= 1 && static_cast<std::uint64_t>(current) <= memos.bytes;
+    const bool inside = current >= 1 && static_cast<std::uint64_t>(current) <= memos.bytes + 1;
     if (inside && !isIn(*others, current)) return data.WriteMemo(current, body);
     return appendMemo(data, *others, body);
 }

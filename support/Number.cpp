@@ -26,7 +26,7 @@ double scaledByTen(double number, int scale) {
     constexpr double kMost = std::numeric_limits<double>::max();
     for (; scale > 0 && number < kMost; --scale)
         number = number > kMost / 10 ? kMost : number * 10;
-    for (; scale < 0; ++scale)
+    for (; scale < 0 && number > 0; ++scale)
         number /= 10;
     return number;
 }

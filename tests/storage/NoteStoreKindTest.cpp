@@ -261,6 +261,20 @@ TEST_F(InFiles, ABodyIsWrittenAnewInItsPlace) {
     EXPECT_EQ(desk.file(kMemoFile).size(), 3 * kMemoLength);
 }
 
+TEST_F(InFiles, ABodyThatWasCutShortIsWrittenAnewInItsPlace) {
+    for (const std::size_t left : {1U, 300U, 1023U}) {
+        desk.folder.content.clear();
+        made(2);
+        desk.file(kMemoFile).replace(kMemoLength, kMemoLength, std::string(left, 'x'));
+        NoteRecord second = load(2);
+        second.Nota = u"whole again";
+        EXPECT_TRUE(desk.store.set(2, second, {kBody}));
+        EXPECT_EQ(load(2).Nota, u"whole again");
+        EXPECT_EQ(memoNumber(2), 2);
+        EXPECT_EQ(desk.file(kMemoFile).size(), 2 * kMemoLength) << "nothing of the old text is left over";
+    }
+}
+
 TEST_F(InFiles, AWildBodyNumberReadsAsNothingAndGetsANewRecord) {
     for (const std::int32_t wild : {2000000000, -1, 0, 5}) {
         desk.folder.content.clear();
