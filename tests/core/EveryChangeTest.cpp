@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "tests/core/EveryPoint.h"
+#include "tests/support/StoreName.h"
 
 namespace {
 
@@ -33,8 +34,7 @@ protected:
         }
     }
 };
-INSTANTIATE_TEST_SUITE_P(Stores, EveryChange, testing::Bool(),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+INSTANTIATE_TEST_SUITE_P(Stores, EveryChange, testing::Bool(), storeName);
 
 using Fields = std::vector<NoteField>;
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "tests/core/EveryPoint.h"
+#include "tests/support/StoreName.h"
 
 namespace {
 
@@ -124,8 +125,7 @@ struct EveryOperation : testing::TestWithParam<bool> {
         }
     }
 };
-INSTANTIATE_TEST_SUITE_P(Stores, EveryOperation, testing::Bool(),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+INSTANTIATE_TEST_SUITE_P(Stores, EveryOperation, testing::Bool(), storeName);
 
 /// The desk before an operation and after each of its acts.
 class History {

@@ -22,3 +22,10 @@ struct Changes {
     }
 };
 using SharedChanges = std::shared_ptr<Changes>;
+
+/// For a store of which nothing can be changed.
+inline SharedChanges refusing() {
+    auto changes = std::make_shared<Changes>();
+    changes->allFail = true;
+    return changes;
+}

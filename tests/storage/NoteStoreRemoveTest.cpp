@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/storage/Removal.h"
+#include "tests/support/StoreName.h"
 
 namespace {
 
@@ -18,8 +19,7 @@ struct RemoveNote : testing::TestWithParam<bool> {
                std::to_string(at);
     }
 };
-INSTANTIATE_TEST_SUITE_P(Stores, RemoveNote, testing::Values(true, false),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+INSTANTIATE_TEST_SUITE_P(Stores, RemoveNote, testing::Values(true, false), storeName);
 
 TEST_P(RemoveNote, LeavesTheOthersInOrderWithoutAGap) {
     forEveryNote([&](int total, int number) {

@@ -257,14 +257,19 @@ TEST(Switch, IsRefusedWhileAnotherSessionHoldsTheStoreAndWritesNothing) {
     }
 }
 
+/// Keeps a list of the stores that the desk has for itself.
+void trackHeld(Desk& desk, std::set<StoreKind>& held) {
+    desk.store.claim = [&held](StoreKind kind) { return held.insert(kind).second; };
+    desk.store.release = [&held](StoreKind kind) { held.erase(kind); };
+}
+
 TEST(Switch, GivesTheStoreBackThatItCouldNotWrite) {
     for (const bool toRegistry : {false, true}) {
         Desk desk(!toRegistry);
         std::vector<NoteRecord> notes = sampleNotes(3);
         desk.createAll(notes);
         std::set<StoreKind> held;
-        desk.store.claim = [&](StoreKind kind) { return held.insert(kind).second; };
-        desk.store.release = [&](StoreKind kind) { held.erase(kind); };
+        trackHeld(desk, held);
         desk.changes->allFail = true;
         EXPECT_FALSE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
         EXPECT_TRUE(held.empty());
@@ -279,8 +284,7 @@ TEST(Switch, KeepsTheStoreThatHasAllNotesIfOnlyTheChoiceIsRefused) {
     std::vector<NoteRecord> notes = sampleNotes(3);
     desk.createAll(notes);
     std::set<StoreKind> held;
-    desk.store.claim = [&](StoreKind kind) { return held.insert(kind).second; };
-    desk.store.release = [&](StoreKind kind) { held.erase(kind); };
+    trackHeld(desk, held);
     desk.settings.writeProtected.insert(Text(kSettingSection));
     EXPECT_FALSE(desk.toFiles(notes));
     EXPECT_EQ(held, std::set<StoreKind>{StoreKind::Files}) << "every change goes there, too";
@@ -292,8 +296,7 @@ TEST(Switch, KeepsTheStoreThatItHasIfALaterOneIsRefused) {
         std::vector<NoteRecord> notes = sampleNotes(3);
         desk.createAll(notes);
         std::set<StoreKind> held;
-        desk.store.claim = [&](StoreKind kind) { return held.insert(kind).second; };
-        desk.store.release = [&](StoreKind kind) { held.erase(kind); };
+        trackHeld(desk, held);
         EXPECT_TRUE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
         desk.settings.writeProtected.insert(Text(kSettingSection));
         EXPECT_FALSE(toRegistry ? desk.toRegistry(notes) : desk.toFiles(notes));
@@ -331,15 +334,13 @@ TEST(SwitchToRegistry, KeepsWhatIsKnownOfDroppedDrafts) {
     desk.createAll(notes);
     desk.store.saveDraft(1, false, u"dropped");
     const std::string draft = desk.file(kDraftFile);
-    const SharedChanges refusing = std::make_shared<Changes>();
-    refusing->allFail = true;
-    desk.folder.changes = refusing;  // the file is held throughout
+    desk.folder.changes = refusing();  // the file is held throughout
     desk.store.dropDraft(1);
     EXPECT_TRUE(desk.toRegistry(notes));
     EXPECT_NE(desk.settings.text(u"setting", u"dropped"), u"(none)");
     // The next run drops another one beside it, before the file is free.
     desk.open(false);
-    desk.folder.changes = refusing;
+    desk.folder.changes = refusing();
     notes = desk.loadAll();
     EXPECT_TRUE(desk.store.takeDrafts(pointersTo(notes)).drafts.empty());
     desk.store.saveDraft(2, false, u"dropped later");

@@ -9,8 +9,7 @@
 
 namespace {
 
-INSTANTIATE_TEST_SUITE_P(Stores, EitherStore, testing::Values(true, false),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+INSTANTIATE_TEST_SUITE_P(Stores, EitherStore, testing::Values(true, false), storeName);
 
 TEST_P(EitherStore, FiftyNewNotesComeBackCompletelyAtTheNextStart) {
     Dice dice(21);

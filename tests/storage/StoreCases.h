@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/storage/Samples.h"
+#include "tests/support/StoreName.h"
 
 struct EitherStore : testing::TestWithParam<bool> {
     Desk desk{GetParam()};

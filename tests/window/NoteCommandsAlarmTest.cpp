@@ -27,8 +27,7 @@ protected:
         SendMessageW(desk.desk->dialog.hwnd, WM_HSCROLL, code, reinterpret_cast<LPARAM>(item(desk, bar)));
     }
 };
-INSTANTIATE_TEST_SUITE_P(Stores, AlarmEditor, testing::Bool(),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+INSTANTIATE_TEST_SUITE_P(Stores, AlarmEditor, testing::Bool(), storeName);
 
 TEST_P(AlarmEditor, OnANoteWithoutAnAlarmShowsTodayAndNow) {
     const auto desk = run({plainNote(u"a")});

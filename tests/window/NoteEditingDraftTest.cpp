@@ -88,8 +88,7 @@ struct OpenEdit : testing::TestWithParam<bool> {
         }
     }
 };
-INSTANTIATE_TEST_SUITE_P(Stores, OpenEdit, testing::Bool(),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+INSTANTIATE_TEST_SUITE_P(Stores, OpenEdit, testing::Bool(), storeName);
 
 TEST_P(OpenEdit, OfABodySurvivesTheProgram) {
     typeInBody(2);

@@ -8,8 +8,7 @@
 
 namespace {
 
-INSTANTIATE_TEST_SUITE_P(Stores, Alarm, testing::Bool(),
-                         [](const auto& store) { return store.param ? "Registry" : "Files"; });
+INSTANTIATE_TEST_SUITE_P(Stores, Alarm, testing::Bool(), storeName);
 
 // --- Countdown --------------------------------------------------------------------------------------------
 

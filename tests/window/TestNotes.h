@@ -11,6 +11,7 @@
 
 #include "core/basPost.h"
 #include "tests/storage/Samples.h"
+#include "tests/support/StoreName.h"
 #include "tests/window/TypedKeys.h"
 
 struct TestNotes {
@@ -180,9 +181,6 @@ protected:
         return std::make_unique<TestNotes>(GetParam(), std::move(notes), settings);
     }
 };
-inline std::string storeName(const testing::TestParamInfo<bool>& store) {
-    return store.param ? "Registry" : "Files";
-}
 
 /// How often either store was changed so far.
 inline int changesOf(const TestNotes& desk) {
