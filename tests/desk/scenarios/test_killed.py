@@ -98,3 +98,21 @@ def test_what_was_typed_before_a_kill_is_not_written_over_although_its_file_was_
     desk.key("Return")
     desk.wait_equal(lambda: store.notes()[1]["Nota"], "two and \u20ac half a thought!")
     desk.wait(lambda: draft(store, 2) == b"", 5, "the draft to go")
+
+
+def test_what_was_typed_in_a_deleted_note_does_not_come_up_in_one_that_is_alike(desk):
+    store = Store(desk, "files")
+    store.seed([{"Titolo": "caf\u00e9", "Nota": "one", "x": x, "y": 900} for x in (900, 6000)])
+    kardel = desk.run()
+    left = min(kardel.notes(), key=lambda note: note.rect.x)
+    left.append(" and \u20ac half a thought")
+    desk.wait(lambda: "half a thought".encode("utf-16-le") in draft(store, 1), 5, "the draft of what was typed")
+    kardel.kill()
+    with desk.held("KARDEL.TMP"):
+        kardel = desk.run()
+        min(kardel.notes(), key=lambda note: note.rect.x).command("delete")
+        kardel.dialog().press("Yes")
+        desk.wait_equal(lambda: len(kardel.notes()), 1)
+    desk.wait(lambda: draft(store, 1) == b"", 20, "the draft to go")
+    assert kardel.note("caf\u00e9").body == "one" and not kardel.note("caf\u00e9").editing
+    assert [note["Nota"] for note in store.notes()] == ["one"]
